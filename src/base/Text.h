@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vexmarrow {
+
+/// Joins texts; std::u16string has no operator+ for views.
+template <typename... Parts>
+std::u16string Concat(const Parts&... parts) {
+    std::u16string all;
+    all.reserve((std::u16string_view(parts).size() + ... + 0U));
+    (all.append(std::u16string_view(parts)), ...);
+    return all;
+}
+
+/// Decimal digits of a number, without padding.
+std::u16string Decimal(long long number);
+
+/// The parts of `text` between the occurrences of `separator` (not empty), the empty ones
+/// included: one part more than there are separators. An empty text has no part at all.
+std::vector<std::u16string_view> Split(std::u16string_view text, std::u16string_view separator);
+
+inline constexpr std::u16string_view kCrLf = u"\r\n";
+
+} // namespace vexmarrow

@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "shell/Trap.h"
+
+#include "base/Text.h"
+#include "base/Utf8.h"
+#include "shell/Prompts.h"
+
+namespace vexmarrow {
+
+std::u16string ErrorReportText(std::u16string_view description, std::u16string_view location,
+                               int line) {
+    return Concat(description, kCrLf, location, u"at line ", Decimal(line), u"\r\r",
+                  u"Please email screenshot of this message to support@vexmarrow.example");
+}
+
+Trap::Trap(Prompts& prompts, std::u16string_view routine, std::u16string_view origin)
+    : prompts_(prompts), location_(Concat(origin, routine, u" ")) {}
+
+void Trap::Report(int line, std::u16string_view description) {
+    prompts_.ShowMessage(ErrorReportText(description, location_, line), BoxStyle::Exclamation,
+                         u"Application Error");
+}
+
+void Trap::ReportUnforeseen(int line, const std::exception& error) {
+    Report(line, TextFromUtf8(error.what()));
+}
+
+} // namespace vexmarrow

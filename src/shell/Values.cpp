@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "shell/Values.h"
+
+#include "base/Failure.h"
+#include "base/Text.h"
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <optional>
+
+namespace vexmarrow {
+namespace {
+
+std::u16string_view WithoutBlanks(std::u16string_view text) {
+    const std::size_t first = text.find_first_not_of(u' ');
+    if (first == std::u16string_view::npos) {
+        return {};
+    }
+    return text.substr(first, text.find_last_not_of(u' ') - first + 1);
+}
+
+/// The ASCII letters and signs of `text` in lower case; the empty text when it holds others.
+std::string LowerAscii(std::u16string_view text) {
+    std::string ascii;
+    for (const char16_t unit : text) {
+        if (unit < 0x20 || unit > 0x7E) {
+            return {};
+        }
+        const bool upper = unit >= u'A' && unit <= u'Z';
+        ascii.push_back(static_cast<char>(upper ? unit + 0x20 : unit));
+    }
+    return ascii;
+}
+
+std::optional<double> NumberIn(std::u16string_view text) {
+    std::string digits = LowerAscii(WithoutBlanks(text));
+    if (!digits.empty() && digits.front() == '+') {
+        digits.erase(0, 1);
+    }
+    // from_chars also reads "inf" and "nan", which are words and no numbers here.
+    if (digits.find_first_not_of("0123456789.e+-") != std::string::npos) {
+        return std::nullopt;
+    }
+    double number = 0;
+    const char* const end = digits.data() + digits.size();
+    const auto [stop, error] = std::from_chars(digits.data(), end, number);
+    if (error != std::errc() || stop != end) {
+        return std::nullopt;
+    }
+    return number;
+}
+
+} // namespace
+
+bool BooleanFromText(std::u16string_view text) {
+    const std::string word = LowerAscii(WithoutBlanks(text));
+    if (word == "true" || word == "false") {
+        return word == "true";
+    }
+    if (const std::optional<double> number = NumberIn(text)) {
+        return *number != 0;
+    }
+    throw Failure(Concat(u"The value \"", text, u"\" is neither True, False nor a number."));
+}
+
+int IntegerFromText(std::u16string_view text) {
+    const std::optional<double> number = NumberIn(text);
+    const double rounded = number ? std::nearbyint(*number) : 0;
+    if (!number || std::abs(rounded) > std::numeric_limits<int>::max()) {
+        throw Failure(Concat(u"The value \"", text, u"\" is not a whole number."));
+    }
+    return static_cast<int>(rounded);
+}
+
+std::u16string_view TextFromBoolean(bool value) {
+    return value ? u"True" : u"False";
+}
+
+} // namespace vexmarrow
