@@ -1,0 +1,173 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "textio/CodePage.h"
+
+#include "base/Failure.h"
+#include "base/Text.h"
+#include "base/Utf8.h"
+
+#include <unicode/ucnv.h>
+
+#include <array>
+#include <cstdint>
+#include <cstdlib>
+#include <optional>
+
+namespace vexmarrow {
+namespace {
+
+constexpr std::size_t kBytes = 256;
+using ByteTable = std::array<char16_t, kBytes>;
+
+struct ConverterCloser {
+    void operator()(UConverter* converter) const { ucnv_close(converter); }
+};
+using Converter = std::unique_ptr<UConverter, ConverterCloser>;
+
+/// ICU's own character for a byte; nothing for an unassigned one.
+std::optional<char16_t> CharacterOf(UConverter* converter, std::uint8_t byte) {
+    const char source = static_cast<char>(byte);
+    std::array<char16_t, 4> target{};
+    UErrorCode error = U_ZERO_ERROR;
+    const std::int32_t count = ucnv_toUChars(
+        converter, target.data(), static_cast<std::int32_t>(target.size()), &source, 1, &error);
+    if (U_FAILURE(error) || count != 1) {
+        return std::nullopt;
+    }
+    return target[0];
+}
+
+class SingleByteCodePage final : public CodePage {
+public:
+    SingleByteCodePage(std::u16string_view name, const ByteTable& table)
+        : name_(name), decode_(table) {
+        for (std::size_t byte = 0; byte < kBytes; ++byte) {
+            encode_[decode_[byte]] = static_cast<char>(byte);
+        }
+    }
+
+    std::u16string_view Name() const override { return name_; }
+
+    void Decode(std::string_view bytes, std::u16string& text) const override {
+        const std::size_t start = text.size();
+        text.resize(start + bytes.size());
+        for (std::size_t i = 0; i < bytes.size(); ++i) {
+            text[start + i] = decode_[static_cast<std::uint8_t>(bytes[i])];
+        }
+    }
+
+    void Encode(std::u16string_view text, std::string& bytes) const override {
+        const std::size_t start = bytes.size();
+        bytes.resize(start + text.size());
+        for (std::size_t i = 0; i < text.size(); ++i) {
+            bytes[start + i] = ByteOf(text[i]);
+        }
+    }
+
+    int CodeOf(char16_t character) const override {
+        return static_cast<std::uint8_t>(ByteOf(character));
+    }
+
+private:
+    /// encode_ holds zero for what the page lacks, which is right for U+0000 alone.
+    char ByteOf(char16_t character) const {
+        const char byte = encode_[character];
+        return byte == 0 && character != 0 ? kLackingCharacter : byte;
+    }
+
+    std::u16string name_;
+    ByteTable decode_;
+    std::array<char, 0x10000> encode_{};
+};
+
+Failure Refused(std::u16string_view name, std::u16string_view reason) {
+    return Failure(Concat(u"The code page \"", name, u"\" cannot be used: ", reason, u"."));
+}
+
+/// Which languages have a page other than windows-1252.
+struct PageLanguages {
+    std::u16string_view page;
+    std::string_view languages; // each between blanks
+};
+
+constexpr std::array kPages{
+    PageLanguages{u"windows-1250", " bs cs hr hu pl ro sk sl sq "},
+    PageLanguages{u"windows-1251", " ba be bg kk ky mk mn ru sr tg tt uk "},
+    PageLanguages{u"windows-1253", " el "},
+    PageLanguages{u"windows-1254", " az tr uz "},
+    PageLanguages{u"windows-1255", " he iw yi "},
+    PageLanguages{u"windows-1256", " ar fa ps ug ur "},
+    PageLanguages{u"windows-1257", " et lt lv "},
+    PageLanguages{u"windows-1258", " vi "},
+    PageLanguages{u"windows-874", " th "},
+};
+
+} // namespace
+
+std::unique_ptr<const CodePage> MakeSingleByteCodePage(std::u16string_view name) {
+    const std::string icuName = NativeName(name);
+    UErrorCode error = U_ZERO_ERROR;
+    // ICU takes an empty name for "the default converter", which is no name of a page.
+    const Converter converter(icuName.empty() ? nullptr : ucnv_open(icuName.c_str(), &error));
+    if (converter == nullptr || U_FAILURE(error)) {
+        throw Refused(name, u"there is none of this name");
+    }
+    if (ucnv_getMaxCharSize(converter.get()) != 1) {
+        throw Refused(name, u"its characters take more than one byte");
+    }
+    ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr,
+                        &error);
+
+    ByteTable table{};
+    std::array<bool, 0x10000> taken{};
+    for (std::size_t i = 0; i < kBytes; ++i) {
+        const auto byte = static_cast<std::uint8_t>(i);
+        std::optional<char16_t> character = CharacterOf(converter.get(), byte);
+        if (i < 0x80 && character != static_cast<char16_t>(i)) {
+            throw Refused(name, u"its first half is not ASCII");
+        }
+        if (!character && i <= 0x9F) {
+            character = static_cast<char16_t>(i);
+        }
+        if (!character || taken[*character]) {
+            character = static_cast<char16_t>(0xF700 + i);
+        }
+        if (taken[*character]) {
+            throw Refused(name, u"two of its bytes stand for the same character");
+        }
+        taken[*character] = true;
+        table[i] = *character;
+    }
+    return std::make_unique<SingleByteCodePage>(name, table);
+}
+
+std::u16string_view CodePageForLocale(std::string_view locale) {
+    const std::string_view language = locale.substr(0, locale.find_first_of("_.@"));
+    if (language == "sr" && locale.find("@latin") != std::string_view::npos) {
+        return u"windows-1250";
+    }
+    std::string word(1, ' ');
+    word.append(language).push_back(' ');
+    for (const PageLanguages& row : kPages) {
+        if (row.languages.find(word) != std::string_view::npos) {
+            return row.page;
+        }
+    }
+    return u"windows-1252";
+}
+
+std::u16string_view CodePageOfEnvironment() {
+    for (const char* const variable : {"LC_ALL", "LC_CTYPE", "LANG"}) {
+        // Read at start-up, before anything could change the environment.
+        const char* const value = std::getenv(variable); // NOLINT(concurrency-mt-unsafe)
+        if (value != nullptr && *value != '\0') {
+            return CodePageForLocale(value);
+        }
+    }
+    return u"windows-1252";
+}
+
+AnsiCodePage::AnsiCodePage(std::u16string_view name) : page_(MakeSingleByteCodePage(name)) {}
+
+} // namespace vexmarrow

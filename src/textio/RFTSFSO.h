@@ -1,0 +1,71 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "textio/SystemCalls.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vexmarrow {
+
+class AnsiCodePage;
+class InputFile;
+
+/// What the last look at a file's first bytes has found. Process-wide: made once and handed to
+/// everything that reads or writes text, because it ties a read to the writes that follow it.
+struct EncodingFlags {
+    bool IsUtf8 = false;    ///< the file began with the UTF-8 mark
+    bool IsUnicode = false; ///< it began with a UTF-16 or UTF-32 mark: text streams are UTF-16
+};
+
+/// Characters in a piece of text: no replacement ever works on more at once.
+inline constexpr std::size_t kPieceSize = 65536;
+
+/// Splits text at every CR LF; a lone CR or LF stays inside its line. A text that ends in CR LF
+/// has an empty last line, and an empty text is one empty line.
+std::vector<std::u16string> SplitTextLines(std::u16string_view text);
+
+/// The one reader of text files. Every stream takes its character format from the flags: UTF-16
+/// little-endian (whatever the mark was) when IsUnicode is set, else the ANSI code page. An empty
+/// file reads as one empty line or piece. Failures are thrown as Failure; the flags then tell how
+/// far the detection came: IsUtf8 is cleared when it begins, IsUnicode is set once it has
+/// succeeded, even when reading fails after that.
+class RFTSFSO {
+public:
+    RFTSFSO(SystemCalls& calls, EncodingFlags& flags, const AnsiCodePage& ansi)
+        : calls_(calls), flags_(flags), ansi_(ansi) {}
+
+    /// Looks for a mark. Sets IsUtf8; returns whether there is a UTF-16 or UTF-32 mark.
+    bool DetectTextEncoding(std::u16string_view path);
+
+    /// Detects the encoding and reads the file as lines, without their line ends. UTF-8 is split
+    /// by SplitTextLines; in a text stream CR LF, LF and CR each end a line, and one at the end of
+    /// the file makes no further line.
+    std::vector<std::u16string> ReadTextLines(std::u16string_view path);
+
+    /// Detects the encoding and reads the file as pieces; UTF-8 is one piece of any size.
+    std::vector<std::u16string> ReadTextChunks(std::u16string_view path);
+
+    /// Reads the file as pieces of kPieceSize characters, the last one shorter, without a
+    /// detection: the flags stand as some earlier one has left them.
+    std::vector<std::u16string> ReadChunksByStream(std::u16string_view path);
+
+    const EncodingFlags& Flags() const { return flags_; }
+    const AnsiCodePage& Ansi() const { return ansi_; }
+
+private:
+    bool DetectTextEncoding(InputFile& file, std::string& firstBytes);
+    std::string ReadDetected(std::u16string_view path);
+    std::u16string StreamText(std::string_view bytes) const;
+
+    SystemCalls& calls_;
+    EncodingFlags& flags_;
+    const AnsiCodePage& ansi_;
+};
+
+} // namespace vexmarrow

@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "textio/FileWriter.h"
+
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+namespace vexmarrow {
+
+class RFTSFSO;
+
+/// The text result of one input file. The pieces or lines are handed over one after another, as
+/// if each were written to the file at once, and reach it together in Commit.
+class TextResult {
+public:
+    /// Text is encoded as the flags and code page of `textio` stand at each write.
+    TextResult(const RFTSFSO& textio, FileWriter& writer) : textio_(textio), writer_(writer) {}
+
+    /// Adds `text`, with nothing after it, to the file of that path. A WriteMode of 1 or less
+    /// starts the file afresh; 2 or more goes on, after what the file holds when this is the
+    /// first write. UTF-16 gets its mark when the file starts afresh or does not exist. Throws
+    /// Failure.
+    void WriteTextFile(std::u16string_view text, std::u16string_view path, std::int32_t WriteMode);
+
+    /// Writes the file. Throws Failure. Does nothing when nothing was handed over.
+    void Commit();
+
+private:
+    const RFTSFSO& textio_;
+    FileWriter& writer_;
+    std::unique_ptr<PendingFile> file_;
+};
+
+} // namespace vexmarrow
