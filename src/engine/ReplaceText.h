@@ -1,0 +1,68 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "engine/OutputPath.h"
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace vexmarrow {
+
+class FileWriter;
+class Prompts;
+class RFTSFSO;
+
+/// The four routines that change one input file and write its result.
+///
+/// Each reads the whole file, applies its pairs, writes the result to OutputPath (also when
+/// nothing matched) and shows what failed as error reports; none returns or throws anything. A
+/// file that cannot be read is reported once and left alone. The file is written once, in one
+/// piece; a failed write is reported for every piece or line of text, in the order in which the
+/// statements would have run if each had been written by itself. `index` is the file's 1-based
+/// row, which no routine needs.
+class ReplaceText {
+public:
+    ReplaceText(RFTSFSO& textio, FileWriter& writer, Prompts& prompts)
+        : textio_(textio), writer_(writer), prompts_(prompts) {}
+
+    /// Whole text, single pair: the lines of `find` and `replace` (separated by CR LF) are the
+    /// pairs. An empty `replace` deletes every find line; else a find line without a partner is
+    /// reported for every piece and left out. The encoding is that of the last detection.
+    void ReplaceTextInFile(const std::u16string& path, std::u16string_view find,
+                           std::u16string_view replace, const OutputLocation& location,
+                           std::int32_t index);
+
+    /// Whole text, sets: find text i goes with replace text i. Detects the encoding.
+    void ReplaceTextInFileCombo(const std::u16string& path,
+                                std::span<const std::u16string> findList,
+                                std::span<const std::u16string> replaceList,
+                                const OutputLocation& location, std::int32_t index);
+
+    /// The part of each line before its first colon. `find` and `replace` are one pair, taken
+    /// whole. What follows a second colon is dropped; every line ends with CR LF. Detects the
+    /// encoding.
+    void ReplaceTextInFileFieldOnly(const std::u16string& path, std::u16string_view find,
+                                    std::u16string_view replace, const OutputLocation& location,
+                                    std::int32_t index);
+
+    /// The same for the part of each line between its first and its second colon.
+    void ReplaceTextInFileDataOnly(const std::u16string& path, std::u16string_view find,
+                                   std::u16string_view replace, const OutputLocation& location,
+                                   std::int32_t index);
+
+private:
+    enum class Side { Field, Data };
+    void ReplaceInLines(std::u16string_view routine, Side side, const std::u16string& path,
+                        std::u16string_view find, std::u16string_view replace,
+                        const OutputLocation& location);
+
+    RFTSFSO& textio_;
+    FileWriter& writer_;
+    Prompts& prompts_;
+};
+
+} // namespace vexmarrow
