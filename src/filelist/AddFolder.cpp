@@ -1,0 +1,127 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "filelist/AddFolder.h"
+
+#include "base/Failure.h"
+#include "base/Utf8.h"
+#include "shell/EventLoop.h"
+#include "shell/Trap.h"
+#include "textio/CodePage.h"
+#include "textio/FileAttributes.h"
+#include "textio/FileTests.h"
+#include "textio/FolderListing.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <sys/stat.h>
+
+namespace vexmarrow {
+namespace {
+
+constexpr std::size_t kTooLong = 260;
+
+bool IsRootFolder(std::u16string_view folder) {
+    return folder.find_first_not_of(kSeparator) == std::u16string_view::npos;
+}
+
+/// Hidden system folders are passed over, but only with exactly these attributes.
+bool MayBeScanned(const std::u16string& folder) {
+    constexpr int kHiddenSystem = kDirectory | kHidden | kSystem;
+    if (IsRootFolder(folder)) {
+        return true;
+    }
+    const int attributes = FileAttributes(folder);
+    return attributes != kHiddenSystem && attributes != (kHiddenSystem | kReparsePoint);
+}
+
+/// Whether `folder` is one of the folders that its own path leads through, so that entering it
+/// would never end.
+bool LeadsToAncestor(std::u16string_view folder) {
+    struct stat target {};
+    std::string path = NativeName(folder);
+    if (::stat(path.c_str(), &target) != 0) {
+        return false;
+    }
+    for (std::size_t slash = path.rfind('/'); slash != std::string::npos;
+         slash = slash == 0 ? std::string::npos : path.rfind('/', slash - 1)) {
+        path.resize(slash + 1);
+        struct stat ancestor {};
+        if (::stat(path.c_str(), &ancestor) == 0 && ancestor.st_dev == target.st_dev &&
+            ancestor.st_ino == target.st_ino) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool DeniedOrGone(int error) {
+    return error == EACCES || error == EPERM || error == ENOENT || error == ENOTDIR;
+}
+
+} // namespace
+
+void AddFolder::Yield() {
+    eventLoop_.Yield({u"Folder", seen_, 0});
+}
+
+void AddFolder::ListSubFolders(const std::u16string& folder, std::vector<std::u16string>& found) {
+    FolderListing listing(folder);
+    while (const FolderListing::Entry* const entry = listing.Next()) {
+        if (entry->kind == FolderListing::Kind::File) {
+            continue;
+        }
+        std::u16string path = folder + entry->name;
+        // Only a link can lead back; what the directory does not tell may be one.
+        if (entry->kind == FolderListing::Kind::Unknown &&
+            (!IsFolder(path) || LeadsToAncestor(path))) {
+            continue;
+        }
+        ++seen_;
+        Yield();
+        if (entry->name.size() < kTooLong && !HasUnusualCharacters(entry->name, ansi_.Page())) {
+            found.push_back(std::move(path.append(kSeparatorText)));
+        }
+    }
+}
+
+void AddFolder::GetSubDirectories2016(std::vector<std::u16string>& folders, bool recursion) {
+    // This routine reports under a prefix of its own, by which support knows it.
+    Trap trap(prompts_, u"AddFolder.GetSubDirectories2016", u"in BrennochTitle2021/08/31.");
+    std::vector<std::u16string> found;
+    for (std::size_t i = 0; i < folders.size(); ++i) {
+        const std::u16string folder = folders[i];
+        if (!IsFolder(folder) || folder.size() >= kTooLong) {
+            continue;
+        }
+        trap.Do(1, [&] { Yield(); });
+        if (!MayBeScanned(folder)) {
+            continue;
+        }
+        trap.Do(2, [&] {
+            try {
+                ListSubFolders(folder, found);
+            } catch (const Failure& failure) {
+                if (!DeniedOrGone(failure.SystemError())) {
+                    throw;
+                }
+                const auto first = std::find(folders.begin(), folders.end(), folder);
+                folders.erase(first);
+                --i; // an equal entry before this one moves it just as far
+            }
+        });
+    }
+    if (recursion && !found.empty()) {
+        trap.Do(3, [&] { GetSubDirectories2016(found, true); });
+    }
+    for (std::u16string& folder : found) {
+        if (IsFolder(folder) && MayBeScanned(folder)) {
+            trap.Do(4, [&] {
+                Yield();
+                folders.push_back(std::move(folder));
+            });
+        }
+    }
+}
+
+} // namespace vexmarrow

@@ -1,0 +1,90 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "filelist/FileList.h"
+
+#include "base/Failure.h"
+#include "base/Text.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace vexmarrow {
+namespace {
+
+/// Up to so many rows are removed one range at a time, which keeps the view's selection and scroll
+/// position; each range moves all rows after it.
+constexpr std::size_t kFewRows = 32;
+
+} // namespace
+
+const std::u16string& FileList::Row(std::size_t number) const {
+    if (number < 1 || number > rows_.size()) {
+        throw Failure(Concat(u"There is no row ", Decimal(static_cast<long long>(number)),
+                             u" in the list, which has ",
+                             Decimal(static_cast<long long>(rows_.size())), u" rows."));
+    }
+    return rows_[number - 1];
+}
+
+void FileList::Add(std::vector<std::u16string> paths) {
+    if (paths.empty()) {
+        return;
+    }
+    if (observer_ != nullptr) {
+        observer_->RowsAboutToBeAdded(rows_.size(), paths.size());
+    }
+    rows_.insert(rows_.end(), std::make_move_iterator(paths.begin()),
+                 std::make_move_iterator(paths.end()));
+    if (observer_ != nullptr) {
+        observer_->RowsAdded();
+    }
+}
+
+void FileList::Remove(const std::vector<std::size_t>& numbers) {
+    if (numbers.size() <= kFewRows) {
+        RemoveRanges(numbers);
+        return;
+    }
+    if (observer_ != nullptr) {
+        observer_->ListAboutToBeReset();
+    }
+    std::vector<std::u16string> kept;
+    kept.reserve(rows_.size() - numbers.size());
+    auto removed = numbers.begin();
+    for (std::size_t i = 0; i < rows_.size(); ++i) {
+        if (removed != numbers.end() && *removed == i + 1) {
+            ++removed;
+        } else {
+            kept.push_back(std::move(rows_[i]));
+        }
+    }
+    rows_ = std::move(kept);
+    if (observer_ != nullptr) {
+        observer_->ListReset();
+    }
+}
+
+void FileList::RemoveRanges(const std::vector<std::size_t>& numbers) {
+    // From the last row back, so that the numbers still to be removed stay valid.
+    for (std::size_t end = numbers.size(); end > 0;) {
+        std::size_t begin = end - 1;
+        while (begin > 0 && numbers[begin - 1] + 1 == numbers[begin]) {
+            --begin;
+        }
+        const std::size_t first = numbers[begin] - 1;
+        const std::size_t count = end - begin;
+        if (observer_ != nullptr) {
+            observer_->RowsAboutToBeRemoved(first, count);
+        }
+        const auto at = rows_.begin() + static_cast<std::ptrdiff_t>(first);
+        rows_.erase(at, at + static_cast<std::ptrdiff_t>(count));
+        if (observer_ != nullptr) {
+            observer_->RowsRemoved();
+        }
+        end = begin;
+    }
+}
+
+} // namespace vexmarrow

@@ -1,0 +1,51 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace vexmarrow {
+
+/// Is told before and after each change of a FileList, so that what shows the list can follow.
+/// Positions are 0-based here.
+class FileListObserver {
+public:
+    virtual ~FileListObserver() = default;
+    virtual void RowsAboutToBeAdded(std::size_t first, std::size_t count) = 0;
+    virtual void RowsAdded() = 0;
+    virtual void RowsAboutToBeRemoved(std::size_t first, std::size_t count) = 0;
+    virtual void RowsRemoved() = 0;
+    /// For changes in so many places that following each would be slow.
+    virtual void ListAboutToBeReset() = 0;
+    virtual void ListReset() = 0;
+};
+
+/// The ordered list of input files: each row holds one path. Rows are numbered from 1 and may
+/// repeat each other.
+class FileList {
+public:
+    std::size_t Count() const { return rows_.size(); }
+
+    /// The path of a row. Throws Failure when there is no row of that number.
+    const std::u16string& Row(std::size_t number) const;
+
+    /// Appends rows in order.
+    void Add(std::vector<std::u16string> paths);
+
+    /// Removes rows, given by ascending numbers of existing rows, in one pass over the list.
+    void Remove(const std::vector<std::size_t>& numbers);
+
+    /// At most one; null for none.
+    void SetObserver(FileListObserver* observer) { observer_ = observer; }
+
+private:
+    void RemoveRanges(const std::vector<std::size_t>& numbers);
+
+    std::vector<std::u16string> rows_;
+    FileListObserver* observer_ = nullptr;
+};
+
+} // namespace vexmarrow

@@ -1,0 +1,64 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "sets/SetList.h"
+
+#include "base/Failure.h"
+#include "base/Text.h"
+
+#include <utility>
+
+namespace vexmarrow {
+namespace {
+
+/// Before anything changes: an observer that was told of a change must also see its end.
+void RequireEntry(const std::vector<std::u16string>& texts, std::size_t index) {
+    if (index >= texts.size()) {
+        throw Failure(Concat(u"There is no set number ", Decimal(static_cast<long long>(index) + 1),
+                             u" in the list."));
+    }
+}
+
+void RemoveAt(std::vector<std::u16string>& texts, std::size_t index) {
+    texts.erase(texts.begin() + static_cast<std::ptrdiff_t>(index));
+}
+
+} // namespace
+
+template <typename Change>
+void SetList::Do(Change change) {
+    if (observer_ != nullptr) {
+        observer_->SetsAboutToChange();
+    }
+    change();
+    if (observer_ != nullptr) {
+        observer_->SetsChanged();
+    }
+}
+
+void SetList::Add(std::u16string find, std::u16string replace) {
+    Do([&] {
+        find_.push_back(std::move(find));
+        replace_.push_back(std::move(replace));
+    });
+}
+
+void SetList::RemoveFindText(std::size_t index) {
+    RequireEntry(find_, index);
+    Do([&] { RemoveAt(find_, index); });
+}
+
+void SetList::RemoveReplaceText(std::size_t index) {
+    RequireEntry(replace_, index);
+    Do([&] { RemoveAt(replace_, index); });
+}
+
+void SetList::ClearFindTexts() {
+    Do([&] { find_.clear(); });
+}
+
+void SetList::ClearReplaceTexts() {
+    Do([&] { replace_.clear(); });
+}
+
+} // namespace vexmarrow

@@ -1,0 +1,94 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "sets/SetOperations.h"
+
+#include "base/Failure.h"
+#include "base/Text.h"
+#include "sets/SetList.h"
+#include "shell/Pickers.h"
+#include "shell/Prompts.h"
+#include "shell/Trap.h"
+#include "textio/CodePage.h"
+#include "textio/FileTests.h"
+#include "textio/FileWriter.h"
+
+#include <vector>
+
+namespace vexmarrow {
+
+void SetOperations::AddSet() {
+    Trap trap(prompts_, u"Form1.PushButton7_Click");
+    std::u16string answer;
+    trap.Do(1, [&] {
+        answer = prompts_.AskForText(u"Enter find and replace set (use :: to separate find text "
+                                     u"and replace text):",
+                                     u"findwhat::replacewith");
+    });
+    if (!answer.empty()) {
+        trap.Do(2, [&] { AddSetFromText(answer); });
+    }
+}
+
+void SetOperations::AddSetFromText(std::u16string_view answer) {
+    const std::vector<std::u16string_view> parts = Split(answer, SetList::kSeparator);
+    if (parts.size() < 2) {
+        prompts_.ShowMessage(u"You must use :: to separate the find text from the replace text");
+        return;
+    }
+    sets_.Add(std::u16string(parts[0]), std::u16string(parts[1]));
+}
+
+void SetOperations::RemoveSelectedSet(int selectedFindText, int selectedReplaceText) {
+    Trap trap(prompts_, u"Form1.PushButton6_Click");
+    if (selectedFindText != kNoSelection) {
+        trap.Do(1, [&] { sets_.RemoveFindText(static_cast<std::size_t>(selectedFindText)); });
+    }
+    if (selectedReplaceText != kNoSelection) {
+        trap.Do(2, [&] { sets_.RemoveReplaceText(static_cast<std::size_t>(selectedReplaceText)); });
+    }
+}
+
+void SetOperations::ClearSets() {
+    Trap trap(prompts_, u"Form1.PushButton4_Click");
+    trap.Do(1, [&] { sets_.ClearFindTexts(); });
+    trap.Do(2, [&] { sets_.ClearReplaceTexts(); });
+}
+
+void SetOperations::SaveSets() {
+    Trap trap(prompts_, u"Form1.PushButton12_Click");
+    std::u16string path;
+    trap.Do(1, [&] { path = pickers_.SaveFile({u"Save", kTextFilesFilter}); });
+    if (path.empty()) {
+        return;
+    }
+    if (IsExistingPath(path)) {
+        Answer answer = Answer::No;
+        trap.Do(2, [&] {
+            answer = prompts_.ShowMessage(
+                Concat(u"Are you sure you wish to overwrite ", path, u" ?"), BoxStyle::YesNo);
+        });
+        if (answer != Answer::Yes) {
+            return;
+        }
+    }
+    trap.Do(3, [&] { WriteSets(path, sets_.FindTexts(), sets_.ReplaceTexts()); });
+}
+
+void SetOperations::WriteSets(std::u16string_view path, std::span<const std::u16string> findTexts,
+                              std::span<const std::u16string> replaceTexts) const {
+    const std::unique_ptr<PendingFile> file = writer_.Begin(path, WriteStart::Replace);
+    std::string bytes;
+    for (std::size_t i = 0; i < findTexts.size(); ++i) {
+        if (i >= replaceTexts.size()) {
+            throw Failure(Concat(u"Set number ", Decimal(static_cast<long long>(i) + 1),
+                                 u" has no replace text."));
+        }
+        ansi_.Page().Encode(Concat(findTexts[i], SetList::kSeparator, replaceTexts[i], kCrLf),
+                            bytes);
+    }
+    file->Append(bytes);
+    file->Commit();
+}
+
+} // namespace vexmarrow
