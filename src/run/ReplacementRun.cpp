@@ -1,0 +1,118 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "run/ReplacementRun.h"
+
+#include "engine/ReplaceText.h"
+#include "filelist/FileList.h"
+#include "run/RunInputs.h"
+#include "sets/SetList.h"
+#include "shell/EventLoop.h"
+#include "shell/Prompts.h"
+#include "shell/Trap.h"
+#include "textio/FileTests.h"
+
+#include <cstdint>
+
+namespace vexmarrow {
+namespace {
+
+constexpr int kSinglePairTab = 0;
+constexpr int kSetsTab = 1;
+
+} // namespace
+
+/// Marks the run as in progress until it is left, by whatever way.
+class ReplacementRun::InProgress {
+public:
+    explicit InProgress(bool& flag) : flag_(flag) { flag_ = true; }
+    ~InProgress() { flag_ = false; }
+    InProgress(const InProgress&) = delete;
+    InProgress& operator=(const InProgress&) = delete;
+
+private:
+    bool& flag_;
+};
+
+void ReplacementRun::Start() {
+    if (inProgress_) {
+        return;
+    }
+    const InProgress mark(inProgress_);
+    Trap trap(prompts_, u"Form1.PushButton1_Click");
+    bool complete = false;
+    trap.Do(1, [&] { complete = InputIsComplete(); });
+    if (!complete) {
+        return;
+    }
+    int tab = kSinglePairTab;
+    trap.Do(2, [&] { tab = inputs_.SelectedTab(); });
+    if (tab == kSinglePairTab) {
+        ForEachRow(trap, [&](const std::u16string& path, std::size_t row) {
+            // Empty files and those that cannot be opened are skipped in silence.
+            if (FileSize2(path) > 0) {
+                ReplaceSinglePair(path, row);
+            }
+        });
+    } else if (tab == kSetsTab) {
+        ForEachRow(trap,
+                   [&](const std::u16string& path, std::size_t row) { ReplaceSets(path, row); });
+    }
+}
+
+bool ReplacementRun::InputIsComplete() {
+    if (inputs_.Text1().empty()) { // whichever tab is selected
+        prompts_.ShowMessage(u"You forgot to input find what.");
+        return false;
+    }
+    const bool folderExists = IsFolder(inputs_.Text3());
+    if (!folderExists && !inputs_.Option5()) {
+        prompts_.ShowMessage(u"Folder does not exist. Please select another folder.");
+        return false;
+    }
+    return true;
+}
+
+template <typename HandOver>
+void ReplacementRun::ForEachRow(Trap& trap, HandOver handOver) {
+    trap.Do(3, [&] { pointer_.SetPointer(MousePointer::Hourglass); });
+    const std::size_t rows = list_.Count();
+    if (rows == 0) {
+        trap.Do(4, [&] { prompts_.ShowMessage(u"No files added."); });
+    } else {
+        // Declared before the loop: when rows have gone meanwhile, reading one fails, and the path
+        // of the row before is handed over again.
+        std::u16string path;
+        for (std::size_t row = 1; row <= rows; ++row) {
+            trap.Do(5, [&] { eventLoop_.Yield({u"File", row, rows}); });
+            trap.Do(6, [&] { path = list_.Row(row); });
+            trap.Do(7, [&] { handOver(path, row); });
+        }
+        trap.Do(8, [&] { prompts_.ShowMessage(u"Done."); });
+    }
+    trap.Do(9, [&] { pointer_.SetPointer(MousePointer::Default); });
+}
+
+OutputLocation ReplacementRun::Location() const {
+    return {inputs_.Option4(), inputs_.Option5(), inputs_.Text3()};
+}
+
+void ReplacementRun::ReplaceSinglePair(const std::u16string& path, std::size_t row) {
+    const auto index = static_cast<std::int32_t>(row);
+    const std::u16string find = inputs_.Text1();
+    const std::u16string replace = inputs_.Text2();
+    if (inputs_.Option1()) {
+        engine_.ReplaceTextInFileFieldOnly(path, find, replace, Location(), index);
+    } else if (inputs_.Option2()) {
+        engine_.ReplaceTextInFileDataOnly(path, find, replace, Location(), index);
+    } else if (inputs_.Option3()) {
+        engine_.ReplaceTextInFile(path, find, replace, Location(), index);
+    }
+}
+
+void ReplacementRun::ReplaceSets(const std::u16string& path, std::size_t row) {
+    engine_.ReplaceTextInFileCombo(path, sets_.FindTexts(), sets_.ReplaceTexts(), Location(),
+                                   static_cast<std::int32_t>(row));
+}
+
+} // namespace vexmarrow

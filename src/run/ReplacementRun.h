@@ -1,0 +1,60 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "engine/OutputPath.h"
+
+#include <cstddef>
+#include <string>
+
+namespace vexmarrow {
+
+class EventLoop;
+class FileList;
+class MousePointer;
+class Prompts;
+class ReplaceText;
+class RunInputs;
+class SetList;
+
+/// "Start Replacing": checks what the user has entered and hands every row of the list, in order,
+/// to one routine of the engine. Yields before each file; rows, texts, sets and options are read
+/// anew for each, only the tab and the number of rows are fixed at the start.
+class ReplacementRun {
+public:
+    ReplacementRun(const RunInputs& inputs, const FileList& list, const SetList& sets,
+                   ReplaceText& engine, Prompts& prompts, EventLoop& eventLoop,
+                   MousePointer& pointer)
+        : inputs_(inputs),
+          list_(list),
+          sets_(sets),
+          engine_(engine),
+          prompts_(prompts),
+          eventLoop_(eventLoop),
+          pointer_(pointer) {}
+
+    /// The whole job, to its last message. Does nothing while a run is in progress.
+    void Start();
+
+private:
+    class InProgress;
+
+    bool InputIsComplete();
+    template <typename HandOver>
+    void ForEachRow(class Trap& trap, HandOver handOver);
+    void ReplaceSinglePair(const std::u16string& path, std::size_t row);
+    void ReplaceSets(const std::u16string& path, std::size_t row);
+    OutputLocation Location() const;
+
+    const RunInputs& inputs_;
+    const FileList& list_;
+    const SetList& sets_;
+    ReplaceText& engine_;
+    Prompts& prompts_;
+    EventLoop& eventLoop_;
+    MousePointer& pointer_;
+    bool inProgress_ = false;
+};
+
+} // namespace vexmarrow

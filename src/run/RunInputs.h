@@ -1,0 +1,27 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <string>
+
+namespace vexmarrow {
+
+/// The controls of the main window that a run reads, under their names. Each call gives the state
+/// at that moment: the user may edit while a run yields.
+class RunInputs {
+public:
+    virtual ~RunInputs() = default;
+
+    virtual std::u16string Text1() const = 0; ///< find what; CR LF between lines
+    virtual std::u16string Text2() const = 0; ///< replace with; CR LF between lines
+    virtual std::u16string Text3() const = 0; ///< output folder
+    virtual bool Option1() const = 0;         ///< fields only
+    virtual bool Option2() const = 0;         ///< values only
+    virtual bool Option3() const = 0;         ///< fields and values
+    virtual bool Option4() const = 0;         ///< save to the folder Text3
+    virtual bool Option5() const = 0;         ///< save in the folder of the original
+    virtual int SelectedTab() const = 0;      ///< 0 the single pair, 1 the sets
+};
+
+} // namespace vexmarrow
