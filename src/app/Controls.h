@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "shell/EventLoop.h"
+
+#include <QString>
+
+#include <functional>
+#include <string_view>
+#include <utility>
+
+class QAbstractButton;
+class QLabel;
+class QPushButton;
+class QRadioButton;
+class QWidget;
+
+namespace vexmarrow {
+
+// How the windows make their controls. The object name is the designer's name of the control,
+// which support reads off error reports; the accessible name is the caption without surrounding
+// blanks.
+
+QPushButton* MakeButton(QWidget* parent, std::u16string_view name, std::u16string_view caption);
+QRadioButton* MakeOption(QWidget* parent, std::u16string_view name, std::u16string_view caption);
+
+/// A caption over `control`, which takes its accessible name from it.
+QLabel* MakeLabel(QWidget* parent, std::u16string_view name, std::u16string_view caption,
+                  QWidget* control);
+
+void Name(QWidget* control, std::u16string_view name, std::u16string_view accessibleName);
+
+/// Sets one option button of a group. Unlike a user, a program can also leave a whole group unset.
+void SetOption(QRadioButton* option, bool value);
+
+/// Runs `operation` once whenever the user presses the option button: by mouse, by keyboard, or
+/// through the accessibility bus (which changes the state without a click), and also when it was
+/// set already.
+void OnPress(QRadioButton* option, std::function<void()> operation);
+
+/// The outermost frame of every handler: the end of the program unwinds up to here.
+template <typename Operation>
+void RunHandler(Operation&& operation) {
+    try {
+        std::forward<Operation>(operation)();
+    } catch (const ProgramEnded&) {
+        // Nothing is left to do: the event loop ends as well.
+        return;
+    }
+}
+
+} // namespace vexmarrow

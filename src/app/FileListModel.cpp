@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "app/FileListModel.h"
+
+#include "app/Strings.h"
+
+namespace vexmarrow {
+
+FileListModel::FileListModel(FileList& list, QObject* parent)
+    : QAbstractListModel(parent), list_(list) {
+    list_.SetObserver(this);
+}
+
+FileListModel::~FileListModel() {
+    list_.SetObserver(nullptr);
+}
+
+int FileListModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(list_.Count());
+}
+
+QVariant FileListModel::data(const QModelIndex& index, int role) const {
+    if (role != Qt::DisplayRole || !index.isValid()) {
+        return {};
+    }
+    return ShownInOneLine(list_.Row(static_cast<std::size_t>(index.row()) + 1));
+}
+
+QVariant FileListModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (role == Qt::DisplayRole && orientation == Qt::Horizontal && section == 0) {
+        return QStringLiteral("File(s)");
+    }
+    return {};
+}
+
+void FileListModel::RowsAboutToBeAdded(std::size_t first, std::size_t count) {
+    beginInsertRows({}, static_cast<int>(first), static_cast<int>(first + count) - 1);
+}
+
+void FileListModel::RowsAboutToBeRemoved(std::size_t first, std::size_t count) {
+    beginRemoveRows({}, static_cast<int>(first), static_cast<int>(first + count) - 1);
+}
+
+} // namespace vexmarrow

@@ -1,0 +1,83 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "app/FileListPanel.h"
+
+#include "app/Controls.h"
+#include "app/FileListModel.h"
+#include "app/Strings.h"
+
+#include <QGridLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QTreeView>
+
+namespace vexmarrow {
+namespace {
+
+constexpr std::u16string_view kHint =
+    u"Drag and drop files here. Double-click item to remove it. Move | line to right and out of "
+    u"window to reveal full names.";
+
+/// The column's width: 7000 twentieths of a point.
+int ColumnWidth(const QWidget& view) {
+    constexpr int kTwips = 7000;
+    constexpr int kTwipsPerInch = 1440;
+    return (kTwips * view.logicalDpiX() + kTwipsPerInch / 2) / kTwipsPerInch;
+}
+
+void SetUpList(QTreeView& view, QAbstractItemModel* model) {
+    view.setModel(model);
+    view.setRootIsDecorated(false);
+    view.setItemsExpandable(false);
+    view.setExpandsOnDoubleClick(false);
+    view.setUniformRowHeights(true); // or every row would be measured
+    view.setEditTriggers(QAbstractItemView::NoEditTriggers);
+    view.setSelectionMode(QAbstractItemView::SingleSelection);
+    view.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    view.header()->setStretchLastSection(false);
+    view.header()->setSectionsMovable(false);
+    view.header()->resizeSection(0, ColumnWidth(view));
+}
+
+} // namespace
+
+FileListPanel::FileListPanel(FileList& list, QWidget* parent)
+    : QWidget(parent),
+      ListView1(new QTreeView(this)),
+      PushButton13(MakeButton(this, u"PushButton13", u"Add VCF File(s)")),
+      PushButton3(MakeButton(this, u"PushButton3", u"Add All VCF File(s) In Folder")),
+      PushButton9(MakeButton(this, u"PushButton9", u"Load List Of Files From File")),
+      PushButton17(MakeButton(this, u"PushButton17", u"Remove Filenames Contain. X")),
+      PushButton11(MakeButton(this, u"PushButton11", u"Remove Filenames Not Cont. X")),
+      PushButton2(MakeButton(this, u"PushButton2", u"Clear List")),
+      PushButton8(MakeButton(this, u"PushButton8", u"Load Sample/Example Files")),
+      PushButton5(MakeButton(this, u"PushButton5", u"Help")) {
+    SetUpList(*ListView1, new FileListModel(list, this));
+    Name(ListView1, u"ListView1", u"File(s)");
+    ListView1->setAccessibleDescription(ToQString(kHint));
+    ListView1->setToolTip(ToQString(kHint));
+
+    auto* const hint = new QLabel(ToQString(kHint), this);
+    hint->setWordWrap(true);
+    hint->setBuddy(ListView1);
+
+    auto* const buttons = new QVBoxLayout;
+    for (QPushButton* const button : {PushButton13, PushButton3, PushButton9, PushButton17,
+                                      PushButton11, PushButton2, PushButton8}) {
+        buttons->addWidget(button);
+    }
+    buttons->addStretch();
+    buttons->addWidget(PushButton5);
+
+    auto* const grid = new QGridLayout(this);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->addWidget(hint, 0, 0, 1, 2);
+    grid->addWidget(ListView1, 1, 0);
+    grid->addLayout(buttons, 1, 1);
+    grid->setColumnStretch(0, 1);
+    grid->setRowStretch(1, 1);
+}
+
+} // namespace vexmarrow

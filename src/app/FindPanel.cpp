@@ -1,0 +1,109 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "app/FindPanel.h"
+
+#include "app/Controls.h"
+#include "app/LinesEdit.h"
+
+#include <QComboBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTabWidget>
+
+namespace vexmarrow {
+namespace {
+
+constexpr std::u16string_view kFindCaption = u" Find what (exact case):";
+constexpr std::u16string_view kReplaceCaption = u" Replace with:";
+
+QComboBox* MakeCombo(QWidget* parent) {
+    auto* const combo = new QComboBox(parent);
+    // A long text must not make the window wide.
+    combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    combo->setMinimumContentsLength(12);
+    combo->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    return combo;
+}
+
+} // namespace
+
+FindPanel::FindPanel(QWidget* parent) : QWidget(parent), TabControl1(new QTabWidget(this)) {
+    Name(TabControl1, u"TabControl1", u"Find and replace");
+    TabControl1->addTab(MakeSinglePairTab(), QStringLiteral("Single find and replace"));
+    TabControl1->addTab(MakeSetsTab(), QStringLiteral("Multiple find and replace (sets)"));
+
+    Frame1 = new QGroupBox(QStringLiteral("Find Options"), this);
+    Name(Frame1, u"Frame1", u"Find Options");
+    Option1 = MakeOption(Frame1, u"Option1", u"Find and replace in fields only");
+    Option2 = MakeOption(Frame1, u"Option2", u"Find and replace in values only");
+    Option3 = MakeOption(Frame1, u"Option3", u"Find and replace in fields and values");
+    auto* const options = new QVBoxLayout(Frame1);
+    for (QRadioButton* const option : {Option1, Option2, Option3}) {
+        options->addWidget(option);
+    }
+    options->addStretch();
+
+    auto* const row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->addWidget(TabControl1, 1);
+    row->addWidget(Frame1);
+}
+
+QWidget* FindPanel::MakeSinglePairTab() {
+    constexpr int kLeastLines = 3;
+    auto* const page = new QWidget(TabControl1);
+    Text1 = new LinesEdit(page);
+    Text2 = new LinesEdit(page);
+    QLabel* const label1 = MakeLabel(page, u"Label1", kFindCaption, Text1);
+    QLabel* const label2 = MakeLabel(page, u"Label2", kReplaceCaption, Text2);
+    Text1->setObjectName(QStringLiteral("Text1"));
+    Text2->setObjectName(QStringLiteral("Text2"));
+    for (LinesEdit* const box : {Text1, Text2}) {
+        box->setMinimumHeight(box->fontMetrics().lineSpacing() * kLeastLines);
+    }
+
+    auto* const grid = new QGridLayout(page);
+    grid->addWidget(label1, 0, 0);
+    grid->addWidget(Text1, 1, 0);
+    grid->addWidget(label2, 0, 1);
+    grid->addWidget(Text2, 1, 1);
+    grid->setRowStretch(1, 1);
+    return page;
+}
+
+QWidget* FindPanel::MakeSetsTab() {
+    auto* const page = new QWidget(TabControl1);
+    Combo1 = MakeCombo(page);
+    Combo2 = MakeCombo(page);
+    QLabel* const label3 = MakeLabel(page, u"Label3", kFindCaption, Combo1);
+    QLabel* const label4 = MakeLabel(page, u"Label4", kReplaceCaption, Combo2);
+    Combo1->setObjectName(QStringLiteral("Combo1"));
+    Combo2->setObjectName(QStringLiteral("Combo2"));
+
+    auto* const buttons = new QHBoxLayout;
+    PushButton7 = MakeButton(page, u"PushButton7", u"Add Set");
+    PushButton6 = MakeButton(page, u"PushButton6", u"Remove Selected Set");
+    PushButton10 = MakeButton(page, u"PushButton10", u"Load Sets");
+    PushButton4 = MakeButton(page, u"PushButton4", u"Clear");
+    PushButton12 = MakeButton(page, u"PushButton12", u"Save Sets");
+    for (QPushButton* const button :
+         {PushButton7, PushButton6, PushButton10, PushButton4, PushButton12}) {
+        buttons->addWidget(button);
+    }
+    buttons->addStretch();
+
+    auto* const grid = new QGridLayout(page);
+    grid->addWidget(label3, 0, 0);
+    grid->addWidget(Combo1, 1, 0);
+    grid->addWidget(label4, 0, 1);
+    grid->addWidget(Combo2, 1, 1);
+    grid->addLayout(buttons, 2, 0, 1, 2);
+    grid->setRowStretch(3, 1);
+    return page;
+}
+
+} // namespace vexmarrow

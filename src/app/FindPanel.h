@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QWidget>
+
+class QComboBox;
+class QGroupBox;
+class QPushButton;
+class QRadioButton;
+class QTabWidget;
+
+namespace vexmarrow {
+
+class LinesEdit;
+
+/// What to find and what to put in its place, and in which part of the lines. Makes and lays out
+/// the controls; what they do is wired by the main window.
+class FindPanel final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit FindPanel(QWidget* parent);
+
+    QTabWidget* TabControl1;
+    LinesEdit* Text1;          // " Find what (exact case):"
+    LinesEdit* Text2;          // " Replace with:"
+    QComboBox* Combo1;         // " Find what (exact case):"
+    QComboBox* Combo2;         // " Replace with:"
+    QPushButton* PushButton7;  // "Add Set"
+    QPushButton* PushButton6;  // "Remove Selected Set"
+    QPushButton* PushButton10; // "Load Sets"
+    QPushButton* PushButton4;  // "Clear"
+    QPushButton* PushButton12; // "Save Sets"
+    QGroupBox* Frame1;         // "Find Options"
+    QRadioButton* Option1;     // "Find and replace in fields only"
+    QRadioButton* Option2;     // "Find and replace in values only"
+    QRadioButton* Option3;     // "Find and replace in fields and values"
+
+private:
+    QWidget* MakeSinglePairTab();
+    QWidget* MakeSetsTab();
+};
+
+} // namespace vexmarrow

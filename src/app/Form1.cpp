@@ -1,0 +1,319 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "app/Form1.h"
+
+#include "app/Controls.h"
+#include "app/FileListPanel.h"
+#include "app/FindPanel.h"
+#include "app/LinesEdit.h"
+#include "app/QtEventLoop.h"
+#include "app/SavePanel.h"
+#include "app/SetsView.h"
+#include "app/Strings.h"
+#include "base/Failure.h"
+#include "base/Text.h"
+#include "shell/Prompts.h"
+#include "shell/SettingsStore.h"
+#include "shell/Titles.h"
+#include "shell/Trap.h"
+#include "shell/Values.h"
+#include "textio/CodePage.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QLocale>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScreen>
+#include <QStatusBar>
+#include <QTabWidget>
+#include <QTreeView>
+#include <QVBoxLayout>
+
+#include <array>
+
+namespace vexmarrow {
+namespace {
+
+constexpr QSize kFirstSize(960, 680);
+constexpr double kShareOfScreen = 0.9; // leaves room for the frame of a window on a small screen
+
+/// The option buttons whose state is kept, under their names, and what they are when the settings
+/// do not tell.
+struct StoredOption {
+    std::u16string_view key;
+    std::u16string_view fallback;
+};
+constexpr std::array kStoredOptions{
+    StoredOption{u"Option1", u"0"}, StoredOption{u"Option2", u"0"}, StoredOption{u"Option3", u"1"},
+    StoredOption{u"Option4", u"1"}, StoredOption{u"Option5", u"0"},
+};
+
+} // namespace
+
+Form1::Form1(const Services& services)
+    : services_(services),
+      engine_(services.textio, services.writer, services.prompts),
+      fileAdding_(fileList_, services.prompts, services.pickers, services.settings,
+                  services.eventLoop, *this, services.ansi),
+      setOperations_(sets_, services.prompts, services.pickers, services.writer, services.ansi),
+      outputChoice_(services.prompts, services.pickers, services.settings),
+      run_(*this, fileList_, sets_, engine_, services.prompts, services.eventLoop, *this),
+      files_(new FileListPanel(fileList_, this)),
+      find_(new FindPanel(this)),
+      save_(new SavePanel(this)),
+      progress_(new QLabel(this)) {
+    setObjectName(QStringLiteral("Form1"));
+    new SetsView(sets_, find_->Combo1, find_->Combo2, this);
+    LayOut();
+    WireHandlers();
+    services_.eventLoop.SetProgressDisplay(
+        [this](const Progress& progress) { ShowProgress(progress); });
+}
+
+Form1::~Form1() {
+    services_.eventLoop.SetProgressDisplay(nullptr);
+    // The views look at the lists, which are members and go before the children would.
+    delete centralWidget();
+}
+
+void Form1::LayOut() {
+    auto* const centre = new QWidget(this);
+    auto* const column = new QVBoxLayout(centre);
+    column->addWidget(files_, 1);
+    column->addWidget(find_);
+    column->addWidget(save_);
+    setCentralWidget(centre);
+
+    Name(progress_, u"Progress", u"Progress");
+    progress_->setAccessibleName({}); // its text is its name
+    statusBar()->addWidget(progress_, 1);
+    resize(kFirstSize.boundedTo(screen()->availableSize() * kShareOfScreen));
+
+    // Reading order: the list and its buttons, what to find, where results go, start.
+    const std::array<QWidget*, 26> order{
+        files_->ListView1,    files_->PushButton13, files_->PushButton3, files_->PushButton9,
+        files_->PushButton17, files_->PushButton11, files_->PushButton2, files_->PushButton8,
+        files_->PushButton5,  find_->TabControl1,   find_->Text1,        find_->Text2,
+        find_->Combo1,        find_->Combo2,        find_->PushButton7,  find_->PushButton6,
+        find_->PushButton10,  find_->PushButton4,   find_->PushButton12, find_->Option1,
+        find_->Option2,       find_->Option3,       save_->Option5,      save_->Option4,
+        save_->Text3,         save_->PushButton14,
+    };
+    for (std::size_t i = 1; i < order.size(); ++i) {
+        setTabOrder(order[i - 1], order[i]);
+    }
+    setTabOrder(order.back(), save_->PushButton1);
+}
+
+void Form1::OnClick(QAbstractButton* button, void (Form1::*handler)()) {
+    connect(button, &QAbstractButton::clicked, this,
+            [this, handler] { RunHandler([&] { (this->*handler)(); }); });
+}
+
+void Form1::WireHandlers() {
+    OnClick(files_->PushButton13, &Form1::PushButton13_Click);
+    OnClick(files_->PushButton3, &Form1::PushButton3_Click);
+    OnClick(files_->PushButton5, &Form1::PushButton5_Click);
+    OnClick(find_->PushButton7, &Form1::PushButton7_Click);
+    OnClick(find_->PushButton6, &Form1::PushButton6_Click);
+    OnClick(find_->PushButton4, &Form1::PushButton4_Click);
+    OnClick(find_->PushButton12, &Form1::PushButton12_Click);
+    OnClick(save_->PushButton14, &Form1::PushButton14_Click);
+    OnClick(save_->PushButton1, &Form1::PushButton1_Click);
+    // What these are for is not there yet.
+    for (QPushButton* const button :
+         {files_->PushButton9, files_->PushButton17, files_->PushButton11, files_->PushButton2,
+          files_->PushButton8, find_->PushButton10}) {
+        button->setEnabled(false);
+    }
+}
+
+void Form1::Form_Load() {
+    Trap trap(services_.prompts, u"Form1.Form_Load");
+    SettingsStore& settings = services_.settings;
+    trap.Do(1, [&] {
+        const std::u16string page = settings.GetSetting(u"AnsiCodePage", u"");
+        if (!page.empty()) {
+            services_.ansi.Choose(page);
+        }
+    });
+    trap.Do(2, [&] { setWindowTitle(ToQString(kProductName)); });
+    RestoreOptions(trap);
+    trap.Do(8, [&] { FollowOption4(); });
+
+    // Setting the options was no click of the user's. The tab and the output folder, on the other
+    // hand, are saved whenever they change, now included.
+    for (QRadioButton* const option : {find_->Option1, find_->Option2, find_->Option3}) {
+        OnPress(option, [this] { SaveModeOptions(); });
+    }
+    for (QRadioButton* const option : {save_->Option4, save_->Option5}) {
+        OnPress(option, [this] { SaveOutputOptions(); });
+    }
+    connect(find_->TabControl1, &QTabWidget::currentChanged, this,
+            &Form1::TabControl1_SelectedChanged);
+    connect(save_->Text3, &QLineEdit::textChanged, this, &Form1::Text3_Change);
+
+    trap.Do(9, [&] { RestoreTab(settings.GetSetting(u"TabSel", u"0")); });
+    trap.Do(10, [&] {
+        save_->Text3->setText(
+            ToQString(settings.GetSetting(u"Output Folder", services_.desktopFolder)));
+    });
+}
+
+void Form1::RestoreOptions(Trap& trap) {
+    const std::array options{find_->Option1, find_->Option2, find_->Option3, save_->Option4,
+                             save_->Option5};
+    int line = 3;
+    for (std::size_t i = 0; i < options.size(); ++i) {
+        trap.Do(line++, [&] {
+            const StoredOption& stored = kStoredOptions[i];
+            SetOption(options[i],
+                      BooleanFromText(services_.settings.GetSetting(stored.key, stored.fallback)));
+        });
+    }
+}
+
+void Form1::RestoreTab(const std::u16string& stored) {
+    const int tab = IntegerFromText(stored);
+    if (tab < 0 || tab >= find_->TabControl1->count()) {
+        throw Failure(Concat(u"There is no tab number ", stored, u"."));
+    }
+    find_->TabControl1->setCurrentIndex(tab);
+}
+
+void Form1::closeEvent(QCloseEvent* event) {
+    services_.eventLoop.End();
+    event->accept();
+    for (QWidget* const window : QApplication::topLevelWidgets()) {
+        if (window != this) {
+            window->close();
+        }
+    }
+    QCoreApplication::quit();
+}
+
+void Form1::PushButton1_Click() {
+    run_.Start();
+}
+
+void Form1::PushButton3_Click() {
+    fileAdding_.AddAllFilesInFolder();
+}
+
+void Form1::PushButton4_Click() {
+    setOperations_.ClearSets();
+}
+
+void Form1::PushButton5_Click() {
+    Trap trap(services_.prompts, u"Form1.PushButton5_Click");
+    trap.Do(1, [&] { services_.prompts.ShowMessage(HelpText()); });
+}
+
+void Form1::PushButton6_Click() {
+    setOperations_.RemoveSelectedSet(find_->Combo1->currentIndex(), find_->Combo2->currentIndex());
+}
+
+void Form1::PushButton7_Click() {
+    setOperations_.AddSet();
+}
+
+void Form1::PushButton12_Click() {
+    setOperations_.SaveSets();
+}
+
+void Form1::PushButton13_Click() {
+    fileAdding_.AddFiles();
+}
+
+void Form1::PushButton14_Click() {
+    outputChoice_.Browse(
+        [this](const std::u16string& folder) { save_->Text3->setText(ToQString(folder)); });
+}
+
+void Form1::SaveModeOptions() {
+    SettingsStore& settings = services_.settings;
+    settings.SaveSetting(u"Option1", TextFromBoolean(Option1()));
+    settings.SaveSetting(u"Option2", TextFromBoolean(Option2()));
+    settings.SaveSetting(u"Option3", TextFromBoolean(Option3()));
+}
+
+void Form1::SaveOutputOptions() {
+    outputChoice_.SaveOptions(Option4(), Option5());
+    FollowOption4();
+}
+
+void Form1::FollowOption4() {
+    save_->Frame4->setEnabled(Option4());
+}
+
+void Form1::TabControl1_SelectedChanged(int tab) {
+    services_.settings.SaveSetting(u"TabSel", Decimal(tab));
+}
+
+void Form1::Text3_Change() {
+    outputChoice_.SaveFolder(Text3());
+}
+
+std::u16string Form1::Text1() const {
+    return find_->Text1->Text();
+}
+
+std::u16string Form1::Text2() const {
+    return find_->Text2->Text();
+}
+
+std::u16string Form1::Text3() const {
+    return ToText(save_->Text3->text());
+}
+
+bool Form1::Option1() const {
+    return find_->Option1->isChecked();
+}
+
+bool Form1::Option2() const {
+    return find_->Option2->isChecked();
+}
+
+bool Form1::Option3() const {
+    return find_->Option3->isChecked();
+}
+
+bool Form1::Option4() const {
+    return save_->Option4->isChecked();
+}
+
+bool Form1::Option5() const {
+    return save_->Option5->isChecked();
+}
+
+int Form1::SelectedTab() const {
+    return find_->TabControl1->currentIndex();
+}
+
+void Form1::SetPointer(Shape shape) {
+    const bool wasBusy = pointer_ == Hourglass;
+    const bool busy = shape == Hourglass;
+    pointer_ = shape;
+    if (busy && !wasBusy) {
+        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    } else if (wasBusy && !busy) {
+        QGuiApplication::restoreOverrideCursor();
+        progress_->clear();
+    }
+}
+
+void Form1::ShowProgress(const Progress& progress) {
+    const QLocale locale;
+    QString text = ToQString(progress.item) + u' ' + locale.toString(progress.done);
+    if (progress.total > 0) {
+        text += QStringLiteral(" of ") + locale.toString(progress.total);
+    }
+    progress_->setText(text);
+}
+
+} // namespace vexmarrow

@@ -1,0 +1,121 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "engine/ReplaceText.h"
+#include "filelist/FileAdding.h"
+#include "filelist/FileList.h"
+#include "run/OutputChoice.h"
+#include "run/ReplacementRun.h"
+#include "run/RunInputs.h"
+#include "sets/SetList.h"
+#include "sets/SetOperations.h"
+#include "shell/EventLoop.h"
+
+#include <QMainWindow>
+
+class QAbstractButton;
+class QLabel;
+
+namespace vexmarrow {
+
+class AnsiCodePage;
+class FileListPanel;
+class FileWriter;
+class FindPanel;
+class Pickers;
+class Prompts;
+class QtEventLoop;
+class RFTSFSO;
+class SavePanel;
+class SettingsStore;
+class Trap;
+
+/// What the main window works with; all of it outlives the window.
+struct Services {
+    RFTSFSO& textio;
+    FileWriter& writer;
+    AnsiCodePage& ansi;
+    Prompts& prompts;
+    Pickers& pickers;
+    SettingsStore& settings;
+    QtEventLoop& eventLoop;
+    std::u16string desktopFolder; ///< default of the output folder
+};
+
+/// The main window: composes the panels, owns the list of files and the list of sets, and wires
+/// the controls to the operations. Closing it ends the program at once, in the middle of whatever
+/// is under way.
+class Form1 final : public QMainWindow, private RunInputs, private MousePointer {
+    Q_OBJECT
+
+public:
+    explicit Form1(const Services& services);
+    ~Form1() override;
+    Form1(const Form1&) = delete;
+    Form1& operator=(const Form1&) = delete;
+
+    /// Start-up, to be called once before the window is shown: titles, and the user's last choices
+    /// from the settings. What cannot be restored is reported and keeps its state.
+    void Form_Load();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    // Handlers, by control and event.
+    void PushButton1_Click();  // "Start Replacing"
+    void PushButton3_Click();  // "Add All VCF File(s) In Folder"
+    void PushButton4_Click();  // "Clear"
+    void PushButton5_Click();  // "Help"
+    void PushButton6_Click();  // "Remove Selected Set"
+    void PushButton7_Click();  // "Add Set"
+    void PushButton12_Click(); // "Save Sets"
+    void PushButton13_Click(); // "Add VCF File(s)"
+    void PushButton14_Click(); // "..." of the output folder
+    void SaveModeOptions();    // Option1_Click, Option2_Click, Option3_Click
+    void SaveOutputOptions();  // Option4_Click, Option5_Click
+    void TabControl1_SelectedChanged(int tab);
+    void Text3_Change();
+
+    void LayOut();
+    void WireHandlers();
+    void OnClick(QAbstractButton* button, void (Form1::*handler)());
+    void RestoreOptions(Trap& trap);
+    void RestoreTab(const std::u16string& stored);
+    void FollowOption4();
+    void ShowProgress(const Progress& progress);
+
+    // RunInputs
+    std::u16string Text1() const override;
+    std::u16string Text2() const override;
+    std::u16string Text3() const override;
+    bool Option1() const override;
+    bool Option2() const override;
+    bool Option3() const override;
+    bool Option4() const override;
+    bool Option5() const override;
+    int SelectedTab() const override;
+
+    // MousePointer
+    Shape Pointer() const override { return pointer_; }
+    void SetPointer(Shape shape) override;
+
+    Services services_;
+    FileList fileList_;
+    SetList sets_;
+    ReplaceText engine_;
+    FileAdding fileAdding_;
+    SetOperations setOperations_;
+    OutputChoice outputChoice_;
+    ReplacementRun run_;
+
+    FileListPanel* files_;
+    FindPanel* find_;
+    SavePanel* save_;
+    QLabel* progress_;
+    Shape pointer_ = Default;
+};
+
+} // namespace vexmarrow

@@ -1,0 +1,155 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "app/MessageBox.h"
+
+#include <QAccessible>
+#include <QAccessibleWidget>
+#include <QDialogButtonBox>
+#include <QGridLayout>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QStyle>
+
+#include <algorithm>
+
+namespace vexmarrow {
+namespace {
+
+/// A text of more lines is shown by a widget that lays out only the lines in sight; a label of
+/// thousands of lines takes seconds to paint.
+constexpr qsizetype kLinesOfLabel = 60;
+constexpr int kWidestLineInCharacters = 90;
+constexpr double kShareOfScreen = 0.75;
+
+QAccessibleInterface* MakeAlert(const QString& className, QObject* object) {
+    if (className == QLatin1String(MessageBox::staticMetaObject.className())) {
+        return new QAccessibleWidget(qobject_cast<QWidget*>(object), QAccessible::AlertMessage);
+    }
+    return nullptr;
+}
+
+bool AsksYesNo(BoxStyle style) {
+    return style == BoxStyle::YesNo || style == BoxStyle::Question;
+}
+
+QIcon IconOf(BoxStyle style, const QStyle& look) {
+    switch (style) {
+    case BoxStyle::Critical:
+        return look.standardIcon(QStyle::SP_MessageBoxCritical);
+    case BoxStyle::Question:
+        return look.standardIcon(QStyle::SP_MessageBoxQuestion);
+    case BoxStyle::Exclamation:
+        return look.standardIcon(QStyle::SP_MessageBoxWarning);
+    case BoxStyle::Information:
+    case BoxStyle::YesNo:
+        break;
+    }
+    return {};
+}
+
+} // namespace
+
+MessageBox::MessageBox(QWidget* owner, const QString& title, const QString& text, BoxStyle style)
+    : QDialog(owner, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                         Qt::WindowCloseButtonHint),
+      answer_(AsksYesNo(style) ? Answer::No : Answer::Ok) {
+    [[maybe_unused]] static const bool installed = (QAccessible::installFactory(MakeAlert), true);
+    setWindowTitle(title);
+    setAccessibleName(title);
+    setObjectName(QStringLiteral("MessageBox"));
+
+    auto* const grid = new QGridLayout(this);
+    const QIcon icon = IconOf(style, *this->style());
+    if (!icon.isNull()) {
+        auto* const picture = new QLabel(this);
+        const int size = this->style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, this);
+        picture->setPixmap(icon.pixmap(QSize(size, size), devicePixelRatio()));
+        grid->addWidget(picture, 0, 0, Qt::AlignTop);
+        grid->setHorizontalSpacing(size / 3);
+    }
+    grid->addWidget(MakeText(text), 0, 1);
+
+    auto* const buttons = new QDialogButtonBox(this);
+    const auto add = [&](QDialogButtonBox::StandardButton which, const QString& caption,
+                         Answer answer) {
+        QPushButton* const button = buttons->addButton(which);
+        button->setText(caption);
+        button->setAccessibleName(caption);
+        connect(button, &QPushButton::clicked, this, [this, answer] {
+            answer_ = answer;
+            accept();
+        });
+        return button;
+    };
+    if (AsksYesNo(style)) {
+        QPushButton* const yes = add(QDialogButtonBox::Yes, QStringLiteral("Yes"), Answer::Yes);
+        add(QDialogButtonBox::No, QStringLiteral("No"), Answer::No);
+        yes->setDefault(true);
+        yes->setFocus();
+    } else {
+        QPushButton* const ok = add(QDialogButtonBox::Ok, QStringLiteral("OK"), Answer::Ok);
+        ok->setDefault(true);
+        ok->setFocus();
+    }
+    grid->addWidget(buttons, 1, 0, 1, 2);
+    grid->setVerticalSpacing(grid->verticalSpacing() * 2);
+}
+
+QWidget* MessageBox::MakeText(const QString& text) {
+    const QSize most = screen()->availableSize() * kShareOfScreen;
+    const QFontMetrics metrics = fontMetrics();
+    if (text.count(u'\n') >= kLinesOfLabel) {
+        auto* const edit = new QPlainTextEdit(text, this);
+        edit->setReadOnly(true);
+        edit->setTabChangesFocus(true);
+        edit->setLineWrapMode(QPlainTextEdit::NoWrap);
+        edit->setMinimumSize(
+            std::min(most.width(), metrics.averageCharWidth() * kWidestLineInCharacters),
+            std::min(most.height(), metrics.lineSpacing() * 30));
+        return edit;
+    }
+    auto* const label = new QLabel(this);
+    label->setTextFormat(Qt::PlainText); // a path with "<" is no markup
+    label->setText(text);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    label->setAlignment(Qt::AlignTop | Qt::AlignLeft);
+    const int widest = std::min(most.width(), metrics.averageCharWidth() * kWidestLineInCharacters);
+    QSize size = label->sizeHint();
+    if (size.width() > widest) {
+        label->setWordWrap(true);
+        // Long paths have no place to wrap at: those make the label wider than asked for.
+        size = QSize(std::max(widest, label->minimumSizeHint().width()), 0);
+        size.setHeight(label->heightForWidth(size.width()));
+    }
+    if (size.width() <= most.width() && size.height() <= most.height()) {
+        label->setMinimumSize(size);
+        return label;
+    }
+    label->setMinimumSize(size);
+    auto* const area = new QScrollArea(this);
+    area->setWidget(label);
+    area->setFrameShape(QFrame::NoFrame);
+    area->viewport()->setAutoFillBackground(false);
+    label->setAutoFillBackground(false);
+    const int bar = area->verticalScrollBar()->sizeHint().width();
+    area->setMinimumSize((size + QSize(bar, bar)).boundedTo(most));
+    return area;
+}
+
+Answer MessageBox::Ask() {
+    exec();
+    return answer_;
+}
+
+void MessageBox::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    QAccessibleEvent alert(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+}
+
+} // namespace vexmarrow

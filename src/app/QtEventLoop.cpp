@@ -1,0 +1,21 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "app/QtEventLoop.h"
+
+#include <QCoreApplication>
+
+namespace vexmarrow {
+
+void QtEventLoop::Yield(const Progress& progress) {
+    // Painting the line for every item would cost more than the work itself.
+    constexpr qint64 kMillisecondsBetween = 50;
+    if (show_ && (!sinceShown_.isValid() || sinceShown_.elapsed() >= kMillisecondsBetween)) {
+        show_(progress);
+        sinceShown_.start();
+    }
+    QCoreApplication::processEvents();
+    ThrowIfEnded();
+}
+
+} // namespace vexmarrow

@@ -1,0 +1,92 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "app/QtPickers.h"
+
+#include "app/QtEventLoop.h"
+#include "app/Strings.h"
+#include "base/Text.h"
+
+#include <QDir>
+#include <QFileDialog>
+
+namespace vexmarrow {
+
+std::vector<std::u16string> PartsOfChoice(const QStringList& files) {
+    std::vector<std::u16string> parts;
+    if (files.size() > 1) {
+        QString folder = files.first();
+        for (const QString& file : files) {
+            while (!file.startsWith(folder + u'/')) {
+                folder.truncate(folder.lastIndexOf(u'/'));
+            }
+        }
+        parts.push_back(ToText(folder.isEmpty() ? QStringLiteral("/") : folder));
+        for (const QString& file : files) {
+            parts.push_back(ToText(file.mid(folder.size() + 1)));
+        }
+    } else if (!files.isEmpty() && !files.first().isEmpty()) {
+        parts.push_back(ToText(files.first()));
+    }
+    return parts;
+}
+
+QStringList NameFilters(std::u16string_view filter) {
+    const std::vector<std::u16string_view> parts = Split(filter, u"|");
+    QStringList filters;
+    for (std::size_t i = 0; i + 1 < parts.size(); i += 2) {
+        // Qt takes the pattern from the last brackets and does not show them; "*.*" would hide
+        // names without a dot.
+        const std::u16string_view pattern = parts[i + 1] == u"*.*" ? u"*" : parts[i + 1];
+        filters << ToQString(Concat(parts[i], u" (", pattern, u")"));
+    }
+    return filters;
+}
+
+std::vector<std::u16string> QtPickers::OpenFiles(const FileDialogRequest& request) {
+    QFileDialog dialog(owner_);
+    dialog.setAcceptMode(QFileDialog::AcceptOpen);
+    dialog.setFileMode(QFileDialog::ExistingFiles);
+    return PartsOfChoice(Choose(dialog, request));
+}
+
+std::u16string QtPickers::SaveFile(const FileDialogRequest& request) {
+    QFileDialog dialog(owner_);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.setOption(QFileDialog::DontConfirmOverwrite); // the program asks by itself
+    return ToText(Choose(dialog, request).value(0));
+}
+
+std::u16string QtPickers::BrowseForFolder(std::u16string_view title,
+                                          std::u16string_view startFolder) {
+    QFileDialog dialog(owner_, ToQString(title), ToQString(startFolder));
+    dialog.setFileMode(QFileDialog::Directory);
+    dialog.setOption(QFileDialog::ShowDirsOnly);
+    Run(dialog);
+    return dialog.result() == QDialog::Accepted ? ToText(dialog.selectedFiles().value(0))
+                                                : std::u16string();
+}
+
+QStringList QtPickers::Choose(QFileDialog& dialog, const FileDialogRequest& request) {
+    dialog.setWindowTitle(ToQString(request.title));
+    dialog.setOption(QFileDialog::HideNameFilterDetails);
+    dialog.setNameFilters(NameFilters(request.filter));
+    if (!folder_.isEmpty()) {
+        dialog.setDirectory(folder_);
+    }
+    Run(dialog);
+    if (dialog.result() != QDialog::Accepted) {
+        return {};
+    }
+    folder_ = dialog.directory().absolutePath();
+    return dialog.selectedFiles();
+}
+
+void QtPickers::Run(QFileDialog& dialog) const {
+    eventLoop_.ThrowIfEnded();
+    dialog.exec();
+    eventLoop_.ThrowIfEnded();
+}
+
+} // namespace vexmarrow

@@ -1,0 +1,66 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "app/QtPrompts.h"
+
+#include "app/InputBox.h"
+#include "app/MessageBox.h"
+#include "app/QtEventLoop.h"
+#include "app/Strings.h"
+#include "shell/Titles.h"
+
+#include <QApplication>
+
+namespace vexmarrow {
+namespace {
+
+/// The hourglass belongs to the main window; over a box that waits for the user the pointer is the
+/// normal one.
+class NormalPointer {
+public:
+    NormalPointer() : set_(QGuiApplication::overrideCursor() != nullptr) {
+        if (set_) {
+            QGuiApplication::setOverrideCursor(Qt::ArrowCursor);
+        }
+    }
+    ~NormalPointer() {
+        if (set_) {
+            QGuiApplication::restoreOverrideCursor();
+        }
+    }
+    NormalPointer(const NormalPointer&) = delete;
+    NormalPointer& operator=(const NormalPointer&) = delete;
+
+private:
+    bool set_;
+};
+
+} // namespace
+
+QWidget* QtPrompts::Owner() const {
+    QWidget* const dialog = QApplication::activeModalWidget();
+    return dialog != nullptr ? dialog : owner_.data();
+}
+
+Answer QtPrompts::ShowMessage(std::u16string_view text, BoxStyle style, std::u16string_view title) {
+    eventLoop_.ThrowIfEnded();
+    const NormalPointer pointer;
+    const std::u16string standard = ApplicationTitle(kProductName);
+    MessageBox box(Owner(), ToQString(title.empty() ? std::u16string_view(standard) : title),
+                   ShownAsText(text), style);
+    const Answer answer = box.Ask();
+    eventLoop_.ThrowIfEnded();
+    return answer;
+}
+
+std::u16string QtPrompts::AskForText(std::u16string_view prompt, std::u16string_view suggestion) {
+    eventLoop_.ThrowIfEnded();
+    const NormalPointer pointer;
+    InputBox box(Owner(), ToQString(ApplicationTitle(kProductName)), ToQString(prompt),
+                 ToQString(suggestion));
+    const QString answer = box.Ask();
+    eventLoop_.ThrowIfEnded();
+    return ToText(answer);
+}
+
+} // namespace vexmarrow

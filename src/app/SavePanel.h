@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QWidget>
+
+class QGroupBox;
+class QLineEdit;
+class QPushButton;
+class QRadioButton;
+
+namespace vexmarrow {
+
+/// Where results go, and the button that starts it all. Makes and lays out the controls; what they
+/// do is wired by the main window.
+class SavePanel final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit SavePanel(QWidget* parent);
+
+    QGroupBox* Frame2;         // "Save Option"
+    QRadioButton* Option5;     // "Save results in folder of original file"
+    QRadioButton* Option4;     // "Save results to this folder:"
+    QWidget* Frame4;           // holds the folder and its button
+    QLineEdit* Text3;          // output folder
+    QPushButton* PushButton14; // "..."
+    QPushButton* PushButton1;  // "Start Replacing"
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    void ColourStartButton();
+};
+
+} // namespace vexmarrow

@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+
+#include <string>
+#include <string_view>
+
+namespace vexmarrow {
+
+// The border between the window's strings and the texts of everything below it. Both are 16-bit
+// characters, and both ways keep every one of them.
+
+inline QString ToQString(std::u16string_view text) {
+    return QString(reinterpret_cast<const QChar*>(text.data()),
+                   static_cast<qsizetype>(text.size()));
+}
+inline std::u16string ToText(const QString& string) {
+    return string.toStdU16String();
+}
+
+// How texts are shown. Neither form is ever read back.
+
+/// In one line: control characters as their pictures, and the replacement mark for what is no
+/// character (the stray bytes of a file name).
+QString ShownInOneLine(std::u16string_view text);
+
+/// As text: CR LF and lone CR as line ends, and the replacement mark as above.
+QString ShownAsText(std::u16string_view text);
+
+} // namespace vexmarrow

@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "app/Form1.h"
+#include "app/IniSettingsStore.h"
+#include "app/QtEventLoop.h"
+#include "app/QtPickers.h"
+#include "app/QtPrompts.h"
+#include "app/Strings.h"
+#include "textio/CodePage.h"
+#include "textio/InPlaceWriter.h"
+#include "textio/RFTSFSO.h"
+
+#include <QApplication>
+#include <QFont>
+#include <QStandardPaths>
+
+#include <csignal>
+
+int main(int argc, char** argv) {
+    using namespace vexmarrow;
+
+    // A file that would grow past the user's limit is a failure to report, not the end.
+    std::signal(SIGXFSZ, SIG_IGN); // NOLINT(cert-err33-c)
+
+    const QApplication application(argc, argv);
+    QFont font = QApplication::font();
+    font.setFamily(QStringLiteral("Arial"));
+    QApplication::setFont(font);
+
+    EncodingFlags flags;
+    AnsiCodePage ansi(CodePageOfEnvironment());
+    SystemCalls calls;
+    RFTSFSO textio(calls, flags, ansi);
+    InPlaceWriter writer(calls);
+    QtEventLoop eventLoop;
+    QtPrompts prompts(eventLoop);
+    QtPickers pickers(eventLoop);
+    IniSettingsStore settings;
+    const QString desktop = QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
+
+    Form1 form1(
+        {textio, writer, ansi, prompts, pickers, settings, eventLoop, ToText(desktop) + u"/"});
+    prompts.SetOwner(&form1);
+    pickers.SetOwner(&form1);
+    form1.Form_Load();
+    form1.show();
+    return QApplication::exec();
+}
