@@ -31,16 +31,18 @@ QComboBox* MakeCombo(QWidget* parent) {
 
 } // namespace
 
-FindPanel::FindPanel(QWidget* parent) : QWidget(parent), TabControl1(new QTabWidget(this)) {
+FindPanel::FindPanel(QWidget* parent)
+    : QWidget(parent),
+      TabControl1(new QTabWidget(this)),
+      Frame1(new QGroupBox(QStringLiteral("Find Options"), this)),
+      Option1(MakeOption(Frame1, u"Option1", u"Find and replace in fields only")),
+      Option2(MakeOption(Frame1, u"Option2", u"Find and replace in values only")),
+      Option3(MakeOption(Frame1, u"Option3", u"Find and replace in fields and values")) {
     Name(TabControl1, u"TabControl1", u"Find and replace");
     TabControl1->addTab(MakeSinglePairTab(), QStringLiteral("Single find and replace"));
     TabControl1->addTab(MakeSetsTab(), QStringLiteral("Multiple find and replace (sets)"));
 
-    Frame1 = new QGroupBox(QStringLiteral("Find Options"), this);
     Name(Frame1, u"Frame1", u"Find Options");
-    Option1 = MakeOption(Frame1, u"Option1", u"Find and replace in fields only");
-    Option2 = MakeOption(Frame1, u"Option2", u"Find and replace in values only");
-    Option3 = MakeOption(Frame1, u"Option3", u"Find and replace in fields and values");
     auto* const options = new QVBoxLayout(Frame1);
     for (QRadioButton* const option : {Option1, Option2, Option3}) {
         options->addWidget(option);

@@ -24,19 +24,19 @@ public:
     explicit FindPanel(QWidget* parent);
 
     QTabWidget* TabControl1;
-    LinesEdit* Text1;          // " Find what (exact case):"
-    LinesEdit* Text2;          // " Replace with:"
-    QComboBox* Combo1;         // " Find what (exact case):"
-    QComboBox* Combo2;         // " Replace with:"
-    QPushButton* PushButton7;  // "Add Set"
-    QPushButton* PushButton6;  // "Remove Selected Set"
-    QPushButton* PushButton10; // "Load Sets"
-    QPushButton* PushButton4;  // "Clear"
-    QPushButton* PushButton12; // "Save Sets"
-    QGroupBox* Frame1;         // "Find Options"
-    QRadioButton* Option1;     // "Find and replace in fields only"
-    QRadioButton* Option2;     // "Find and replace in values only"
-    QRadioButton* Option3;     // "Find and replace in fields and values"
+    LinesEdit* Text1 = nullptr;          // " Find what (exact case):"
+    LinesEdit* Text2 = nullptr;          // " Replace with:"
+    QComboBox* Combo1 = nullptr;         // " Find what (exact case):"
+    QComboBox* Combo2 = nullptr;         // " Replace with:"
+    QPushButton* PushButton7 = nullptr;  // "Add Set"
+    QPushButton* PushButton6 = nullptr;  // "Remove Selected Set"
+    QPushButton* PushButton10 = nullptr; // "Load Sets"
+    QPushButton* PushButton4 = nullptr;  // "Clear"
+    QPushButton* PushButton12 = nullptr; // "Save Sets"
+    QGroupBox* Frame1;                   // "Find Options"
+    QRadioButton* Option1;               // "Find and replace in fields only"
+    QRadioButton* Option2;               // "Find and replace in values only"
+    QRadioButton* Option3;               // "Find and replace in fields and values"
 
 private:
     QWidget* MakeSinglePairTab();

@@ -77,6 +77,7 @@ Form1::Form1(const Services& services)
 
 Form1::~Form1() {
     services_.eventLoop.SetProgressDisplay(nullptr);
+    SetPointer(Default);
     // The views look at the lists, which are members and go before the children would.
     delete centralWidget();
 }
@@ -92,6 +93,8 @@ void Form1::LayOut() {
     Name(progress_, u"Progress", u"Progress");
     progress_->setAccessibleName({}); // its text is its name
     statusBar()->addWidget(progress_, 1);
+    const QMargins margins = column->contentsMargins();
+    statusBar()->setContentsMargins(margins.left(), 0, margins.right(), 0);
     resize(kFirstSize.boundedTo(screen()->availableSize() * kShareOfScreen));
 
     // Reading order: the list and its buttons, what to find, where results go, start.

@@ -14,7 +14,7 @@ namespace {
 
 /// Begins a value that is spelled as four hexadecimal digits per 16-bit character, because the
 /// file, which is UTF-8, could not hold it as text.
-const QString kSpelledOut = QStringLiteral("utf16:");
+constexpr QStringView kSpelledOut = u"utf16:";
 constexpr int kDigits = 4;
 constexpr int kHexadecimal = 16;
 
@@ -26,7 +26,7 @@ QString StoredForm(const QString& value) {
     if (SurvivesUtf8(value) && !value.startsWith(kSpelledOut)) {
         return value;
     }
-    QString spelled = kSpelledOut;
+    QString spelled = kSpelledOut.toString();
     for (const QChar unit : value) {
         spelled +=
             QString::number(unit.unicode(), kHexadecimal).rightJustified(kDigits, QChar(u'0'));

@@ -24,6 +24,7 @@ namespace {
 /// thousands of lines takes seconds to paint.
 constexpr qsizetype kLinesOfLabel = 60;
 constexpr int kWidestLineInCharacters = 90;
+constexpr int kNarrowestInCharacters = 40; // the title is to be read, too
 constexpr double kShareOfScreen = 0.75;
 
 QAccessibleInterface* MakeAlert(const QString& className, QObject* object) {
@@ -72,7 +73,10 @@ MessageBox::MessageBox(QWidget* owner, const QString& title, const QString& text
         grid->addWidget(picture, 0, 0, Qt::AlignTop);
         grid->setHorizontalSpacing(size / 3);
     }
-    grid->addWidget(MakeText(text), 0, 1);
+    grid->addWidget(MakeText(text), 0, icon.isNull() ? 0 : 1, 1, icon.isNull() ? 2 : 1);
+    grid->setColumnStretch(1, 1);
+    grid->setRowStretch(0, 1);
+    setMinimumWidth(fontMetrics().averageCharWidth() * kNarrowestInCharacters);
 
     auto* const buttons = new QDialogButtonBox(this);
     const auto add = [&](QDialogButtonBox::StandardButton which, const QString& caption,

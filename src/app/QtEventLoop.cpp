@@ -10,7 +10,9 @@ namespace vexmarrow {
 void QtEventLoop::Yield(const Progress& progress) {
     // Painting the line for every item would cost more than the work itself.
     constexpr qint64 kMillisecondsBetween = 50;
-    if (show_ && (!sinceShown_.isValid() || sinceShown_.elapsed() >= kMillisecondsBetween)) {
+    const bool last = progress.done == progress.total;
+    if (show_ &&
+        (last || !sinceShown_.isValid() || sinceShown_.elapsed() >= kMillisecondsBetween)) {
         show_(progress);
         sinceShown_.start();
     }

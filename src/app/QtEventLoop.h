@@ -14,7 +14,8 @@ namespace vexmarrow {
 /// Yields to Qt's event loop, and knows whether the program is ending.
 class QtEventLoop final : public EventLoop {
 public:
-    /// `show` is called with the progress from a yield, at most some twenty times a second.
+    /// `show` is called with the progress from a yield: some twenty times a second, and for the
+    /// last item.
     void SetProgressDisplay(std::function<void(const Progress&)> show) { show_ = std::move(show); }
 
     void Yield(const Progress& progress) override;

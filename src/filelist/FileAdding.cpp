@@ -36,6 +36,23 @@ std::vector<std::u16string> RowsOfChoice(const std::vector<std::u16string>& choi
     return rows;
 }
 
+std::vector<std::u16string> RowsOfFolder(const std::u16string& folder,
+                                         const std::vector<std::u16string>& names) {
+    constexpr int kPassedOver = kHidden | kArchive;
+    std::vector<std::u16string> rows;
+    for (std::size_t i = 1; i < names.size(); ++i) {
+        if (names[i].front() == u'~') {
+            continue;
+        }
+        const std::u16string path = Concat(folder, kSeparatorText, names[i]);
+        // A name may be gone by now, or stem from another folder when this one failed to list.
+        if (IsExistingFile(path) && FileAttributes(path) != kPassedOver) {
+            rows.push_back(NormalizePath(path));
+        }
+    }
+    return rows;
+}
+
 } // namespace
 
 void FileAdding::AddFiles() {
@@ -71,24 +88,6 @@ void FileAdding::AddAllFilesInFolder() {
         trap.Do(8, [&] { pointer_.SetPointer(MousePointer::Default); });
     }
     trap.Do(9, [&] { ValidateListFiles(list_, prompts_); });
-}
-
-std::vector<std::u16string>
-FileAdding::RowsOfFolder(const std::u16string& folder,
-                         const std::vector<std::u16string>& names) const {
-    constexpr int kPassedOver = kHidden | kArchive;
-    std::vector<std::u16string> rows;
-    for (std::size_t i = 1; i < names.size(); ++i) {
-        if (names[i].front() == u'~') {
-            continue;
-        }
-        const std::u16string path = Concat(folder, kSeparatorText, names[i]);
-        // A name may be gone by now, or stem from another folder when this one failed to list.
-        if (IsExistingFile(path) && FileAttributes(path) != kPassedOver) {
-            rows.push_back(NormalizePath(path));
-        }
-    }
-    return rows;
 }
 
 } // namespace vexmarrow

@@ -39,9 +39,6 @@ public:
     void AddAllFilesInFolder();
 
 private:
-    std::vector<std::u16string> RowsOfFolder(const std::u16string& folder,
-                                             const std::vector<std::u16string>& names) const;
-
     FileList& list_;
     Prompts& prompts_;
     Pickers& pickers_;

@@ -25,7 +25,7 @@ constexpr int kSetsTab = 1;
 /// Marks the run as in progress until it is left, by whatever way.
 class ReplacementRun::InProgress {
 public:
-    explicit InProgress(bool& flag) : flag_(flag) { flag_ = true; }
+    explicit InProgress(bool& flag) : flag_(flag) { flag = true; }
     ~InProgress() { flag_ = false; }
     InProgress(const InProgress&) = delete;
     InProgress& operator=(const InProgress&) = delete;

@@ -37,8 +37,8 @@ std::string LowerAscii(std::u16string_view text) {
 
 std::optional<double> NumberIn(std::u16string_view text) {
     std::string digits = LowerAscii(WithoutBlanks(text));
-    if (!digits.empty() && digits.front() == '+') {
-        digits.erase(0, 1);
+    if (digits.size() > 1 && digits[0] == '+' && digits[1] != '-') {
+        digits.erase(0, 1); // from_chars knows no plus sign
     }
     // from_chars also reads "inf" and "nan", which are words and no numbers here.
     if (digits.find_first_not_of("0123456789.e+-") != std::string::npos) {
@@ -69,7 +69,8 @@ bool BooleanFromText(std::u16string_view text) {
 int IntegerFromText(std::u16string_view text) {
     const std::optional<double> number = NumberIn(text);
     const double rounded = number ? std::nearbyint(*number) : 0;
-    if (!number || std::abs(rounded) > std::numeric_limits<int>::max()) {
+    if (!number || rounded < std::numeric_limits<int>::min() ||
+        rounded > std::numeric_limits<int>::max()) {
         throw Failure(Concat(u"The value \"", text, u"\" is not a whole number."));
     }
     return static_cast<int>(rounded);

@@ -12,6 +12,7 @@
 
 #include <unicode/uchar.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <sys/stat.h>
@@ -98,13 +99,10 @@ std::vector<std::u16string> ListFilesInFolder(std::u16string_view folder,
 }
 
 bool HasUnusualCharacters(std::u16string_view text, const CodePage& page) {
-    for (const char16_t character : text) {
+    return std::any_of(text.begin(), text.end(), [&](char16_t character) {
         const int code = page.CodeOf(character);
-        if (code < 32 || code == kLackingCharacter || (code >= 127 && code <= 159)) {
-            return true;
-        }
-    }
-    return false;
+        return code < 32 || code == kLackingCharacter || (code >= 127 && code <= 159);
+    });
 }
 
 } // namespace vexmarrow

@@ -60,21 +60,26 @@ private:
         // What lies past the old end needs new room on the disk. Written first, it shows a full
         // disk while the old bytes are all still there.
         const std::size_t overlap = std::min(oldSize - base, bytes_.size());
+        std::size_t tail = overlap;
+        std::size_t head = 0;
         try {
-            Write(file, base, overlap, bytes_.size());
+            Write(file, base, tail, bytes_.size());
+            Write(file, base, head, overlap);
         } catch (const Failure&) {
-            calls_.Truncate(file.Number(), status.st_size);
+            if (head == 0) { // no old byte is overwritten yet
+                calls_.Truncate(file.Number(), status.st_size);
+            }
             throw;
         }
-        Write(file, base, 0, overlap);
         if (newSize < oldSize) {
             Check(calls_.Truncate(file.Number(), static_cast<off_t>(newSize)));
         }
         Check(file.Close());
     }
 
-    /// Writes bytes `from` to `to` of the result, whose first byte lies at `base` of the file.
-    void Write(const Descriptor& file, std::size_t base, std::size_t from, std::size_t to) {
+    /// Writes bytes `from` to `to` of the result, whose first byte lies at `base` of the file, and
+    /// moves `from` on over what is written.
+    void Write(const Descriptor& file, std::size_t base, std::size_t& from, std::size_t to) {
         while (from < to) {
             const ssize_t written = calls_.WriteAt(file.Number(), bytes_.data() + from, to - from,
                                                    static_cast<off_t>(base + from));

@@ -67,7 +67,11 @@ std::string InputFile::ReadRest() {
         const std::uint64_t left = size_ > position_ ? size_ - position_ + 1 : kLeast;
         std::string part = Read(static_cast<std::size_t>(left));
         const bool atEnd = part.size() < left;
-        bytes = bytes.empty() ? std::move(part) : bytes + part;
+        if (bytes.empty()) {
+            bytes = std::move(part); // the usual case, which copies nothing
+        } else {
+            bytes += part;
+        }
         if (atEnd) {
             return bytes;
         }
