@@ -5,7 +5,6 @@
 
 #include "app/Strings.h"
 
-#include <QButtonGroup>
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
@@ -49,6 +48,7 @@ void SetOption(QRadioButton* option, bool value) {
 
 void OnPress(QRadioButton* option, std::function<void()> operation) {
     const auto handled = std::make_shared<bool>(false);
+    QObject::connect(option, &QRadioButton::pressed, option, [handled] { *handled = false; });
     QObject::connect(option, &QRadioButton::toggled, option, [handled, operation](bool set) {
         if (set) {
             *handled = true;

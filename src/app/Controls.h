@@ -3,15 +3,9 @@
 
 #pragma once
 
-#include "shell/EventLoop.h"
-
-#include <QString>
-
 #include <functional>
 #include <string_view>
-#include <utility>
 
-class QAbstractButton;
 class QLabel;
 class QPushButton;
 class QRadioButton;
@@ -39,16 +33,5 @@ void SetOption(QRadioButton* option, bool value);
 /// through the accessibility bus (which changes the state without a click), and also when it was
 /// set already.
 void OnPress(QRadioButton* option, std::function<void()> operation);
-
-/// The outermost frame of every handler: the end of the program unwinds up to here.
-template <typename Operation>
-void RunHandler(Operation&& operation) {
-    try {
-        std::forward<Operation>(operation)();
-    } catch (const ProgramEnded&) {
-        // Nothing is left to do: the event loop ends as well.
-        return;
-    }
-}
 
 } // namespace vexmarrow

@@ -68,7 +68,7 @@ Form1::Form1(const Services& services)
       save_(new SavePanel(this)),
       progress_(new QLabel(this)) {
     setObjectName(QStringLiteral("Form1"));
-    new SetsView(sets_, find_->Combo1, find_->Combo2, this);
+    new SetsView(sets_, find_->Combo1, find_->Combo2, find_);
     LayOut();
     WireHandlers();
     services_.eventLoop.SetProgressDisplay(
@@ -90,8 +90,7 @@ void Form1::LayOut() {
     column->addWidget(save_);
     setCentralWidget(centre);
 
-    Name(progress_, u"Progress", u"Progress");
-    progress_->setAccessibleName({}); // its text is its name
+    progress_->setObjectName(QStringLiteral("Progress"));
     statusBar()->addWidget(progress_, 1);
     const QMargins margins = column->contentsMargins();
     statusBar()->setContentsMargins(margins.left(), 0, margins.right(), 0);
@@ -306,6 +305,8 @@ void Form1::SetPointer(Shape shape) {
         QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     } else if (wasBusy && !busy) {
         QGuiApplication::restoreOverrideCursor();
+    }
+    if (!busy) {
         progress_->clear();
     }
 }

@@ -40,7 +40,11 @@ QString ValueOf(const QString& stored) {
     }
     QString value;
     for (qsizetype at = kSpelledOut.size(); at < stored.size(); at += kDigits) {
-        value += QChar(stored.mid(at, kDigits).toUShort(nullptr, kHexadecimal));
+        bool whole = at + kDigits <= stored.size();
+        value += QChar(stored.mid(at, kDigits).toUShort(whole ? &whole : nullptr, kHexadecimal));
+        if (!whole) {
+            return stored; // typed into the file by hand
+        }
     }
     return value;
 }

@@ -10,27 +10,48 @@
 #include <QMimeData>
 #include <QTextDocument>
 
+#include <algorithm>
 #include <array>
+#include <utility>
 
 namespace vexmarrow {
 namespace {
 
 /// Characters that a text document would take for the end of a line when they are inserted, and
-/// the noncharacters (never part of real text) that stand for them inside the document.
-struct Shelter {
-    QChar character;
-    QChar inside;
-};
-constexpr std::array kShelters{
-    Shelter{QChar(0x2029), QChar(0xFDD2)}, // paragraph separator
-    Shelter{QChar(0xFDD0), QChar(0xFDD3)},
-    Shelter{QChar(0xFDD1), QChar(0xFDD4)},
-};
+/// the one that introduces their substitutes: a pair of noncharacters stands for each of them
+/// inside the document.
+constexpr std::array kSheltered{QChar(0x2029), QChar(0xFDD0), QChar(0xFDD1), QChar(0xFDD2)};
+constexpr QChar kLead(0xFDD2);
+constexpr char16_t kFirstSubstitute = 0xFDD3;
 
-QString Sheltered(QString text) {
-    for (const Shelter& shelter : kShelters) {
-        text.replace(shelter.character, shelter.inside);
+QString Sheltered(const QString& text) {
+    QString sheltered;
+    sheltered.reserve(text.size());
+    for (const QChar character : text) {
+        const auto* const found = std::find(kSheltered.begin(), kSheltered.end(), character);
+        if (found == kSheltered.end()) {
+            sheltered += character;
+        } else {
+            sheltered += kLead;
+            sheltered +=
+                QChar(static_cast<char16_t>(kFirstSubstitute + (found - kSheltered.begin())));
+        }
     }
+    return sheltered;
+}
+
+QString Unsheltered(QString text) {
+    qsizetype end = 0;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        QChar character = text[i];
+        const int which = i + 1 < text.size() ? text[i + 1].unicode() - kFirstSubstitute : -1;
+        if (character == kLead && which >= 0 && which < static_cast<int>(kSheltered.size())) {
+            character = kSheltered[static_cast<std::size_t>(which)];
+            ++i;
+        }
+        text[end++] = character;
+    }
+    text.truncate(end);
     return text;
 }
 
@@ -45,10 +66,7 @@ std::u16string LinesEdit::Text() const {
     // The raw text: the plain one turns no-break spaces into blanks. Its lines end in U+2029.
     QString text = document()->toRawText();
     text.replace(QChar(QChar::ParagraphSeparator), ToQString(kCrLf));
-    for (const Shelter& shelter : kShelters) {
-        text.replace(shelter.inside, shelter.character);
-    }
-    return ToText(text);
+    return ToText(Unsheltered(std::move(text)));
 }
 
 void LinesEdit::SetText(std::u16string_view text) {

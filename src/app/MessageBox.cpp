@@ -20,9 +20,10 @@
 namespace vexmarrow {
 namespace {
 
-/// A text of more lines is shown by a widget that lays out only the lines in sight; a label of
-/// thousands of lines takes seconds to paint.
+/// A longer text is shown by a widget that lays out only the lines in sight; a label of thousands
+/// of lines takes seconds to paint.
 constexpr qsizetype kLinesOfLabel = 60;
+constexpr qsizetype kCharactersOfLabel = 10'000;
 constexpr int kWidestLineInCharacters = 90;
 constexpr int kNarrowestInCharacters = 40; // the title is to be read, too
 constexpr double kShareOfScreen = 0.75;
@@ -107,7 +108,7 @@ MessageBox::MessageBox(QWidget* owner, const QString& title, const QString& text
 QWidget* MessageBox::MakeText(const QString& text) {
     const QSize most = screen()->availableSize() * kShareOfScreen;
     const QFontMetrics metrics = fontMetrics();
-    if (text.count(u'\n') >= kLinesOfLabel) {
+    if (text.count(u'\n') >= kLinesOfLabel || text.size() >= kCharactersOfLabel) {
         auto* const edit = new QPlainTextEdit(text, this);
         edit->setReadOnly(true);
         edit->setTabChangesFocus(true);

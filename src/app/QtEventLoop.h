@@ -8,6 +8,7 @@
 #include <QElapsedTimer>
 
 #include <functional>
+#include <utility>
 
 namespace vexmarrow {
 
@@ -35,5 +36,16 @@ private:
     QElapsedTimer sinceShown_;
     bool ended_ = false;
 };
+
+/// The outermost frame of every handler: the end of the program unwinds up to here.
+template <typename Operation>
+void RunHandler(Operation&& operation) {
+    try {
+        std::forward<Operation>(operation)();
+    } catch (const ProgramEnded&) {
+        // Nothing is left to do: the event loop ends as well.
+        return;
+    }
+}
 
 } // namespace vexmarrow

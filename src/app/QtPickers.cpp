@@ -3,16 +3,20 @@
 
 #include "app/QtPickers.h"
 
+#include "app/NormalPointer.h"
 #include "app/QtEventLoop.h"
 #include "app/Strings.h"
 #include "base/Text.h"
 
 #include <QDir>
 #include <QFileDialog>
+#include <QRegularExpression>
 
 namespace vexmarrow {
 
-std::vector<std::u16string> PartsOfChoice(const QStringList& files) {
+std::vector<std::u16string> PartsOfChoice(const QStringList& chosen) {
+    // A dialog of the desktop may offer places that are no files of this machine.
+    const QStringList files = chosen.filter(QRegularExpression(QStringLiteral("^/")));
     std::vector<std::u16string> parts;
     if (files.size() > 1) {
         QString folder = files.first();
@@ -25,7 +29,7 @@ std::vector<std::u16string> PartsOfChoice(const QStringList& files) {
         for (const QString& file : files) {
             parts.push_back(ToText(file.mid(folder.size() + 1)));
         }
-    } else if (!files.isEmpty() && !files.first().isEmpty()) {
+    } else if (!files.isEmpty()) {
         parts.push_back(ToText(files.first()));
     }
     return parts;
@@ -72,9 +76,7 @@ QStringList QtPickers::Choose(QFileDialog& dialog, const FileDialogRequest& requ
     dialog.setWindowTitle(ToQString(request.title));
     dialog.setOption(QFileDialog::HideNameFilterDetails);
     dialog.setNameFilters(NameFilters(request.filter));
-    if (!folder_.isEmpty()) {
-        dialog.setDirectory(folder_);
-    }
+    dialog.setDirectory(folder_);
     Run(dialog);
     if (dialog.result() != QDialog::Accepted) {
         return {};
@@ -85,6 +87,7 @@ QStringList QtPickers::Choose(QFileDialog& dialog, const FileDialogRequest& requ
 
 void QtPickers::Run(QFileDialog& dialog) const {
     eventLoop_.ThrowIfEnded();
+    const NormalPointer pointer;
     dialog.exec();
     eventLoop_.ThrowIfEnded();
 }

@@ -5,6 +5,7 @@
 
 #include "shell/Pickers.h"
 
+#include <QDir>
 #include <QPointer>
 #include <QString>
 #include <QWidget>
@@ -35,12 +36,12 @@ private:
 
     const QtEventLoop& eventLoop_;
     QPointer<QWidget> owner_;
-    QString folder_; // empty: where the program was started
+    QString folder_ = QDir::currentPath();
 };
 
 /// The chosen files as Pickers::OpenFiles hands them over. Dialogs that can choose from several
 /// folders at once give names relative to the folder that all files share.
-std::vector<std::u16string> PartsOfChoice(const QStringList& files);
+std::vector<std::u16string> PartsOfChoice(const QStringList& chosen);
 
 /// Qt's name filters for a filter text: the captions stay as they are.
 QStringList NameFilters(std::u16string_view filter);

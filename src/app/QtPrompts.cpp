@@ -5,6 +5,7 @@
 
 #include "app/InputBox.h"
 #include "app/MessageBox.h"
+#include "app/NormalPointer.h"
 #include "app/QtEventLoop.h"
 #include "app/Strings.h"
 #include "shell/Titles.h"
@@ -12,31 +13,6 @@
 #include <QApplication>
 
 namespace vexmarrow {
-namespace {
-
-/// The hourglass belongs to the main window; over a box that waits for the user the pointer is the
-/// normal one.
-class NormalPointer {
-public:
-    NormalPointer() : set_(QGuiApplication::overrideCursor() != nullptr) {
-        if (set_) {
-            QGuiApplication::setOverrideCursor(Qt::ArrowCursor);
-        }
-    }
-    ~NormalPointer() {
-        if (set_) {
-            QGuiApplication::restoreOverrideCursor();
-        }
-    }
-    NormalPointer(const NormalPointer&) = delete;
-    NormalPointer& operator=(const NormalPointer&) = delete;
-
-private:
-    bool set_;
-};
-
-} // namespace
-
 QWidget* QtPrompts::Owner() const {
     QWidget* const dialog = QApplication::activeModalWidget();
     return dialog != nullptr ? dialog : owner_.data();

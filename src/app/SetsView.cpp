@@ -12,6 +12,12 @@
 #include <functional>
 
 namespace vexmarrow {
+namespace {
+
+/// More than fits in any window; laying out a text of millions takes seconds.
+constexpr std::size_t kShownCharacters = 1'000;
+
+} // namespace
 
 /// One of the two lists of texts, as it stands.
 class SetsView::TextsModel final : public QAbstractListModel {
@@ -28,7 +34,8 @@ public:
         if (role != Qt::DisplayRole || !index.isValid()) {
             return {};
         }
-        return ShownInOneLine(texts_()[static_cast<std::size_t>(index.row())]);
+        const std::u16string_view text = texts_()[static_cast<std::size_t>(index.row())];
+        return ShownInOneLine(text.substr(0, kShownCharacters));
     }
 
     void AboutToChange() { beginResetModel(); }

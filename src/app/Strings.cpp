@@ -31,7 +31,8 @@ QString ShownInOneLine(std::u16string_view text) {
             character = QChar(static_cast<char16_t>(kControlPictures + unit));
         } else if (unit == 0x7F) {
             character = QChar(kPictureOfDelete);
-        } else if (unit == QChar::LineSeparator || unit == QChar::ParagraphSeparator) {
+        } else if ((unit >= 0x80 && unit < 0xA0) || unit == QChar::LineSeparator ||
+                   unit == QChar::ParagraphSeparator) {
             character = QChar::ReplacementCharacter;
         }
     }

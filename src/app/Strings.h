@@ -23,8 +23,8 @@ inline std::u16string ToText(const QString& string) {
 
 // How texts are shown. Neither form is ever read back.
 
-/// In one line: control characters as their pictures, and the replacement mark for what is no
-/// character (the stray bytes of a file name).
+/// In one line: ASCII control characters as their pictures, and the replacement mark for others and
+/// for what is no character (the stray bytes of a file name).
 QString ShownInOneLine(std::u16string_view text);
 
 /// As text: CR LF and lone CR as line ends, and the replacement mark as above.

@@ -5,6 +5,16 @@
 
 namespace vexmarrow {
 
+std::u16string InLowerAscii(std::u16string_view text) {
+    std::u16string lower(text);
+    for (char16_t& unit : lower) {
+        if (unit >= u'A' && unit <= u'Z') {
+            unit = static_cast<char16_t>(unit + (u'a' - u'A'));
+        }
+    }
+    return lower;
+}
+
 std::u16string Decimal(long long number) {
     const std::string digits = std::to_string(number);
     return {digits.begin(), digits.end()};

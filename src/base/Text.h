@@ -18,6 +18,9 @@ std::u16string Concat(const Parts&... parts) {
     return all;
 }
 
+/// The text with A to Z in lower case; no other character changes.
+std::u16string InLowerAscii(std::u16string_view text);
+
 /// Decimal digits of a number, without padding.
 std::u16string Decimal(long long number);
 

@@ -9,6 +9,7 @@
 #include "textio/RFTSFSO.h"
 #include "textio/TextResult.h"
 
+#include <new>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -16,8 +17,13 @@
 namespace vexmarrow {
 namespace {
 
-// Numbers of the statements, as error reports name them.
-enum Line { kRead = 1, kSplitFind, kSplitReplace, kReplace, kOutputPath, kWrite };
+// Numbers of the statements of a routine, as its error reports name them.
+constexpr int kRead = 1;
+struct Lines {
+    int replace = 2;
+    int outputPath = 3;
+    int write = 4;
+};
 
 /// A failed statement whose report is due for every piece or line of text.
 struct Refusal {
@@ -28,11 +34,11 @@ struct Refusal {
 /// Writes the pieces as one file; what went wrong, if anything did.
 std::optional<Refusal> WriteAll(const std::vector<std::u16string>& pieces,
                                 const std::u16string& inputPath, const OutputLocation& location,
-                                TextResult result) {
-    int line = kOutputPath;
+                                const Lines& lines, TextResult result) {
+    int line = lines.outputPath;
     try {
         const std::u16string path = OutputPath(inputPath, location);
-        line = kWrite;
+        line = lines.write;
         std::int32_t n = 0;
         for (const std::u16string& piece : pieces) {
             result.WriteTextFile(piece, path, ++n);
@@ -41,6 +47,8 @@ std::optional<Refusal> WriteAll(const std::vector<std::u16string>& pieces,
         return std::nullopt;
     } catch (const Failure& failure) {
         return Refusal{line, failure.Description()};
+    } catch (const std::bad_alloc&) {
+        return Refusal{line, std::u16string(kOutOfMemory)};
     }
 }
 
@@ -56,6 +64,12 @@ struct Pairing {
     std::vector<std::u16string> partnerless;
 };
 
+/// As much of a text as a message needs to say which one is meant.
+std::u16string Quoted(std::u16string_view text) {
+    constexpr std::size_t kMost = 100;
+    return Concat(u"\"", text.substr(0, kMost), text.size() > kMost ? u"..." : u"", u"\"");
+}
+
 template <typename Text>
 Pairing Pair(std::span<const Text> find, std::span<const Text> replace) {
     Pairing pairing;
@@ -64,8 +78,8 @@ Pairing Pair(std::span<const Text> find, std::span<const Text> replace) {
             pairing.pairs.push_back({std::u16string(find[i]), std::u16string(replace[i])});
         } else {
             pairing.partnerless.push_back(
-                Concat(u"Find text number ", Decimal(static_cast<long long>(i) + 1), u" (\"",
-                       find[i], u"\") has no replace text: there are only ",
+                Concat(u"Find text number ", Decimal(static_cast<long long>(i) + 1), u", ",
+                       Quoted(find[i]), u", has no replace text: there are only ",
                        Decimal(static_cast<long long>(replace.size())), u"."));
         }
     }
@@ -74,16 +88,17 @@ Pairing Pair(std::span<const Text> find, std::span<const Text> replace) {
 
 /// Steps shared by both whole-text routines, once the pieces are read.
 void ReplaceInPieces(Trap& trap, std::vector<std::u16string>& pieces, Pairing pairing,
-                     const std::u16string& path, const OutputLocation& location,
+                     const std::u16string& path, const OutputLocation& location, const Lines& lines,
                      TextResult result) {
     const Cascade cascade(std::move(pairing.pairs));
     for (std::u16string& piece : pieces) {
         cascade.Apply(piece);
     }
-    const std::optional<Refusal> refusal = WriteAll(pieces, path, location, std::move(result));
+    const std::optional<Refusal> refusal =
+        WriteAll(pieces, path, location, lines, std::move(result));
     for (std::size_t piece = 0; piece < pieces.size(); ++piece) {
         for (const std::u16string& sentence : pairing.partnerless) {
-            trap.Report(kReplace, sentence);
+            trap.Report(lines.replace, sentence);
         }
         ReportRefusal(trap, refusal);
     }
@@ -117,17 +132,18 @@ void ReplaceText::ReplaceTextInFile(const std::u16string& path, std::u16string_v
     }
     std::vector<std::u16string_view> findLines;
     std::vector<std::u16string_view> replaceLines;
-    trap.Do(kSplitFind, [&] { findLines = Split(find, kCrLf); });
-    trap.Do(kSplitReplace, [&] {
+    trap.Do(2, [&] { findLines = Split(find, kCrLf); });
+    trap.Do(3, [&] {
         replaceLines = Split(replace, kCrLf);
         // No replace text at all goes with every find line.
         if (replace.empty()) {
             replaceLines.resize(findLines.size());
         }
     });
-    trap.Do(kReplace, [&] {
+    const Lines lines{.replace = 4, .outputPath = 5, .write = 6};
+    trap.Do(lines.replace, [&] {
         ReplaceInPieces(trap, pieces, Pair<std::u16string_view>(findLines, replaceLines), path,
-                        location, TextResult(textio_, writer_));
+                        location, lines, TextResult(textio_, writer_));
     });
 }
 
@@ -140,9 +156,10 @@ void ReplaceText::ReplaceTextInFileCombo(const std::u16string& path,
     if (!trap.Do(kRead, [&] { pieces = textio_.ReadTextChunks(path); })) {
         return;
     }
-    trap.Do(kReplace, [&] {
+    const Lines lines;
+    trap.Do(lines.replace, [&] {
         ReplaceInPieces(trap, pieces, Pair<std::u16string>(findList, replaceList), path, location,
-                        TextResult(textio_, writer_));
+                        lines, TextResult(textio_, writer_));
     });
 }
 
@@ -166,13 +183,14 @@ void ReplaceText::ReplaceInLines(std::u16string_view routine, Side side, const s
                                  std::u16string_view find, std::u16string_view replace,
                                  const OutputLocation& location) {
     Trap trap(prompts_, routine);
-    std::vector<std::u16string> lines;
-    if (!trap.Do(kRead, [&] { lines = textio_.ReadTextLines(path); })) {
+    std::vector<std::u16string> text;
+    if (!trap.Do(kRead, [&] { text = textio_.ReadTextLines(path); })) {
         return;
     }
-    trap.Do(kReplace, [&] {
+    const Lines numbers;
+    trap.Do(numbers.replace, [&] {
         const Cascade pair({{std::u16string(find), std::u16string(replace)}});
-        for (std::u16string& line : lines) {
+        for (std::u16string& line : text) {
             if (std::optional<Sides> sides = SidesOf(line)) {
                 pair.Apply(side == Side::Field ? sides->field : sides->data);
                 line = Concat(sides->field, u":", sides->data);
@@ -180,8 +198,8 @@ void ReplaceText::ReplaceInLines(std::u16string_view routine, Side side, const s
             line += kCrLf;
         }
         const std::optional<Refusal> refusal =
-            WriteAll(lines, path, location, TextResult(textio_, writer_));
-        for (std::size_t line = 0; line < lines.size(); ++line) {
+            WriteAll(text, path, location, numbers, TextResult(textio_, writer_));
+        for (std::size_t line = 0; line < text.size(); ++line) {
             ReportRefusal(trap, refusal);
         }
     });

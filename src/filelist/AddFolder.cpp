@@ -11,10 +11,11 @@
 #include "textio/FileAttributes.h"
 #include "textio/FileTests.h"
 #include "textio/FolderListing.h"
+#include "textio/Paths.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <sys/stat.h>
+#include <utility>
 
 namespace vexmarrow {
 namespace {
@@ -89,8 +90,10 @@ void AddFolder::GetSubDirectories2016(std::vector<std::u16string>& folders, bool
     // This routine reports under a prefix of its own, by which support knows it.
     Trap trap(prompts_, u"AddFolder.GetSubDirectories2016", u"in BrennochTitle2021/08/31.");
     std::vector<std::u16string> found;
-    for (std::size_t i = 0; i < folders.size(); ++i) {
-        const std::u16string folder = folders[i];
+    std::size_t kept = 0; // folders[0] to folders[kept - 1] stay in the collection
+    for (std::u16string& entry : folders) {
+        const std::u16string folder = entry;
+        std::swap(folders[kept++], entry);
         if (!IsFolder(folder) || folder.size() >= kTooLong) {
             continue;
         }
@@ -105,12 +108,11 @@ void AddFolder::GetSubDirectories2016(std::vector<std::u16string>& folders, bool
                 if (!DeniedOrGone(failure.SystemError())) {
                     throw;
                 }
-                const auto first = std::find(folders.begin(), folders.end(), folder);
-                folders.erase(first);
-                --i; // an equal entry before this one moves it just as far
+                --kept;
             }
         });
     }
+    folders.resize(kept);
     if (recursion && !found.empty()) {
         trap.Do(3, [&] { GetSubDirectories2016(found, true); });
     }

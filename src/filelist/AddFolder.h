@@ -3,11 +3,8 @@
 
 #pragma once
 
-#include "textio/Paths.h"
-
 #include <cstddef>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace vexmarrow {

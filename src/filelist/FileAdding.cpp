@@ -16,7 +16,7 @@
 #include "textio/FileTests.h"
 #include "textio/Paths.h"
 
-#include <utility>
+#include <vector>
 
 namespace vexmarrow {
 namespace {

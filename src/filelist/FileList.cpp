@@ -43,6 +43,10 @@ void FileList::Add(std::vector<std::u16string> paths) {
 }
 
 void FileList::Remove(const std::vector<std::size_t>& numbers) {
+    if (!numbers.empty()) {
+        Row(numbers.front());
+        Row(numbers.back());
+    }
     if (numbers.size() <= kFewRows) {
         RemoveRanges(numbers);
         return;

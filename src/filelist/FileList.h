@@ -35,7 +35,8 @@ public:
     /// Appends rows in order.
     void Add(std::vector<std::u16string> paths);
 
-    /// Removes rows, given by ascending numbers of existing rows, in one pass over the list.
+    /// Removes rows, given by ascending numbers; the cost does not grow with their count times the
+    /// length of the list. Throws Failure, and removes none, when there is no row of a number.
     void Remove(const std::vector<std::size_t>& numbers);
 
     /// At most one; null for none.

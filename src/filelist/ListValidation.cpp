@@ -16,14 +16,8 @@ namespace {
 
 constexpr std::u16string_view kExpectedExtension = u"vcf";
 
-std::u16string InLowerAscii(std::u16string_view text) {
-    std::u16string lower(text);
-    for (char16_t& unit : lower) {
-        if (unit >= u'A' && unit <= u'Z') {
-            unit = static_cast<char16_t>(unit + 0x20);
-        }
-    }
-    return lower;
+bool IsFit(std::u16string_view path) {
+    return FitsExpectedExtension(FileExtension(path));
 }
 
 } // namespace
@@ -46,7 +40,7 @@ void ValidateListFiles(FileList& list, Prompts& prompts) {
     trap.Do(1, [&] {
         for (std::size_t i = 1; i <= list.Count(); ++i) {
             const std::u16string& path = list.Row(i);
-            if (!FitsExpectedExtension(FileExtension(path))) {
+            if (!IsFit(path)) {
                 report.append(path).append(kCrLf);
                 unfit.push_back(i);
             }
@@ -65,7 +59,11 @@ void ValidateListFiles(FileList& list, Prompts& prompts) {
             BoxStyle::Question);
     });
     if (answer == Answer::Yes) {
-        trap.Do(3, [&] { list.Remove(unfit); });
+        trap.Do(3, [&] {
+            // The list may have changed behind the question: other rows may bear the numbers.
+            std::erase_if(unfit, [&](std::size_t i) { return IsFit(list.Row(i)); });
+            list.Remove(unfit);
+        });
     }
 }
 

@@ -15,6 +15,9 @@ namespace vexmarrow {
 
 class Prompts;
 
+/// Description of a failure to get memory.
+inline constexpr std::u16string_view kOutOfMemory = u"Out of memory.";
+
 /// The text by which a user tells support what failed and where. `location` ends in a blank.
 std::u16string ErrorReportText(std::u16string_view description, std::u16string_view location,
                                int line);
@@ -41,7 +44,7 @@ public:
         } catch (const Failure& failure) {
             Report(line, failure.Description());
         } catch (const std::bad_alloc&) {
-            Report(line, u"Out of memory.");
+            Report(line, kOutOfMemory);
         } catch (const std::exception& error) {
             ReportUnforeseen(line, error);
         }

@@ -5,6 +5,7 @@
 
 #include "base/Failure.h"
 #include "base/Text.h"
+#include "base/Utf8.h"
 
 #include <charconv>
 #include <cmath>
@@ -22,21 +23,8 @@ std::u16string_view WithoutBlanks(std::u16string_view text) {
     return text.substr(first, text.find_last_not_of(u' ') - first + 1);
 }
 
-/// The ASCII letters and signs of `text` in lower case; the empty text when it holds others.
-std::string LowerAscii(std::u16string_view text) {
-    std::string ascii;
-    for (const char16_t unit : text) {
-        if (unit < 0x20 || unit > 0x7E) {
-            return {};
-        }
-        const bool upper = unit >= u'A' && unit <= u'Z';
-        ascii.push_back(static_cast<char>(upper ? unit + 0x20 : unit));
-    }
-    return ascii;
-}
-
 std::optional<double> NumberIn(std::u16string_view text) {
-    std::string digits = LowerAscii(WithoutBlanks(text));
+    std::string digits = NativeName(InLowerAscii(WithoutBlanks(text)));
     if (digits.size() > 1 && digits[0] == '+' && digits[1] != '-') {
         digits.erase(0, 1); // from_chars knows no plus sign
     }
@@ -56,9 +44,9 @@ std::optional<double> NumberIn(std::u16string_view text) {
 } // namespace
 
 bool BooleanFromText(std::u16string_view text) {
-    const std::string word = LowerAscii(WithoutBlanks(text));
-    if (word == "true" || word == "false") {
-        return word == "true";
+    const std::u16string word = InLowerAscii(WithoutBlanks(text));
+    if (word == u"true" || word == u"false") {
+        return word == u"true";
     }
     if (const std::optional<double> number = NumberIn(text)) {
         return *number != 0;

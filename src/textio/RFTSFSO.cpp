@@ -85,13 +85,17 @@ std::vector<std::u16string> SplitTextLines(std::u16string_view text) {
 }
 
 bool RFTSFSO::DetectTextEncoding(std::u16string_view path) {
-    flags_.IsUtf8 = false;
-    InputFile file(calls_, path);
+    InputFile file = BeginDetection(path);
     std::string firstBytes;
-    return DetectTextEncoding(file, firstBytes);
+    return Detect(file, firstBytes);
 }
 
-bool RFTSFSO::DetectTextEncoding(InputFile& file, std::string& firstBytes) {
+InputFile RFTSFSO::BeginDetection(std::u16string_view path) {
+    flags_.IsUtf8 = false;
+    return {calls_, path};
+}
+
+bool RFTSFSO::Detect(InputFile& file, std::string& firstBytes) {
     firstBytes = file.Read(kLongestMark);
     for (const Mark& mark : kMarks) {
         if (firstBytes.starts_with(mark.bytes)) {
@@ -104,10 +108,9 @@ bool RFTSFSO::DetectTextEncoding(InputFile& file, std::string& firstBytes) {
 
 /// The whole file, opened once for the detection and the reading that follows it.
 std::string RFTSFSO::ReadDetected(std::u16string_view path) {
-    flags_.IsUtf8 = false;
-    InputFile file(calls_, path);
+    InputFile file = BeginDetection(path);
     std::string bytes;
-    flags_.IsUnicode = DetectTextEncoding(file, bytes);
+    flags_.IsUnicode = Detect(file, bytes);
     bytes += file.ReadRest();
     return bytes;
 }

@@ -3,10 +3,7 @@
 
 #pragma once
 
-#include "textio/SystemCalls.h"
-
 #include <cstddef>
-#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,6 +12,7 @@ namespace vexmarrow {
 
 class AnsiCodePage;
 class InputFile;
+class SystemCalls;
 
 /// What the last look at a file's first bytes has found. Process-wide: made once and handed to
 /// everything that reads or writes text, because it ties a read to the writes that follow it.
@@ -59,7 +57,8 @@ public:
     const AnsiCodePage& Ansi() const { return ansi_; }
 
 private:
-    bool DetectTextEncoding(InputFile& file, std::string& firstBytes);
+    InputFile BeginDetection(std::u16string_view path);
+    bool Detect(InputFile& file, std::string& firstBytes);
     std::string ReadDetected(std::u16string_view path);
     std::u16string StreamText(std::string_view bytes) const;
 
