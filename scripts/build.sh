@@ -1,0 +1,37 @@
+#!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+# SPDX-License-Identifier: MIT
+#
+# Configures and builds a preset; what the tools say is shown only on failure.
+# Named targets can be built without the test library: where it is missing, the
+# tests are left out.
+#
+#     scripts/build.sh PRESET [TARGET...]
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+preset=$1
+shift
+targets=()
+tests=ON
+if [ $# -gt 0 ]; then
+    targets=(--target "$@")
+    pkg-config --exists gmock || tests=OFF
+fi
+
+mkdir -p "build/$preset"
+log=build/$preset/build.log
+quietly() {
+    if ! "$@" >>"$log" 2>&1 </dev/null; then
+        cat "$log" >&2
+        echo "The build failed ($*); the lines above are also in $log" >&2
+        exit 1
+    fi
+}
+
+: >"$log"
+if [ ! -f "build/$preset/build.ninja" ]; then
+    echo "Building ($preset); the first time this takes a few minutes."
+fi
+quietly cmake --preset "$preset" -DVEXMARROW_TESTS="$tests"
+quietly cmake --build --preset "$preset" "${targets[@]}"

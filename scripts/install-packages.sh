@@ -1,0 +1,99 @@
+#!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+# SPDX-License-Identifier: MIT
+#
+# Installs the Debian packages of the named groups that are not there yet, and
+# says nothing when all of them are.
+#
+#     scripts/install-packages.sh GROUP...
+#
+# Groups: build    what compiles the program and what it needs to show its window
+#         wayland  what its window needs where there is no X server
+#         test     what the tests need besides: test library, virtual display,
+#                  window manager, accessibility bus
+#         check    what checks the format and the soundness of the code
+set -euo pipefail
+
+say() { printf '%s\n' "$*"; }
+
+packages_of() {
+    case $1 in
+    build) echo g++ cmake ninja-build pkg-config qt6-base-dev libicu-dev fonts-liberation ;;
+    wayland) echo qt6-wayland ;;
+    test) echo libgtest-dev libgmock-dev xvfb openbox dbus at-spi2-core python3 python3-pyatspi \
+        scrot x11-utils wmctrl ;;
+    check) echo clang-format clang-tidy ;;
+    *) return 1 ;;
+    esac
+}
+
+reason_of() {
+    case $1 in
+    build) echo "to build the program and to show its window" ;;
+    wayland) echo "to show the window on this desktop" ;;
+    test) echo "to build and run the tests, and the window where there is no display" ;;
+    check) echo "to check the code" ;;
+    esac
+}
+
+wanted=()
+for group in "$@"; do
+    if ! names=$(packages_of "$group"); then
+        say "install-packages: no such group: $group" >&2
+        exit 2
+    fi
+    read -r -a names <<<"$names"
+    wanted+=("${names[@]}")
+done
+[ "${#wanted[@]}" -gt 0 ] || exit 0
+
+if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
+    say "This system has no Debian packages; nothing is installed here. Needed are the like of:" >&2
+    say "  ${wanted[*]}" >&2
+    exit 0
+fi
+
+installed() { [ "$(dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null)" = installed ]; }
+
+missing=()
+for group in "$@"; do
+    lacking=()
+    for name in $(packages_of "$group"); do
+        installed "$name" || lacking+=("$name")
+    done
+    if [ "${#lacking[@]}" -gt 0 ]; then
+        say "Needed $(reason_of "$group"): ${lacking[*]}"
+        missing+=("${lacking[@]}")
+    fi
+done
+[ "${#missing[@]}" -gt 0 ] || exit 0
+
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+    if ! command -v sudo >/dev/null; then
+        say "Neither root nor sudo is at hand to install them. As root, run:" >&2
+        say "  apt-get install --no-install-recommends ${missing[*]}" >&2
+        exit 1
+    fi
+    as_root=(sudo)
+fi
+
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+apt() {
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q -y -o DPkg::Lock::Timeout=300 "$@" \
+        >>"$log" 2>&1 </dev/null
+}
+
+say "Installing them with apt-get; the first time this takes some minutes."
+if [ "${#as_root[@]}" -gt 0 ] && ! sudo -v; then
+    say "sudo was refused. As root, run:" >&2
+    say "  apt-get install --no-install-recommends ${missing[*]}" >&2
+    exit 1
+fi
+if ! apt update || ! apt install --no-install-recommends "${missing[@]}"; then
+    cat "$log" >&2
+    say "The packages could not be installed: ${missing[*]}" >&2
+    exit 1
+fi
+say "Installed."

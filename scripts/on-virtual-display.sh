@@ -1,0 +1,136 @@
+#!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+# SPDX-License-Identifier: MIT
+#
+# Runs a command on a virtual display of its own: an X server without a screen,
+# a message bus, a window manager and the accessibility bus, with a home of its
+# own, so that nobody's settings or windows are touched.
+#
+#     scripts/on-virtual-display.sh COMMAND [ARGUMENT...]
+#
+# VEXMARROW_SCREEN=1280x1024 (width x height) sets the size of the screen.
+# The exit status is the command's own. Whatever was started here, by the
+# command or for it, is ended and removed before this script ends.
+set -euo pipefail
+
+say() { printf 'on-virtual-display: %s\n' "$*" >&2; }
+
+# The part that runs on the message bus: the window manager and the
+# accessibility bus are made ready, then the command takes this process over.
+# The buses write their remarks to a log; the command gets back the caller's own
+# output and error output, which come in as the two descriptors named first.
+inside() {
+    local output=$1 errors=$2
+    exec 1>&"$output" 2>&"$errors" {output}>&- {errors}>&-
+    shift 2
+    dbus-send --session --print-reply=literal --dest=org.a11y.Bus /org/a11y/bus \
+        org.a11y.Bus.GetAddress >/dev/null || { say "no accessibility bus"; exit 125; }
+    openbox --sm-disable </dev/null >"$HOME/openbox.log" 2>&1 &
+    local tries=0
+    until xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id'; do
+        tries=$((tries + 1))
+        if [ "$tries" -gt 300 ]; then
+            say "the window manager did not start:"
+            cat "$HOME/openbox.log" >&2
+            exit 125
+        fi
+        sleep 0.05
+    done
+    exec "$@"
+}
+
+if [ "${1-}" = --inside ]; then
+    shift
+    inside "$@"
+fi
+
+if [ $# -eq 0 ]; then
+    say "which command? Usage: on-virtual-display.sh COMMAND [ARGUMENT...]"
+    exit 2
+fi
+for tool in Xvfb openbox dbus-run-session dbus-send xprop; do
+    if ! command -v "$tool" >/dev/null; then
+        say "$tool is missing; scripts/install-packages.sh test installs it"
+        exit 125
+    fi
+done
+
+exec {output}>&1 {errors}>&2
+self=$(readlink -f "${BASH_SOURCE[0]}")
+# Under /tmp and nowhere deeper: the names of sockets are short by nature.
+home=$(mktemp -d /tmp/vexmarrow-display.XXXXXX)
+server=
+desktop=
+
+# The ids of all processes that carry this display's mark in their environment;
+# the buses start programs that are no children of this script.
+marked() {
+    grep -lszxF -- "VEXMARROW_DISPLAY_HOME=$home" /proc/[0-9]*/environ | cut -d/ -f3 || true
+}
+
+end_marked() {
+    local ids tries
+    for tries in $(seq 60); do
+        ids=$(marked)
+        [ -n "$ids" ] || return 0
+        # Asked politely at first, and no longer after two seconds.
+        # shellcheck disable=SC2086
+        if [ "$tries" -eq 1 ]; then kill -TERM $ids; elif [ "$tries" -gt 40 ]; then kill -KILL $ids; fi \
+            2>/dev/null || true
+        sleep 0.05
+    done
+    say "still running: $ids"
+}
+
+cleanup() {
+    trap '' INT TERM HUP
+    end_marked
+    if [ -n "$desktop" ]; then wait "$desktop" 2>/dev/null || true; fi
+    if [ -n "$server" ]; then
+        kill "$server" 2>/dev/null || true
+        wait "$server" 2>/dev/null || true
+    fi
+    rm -rf "$home"
+}
+trap cleanup EXIT
+trap 'exit 129' HUP
+trap 'exit 130' INT
+trap 'exit 143' TERM
+
+mkdir -p "$home/config" "$home/state" "$home/data" "$home/cache"
+mkdir -m 700 "$home/run"
+
+# The server picks a free display number by itself and tells it once it is ready.
+mkfifo "$home/number"
+exec {number}<>"$home/number"
+Xvfb -displayfd "$number" -screen 0 "${VEXMARROW_SCREEN:-1280x1024}x24" -nolisten tcp -noreset \
+    </dev/null >"$home/server.log" 2>&1 &
+server=$!
+display=
+for _ in $(seq 60); do
+    if read -r -t 0.5 -u "$number" display || ! kill -0 "$server" 2>/dev/null; then break; fi
+done
+if [ -z "$display" ]; then
+    say "the virtual X server did not start:"
+    cat "$home/server.log" >&2
+    exit 125
+fi
+exec {number}>&-
+
+# A shell attends to signals only between foreground commands, so the desktop
+# runs in the background and is waited for.
+env -u WAYLAND_DISPLAY -u XAUTHORITY -u SESSION_MANAGER -u DBUS_SESSION_BUS_ADDRESS \
+    -u AT_SPI_BUS_ADDRESS -u NO_AT_BRIDGE -u XDG_CURRENT_DESKTOP -u XDG_SESSION_TYPE \
+    -u DESKTOP_SESSION -u QT_QPA_PLATFORMTHEME -u QT_STYLE_OVERRIDE -u LANGUAGE \
+    VEXMARROW_DISPLAY_HOME="$home" DISPLAY=":$display" HOME="$home" LC_ALL=C.UTF-8 \
+    XDG_CONFIG_HOME="$home/config" XDG_STATE_HOME="$home/state" XDG_DATA_HOME="$home/data" \
+    XDG_CACHE_HOME="$home/cache" XDG_RUNTIME_DIR="$home/run" \
+    QT_QPA_PLATFORM=xcb QT_ACCESSIBILITY=1 QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1 \
+    dbus-run-session -- "$self" --inside "$output" "$errors" "$@" <&0 >"$home/bus.log" 2>&1 &
+desktop=$!
+status=0
+wait "$desktop" || status=$?
+desktop=
+# 125 is this script's own failure, 127 the bus's.
+if [ "$status" -eq 125 ] || [ "$status" -eq 127 ]; then cat "$home/bus.log" >&2; fi
+exit "$status"
