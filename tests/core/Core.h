@@ -1,0 +1,80 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "base/Failure.h"
+#include "engine/ReplaceText.h"
+#include "support/Doubles.h"
+#include "support/Faults.h"
+#include "support/TestFolder.h"
+#include "textio/CodePage.h"
+#include "textio/InPlaceWriter.h"
+#include "textio/RFTSFSO.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+namespace vexmarrow::test {
+
+using namespace std::string_literals;
+using Strings = std::vector<std::string>;
+using Texts = std::vector<std::u16string>;
+using Calls = FaultySystemCalls;
+
+inline const std::string kMark8 = "\xEF\xBB\xBF";
+inline const std::string kMark16 = "\xFF\xFE";
+
+/// The parts that read and write text, put together, on system calls that can be made to fail.
+struct Core : testing::Test {
+    TestFolder folder;
+    FaultySystemCalls calls;
+    EncodingFlags flags;
+    AnsiCodePage ansi{u"windows-1252"};
+    RFTSFSO textio{calls, flags, ansi};
+    InPlaceWriter writer{calls};
+    ScriptedPrompts prompts;
+    ReplaceText engine{textio, writer, prompts};
+};
+
+/// The rows of a table: what stands between blanks and line ends.
+inline Strings Rows(const std::string& table) {
+    std::istringstream stream(table);
+    return {std::istream_iterator<std::string>(stream), {}};
+}
+
+/// The fields of a row, separated by "|"; in them "_" is a blank, "~" CR LF, "^" LF and "<" CR.
+inline Strings Fields(const std::string& row) {
+    const std::map<char, std::string> signs{{'_', " "}, {'~', "\r\n"}, {'^', "\n"}, {'<', "\r"}};
+    Strings fields{""};
+    for (const char letter : row) {
+        const auto sign = signs.find(letter);
+        if (letter == '|') {
+            fields.emplace_back();
+        } else {
+            fields.back() += sign == signs.end() ? std::string(1, letter) : sign->second;
+        }
+    }
+    return fields;
+}
+
+inline Texts TextsOf(const Strings& strings) {
+    Texts texts;
+    for (const std::string& string : strings) {
+        texts.push_back(TextFromUtf8(string));
+    }
+    return texts;
+}
+
+/// The bytes of a text in UTF-16, low byte first, after its mark.
+inline std::string Utf16(std::u16string_view text) {
+    std::string bytes = kMark16;
+    for (const char16_t unit : text) {
+        bytes += {static_cast<char>(unit & 0xFF), static_cast<char>(unit >> 8)};
+    }
+    return bytes;
+}
+
+} // namespace vexmarrow::test

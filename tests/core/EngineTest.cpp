@@ -1,0 +1,204 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "base/Text.h"
+#include "core/Core.h"
+#include "engine/Cascade.h"
+
+#include <cerrno>
+#include <random>
+
+namespace vexmarrow::test {
+namespace {
+
+const OutputLocation kInPlace{false, true, u""};
+const Strings kRoutines{"ReplaceTextInFile", "ReplaceTextInFileCombo", "ReplaceTextInFileFieldOnly",
+                        "ReplaceTextInFileDataOnly"};
+enum Routine : std::size_t { kWhole, kSets, kField, kData };
+
+enum Statement { kReading = 1, kReplacing, kNaming, kWriting };
+
+std::string At(std::size_t routine, int statement) {
+    const int splits = routine == kWhole && statement > kReading ? 2 : 0; // of the single pair
+    return "in Zentavor2021/08/31.ReplaceText." + kRoutines[routine] + " at line " +
+           std::to_string(statement + splits);
+}
+
+struct EngineTest : Core {
+    /// Calls one of the four routines on a file of the folder; the lines of the texts are the
+    /// entries of the sets.
+    Strings Replace(std::size_t routine, std::string_view name, std::u16string_view find,
+                    std::u16string_view replace, const OutputLocation& location = kInPlace) {
+        const std::u16string path = folder.Path(name);
+        const auto finds = Split(find, kCrLf), replaces = Split(replace, kCrLf);
+        if (routine == kWhole) {
+            engine.ReplaceTextInFile(path, find, replace, location, 1);
+        } else if (routine == kSets) {
+            engine.ReplaceTextInFileCombo(path, Texts(finds.begin(), finds.end()),
+                                          Texts(replaces.begin(), replaces.end()), location, 1);
+        } else if (routine == kField) {
+            engine.ReplaceTextInFileFieldOnly(path, find, replace, location, 1);
+        } else {
+            engine.ReplaceTextInFileDataOnly(path, find, replace, location, 1);
+        }
+        return prompts.TakeSummaries();
+    }
+};
+
+TEST_F(EngineTest, WhatBecomesOfAFile) {
+    // Routine (W whole, S sets, F fields, D values), input, find, replace, output, reports.
+    for (const std::string& row : Rows(R"(
+             W|aaa|a|b|bbb| W|aaaa|aa|a|aa| W|aaaaa|aa|aaa|aaaaaaa| W|TEL_tel|Tel|x|TEL_tel|
+             W|x|x~y|y~z|z| W|y|x~y|y~x|x| W|xAByA|A~B||xy| W|abab|b~aa|~2|2| W|AB|A~B|1|1B|1
+             W|aa|a~|b|bb|1 W|aa|~~a|b|aa|2 W|aa|~a|x~y|yy| W|ab|a|1~2~3|1b| W|aa||x|aa| W||a|b||
+             W|a^b~c|a^b|x^y|x^y~c| W|a~b^|b||a~^| S|x|x~y|y~z|z| S|ab|a~~b|b~z~c|cc|
+             S|ab|a~b|1|1b|1 S|a~b|||a~b| S||a|b|| F|N;CHARSET=a:ana|a|b|N;CHARSET=b:ana~|
+             D|N;CHARSET=a:ana|a|b|N;CHARSET=a:bnb~| D|NOTE:meet_a:10|a|b|NOTE:meet_b~|
+             F|TEL;TYPE=a:|a|b|TEL;TYPE=b:~| F|X:1:2:3^Y::^|q||X:1~Y:~| D|X:1:2~_a~~|a|b|X:1~_a~~|
+             F|:<a:<:a|a|b|:~b:~:a~| D|:<a:<:a|a|b|:~a:~:b~| F|TEL:1|tel|x|TEL:1~|
+             F|a:b|a:b|x|a:b~| D|a:b|b~|x|a:b~| D|a:bb|b|1~2:|a:1~2:1~2:~| D|N:a||x|N:a~|
+             F|a:b|a~b|x|a:b~| F||a|b|~|)")) {
+        const Strings fields = Fields(row);
+        const std::size_t routine = "WSFD"s.find(fields[0]);
+        folder.Write("f", fields[1]);
+        EXPECT_EQ(
+            Replace(routine, "f", TextFromUtf8(fields[2]), TextFromUtf8(fields[3])),
+            Strings(fields[5].empty() ? 0U : 0U + std::stoul(fields[5]), At(routine, kReplacing)))
+            << row;
+        EXPECT_EQ(folder.Read("f"), fields[4]) << row;
+    }
+    const struct {
+        Routine routine;
+        std::string input;
+        std::u16string find, replace;
+        std::string output;
+    } rows[] = {{kWhole, "\0a\x81\xFF"s, u"\0a"s, u"z", "z\x81\xFF"},
+                {kWhole, kMark8 + "\xC3\xA9", u"\u00C3", u"A", kMark8 + "A\xA9"},
+                {kWhole, "ab", u"a\r\n?", u"\u0416\r\n!", "?b"},
+                {kSets, kMark8 + "\xC3\xA9\xD0\x96", u"\u00E9", u"E", "E?"},
+                {kField, kMark8 + "N:\xC3\xA9\r\n", u"N", u"M", "M:\xE9\r\n\r\n"}};
+    for (const auto& row : rows) {
+        folder.Write("f", row.input);
+        EXPECT_EQ(Replace(row.routine, "f", row.find, row.replace), Strings{});
+        EXPECT_EQ(folder.Read("f"), row.output);
+    }
+    EXPECT_EQ(calls.openFiles, 0);
+}
+
+TEST_F(EngineTest, TheCascadeIsTheNaiveOne) {
+    std::mt19937 random(7);
+    const std::u16string all{u'a', u'b', u'\n', u'c', u'\0', 0xD800, 0xDC00};
+    for (int round = 0; round < 4000; ++round) {
+        const std::size_t letters = 1 + random() % all.size();
+        const auto word = [&](std::size_t most) {
+            std::u16string text(random() % (most + 1), u'\0');
+            std::generate(text.begin(), text.end(), [&] { return all[random() % letters]; });
+            return text;
+        };
+        std::vector<ReplacementPair> pairs(random() % 8);
+        const std::u16string text = word(60);
+        std::u16string naive = text, result = text;
+        for (auto& [find, replace] : pairs) {
+            find = word(4);
+            replace = word(4);
+            std::u16string made; // position by position, as the rule is told
+            for (std::size_t i = 0; i < naive.size();) {
+                const bool here = !find.empty() && naive.compare(i, find.size(), find) == 0;
+                made += here ? replace : naive.substr(i, 1);
+                i += here ? find.size() : 1;
+            }
+            naive = made;
+        }
+        Cascade(pairs).Apply(result);
+        ASSERT_EQ(result, naive) << "round " << round;
+    }
+}
+
+TEST_F(EngineTest, NoMatchCrossesACutBetweenPieces) {
+    for (const std::size_t routine : {kWhole, kSets}) {
+        for (const std::size_t at : {65534, 65535, 65536}) {
+            for (const std::string& mark : {""s, kMark8}) {
+                const bool characters = routine == kWhole; // so a mark is to the single pair
+                const std::size_t before = at - (characters ? mark.size() : 0);
+                folder.Write("f", mark + std::string(before, '-') + "ab--");
+                Replace(routine, "f", u"ab", u"X");
+                const bool cut = at == 65535 && (characters || mark.empty());
+                EXPECT_TRUE(folder.Read("f") == (characters ? mark : "") +
+                                                    std::string(before, '-') + (cut ? "ab" : "X") +
+                                                    "--")
+                    << kRoutines[routine] << " at " << at << " after " << mark;
+            }
+        }
+    }
+}
+
+TEST_F(EngineTest, TheSinglePairGoesByTheLastDetection) {
+    folder.Write("plain", "a\0b\0"s);
+    folder.Write("utf16", Utf16(u"N:a\u0416\nb"));
+    EXPECT_EQ(Replace(kSets, "utf16", u"a", u"\u0416"), Strings{});
+    EXPECT_EQ(folder.Read("utf16"), Utf16(u"N:\u0416\u0416\nb"));
+    Replace(kWhole, "plain", u"ab", u"\u0416");
+    EXPECT_EQ(folder.Read("plain"), Utf16(u"\u0416"));
+    folder.Write("plain", "ab");
+    Replace(kWhole, "missing", u"a", u"b"); // detects nothing
+    Replace(kWhole, "plain", u"ab", u"z");
+    EXPECT_EQ(folder.Read("plain"), Utf16(u"\u6261"));
+    folder.Write("plain", "ab");
+    Replace(kField, "plain", u"-", u"-"); // detects
+    Replace(kWhole, "plain", u"ab", u"z");
+    EXPECT_EQ(folder.Read("plain"), "z\r\n");
+    Replace(kData, "utf16", u"\u0416", u"d");
+    EXPECT_EQ(folder.Read("utf16"), Utf16(u"N:dd\r\nb\r\n"));
+}
+
+TEST_F(EngineTest, AFailedReadIsOneReportAndNothingIsWritten) {
+    folder.Write("f", "a:a\r\na:a\r\n");
+    folder.MakeFolder("out");
+    const OutputLocation out{true, false, folder.Path("out")};
+    for (const std::size_t routine : {kWhole, kSets, kField, kData}) {
+        calls.mostAtOnce = 4;
+        calls.FailAt(Calls::kRead, calls.calls[Calls::kRead] + 2, EIO);
+        EXPECT_EQ(Replace(routine, "f", u"a\r\nb", u"b", out), Strings{At(routine, kReading)});
+        EXPECT_EQ(Replace(routine, "missing", u"a\r\nb", u"b", out),
+                  Strings{At(routine, kReading)});
+    }
+    EXPECT_EQ(folder.Names("out"), Strings{});
+    EXPECT_EQ(folder.Read("f"), "a:a\r\na:a\r\n");
+}
+
+TEST_F(EngineTest, AFailedWriteIsReportedForEveryPieceOrLineInTheOrderOfTheStatements) {
+    folder.Write("pieces", std::string(65537, 'a'));
+    folder.Write("lines", "a:a\r\nb");
+    const OutputLocation gone{true, false, folder.Path("gone")};
+    const std::string pair = At(kWhole, kReplacing), write = At(kWhole, kWriting);
+    EXPECT_EQ(Replace(kWhole, "pieces", u"a\r\nb\r\nc", u"1", gone),
+              (Strings{pair, pair, write, pair, pair, write}));
+    for (const std::size_t routine : {kWhole, kSets, kField, kData}) {
+        const std::string name = routine < kField ? "pieces" : "lines";
+        EXPECT_EQ(Replace(routine, name, u"a", u"b", gone), Strings(2, At(routine, kWriting)));
+        EXPECT_THAT(NativeName(prompts.boxes.back().text),
+                    testing::HasSubstr("\"" + folder.Native("gone/" + name) + "\": "));
+        EXPECT_EQ(Replace(routine, name, u"a", u"b", {true, true, u""}),
+                  Strings(2, At(routine, kNaming)));
+        EXPECT_EQ(Replace(routine, name, u"a", u"b", {}), Strings(2, At(routine, kWriting)));
+    }
+    EXPECT_EQ(folder.Names(), (Strings{"lines", "pieces"}));
+    EXPECT_EQ(folder.Read("lines"), "a:a\r\nb");
+}
+
+TEST_F(EngineTest, OutputPaths) {
+    // Input, options, Text3, output.
+    for (const std::string& row : Rows(R"(
+             //in//x///a.vcf|5|/out|/in/x/a.vcf /a.vcf|5||/a.vcf in/a.vcf|5||in/a.vcf
+             /in/a\b.vcf|4|/out|/out/a\b.vcf b.vcf|45|//out//|/out/b.vcf /in/b.vcf|4|/|/b.vcf
+             /in/a.vcf||/out|)")) {
+        const Strings fields = Fields(row);
+        const OutputLocation location{fields[1].starts_with('4'), fields[1].ends_with('5'),
+                                      TextFromUtf8(fields[2])};
+        EXPECT_EQ(NativeName(OutputPath(TextFromUtf8(fields[0]), location)), fields[3]) << row;
+    }
+    EXPECT_THROW(OutputPath(u"b.vcf", kInPlace), Failure); // and not into the root
+}
+
+} // namespace
+} // namespace vexmarrow::test

@@ -1,0 +1,221 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "core/Core.h"
+#include "filelist/FileAdding.h"
+#include "filelist/FileList.h"
+#include "filelist/ListValidation.h"
+#include "sets/SetList.h"
+#include "sets/SetOperations.h"
+
+#include <random>
+
+namespace vexmarrow::test {
+namespace {
+
+Texts RowsOf(const FileList& list) {
+    Texts rows;
+    for (std::size_t i = 1; i <= list.Count(); ++i) {
+        rows.push_back(list.Row(i));
+    }
+    return rows;
+}
+
+TEST(FileList, EveryWayOfRemovingLeavesTheOtherRows) {
+    std::mt19937 random(3);
+    for (int round = 0; round < 300; ++round) {
+        FileList list;
+        Texts left;
+        std::vector<std::size_t> numbers;
+        const std::size_t rows = random() % 90, share = random() % 10;
+        for (std::size_t i = 1; i <= rows; ++i) {
+            list.Add({std::u16string(1 + i % 3, static_cast<char16_t>(u'A' + i))});
+            const bool removed = random() % 10 < share;
+            numbers.insert(numbers.end(), removed ? 1 : 0, i);
+            left.insert(left.end(), removed ? 0 : 1, list.Row(i));
+        }
+        list.Remove(numbers);
+        list.Add({u"x", u"x"});
+        left.insert(left.end(), 2, u"x");
+        ASSERT_EQ(RowsOf(list), left) << "round " << round;
+    }
+    EXPECT_THROW(FileList().Row(0), Failure);
+}
+
+struct ListsTest : Core {
+    FileList list;
+    SetList sets;
+    ScriptedPickers pickers;
+    MemorySettings settings;
+    ScriptedEventLoop loop;
+    RecordingPointer pointer;
+    FileAdding adding{list, prompts, pickers, settings, loop, pointer, ansi};
+    SetOperations operations{sets, prompts, pickers, writer, ansi};
+
+    /// Lets the user choose a folder in the test folder; the rows as names in that, sorted.
+    Strings Scan(std::string_view name) {
+        list = FileList();
+        pickers.folders = {folder.Path(name)};
+        adding.AddAllFilesInFolder();
+        Strings names;
+        std::ptrdiff_t level = 0;
+        for (const std::u16string& row : RowsOf(list)) {
+            EXPECT_LE(std::exchange(level, std::count(row.begin(), row.end(), u'/')), level);
+            names.push_back(NativeName(row).substr(folder.Native(name).size() + 1));
+        }
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+    /// All sets: find texts, "=", replace texts, each in brackets.
+    std::string Sets() const {
+        std::string all;
+        for (const auto texts : {sets.FindTexts(), sets.ReplaceTexts()}) {
+            for (const std::u16string& text : texts) {
+                all.append("(").append(NativeName(text)).append(")");
+            }
+            all += "=";
+        }
+        return all;
+    }
+};
+
+TEST_F(ListsTest, Validation) {
+    ValidateListFiles(list, prompts);
+    list.Add(TextsOf(Rows("/a/b.vcf b.VCF b.vC b.cf b.f b. vcf c a.b/.V")));
+    ValidateListFiles(list, prompts);
+    Texts left = RowsOf(list);
+    std::string question = "These files: \r\n\r\n";
+    for (const std::string& unfit :
+         Rows("b.vcf2 b.vcard b.txt a.b/vcf /a/b b.vf b.fc v.v\xD1\x81")) {
+        list.Add({TextFromUtf8(unfit), u"between.vcf"});
+        left.push_back(u"between.vcf");
+        question += unfit + "\r\n";
+    }
+    question += "\r\ndo not appear to be in the expected file format because of their file "
+                "extension.\r\n\r\nWould you like to remove them from list?";
+    const Texts all = RowsOf(list);
+    ValidateListFiles(list, prompts);
+    EXPECT_TRUE(prompts.boxes.at(0).style == BoxStyle::Question && prompts.boxes[0].title.empty());
+    EXPECT_EQ(prompts.TakeSummaries(), Strings{question});
+    EXPECT_EQ(RowsOf(list), all);
+    prompts.answers = {Answer::Yes};
+    ValidateListFiles(list, prompts);
+    EXPECT_EQ(RowsOf(list), left);
+}
+
+TEST_F(ListsTest, FilesFromTheDialog) {
+    pickers.files = {{u"//one//a.vcf"}, {u"/x", u"b.vcf", u"~c.vcf"}, {u"/", u"d.vcf", u"d.vcf"}};
+    while (!pickers.files.empty()) {
+        adding.AddFiles();
+    }
+    EXPECT_EQ(RowsOf(list), TextsOf(Rows("//one//a.vcf /x/b.vcf /x/~c.vcf /d.vcf /d.vcf")));
+    EXPECT_TRUE(prompts.boxes.empty());
+    list.Add({u"a.txt"});
+    adding.AddFiles();            // cancelled,
+    adding.AddAllFilesInFolder(); // but validated all the same
+    EXPECT_TRUE(prompts.boxes.size() == 2 && list.Count() == 6 && settings.writes.empty());
+}
+
+TEST_F(ListsTest, AFolderWithAllBelowIt) {
+    for (const std::string& name :
+         Rows("t/a.vcf t/B.VCF t/~c.vcf t/c.txt t/.dot.vcf t/.ro.vcf t/caf\xE9.vcf t/1/a.vcf "
+              "t/1/1/a.vcf t/2/1/2/a.vcf t/.3/a.vcf t/caf\xC3\xA9/a.vcf t/what?/a.vcf t/\x7F/a.vcf "
+              "t/\xE2\x82\xAC/a.vcf t/stray\xE9/a.vcf t/system/a.vcf t/system/1/a.vcf "
+              "t/linkedsystem/a.vcf t/almost/a.vcf away/a.vcf")) {
+        folder.Write(name, "x");
+    }
+    folder.SetMode("t/.ro.vcf", 0444); // hidden and archive, but read-only besides
+    folder.MakeFolder("t/folder.vcf");
+    folder.MakeLink("t/linked", "../away");
+    folder.MakeLink("away/back", "../t");
+    folder.MakeLink("t/2/up", "..");
+    folder.MakeLink("t/1/1/self", ".");
+    ExtendedAttributes() = {{{folder.Native("t/system"), "user.DOSATTRIB"}, "0x16"},
+                            {{folder.Native("t/linkedsystem"), "user.DOSATTRIB"}, "0x416"},
+                            {{folder.Native("t/almost"), "user.DOSATTRIB"}, "0x17"}};
+    settings.values[u"LastFolder"] = u"/before";
+    EXPECT_EQ(Scan("t"), Rows(".3/a.vcf .ro.vcf 1/1/a.vcf 1/a.vcf 2/1/2/a.vcf B.VCF a.vcf "
+                              "almost/a.vcf caf\xC3\xA9/a.vcf caf\xE9.vcf linked/a.vcf"));
+    ExtendedAttributes().clear();
+    EXPECT_TRUE(prompts.boxes.empty());
+    EXPECT_EQ(pickers.asked[0], TextPair(u"Please select folder:", u"/before"));
+    EXPECT_EQ(settings.writes, (std::vector<TextPair>{{u"LastFolder", folder.Path("t")}}));
+    EXPECT_EQ(pointer.shapes, (std::vector{MousePointer::Hourglass, MousePointer::Default}));
+}
+
+TEST_F(ListsTest, AScanMeetsFailures) {
+    for (const std::string& name :
+         Rows("t/1/a/x.vcf t/2/a/x.vcf t/3/a/x.vcf t/locked/a.vcf t/closed/a.vcf")) {
+        folder.Write(name, "x");
+    }
+    folder.SetMode("t/locked", 0);
+    folder.SetMode("t/closed", 0);
+    const Strings rows = Rows("1/a/x.vcf 2/a/x.vcf 3/a/x.vcf");
+    const Unprivileged unprivileged;
+    EXPECT_EQ(Scan("t"), rows);
+    EXPECT_EQ(Scan("t/locked"), Strings{});
+    EXPECT_EQ(prompts.TakeSummaries(), Strings{})
+        << "what may not be listed is left out in silence";
+    EXPECT_EQ(Scan("gone"), Strings{});
+    EXPECT_EQ(prompts.TakeSummaries(),
+              Strings{"in Zentavor2021/08/31.Form1.PushButton3_Click at line 6"});
+    loop.whenTold[loop.told.size() + 1] = [] { throw std::runtime_error("once"); };
+    EXPECT_EQ(Scan("t"), rows);
+    EXPECT_EQ(prompts.TakeSummaries(),
+              Strings{"in BrennochTitle2021/08/31.AddFolder.GetSubDirectories2016 at line 1"});
+    loop.whenTold[loop.told.size() + 3] = [] { throw ProgramEnded(); };
+    EXPECT_THROW(Scan("t"), ProgramEnded);
+    EXPECT_TRUE(list.Count() == 0 && prompts.TakeSummaries().empty());
+}
+
+TEST_F(ListsTest, SetsAddedAndRemoved) {
+    const Strings refusal{"You must use :: to separate the find text from the replace text"};
+    for (const std::string& row :
+         Rows("findwhat::replacewith|(findwhat)=(replacewith)= a::b::c|(a)=(b)= ::b|()=(b)= "
+              "_a_::|(_a_)=()= ::|()=()= a:::b|(a)=(:b)= ::::|()=()= |== x|==! a:_:b:|==!")) {
+        sets = SetList();
+        prompts.texts = {TextFromUtf8(Fields(row)[0])};
+        operations.AddSet();
+        const bool refused = row.back() == '!';
+        EXPECT_EQ(Sets() + (refused ? "!" : ""), Fields(row)[1]) << row;
+        EXPECT_EQ(prompts.TakeSummaries(), refused ? refusal : Strings{});
+    }
+    sets = SetList();
+    sets.Add(u"1", u"1");
+    sets.Add(u"2", u"2");
+    operations.RemoveSelectedSet(-1, -1);
+    operations.RemoveSelectedSet(0, 1);
+    operations.RemoveSelectedSet(7, -1);
+    EXPECT_EQ(Sets(), "(2)=(1)=");
+    EXPECT_EQ(prompts.TakeSummaries(),
+              Strings{"in Zentavor2021/08/31.Form1.PushButton6_Click at line 1"});
+    operations.ClearSets();
+    EXPECT_EQ(Sets(), "==");
+}
+
+TEST_F(ListsTest, SetsSaved) {
+    flags = {true, true}; // of no account here, and untouched
+    const std::string question = "Are you sure you wish to overwrite " + folder.Native();
+    const std::string report = "in Zentavor2021/08/31.Form1.PushButton12_Click at line 3";
+    const auto save = [&](const std::string& name, std::deque<Answer> answers = {}) {
+        pickers.saves = {folder.Path(name)};
+        prompts.answers = std::move(answers);
+        operations.SaveSets();
+        return prompts.TakeSummaries();
+    };
+    sets.Add(u"a", u"b");
+    sets.Add(u"c", u"");
+    EXPECT_EQ(save("f"), Strings{});
+    EXPECT_EQ(folder.Read("f"), "a::b\r\nc::\r\n");
+    sets.Add(u"\u0416\u00E9", u"::\n");
+    EXPECT_EQ(save("f"), Strings{question + "/f ?"});
+    EXPECT_EQ(folder.Read("f"), "a::b\r\nc::\r\n") << "No leaves the file";
+    save("f", {Answer::Yes});
+    EXPECT_EQ(folder.Read("f"), "a::b\r\nc::\r\n?\xE9::::\n\r\n");
+    EXPECT_EQ(save("", {Answer::Yes}), (Strings{question + " ?", report})); // a folder
+    EXPECT_EQ(save("gone/f"), Strings{report});
+    EXPECT_TRUE(flags.IsUtf8 && flags.IsUnicode);
+}
+
+} // namespace
+} // namespace vexmarrow::test

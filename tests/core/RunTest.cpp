@@ -1,0 +1,130 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "core/Core.h"
+#include "filelist/FileList.h"
+#include "run/ReplacementRun.h"
+#include "run/RunInputs.h"
+#include "sets/SetList.h"
+
+namespace vexmarrow::test {
+namespace {
+
+struct Inputs final : RunInputs {
+    Texts texts{u"a", u"b", u""};
+    std::string options = "35"; // the numbers of those that are set
+    int tab = 0;
+
+    bool Option(char number) const { return options.find(number) != std::string::npos; }
+    std::u16string Text1() const override { return texts[0]; }
+    std::u16string Text2() const override { return texts[1]; }
+    std::u16string Text3() const override { return texts[2]; }
+    bool Option1() const override { return Option('1'); }
+    bool Option2() const override { return Option('2'); }
+    bool Option3() const override { return Option('3'); }
+    bool Option4() const override { return Option('4'); }
+    bool Option5() const override { return Option('5'); }
+    int SelectedTab() const override { return tab; }
+};
+
+struct RunTest : Core {
+    Inputs inputs;
+    FileList list;
+    SetList sets;
+    ScriptedEventLoop loop;
+    RecordingPointer pointer;
+    ReplacementRun run{inputs, list, sets, engine, prompts, loop, pointer};
+    const Strings done{"Done."};
+    const std::string noRow = "in Zentavor2021/08/31.Form1.PushButton1_Click at line 6";
+    const std::string noFile = "in Zentavor2021/08/31.ReplaceText.ReplaceTextInFileCombo at line 1";
+
+    void AddFiles(const Strings& names, std::string_view bytes) {
+        for (const std::string& name : names) {
+            folder.Write(name, bytes);
+            list.Add({folder.Path(name)});
+        }
+    }
+    Strings Run() {
+        run.Start();
+        return prompts.TakeSummaries();
+    }
+};
+
+TEST_F(RunTest, ChecksAndRoutes) {
+    AddFiles({"f"}, "");
+    sets.Add(u"a", u"s");
+    // Tab, Text1, Text3, options; first letter of the message; what becomes of the file.
+    for (const std::string& row : Rows(R"(
+             0||.|45|Y|a:a:a 1|||5|Y|a:a:a 2||gone|4|Y|a:a:a 0|a||4|F|a:a:a 1|a|f|4|F|a:a:a
+             2|a|gone|4|F|a:a:a 0|a|gone|3|F|a:a:a 2|a|.|4|-|a:a:a 0|a|gone|5|D|a:a:a 0|a||1235|D|b:a~
+             0|a||235|D|a:b~ 0|a||35|D|b:b:b 1|a|gone|15|D|s:s:s 1|a|.|4|D|s:s:s)")) {
+        const Strings fields = Fields(row);
+        folder.Write("f", "a:a:a");
+        inputs.tab = std::stoi(fields[0]);
+        inputs.texts = {TextFromUtf8(fields[1]), u"b",
+                        fields[2] == "" ? u"" : folder.Path(fields[2])};
+        inputs.options = fields[3];
+        pointer.shapes.clear();
+        const Strings messages = Run();
+        EXPECT_EQ(messages.empty() ? "-" : messages[0].substr(0, 1), fields[4]) << row;
+        EXPECT_EQ(folder.Read("f"), fields[5]) << row;
+        const std::vector shown{MousePointer::Hourglass, MousePointer::Default};
+        EXPECT_EQ(pointer.shapes, fields[4] == "D" ? shown : decltype(shown){}) << row;
+    }
+}
+
+TEST_F(RunTest, YieldsBeforeEachFileAndFixesOnlyTheTabAndTheNumberOfRows) {
+    AddFiles({"1", "2", "1"}, "a:a");
+    folder.MakeFolder("out");
+    loop.whenTold[2] = [&] {
+        EXPECT_EQ(folder.Read("1") + folder.Read("2"), "b:ba:a");
+        inputs.texts = {u"a", u"2", folder.Path("out")};
+        inputs.options = "24";
+        inputs.tab = 1;
+        list.Add({folder.Path("added")});
+    };
+    loop.whenTold[3] = [&] { inputs.texts = {u"b", u"3", folder.Path("out")}; };
+    EXPECT_EQ(Run(), done);
+    EXPECT_EQ(loop.told, (Strings{"File 1/3", "File 2/3", "File 3/3"}));
+    EXPECT_EQ(folder.Read("out/1") + folder.Read("out/2"), "b:3\r\na:2\r\n");
+}
+
+TEST_F(RunTest, RowsRemovedMeanwhileHandOverThePreviousFileAgain) {
+    inputs.texts[1] = u"aa";
+    AddFiles({"1", "2", "3"}, "a");
+    loop.whenTold = {{2, [&] { list.Remove({2, 3}); }}, {4, [&] { list.Remove({1}); }}};
+    EXPECT_EQ(Run(), (Strings{noRow, noRow, "Done."}));
+    EXPECT_EQ(folder.Read("1") + folder.Read("2") + folder.Read("3"), "aaaaaaaaaa");
+    EXPECT_EQ(Run(), (Strings{noRow, "Done."})); // the first row gone: an empty path, passed over
+    AddFiles({"1"}, "a");
+    inputs.tab = 1;
+    loop.whenTold[5] = [&] { list.Remove({1}); };
+    EXPECT_EQ(Run(), (Strings{noRow, noFile, "Done."}));
+}
+
+TEST_F(RunTest, OneAtATimeAndTheProgramsEndStopsEverything) {
+    AddFiles({"1", "2", "3"}, "a");
+    const auto startWithoutText = [&] {
+        inputs.texts[0].swap(inputs.texts[2]);
+        run.Start(); // would show a message
+        inputs.texts[0].swap(inputs.texts[2]);
+    };
+    loop.whenTold = {{1, startWithoutText}, {5, [] { throw ProgramEnded(); }}};
+    prompts.whenShown = [&](const Box&) { startWithoutText(); };
+    EXPECT_EQ(Run(), done);
+    inputs.texts = {u"b", u"c", u""};
+    EXPECT_THROW(Run(), ProgramEnded);
+    EXPECT_EQ(folder.Read("1") + folder.Read("2") + folder.Read("3"), "cbb");
+    folder.Remove("2");
+    inputs.tab = 1;
+    sets.Add(u"b", u"d");
+    prompts.whenShown = [](const Box&) { throw ProgramEnded(); }; // closed under a report
+    EXPECT_THROW(Run(), ProgramEnded);
+    EXPECT_EQ(prompts.TakeSummaries(), Strings{noFile});
+    EXPECT_EQ(folder.Read("3"), "b");
+    prompts.whenShown = nullptr;
+    EXPECT_EQ(Run(), (Strings{noFile, "Done."})) << "the next run starts after each way out";
+}
+
+} // namespace
+} // namespace vexmarrow::test

@@ -1,0 +1,153 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "core/Core.h"
+#include "shell/Titles.h"
+#include "shell/Trap.h"
+#include "shell/Values.h"
+
+#include <unicode/ustring.h>
+
+#include <cstdlib>
+#include <random>
+#include <set>
+
+namespace vexmarrow::test {
+namespace {
+
+std::u16string ByIcu(std::string_view bytes) {
+    std::u16string text(bytes.size() + 1, u'\0');
+    std::int32_t length = 0;
+    UErrorCode error = U_ZERO_ERROR;
+    u_strFromUTF8WithSub(text.data(), static_cast<std::int32_t>(text.size()), &length, bytes.data(),
+                         static_cast<std::int32_t>(bytes.size()), 0xFFFD, nullptr, &error);
+    return text.substr(0, static_cast<std::size_t>(length));
+}
+
+TEST(Utf8, IsReadAsIcuReadsItAndNamesComeBackByteForByte) {
+    const std::string hostile = "aZ\x7F\x80\x8F\x90\x9F\xA0\xBF\xC0\xC1\xC2\xDF\xE0\xE1\xEC\xED\xEE"
+                                "\xEF\xF0\xF1\xF3\xF4\xF5\xF8\xFE\xFF";
+    std::mt19937 random(20260101);
+    for (int round = 0; round < 40000; ++round) {
+        std::string bytes(random() % 40, '\0');
+        for (char& byte : bytes) {
+            byte = random() % 8 == 0 ? static_cast<char>(random()) : hostile[random() % 27];
+        }
+        const std::u16string text = TextFromUtf8(bytes);
+        ASSERT_EQ(text, ByIcu(bytes)) << testing::PrintToString(bytes);
+        const std::u16string name = TextFromNativeName(bytes);
+        ASSERT_EQ(NativeName(name), bytes) << testing::PrintToString(bytes);
+        ASSERT_EQ(name == text, text.find(u'\uFFFD') == std::u16string::npos);
+    }
+    EXPECT_EQ(TextFromNativeName("a\xE9\xF0\x9F"), (std::u16string{u'a', 0xDCE9, 0xDCF0, 0xDC9F}));
+}
+
+TEST(CodePage, EveryByteComesOutAsItWentIn) {
+    std::string all;
+    for (int byte = 0; byte < 256; ++byte) {
+        all.push_back(static_cast<char>(byte));
+    }
+    // Each page with one of its bytes and the character of that byte, in hexadecimal.
+    for (const std::string& row : Rows(R"(
+             windows-1250|8A|160 windows-1251|E0|430 windows-1252|80|20AC windows-1252|81|81
+             windows-1253|E1|3B1 windows-1254|F0|11F windows-1255|E0|5D0 windows-1256|C7|627
+             windows-1257|E8|10D windows-1258|F0|111 windows-874|A1|E01 iso-8859-1|80|80
+             iso-8859-6|A1|F7A1 koi8-r|C1|430 us-ascii|E9|F7E9 us-ascii|9F|9F)")) {
+        SCOPED_TRACE(row);
+        const std::string name = Fields(row)[0];
+        const int byte = std::stoi(Fields(row)[1], nullptr, 16);
+        const int character = std::stoi(Fields(row)[2], nullptr, 16);
+        const auto page = MakeSingleByteCodePage(TextFromUtf8(name));
+        std::u16string text;
+        page->Decode(all, text);
+        EXPECT_EQ(std::set(text.begin(), text.end()).size(), 256U);
+        EXPECT_EQ(NativeName(text.substr(0, 128)), all.substr(0, 128));
+        std::string bytes = "before ";
+        page->Encode(text, bytes);
+        EXPECT_EQ(bytes, "before " + all);
+        EXPECT_EQ(text[static_cast<std::size_t>(byte)], character);
+        EXPECT_EQ(page->CodeOf(static_cast<char16_t>(character)), byte);
+    }
+    std::string bytes; // one per unit, nothing similar in its place
+    const auto page = MakeSingleByteCodePage(u"windows-1252");
+    page->Encode(u"\0a\U0001F600\u0416\u0100\uFF21\u2032\u2212\uFEFFz"s, bytes);
+    EXPECT_EQ(bytes, "\0a????????z"s);
+}
+
+TEST(CodePage, ARefusedPageLeavesTheOneInForce) {
+    AnsiCodePage ansi(u"windows-1251");
+    for (const std::u16string_view name :
+         {u"utf-8", u"UTF-16LE", u"utf-7", u"shift_jis", u"gb18030", u"big5", u"euc-kr",
+          u"iso-2022-jp", u"hz", u"ibm-37", u"ibm-1047", u"", u" ", u"no such page", u"\u0416"}) {
+        EXPECT_THROW(ansi.Choose(name), Failure) << NativeName(name);
+        EXPECT_EQ(ansi.Page().Name(), u"windows-1251");
+    }
+    ansi.Choose(u"koi8-r");
+    EXPECT_EQ(ansi.Page().CodeOf(u'\u0430'), 0xC1);
+}
+
+TEST(CodePage, FollowsTheLanguage) {
+    for (const std::string& row : Rows(R"(
+             pl_PL.UTF-8|windows-1250 cs_CZ|windows-1250 hu_HU@euro|windows-1250
+             sr_RS.UTF-8@latin|windows-1250 sr@latin|windows-1250 sr_RS.UTF-8|windows-1251
+             ru_RU.UTF-8|windows-1251 uk_UA|windows-1251 bg|windows-1251 el_GR|windows-1253
+             tr_TR.UTF-8|windows-1254 he|windows-1255 ar_EG|windows-1256 lt_LT|windows-1257
+             vi_VN|windows-1258 th_TH|windows-874 de_DE.UTF-8|windows-1252 C.UTF-8|windows-1252
+             POSIX|windows-1252 r|windows-1252 |windows-1252)")) {
+        const std::string locale = row.substr(0, row.find('|'));
+        EXPECT_EQ(locale + "|" + NativeName(CodePageForLocale(locale)), row);
+    }
+    ::setenv("LC_ALL", "th", 1);
+    ::setenv("LC_CTYPE", "el", 1);
+    ::setenv("LANG", "ru", 1);
+    for (const char* const variable : {"LC_ALL", "LC_CTYPE", "LANG"}) {
+        EXPECT_EQ(CodePageOfEnvironment(), CodePageForLocale(std::getenv(variable)));
+        ::setenv(variable, "", 1); // as good as not set
+    }
+    EXPECT_EQ(CodePageOfEnvironment(), u"windows-1252");
+}
+
+TEST(Shell, AReportTellsWhatAndWhere) {
+    ScriptedPrompts prompts;
+    Trap trap(prompts, u"Form1.PushButton1_Click");
+    EXPECT_FALSE(trap.Do(7, [] { throw Failure(u"It broke."); }));
+    trap.Do(12, [] { throw std::bad_alloc(); });
+    trap.Do(0, [] { throw std::runtime_error("\xC3\xA9"); });
+    EXPECT_TRUE(trap.Do(8, [] {}));
+    ASSERT_EQ(prompts.boxes.size(), 3U);
+    EXPECT_EQ(prompts.boxes[0].text,
+              u"It broke.\r\nin Zentavor2021/08/31.Form1.PushButton1_Click at line 7\r\r"
+              u"Please email screenshot of this message to support@vexmarrow.example");
+    EXPECT_TRUE(prompts.boxes[1].text.starts_with(u"Out of memory.\r\nin Zentavor2021"));
+    EXPECT_TRUE(prompts.boxes[2].text.starts_with(u"\u00E9\r\nin Zentavor2021"));
+    EXPECT_EQ(prompts.boxes[2].title, u"Application Error");
+    EXPECT_EQ(prompts.boxes[2].style, BoxStyle::Exclamation);
+    EXPECT_THROW(trap.Do(1, [] { throw ProgramEnded(); }), ProgramEnded);
+    prompts.whenShown = [](const Box&) { throw ProgramEnded(); };
+    EXPECT_THROW(trap.Do(1, [] { throw Failure(u""); }), ProgramEnded);
+}
+
+TEST(Shell, Values) {
+    const auto valueOf = [](auto read, std::u16string_view text) {
+        try {
+            return std::to_string(read(text));
+        } catch (const Failure&) {
+            return std::string();
+        }
+    };
+    // Text, as a boolean, as an integer; nothing where it is none.
+    for (const std::string& row : Rows(R"(
+             True|1| fALSE|0| _true_|1| 0|0|0 -1|1|-1 0.0|0|0 0.4|1|0 _12_|1|12 2.5|1|2 3.5|1|4
+             +3|1|3 1e2|1|100 -0|0|0 2147483647|1|2147483647 2147483648|1|
+             -2147483648|1|-2147483648 -2147483649|1| || _|| yes|| inf|| nan|| 1x|| 0x1|| +-3||
+             --3|| 1_2|| .|| e|| Trué||)")) {
+        const std::u16string text = TextFromUtf8(Fields(row)[0]);
+        EXPECT_EQ(valueOf(BooleanFromText, text), Fields(row)[1]) << row;
+        EXPECT_EQ(valueOf(IntegerFromText, text), Fields(row)[2]) << row;
+    }
+    EXPECT_EQ(ApplicationTitle(kProductName), u"Vexmarrow");
+    EXPECT_EQ(ApplicationTitle(std::u16string(40, u'x') + u" y z"), std::u16string(40, u'x'));
+}
+
+} // namespace
+} // namespace vexmarrow::test

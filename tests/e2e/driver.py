@@ -1,0 +1,242 @@
+# SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+# SPDX-License-Identifier: MIT
+"""Starts the real program on the present display and uses it as a person would, by the names on it."""
+
+import os
+import subprocess
+import tempfile
+
+import bus
+from bus import wait_until
+
+WINDOW = "Vexmarrow Software"
+TITLE = "Vexmarrow"
+FIND = "Find what (exact case):"
+REPLACE = "Replace with:"
+SINGLE = "Single find and replace"
+SETS = "Multiple find and replace (sets)"
+TO_FOLDER = "Save results to this folder:"
+IN_PLACE = "Save results in folder of original file"
+ADD_DIALOG = "Add File(s) - Hold Ctrl to select multiple files"
+FOLDER_DIALOG = "Please select folder:"
+
+
+def tool(*command):
+    """Runs a desktop tool to its end and returns what it says."""
+    return subprocess.run(command, check=True, capture_output=True, text=True, timeout=bus.DEADLINE).stdout
+
+
+def screenshot(path):
+    """A picture of the whole screen; an older one of that name is replaced."""
+    tool("scrot", "--overwrite", path)
+
+
+class Box:
+    """A message box on the screen."""
+
+    def __init__(self, window):
+        self.window = window
+        self.title = window.name
+
+    @property
+    def text(self):
+        """Its message, whether it stands in a label or, a very long one, in a text to scroll."""
+        for node in bus.walk(self.window):
+            role = node.getRoleName()
+            if role == "text" and bus.text_of(node):
+                return bus.text_of(node)
+            if role in ("label", "static") and node.name:
+                return node.name
+        return ""
+
+    def press(self, button):
+        press(self.window, button)
+
+
+def press(window, name, roles="push button", action="Press"):
+    """Presses a control once it is there and ready for it."""
+    def ready():
+        node = bus.find(window, name, roles)
+        return node if node and bus.is_enabled(node) else None
+
+    node = wait_until(ready, "%s %r to be ready" % (roles, name))
+    wait_until(lambda: bus.act(node, action), "%s of %r" % (action, name))
+
+
+class Program:
+    """One run of the program, from its start to its end."""
+
+    def __init__(self, executable):
+        self.log = tempfile.TemporaryFile(mode="w+", encoding="utf-8", errors="replace")
+        self.process = subprocess.Popen([executable], stdin=subprocess.DEVNULL,
+                                        stdout=self.log, stderr=subprocess.STDOUT)
+        try:
+            self.application = wait_until(self._appear, "the program on the accessibility bus")
+            self.window = wait_until(lambda: self._top_level(WINDOW, ("frame", "window")), "the main window")
+        except BaseException:
+            self.kill()
+            raise
+
+    def _appear(self):
+        if self.process.poll() is not None:
+            raise bus.Missing("the program ended with status %d\n%s" % (self.process.returncode, self.said()))
+        return bus.desktop_application(self.process.pid)
+
+    def said(self):
+        """What the program has written to its output and error streams."""
+        self.log.seek(0)
+        return self.log.read()
+
+    def _top_level(self, title, roles):
+        for window in bus.children(self.application):
+            if window.getRoleName() in roles and title in (None, window.name) and bus.is_shown(window):
+                return window
+        return None
+
+    # --- the controls of the main window
+
+    def press(self, name):
+        press(self.window, name)
+
+    def choose(self, option):
+        """Turns an option button on."""
+        node = wait_until(lambda: bus.find(self.window, option, "radio button"), "option %r" % option)
+        if not bus.is_checked(node):
+            press(self.window, option, "radio button", "Toggle")
+            wait_until(lambda: bus.is_checked(node), "option %r to be on" % option)
+
+    def is_chosen(self, option):
+        return bus.is_checked(wait_until(lambda: bus.find(self.window, option, "radio button"), option))
+
+    def tab(self, name):
+        """Brings a tab to the front."""
+        press(self.window, name, "page tab")
+        wait_until(lambda: self.is_in_front(name), "tab %r to be in front" % name)
+
+    def is_in_front(self, tab):
+        """Whether a tab's own controls are to be seen."""
+        control = ("Add Set", "push button") if tab == SETS else (FIND, "text")
+        return bus.find(self.window, *control) is not None
+
+    def _text_box(self, name):
+        return wait_until(lambda: bus.find(self.window, name, "text"), "text box %r" % name)
+
+    def type(self, name, text):
+        """Puts a text into the text box of that name, in place of what it held."""
+        node = self._text_box(name)
+        bus.set_text(node, text)
+        wait_until(lambda: bus.text_of(node) == text, "text box %r to hold %r" % (name, text))
+
+    def text(self, name):
+        return bus.text_of(self._text_box(name))
+
+    def _list(self):
+        return wait_until(lambda: bus.find(self.window, "File(s)", bus.ITEM_VIEWS), "the file list")
+
+    def row_count(self):
+        """How many rows the file list has."""
+        return self._list().queryTable().nRows
+
+    def rows(self):
+        """The texts of the file list's rows, read one by one."""
+        return [node.name for node in bus.children(self._list()) if "header" not in node.getRoleName()]
+
+    # --- boxes and dialogs
+
+    def box(self, title=TITLE):
+        """The message box of that title, as soon as it shows."""
+        return Box(wait_until(lambda: self._top_level(title, ("alert", "dialog")), "a box titled %r" % title))
+
+    def _wait_closed(self, window):
+        name = window.name
+        wait_until(lambda: window not in bus.children(self.application) or not bus.is_shown(window),
+                   "%r to close" % name)
+
+    def answer(self, title=TITLE, button="OK", picture=None):
+        """Waits for a message box, answers it, and returns what it said."""
+        box = self.box(title)
+        text = wait_until(lambda: box.text, "the text of the box")
+        if picture:
+            screenshot(picture)
+        box.press(button)
+        self._wait_closed(box.window)
+        return text
+
+    def confirm(self, text, picture=None):
+        """Answers a message box with OK and insists on what it said."""
+        said = self.answer(picture=picture)
+        if said != text:
+            raise AssertionError("the box said %r instead of %r" % (said, text))
+
+    def add_set(self, answer):
+        """Adds a set through the input box of "Add Set"."""
+        self.press("Add Set")
+        box = self.box()
+        edit = wait_until(lambda: [n for n in bus.walk(box.window) if n.getRoleName() == "text"],
+                          "the line to type into")[0]
+        bus.set_text(edit, answer)
+        wait_until(lambda: bus.text_of(edit) == answer, "the line to hold %r" % answer)
+        box.press("OK")
+        self._wait_closed(box.window)
+
+    def _accept_file_dialog(self, title, line, text, button):
+        dialog = wait_until(lambda: self._top_level(title, ("dialog", "file chooser")), "dialog %r" % title)
+        edit = wait_until(lambda: bus.find(dialog, line, "text"), "the line %r" % line)
+        bus.set_text(edit, text)
+        wait_until(lambda: bus.text_of(edit) == text, "the line %r to hold the names" % line)
+        press(dialog, button)
+        self._wait_closed(dialog)
+
+    def add_files(self, paths):
+        """Adds files through the button's own file dialog; waits for their rows."""
+        before = self.row_count()
+        self.press("Add VCF File(s)")
+        self._accept_file_dialog(ADD_DIALOG, "File name:", " ".join('"%s"' % p for p in paths), "Open")
+        wait_until(lambda: self.row_count() == before + len(paths), "%d rows more" % len(paths))
+
+    def add_folder(self, folder, count):
+        """Adds a folder of `count` files through the folder dialog; waits for their rows."""
+        before = self.row_count()
+        self.press("Add All VCF File(s) In Folder")
+        self._accept_file_dialog(FOLDER_DIALOG, "Directory:", folder, "Choose")
+        wait_until(lambda: self.row_count() == before + count, "%d rows more" % count)
+
+    def replace_all(self, picture=None):
+        """Presses "Start Replacing" and confirms that it is done."""
+        self.press("Start Replacing")
+        self.confirm("Done.", picture=picture)
+
+    # --- the end
+
+    def press_close(self):
+        """Has the window manager close the main window, as its own button in the title bar does."""
+        tool("wmctrl", "-F", "-c", WINDOW)
+
+    def wait_end(self):
+        """The program's exit status, once it has ended."""
+        try:
+            return self.process.wait(bus.DEADLINE)
+        except subprocess.TimeoutExpired:
+            raise bus.Missing("the program did not end") from None
+
+    def close(self):
+        """Closes the window and returns the exit status."""
+        self.press_close()
+        return self.wait_end()
+
+    def give_up(self, picture):
+        """Says all that helps to understand a failure: a picture, the controls, the program's words."""
+        lines = []
+        if self.process.poll() is None:
+            screenshot(picture)
+            lines += ["The screen at that moment: " + picture] + bus.describe(self.application)
+        else:
+            lines.append("The program has ended with status %d" % self.process.returncode)
+        return "\n".join(lines + ["The program said:", self.said()])
+
+    def kill(self):
+        """Makes sure that nothing is left of it."""
+        if self.process.poll() is None:
+            self.process.kill()
+        self.process.wait()
+        self.log.close()

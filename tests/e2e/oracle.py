@@ -1,0 +1,184 @@
+# SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+# SPDX-License-Identifier: MIT
+"""What a run must write, worked out plainly and apart from the program.
+
+A text is a str of 16-bit units here: every character is below U+10000, and a
+character beyond that is its two surrogates. Speed is no concern.
+"""
+
+import os
+import struct
+
+FIELDS = "Find and replace in fields only"
+VALUES = "Find and replace in values only"
+WHOLE = "Find and replace in fields and values"
+SETS = "Multiple find and replace (sets)"
+
+PIECE = 65536
+UTF8_MARK = b"\xef\xbb\xbf"
+UTF16_MARK = b"\xff\xfe"
+
+
+def _code_page():
+    """The 256 characters of windows-1252; a byte that it leaves open is the control of that value."""
+    table = []
+    for byte in range(256):
+        try:
+            table.append(bytes([byte]).decode("cp1252"))
+        except UnicodeDecodeError:
+            table.append(chr(byte))
+    return table
+
+
+_DECODE = _code_page()
+_ENCODE = {character: byte for byte, character in enumerate(_DECODE)}
+
+
+def from_ansi(data):
+    return "".join(_DECODE[byte] for byte in data)
+
+
+def to_ansi(text):
+    return bytes(_ENCODE.get(unit, ord("?")) for unit in text)
+
+
+def from_utf16(data):
+    """Little-endian; one mark at the start is skipped, a lone last byte becomes a unit."""
+    if data.startswith(UTF16_MARK):
+        data = data[2:]
+    if len(data) % 2:
+        data += b"\0"
+    return "".join(map(chr, struct.unpack("<%dH" % (len(data) // 2), data)))
+
+
+def to_utf16(text):
+    return UTF16_MARK + struct.pack("<%dH" % len(text), *map(ord, text))
+
+
+def units(text):
+    """A Python str as 16-bit units."""
+    data = text.encode("utf-16-le", "surrogatepass")
+    return "".join(map(chr, struct.unpack("<%dH" % (len(data) // 2), data)))
+
+
+def from_utf8(data):
+    if data.startswith(UTF8_MARK):
+        data = data[3:]
+    return units(data.decode("utf-8", "replace"))
+
+
+def split_lines(text):
+    """Lines that end at CR LF, LF or CR; an end at the end of the text opens no further line."""
+    lines = text.replace("\r\n", "\n").replace("\r", "\n").split("\n")
+    if lines[-1] == "" and len(lines) > 1:
+        lines.pop()
+    return lines
+
+
+def replace_all(text, find, replacement):
+    """Every occurrence, left to right, without overlap, in exact case."""
+    return text.replace(find, replacement) if find else text
+
+
+class Oracle:
+    """The program as far as its results go; it remembers what the program remembers between files."""
+
+    def __init__(self):
+        self.unicode = False
+        self.reports = 0
+
+    def _detect(self, data):
+        """Looks at the mark; says whether it is that of UTF-8."""
+        self.unicode = data[:4] == b"\0\0\xfe\xff" or data[:2] in (UTF16_MARK, b"\xfe\xff")
+        return data[:3] == UTF8_MARK
+
+    def _decode(self, data):
+        return from_utf16(data) if self.unicode else from_ansi(data)
+
+    def _encode(self, text):
+        return to_utf16(text) if self.unicode else to_ansi(text)
+
+    def _pieces(self, data):
+        text = self._decode(data)
+        return [text[at : at + PIECE] for at in range(0, len(text), PIECE)] or [""]
+
+    def _whole(self, data, find, replacement):
+        """The single pair on the whole text: the encoding is the one that was met last."""
+        finds = find.split("\r\n")
+        replacements = replacement.split("\r\n") if replacement else [""] * len(finds)
+        result = ""
+        for piece in self._pieces(data):
+            for index, line in enumerate(finds):
+                if index < len(replacements):
+                    piece = replace_all(piece, line, replacements[index])
+                else:
+                    self.reports += 1
+            result += piece
+        return self._encode(result)
+
+    def _sets(self, data, sets):
+        pieces = [from_utf8(data)] if self._detect(data) else self._pieces(data)
+        for find, replacement in sets:
+            pieces = [replace_all(piece, find, replacement) for piece in pieces]
+        return self._encode("".join(pieces))
+
+    def _lines(self, data, find, replacement, part):
+        """The pair on what stands before (part 0) or after (part 1) the first colon of each line."""
+        lines = from_utf8(data).split("\r\n") if self._detect(data) else split_lines(self._decode(data))
+        result = ""
+        for line in lines:
+            if ":" in line:
+                kept = line.split(":")[:2]
+                kept[part] = replace_all(kept[part], find, replacement)
+                line = ":".join(kept)
+            result += line + "\r\n"
+        return self._encode(result)
+
+    def result(self, data, mode, find="", replacement="", sets=()):
+        """The bytes written for a file that holds `data`, or None where no file is written.
+
+        A line break in `find` or `replacement` is CR LF or LF, as it is typed.
+        """
+        if mode == SETS:
+            return self._sets(data, [(units(a), units(b)) for a, b in sets])
+        if not data:
+            return None
+        find, replacement = (units(text.replace("\r\n", "\n").replace("\n", "\r\n"))
+                             for text in (find, replacement))
+        if mode == WHOLE:
+            return self._whole(data, find, replacement)
+        return self._lines(data, find, replacement, 0 if mode == FIELDS else 1)
+
+    def run(self, paths, folder, mode, find="", replacement="", sets=()):
+        """All results of a run over files that are there, in order: {output path: bytes}.
+
+        `folder` is the output folder, or None for results beside the inputs.
+        """
+        written = {}
+        for path in paths:
+            target = path if folder is None else os.path.join(folder, os.path.basename(path))
+            data = written.get(path)
+            if data is None:
+                with open(path, "rb") as file:
+                    data = file.read()
+            result = self.result(data, mode, find, replacement, sets)
+            if result is not None:
+                written[target] = result
+        return written
+
+
+def faults(written):
+    """One sentence for every file that does not hold the bytes it must hold; `written` as from Oracle.run."""
+    found = []
+    for path, expected in written.items():
+        try:
+            with open(path, "rb") as file:
+                actual = file.read()
+        except OSError as error:
+            found.append("%s: %s" % (path, error.strerror))
+            continue
+        if actual != expected:
+            at = len(os.path.commonprefix([actual, expected]))
+            found.append("%s: from byte %d on %r instead of %r (%d bytes instead of %d)" % (
+                path, at, actual[at : at + 30], expected[at : at + 30], len(actual), len(expected)))
+    return found

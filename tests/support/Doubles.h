@@ -1,0 +1,144 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "base/Utf8.h"
+#include "shell/EventLoop.h"
+#include "shell/Pickers.h"
+#include "shell/Prompts.h"
+#include "shell/SettingsStore.h"
+
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+// Stand-ins for the desktop: each records what it is asked and answers as told beforehand.
+
+namespace vexmarrow::test {
+
+using TextPair = std::pair<std::u16string, std::u16string>;
+
+/// Answers prepared beforehand; once they are used up, the same one again and again.
+template <typename Value>
+Value NextOf(std::deque<Value>& answers, Value afterwards = {}) {
+    if (!answers.empty()) {
+        afterwards = std::move(answers.front());
+        answers.pop_front();
+    }
+    return afterwards;
+}
+
+struct Box {
+    std::u16string text;
+    BoxStyle style;
+    std::u16string title;
+};
+
+class ScriptedPrompts final : public Prompts {
+public:
+    std::vector<Box> boxes;                    ///< all that were shown
+    std::deque<Answer> answers;                ///< to questions; then No
+    std::vector<TextPair> asked;               ///< prompts and suggestions
+    std::deque<std::u16string> texts;          ///< then cancelled
+    std::function<void(const Box&)> whenShown; ///< called while a box is open
+
+    /// The boxes since the last call, in UTF-8: of an error report only its second line (where it
+    /// happened), of any other box its text.
+    std::vector<std::string> TakeSummaries() {
+        std::vector<std::string> summaries;
+        for (; taken_ < boxes.size(); ++taken_) {
+            std::u16string_view text = boxes[taken_].text;
+            if (boxes[taken_].title == u"Application Error") {
+                text = text.substr(text.find(u"\r\n") + 2);
+                text = text.substr(0, text.find(u"\r\r"));
+            }
+            summaries.push_back(NativeName(text));
+        }
+        return summaries;
+    }
+
+    Answer ShowMessage(std::u16string_view text, BoxStyle style,
+                       std::u16string_view title) override {
+        const Box box{std::u16string(text), style, std::u16string(title)};
+        boxes.push_back(box);
+        if (whenShown) {
+            whenShown(box);
+        }
+        const bool question = style == BoxStyle::YesNo || style == BoxStyle::Question;
+        return question ? NextOf(answers, Answer::No) : Answer::Ok;
+    }
+    std::u16string AskForText(std::u16string_view prompt, std::u16string_view suggestion) override {
+        asked.emplace_back(prompt, suggestion);
+        return NextOf(texts);
+    }
+
+private:
+    std::size_t taken_ = 0;
+};
+
+class ScriptedPickers final : public Pickers {
+public:
+    std::vector<TextPair> asked;                   ///< titles, with filters or start folders
+    std::deque<std::vector<std::u16string>> files; ///< then cancelled, as the others
+    std::deque<std::u16string> saves;
+    std::deque<std::u16string> folders;
+
+    std::vector<std::u16string> OpenFiles(const FileDialogRequest& request) override {
+        asked.emplace_back(request.title, request.filter);
+        return NextOf(files);
+    }
+    std::u16string SaveFile(const FileDialogRequest& request) override {
+        asked.emplace_back(request.title, request.filter);
+        return NextOf(saves);
+    }
+    std::u16string BrowseForFolder(std::u16string_view title, std::u16string_view start) override {
+        asked.emplace_back(title, start);
+        return NextOf(folders);
+    }
+};
+
+class MemorySettings final : public SettingsStore {
+public:
+    std::map<std::u16string, std::u16string, std::less<>> values;
+    std::vector<TextPair> writes; ///< in order
+
+    std::u16string GetSetting(std::u16string_view key,
+                              std::u16string_view fallback) const override {
+        const auto found = values.find(key);
+        return found == values.end() ? std::u16string(fallback) : found->second;
+    }
+    void SaveSetting(std::u16string_view key, std::u16string_view value) override {
+        writes.emplace_back(key, value);
+        values.insert_or_assign(std::u16string(key), std::u16string(value));
+    }
+};
+
+class ScriptedEventLoop final : public EventLoop {
+public:
+    std::vector<std::string> told; ///< the progress at each yield: item, done, "/", total
+    std::map<std::size_t, std::function<void()>> whenTold; ///< by number of the yield, from 1
+
+    void Yield(const Progress& progress) override {
+        told.push_back(NativeName(progress.item) + " " + std::to_string(progress.done) + "/" +
+                       std::to_string(progress.total));
+        if (const auto due = whenTold.find(told.size()); due != whenTold.end()) {
+            due->second();
+        }
+    }
+};
+
+class RecordingPointer final : public MousePointer {
+public:
+    std::vector<Shape> shapes; ///< all that were set, in order
+
+    Shape Pointer() const override { return shapes.empty() ? Default : shapes.back(); }
+    void SetPointer(Shape shape) override { shapes.push_back(shape); }
+};
+
+} // namespace vexmarrow::test

@@ -1,0 +1,211 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "Suites.h"
+#include "Window.h"
+#include "app/LinesEdit.h"
+#include "app/QtPickers.h"
+#include "app/Strings.h"
+#include "support/TestFolder.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+
+namespace vexmarrow::test {
+
+class ControlsTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void TypedText() {
+        Window window;
+        window.Open();
+        auto* const box = window.Find<LinesEdit>("Text1");
+        QTest::keyClicks(box, QStringLiteral("one"));
+        QTest::keyClick(box, Qt::Key_Return);
+        QTest::keyClicks(box, QStringLiteral("two"));
+        QTest::keyClick(box, Qt::Key_Return, Qt::ShiftModifier);
+        QCOMPARE(ToQString(box->Text()), QStringLiteral("one\r\ntwo\r\n"));
+        QVERIFY(QTest::qWaitForWindowActive(window.form.get()));
+        box->setFocus();
+        QTest::keyClick(box, Qt::Key_Tab);
+        QCOMPARE(ToQString(box->Text()), QStringLiteral("one\r\ntwo\r\n"));
+        QVERIFY(window.Find<LinesEdit>("Text2")->hasFocus());
+    }
+
+    void PastedText_data() {
+        QTest::addColumn<QString>("pasted");
+        QTest::addColumn<QString>("text");
+        const auto row = [](const char* name, std::u16string_view pasted,
+                            std::u16string_view text) {
+            QTest::newRow(name) << ToQString(pasted) << ToQString(text);
+        };
+        row("line ends", u"a\r\nb\nc\rd", u"a\r\nb\r\nc\r\nd");
+        row("end of the last line", u"a\n", u"a\r\n");
+        row("blanks and tabs", u" \t a\u00A0\u2009 ", u" \t a\u00A0\u2009 ");
+        row("separators", u"a\u2028b\u2029c", u"a\u2028b\u2029c");
+        row("noncharacters", u"\uFDD0\uFDD1\uFFFF\uFFFC", u"\uFDD0\uFDD1\uFFFF\uFFFC");
+        row("surrogates", u"\U0001F600\xD83D x \xDE00", u"\U0001F600\xD83D x \xDE00");
+        row("controls", std::u16string_view(u"a\0b\x1F\x7F", 5),
+            std::u16string_view(u"a\0b\x1F\x7F", 5));
+        const std::u16string large(300'000, u'x');
+        row("of any length", large, large);
+    }
+    void PastedText() {
+        QFETCH(const QString, pasted);
+        Window window;
+        window.Open();
+        QGuiApplication::clipboard()->setText(pasted);
+        auto* const box = window.Find<LinesEdit>("Text1");
+        box->paste();
+        QTEST(ToQString(box->Text()), "text");
+    }
+
+    void SetsAreChosenInStep() {
+        Window window;
+        window.Open();
+        auto* const find = window.Find<QComboBox>("Combo1");
+        auto* const replace = window.Find<QComboBox>("Combo2");
+        const auto state = [&] {
+            return QStringLiteral("%1 %2, %3 %4")
+                .arg(find->count())
+                .arg(find->currentIndex())
+                .arg(replace->count())
+                .arg(replace->currentIndex());
+        };
+        window.Press("PushButton6");
+        window.AddSet(u"a::b");
+        QCOMPARE(state(), QStringLiteral("1 -1, 1 -1")); // nothing chooses itself
+        window.AddSet(u"c::d::e");
+        window.AddSet(u"c::");
+        find->setCurrentIndex(1);
+        QCOMPARE(state(), QStringLiteral("3 1, 3 1"));
+        QCOMPARE(find->currentText() + replace->currentText(), QStringLiteral("cd"));
+        QTest::keyClick(replace, Qt::Key_Down);
+        QCOMPARE(state(), QStringLiteral("3 2, 3 2"));
+        window.AddSet(u"::");
+        QCOMPARE(state(), QStringLiteral("4 2, 4 2"));
+        window.Press("PushButton6");
+        QCOMPARE(state(), QStringLiteral("3 -1, 3 -1"));
+        window.Press("PushButton6"); // nothing is selected any more
+        QCOMPARE(state(), QStringLiteral("3 -1, 3 -1"));
+        replace->setCurrentIndex(0);
+        window.Press("PushButton4");
+        QCOMPARE(state(), QStringLiteral("0 -1, 0 -1"));
+        window.AddSet(u"no separator");
+        window.AddSet(u"");
+        QCOMPARE(window.Boxes(),
+                 QStringLiteral("You must use :: to separate the find text from the replace text"));
+        QCOMPARE(find->count(), 0);
+    }
+
+    void ListShowsAnyName() {
+        Window window;
+        window.Open();
+        window.AddFiles({u"/a/two\nlines.vcf", u"/a/\xDCFF.vcf", u"/a/\u00E4\U0001F600.vcf"});
+        auto* const view = window.Find<QTreeView>("ListView1");
+        QStringList shown;
+        for (int row = 0; row < window.Rows(); ++row) {
+            shown << view->model()->index(row, 0).data().toString();
+        }
+        QCOMPARE(shown,
+                 (QStringList{ToQString(u"/a/two\u240Alines.vcf"), ToQString(u"/a/\uFFFD.vcf"),
+                              ToQString(u"/a/\u00E4\U0001F600.vcf")}));
+        QCOMPARE(view->columnWidth(0), qRound(7000 / 1440.0 * view->logicalDpiX()));
+    }
+
+    void EveryControlHasANameAndAPlace() {
+        Window window;
+        window.Open();
+        const std::vector<std::pair<const char*, const char*>> order{
+            {"ListView1", "File(s)"},
+            {"PushButton13", "Add VCF File(s)"},
+            {"PushButton3", "Add All VCF File(s) In Folder"},
+            {"PushButton9", "Load List Of Files From File"},
+            {"PushButton17", "Remove Filenames Contain. X"},
+            {"PushButton11", "Remove Filenames Not Cont. X"},
+            {"PushButton2", "Clear List"},
+            {"PushButton8", "Load Sample/Example Files"},
+            {"PushButton5", "Help"},
+            {"Text1", "Find what (exact case):"},
+            {"Text2", "Replace with:"},
+            {"Combo1", "Find what (exact case):"},
+            {"Combo2", "Replace with:"},
+            {"PushButton7", "Add Set"},
+            {"PushButton6", "Remove Selected Set"},
+            {"PushButton10", "Load Sets"},
+            {"PushButton4", "Clear"},
+            {"PushButton12", "Save Sets"},
+            {"Option1", "Find and replace in fields only"},
+            {"Option2", "Find and replace in values only"},
+            {"Option3", "Find and replace in fields and values"},
+            {"Option5", "Save results in folder of original file"},
+            {"Option4", "Save results to this folder:"},
+            {"Text3", "Save results to this folder:"},
+            {"PushButton14", "Browse for output folder"},
+            {"PushButton1", "Start Replacing"}};
+        const QWidget* place = window.Find<QWidget>("ListView1");
+        for (const auto& [name, accessibleName] : order) {
+            const auto* const control = window.Find<QWidget>(name);
+            QCOMPARE(control->accessibleName(), QString::fromLatin1(accessibleName));
+            QVERIFY2((control->focusPolicy() & Qt::TabFocus) != 0, name);
+            // The next control that Tab can reach, disabled ones included.
+            while (place != control &&
+                   (place->objectName().startsWith(QStringLiteral("qt_")) ||
+                    !IsNamed(place, order) || IsBefore(place, control, order))) {
+                place = place->nextInFocusChain();
+            }
+            QCOMPARE(place->objectName(), QString::fromLatin1(name));
+        }
+        for (const char* const frame : {"Frame1", "Frame2", "Frame4", "TabControl1"}) {
+            QVERIFY2(!window.Find<QWidget>(frame)->accessibleName().isEmpty(), frame);
+        }
+    }
+
+    void FilesChosenInSeveralFolders() {
+        const auto parts = [](const QStringList& files) {
+            QStringList joined;
+            for (const std::u16string& part : PartsOfChoice(files)) {
+                joined << ToQString(part);
+            }
+            return joined.join(u'|');
+        };
+        const auto list = [](const char* files) {
+            return QString::fromLatin1(files).split(u'|', Qt::SkipEmptyParts);
+        };
+        QCOMPARE(parts(list("")), QString());
+        QCOMPARE(parts(list("/a/b.vcf")), QStringLiteral("/a/b.vcf"));
+        QCOMPARE(parts(list("/a/b|/a/c")), QStringLiteral("/a|b|c"));
+        QCOMPARE(parts(list("/b|/c")), QStringLiteral("/|b|c"));
+        QCOMPARE(parts(list("/a/b/c|/a/d|/a/b/e")), QStringLiteral("/a|b/c|d|b/e"));
+        QCOMPARE(parts(list("/ab/c|/a/d")), QStringLiteral("/|ab/c|a/d"));
+        QCOMPARE(NameFilters(u"VCF Files (*.vcf)|*.vcf|All Files (*.*)|*.*|"),
+                 (QStringList{QStringLiteral("VCF Files (*.vcf) (*.vcf)"),
+                              QStringLiteral("All Files (*.*) (*)")}));
+    }
+
+private:
+    using Order = std::vector<std::pair<const char*, const char*>>;
+
+    static std::size_t Position(const QWidget* widget, const Order& order) {
+        std::size_t i = 0;
+        while (i < order.size() && widget->objectName() != QString::fromLatin1(order[i].first)) {
+            ++i;
+        }
+        return i;
+    }
+    static bool IsNamed(const QWidget* widget, const Order& order) {
+        return Position(widget, order) < order.size();
+    }
+    static bool IsBefore(const QWidget* a, const QWidget* b, const Order& order) {
+        return Position(a, order) < Position(b, order);
+    }
+};
+
+std::unique_ptr<QObject> MakeControlsTest() {
+    return std::make_unique<ControlsTest>();
+}
+
+} // namespace vexmarrow::test
+
+#include "ControlsTest.moc"

@@ -1,0 +1,258 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "Suites.h"
+#include "Window.h"
+#include "app/Strings.h"
+#include "support/TestFolder.h"
+
+#include <QGuiApplication>
+
+namespace vexmarrow::test {
+namespace {
+
+const QString kDone = QStringLiteral("Done.");
+const QString kRunAt = QStringLiteral("in Zentavor2021/08/31.Form1.PushButton1_Click at line ");
+const QString kEngineAt = QStringLiteral("in Zentavor2021/08/31.ReplaceText.%1 at line %2");
+
+} // namespace
+
+/// "Start Replacing" through the real buttons and boxes of the window.
+class RunTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() {
+        folder_ = std::make_unique<TestFolder>();
+        folder_->MakeFolder("out");
+        folder_->SetMode("out", 0777);
+        window_ = std::make_unique<Window>();
+        window_->Open();
+        window_->SetText1(u"a");
+        window_->SetText2(u"b");
+        window_->SetText3(folder_->Path("out"));
+    }
+
+    void cleanup() {
+        QVERIFY(QGuiApplication::overrideCursor() == nullptr);
+        QCOMPARE(window_->Find<QLabel>("Progress")->text(), QString());
+        QCOMPARE(window_->calls.openFiles, 0);
+        window_.reset();
+        folder_.reset();
+    }
+
+    void WhatIsLacking() {
+        const QString noFind = QStringLiteral("You forgot to input find what.");
+        const QString noFolder =
+            QStringLiteral("Folder does not exist. Please select another folder.");
+        const QString noFiles = QStringLiteral("No files added.");
+        folder_->Write("file", "x");
+        window_->SetText1(u"");
+        QCOMPARE(Run(), noFind);
+        window_->SelectTab(1);
+        window_->AddSet(u"a::b");
+        QCOMPARE(Run(), noFind);
+        window_->SetText1(u"any");
+        for (const char* const place : {"missing", "file"}) {
+            window_->SetText3(folder_->Path(place));
+            QCOMPARE(Run(), noFolder);
+        }
+        window_->SetText3(u"");
+        QCOMPARE(Run(), noFolder);
+        window_->Press("Option5"); // the folder does not matter any more
+        QCOMPARE(Run(), noFiles);
+        window_->SelectTab(0);
+        QCOMPARE(Run(), noFiles);
+    }
+
+    void EveryMode_data() {
+        QTest::addColumn<QString>("option");
+        QTest::addColumn<int>("tab");
+        QTest::addColumn<QByteArray>("result");
+        QTest::newRow("fields") << "Option1" << 0 << QByteArray("Nb;b=b:banana\r\nTELb:1a\r\n");
+        QTest::newRow("values") << "Option2" << 0 << QByteArray("Na;a=a:bbnbnb\r\nTELa:1b\r\n");
+        QTest::newRow("both") << "Option3" << 0 << QByteArray("Nb;b=b:bbnbnb\nTELb:1b:2b");
+        QTest::newRow("sets") << "Option1" << 1 << QByteArray("Nc;c=c:ccncnc\nTELc:1c:2c");
+    }
+    void EveryMode() {
+        QFETCH(const QString, option);
+        QFETCH(const int, tab);
+        const std::string before = "Na;a=a:banana\nTELa:1a:2a";
+        window_->AddSet(u"a::b");
+        window_->AddSet(u"b::c");
+        window_->SelectTab(tab);
+        window_->Press(option.toLatin1().constData());
+        AddFile("one.vcf", before);
+        QCOMPARE(Run(), kDone);
+        QTEST(QByteArray::fromStdString(folder_->Read("out/one.vcf")), "result");
+        QCOMPARE(folder_->Read("one.vcf"), before);
+        window_->Press("Option5");
+        QCOMPARE(Run(), kDone);
+        QTEST(QByteArray::fromStdString(folder_->Read("one.vcf")), "result");
+    }
+
+    void FilesThatAreNone() {
+        AddFile("gone.vcf", "a");
+        AddFile("empty.vcf", "");
+        AddFile("whole.vcf", "a");
+        folder_->Remove("gone.vcf");
+        QCOMPARE(Run(), kDone); // skipped in silence
+        QCOMPARE(folder_->Names("out"), std::vector<std::string>{"whole.vcf"});
+        window_->SelectTab(1);
+        QCOMPARE(Run(),
+                 kEngineAt.arg(QStringLiteral("ReplaceTextInFileCombo")).arg(1) + u'|' + kDone);
+        QCOMPARE(folder_->Read("out/empty.vcf"), std::string());
+        QVERIFY(!folder_->Exists("out/gone.vcf"));
+    }
+
+    void NoPermission() {
+        AddFile("secret.vcf", "a");
+        AddFile("kept.vcf", "a");
+        folder_->SetMode("secret.vcf", 0);
+        folder_->SetMode("kept.vcf", 0444);
+        const Unprivileged somebody;
+        QCOMPARE(Run(), kDone);
+        QCOMPARE(folder_->Names("out"), std::vector<std::string>{"kept.vcf"});
+        window_->Press("Option5");
+        const QString whole = QStringLiteral("ReplaceTextInFile");
+        QCOMPARE(Run(), kEngineAt.arg(whole).arg(6) + u'|' + kDone);
+        QCOMPARE(folder_->Read("kept.vcf"), std::string("a"));
+        window_->SelectTab(1);
+        const QString combo = QStringLiteral("ReplaceTextInFileCombo");
+        QCOMPARE(Run(),
+                 kEngineAt.arg(combo).arg(1) + u'|' + kEngineAt.arg(combo).arg(4) + u'|' + kDone);
+    }
+
+    void MoreFindLinesThanReplaceLines() {
+        AddFile("one.vcf", "aAxX");
+        window_->SetText1(u"a\nx\n"); // the last line is empty and lacks a partner, too
+        const QString report = kEngineAt.arg(QStringLiteral("ReplaceTextInFile")).arg(4);
+        QCOMPARE(Run(), report + u'|' + report + u'|' + kDone);
+        QCOMPARE(folder_->Read("out/one.vcf"), std::string("bAxX"));
+    }
+
+    void HandsOnTheWindowDuringARun() {
+        for (const char* const name : {"1.vcf", "2.vcf", "3.vcf", "4.vcf"}) {
+            AddFile(name, "aq:aq");
+        }
+        AfterResult("1.vcf", [&] {
+            QVERIFY(QGuiApplication::overrideCursor() != nullptr);
+            QVERIFY(window_->Find<QLabel>("Progress")
+                        ->text()
+                        .startsWith(QStringLiteral("File 1 of 4")));
+            window_->Press("PushButton1"); // refused
+            window_->SetText1(u"q");
+        });
+        AfterResult("2.vcf", [&] { window_->SetText2(u"Q"); });
+        AfterResult("3.vcf", [&] { window_->Press("Option1"); });
+        QCOMPARE(Run(), kDone);
+        QCOMPARE(folder_->Read("out/1.vcf"), std::string("bq:bq"));
+        QCOMPARE(folder_->Read("out/2.vcf"), std::string("ab:ab"));
+        QCOMPARE(folder_->Read("out/3.vcf"), std::string("aQ:aQ"));
+        QCOMPARE(folder_->Read("out/4.vcf"), std::string("aQ:aq\r\n"));
+        QCOMPARE(Run(), kDone); // the refusal has not outlasted the run
+    }
+
+    void SetsEditedDuringARun() {
+        AddFile("1.vcf", "a");
+        AddFile("2.vcf", "a");
+        window_->AddSet(u"a::first");
+        window_->SelectTab(1);
+        AfterResult("1.vcf", [&] {
+            window_->Press("PushButton4");
+            window_->AddSet(u"a::second");
+        });
+        QCOMPARE(Run(), kDone);
+        QCOMPARE(folder_->Read("out/1.vcf"), std::string("first"));
+        QCOMPARE(folder_->Read("out/2.vcf"), std::string("second"));
+    }
+
+    void RowsRemovedDuringARun() {
+        AddFile("1.vcf", "a");
+        AddFile("2.odd", "a");
+        QCOMPARE(window_->Rows(), 2);
+        AfterResult("1.vcf", [&] {
+            folder_->Remove("out/1.vcf");
+            window_->prompts.answers = {Answer::Yes};
+            window_->Press("PushButton13"); // cancelled, but the list is validated
+        });
+        window_->Boxes();
+        QVERIFY(Run().endsWith(QStringLiteral("list?|") + kRunAt + QStringLiteral("6|") + kDone));
+        // The row is gone, and the file before it was handed over again.
+        QCOMPARE(folder_->Names("out"), std::vector<std::string>{"1.vcf"});
+        QCOMPARE(window_->Rows(), 1);
+    }
+
+    void ClosedDuringARun() {
+        for (const char* const name : {"1.vcf", "2.vcf", "3.vcf"}) {
+            AddFile(name, "a");
+        }
+        AfterResult("2.vcf", [&] { window_->form->close(); });
+        QCOMPARE(Run(), QString()); // no "Done."
+        QCOMPARE(folder_->Names("out"), (std::vector<std::string>{"1.vcf", "2.vcf"}));
+        Reopen();
+    }
+
+    void ClosedDuringAScan() {
+        for (int i = 0; i < 50; ++i) {
+            folder_->Write("tree/" + std::to_string(i) + "/card.vcf", "a");
+        }
+        window_->pickers.folders = {folder_->Path("tree")};
+        const auto seen = [&] { return !window_->Find<QLabel>("Progress")->text().isEmpty(); };
+        Once(seen, [&] { window_->form->close(); });
+        window_->Press("PushButton3");
+        QCOMPARE(window_->Rows(), 0);
+        Reopen();
+        window_->pickers.folders = {folder_->Path("tree")};
+        window_->Press("PushButton3");
+        QCOMPARE(window_->Rows(), 50);
+    }
+
+    void HundredThousandRows() {
+        AddFile("1.vcf", "a");
+        std::vector<std::u16string> choice{folder_->Path()};
+        for (int i = 0; i < 100'000; ++i) {
+            choice.push_back(i % 2 == 0 ? u"1.vcf" : u"none.odd");
+        }
+        window_->pickers.files.push_back(choice);
+        window_->prompts.answers = {Answer::Yes};
+        window_->Press("PushButton13");
+        QCOMPARE(window_->Rows(), 50'001);
+        window_->Boxes();
+        folder_->Remove("1.vcf");
+        QCOMPARE(Run(), kDone);
+    }
+
+private:
+    void AddFile(const std::string& name, const std::string& bytes) {
+        folder_->Write(name, bytes);
+        window_->AddFiles({folder_->Path(name)});
+    }
+
+    QString Run() {
+        window_->Boxes();
+        window_->Press("PushButton1");
+        return window_->Boxes();
+    }
+
+    void AfterResult(const std::string& name, std::function<void()> action) {
+        Once([this, name] { return folder_->Exists("out/" + name); }, std::move(action));
+    }
+
+    /// A closed window is the end of the program: the next start.
+    void Reopen() {
+        window_ = std::make_unique<Window>();
+        window_->Open();
+    }
+
+    std::unique_ptr<TestFolder> folder_;
+    std::unique_ptr<Window> window_;
+};
+
+std::unique_ptr<QObject> MakeRunTest() {
+    return std::make_unique<RunTest>();
+}
+
+} // namespace vexmarrow::test
+
+#include "RunTest.moc"

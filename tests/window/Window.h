@@ -1,0 +1,71 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "app/Form1.h"
+#include "app/QtEventLoop.h"
+#include "support/Doubles.h"
+#include "support/Faults.h"
+#include "textio/CodePage.h"
+#include "textio/InPlaceWriter.h"
+#include "textio/RFTSFSO.h"
+
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTabWidget>
+#include <QTest>
+#include <QTreeView>
+
+#include <functional>
+#include <memory>
+
+namespace vexmarrow::test {
+
+/// The real main window over scripted prompts, pickers and settings.
+class Window {
+public:
+    /// Starts the program's window as main does.
+    void Open();
+
+    template <typename Control>
+    Control* Find(const char* name) const {
+        auto* const control = form->findChild<Control*>(QString::fromLatin1(name));
+        if (control == nullptr) {
+            qFatal("there is no control %s", name);
+        }
+        return control;
+    }
+
+    void Press(const char* name) const { Find<QAbstractButton>(name)->click(); }
+    void SetText1(std::u16string_view text) const;
+    void SetText2(std::u16string_view text) const;
+    void SetText3(const std::u16string& text) const;
+    void SelectTab(int tab) const { Find<QTabWidget>("TabControl1")->setCurrentIndex(tab); }
+    void AddFiles(const std::vector<std::u16string>& paths);
+    void AddSet(const std::u16string& set);
+    int Rows() const { return Find<QTreeView>("ListView1")->model()->rowCount(); }
+
+    /// The summaries of all boxes since the last call, joined by "|" (see ScriptedPrompts).
+    QString Boxes();
+
+    EncodingFlags flags;
+    AnsiCodePage ansi{u"windows-1252"};
+    FaultySystemCalls calls;
+    RFTSFSO textio{calls, flags, ansi};
+    InPlaceWriter writer{calls};
+    ScriptedPrompts prompts;
+    ScriptedPickers pickers;
+    MemorySettings settings;
+    QtEventLoop eventLoop;
+    std::unique_ptr<Form1> form;
+};
+
+/// Runs `action` once, from the event loop, as soon as `due` says so: while the program yields, as
+/// a user's hand would come in.
+void Once(std::function<bool()> due, std::function<void()> action);
+
+} // namespace vexmarrow::test

@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "Suites.h"
+
+#include <QApplication>
+#include <QTest>
+
+#include <functional>
+#include <map>
+#include <memory>
+
+/// window_tests SUITE: runs one suite.
+int main(int argc, char** argv) {
+    using namespace vexmarrow::test;
+    const QApplication application(argc, argv);
+    const std::map<QString, std::function<std::unique_ptr<QObject>()>> suites{
+        {QStringLiteral("BoxesTest"), MakeBoxesTest},
+        {QStringLiteral("ControlsTest"), MakeControlsTest},
+        {QStringLiteral("RunTest"), MakeRunTest},
+        {QStringLiteral("StartupTest"), MakeStartupTest},
+    };
+    QStringList arguments = QApplication::arguments();
+    const auto suite = suites.find(arguments.value(1));
+    if (suite == suites.end()) {
+        qWarning("which suite?");
+        return 2;
+    }
+    arguments.removeAt(1);
+    return QTest::qExec(suite->second().get(), arguments);
+}
