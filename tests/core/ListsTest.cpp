@@ -103,6 +103,25 @@ TEST_F(ListsTest, Validation) {
     EXPECT_EQ(RowsOf(list), left);
 }
 
+TEST_F(ListsTest, ListChangedBehindTheQuestion) {
+    for (const std::size_t unfit : {3U, 40U}) {
+        list.Add(Texts(unfit, u"a.txt"));
+        list.Add({u"a.vcf"});
+        prompts.answers = {Answer::Yes, Answer::Yes};
+        bool inside = false;
+        prompts.whenShown = [&](const Box&) {
+            if (!std::exchange(inside, true)) {
+                ValidateListFiles(list, prompts); // removes what the question outside is about
+            }
+        };
+        ValidateListFiles(list, prompts);
+        EXPECT_EQ(prompts.TakeSummaries().back(),
+                  "in Zentavor2021/08/31.Main.ValidateListFiles at line 3");
+        EXPECT_EQ(RowsOf(list), Texts{u"a.vcf"});
+        list.Remove({1});
+    }
+}
+
 TEST_F(ListsTest, FilesFromTheDialog) {
     pickers.files = {{u"//one//a.vcf"}, {u"/x", u"b.vcf", u"~c.vcf"}, {u"/", u"d.vcf", u"d.vcf"}};
     while (!pickers.files.empty()) {

@@ -144,7 +144,11 @@ private Q_SLOTS:
             window_->SetText1(u"q");
         });
         AfterResult("2.vcf", [&] { window_->SetText2(u"Q"); });
-        AfterResult("3.vcf", [&] { window_->Press("Option1"); });
+        AfterResult("3.vcf", [&] {
+            window_->Press("Option1");
+            window_->pickers.folders = {folder_->Path("out")}; // a scan inside the run
+            window_->Press("PushButton3");
+        });
         QCOMPARE(Run(), kDone);
         QCOMPARE(folder_->Read("out/1.vcf"), std::string("bq:bq"));
         QCOMPARE(folder_->Read("out/2.vcf"), std::string("ab:ab"));

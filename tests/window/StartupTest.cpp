@@ -92,6 +92,8 @@ private Q_SLOTS:
         QCOMPARE(Writes(window), QStringLiteral("Option1=True Option2=False Option3=False"));
         window.Find<QRadioButton>("Option3")->setChecked(true); // as the accessibility bus does
         QCOMPARE(Writes(window), third);
+        window.Press("Option3");
+        QCOMPARE(Writes(window), third);
         window.Press("Option5");
         QCOMPARE(Writes(window), QStringLiteral("Option4=False Option5=True"));
         QVERIFY(!window.Find<QWidget>("Text3")->isEnabled());
