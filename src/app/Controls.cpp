@@ -5,6 +5,7 @@
 
 #include "app/Strings.h"
 
+#include <QApplication>
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
@@ -37,6 +38,11 @@ QLabel* MakeLabel(QWidget* parent, std::u16string_view name, std::u16string_view
     label->setBuddy(control);
     control->setAccessibleName(ToQString(caption).trimmed());
     return label;
+}
+
+QWidget* OwnerOfBoxes(QWidget* mainWindow) {
+    QWidget* const dialog = QApplication::activeModalWidget();
+    return dialog != nullptr ? dialog : mainWindow;
 }
 
 void SetOption(QRadioButton* option, bool value) {

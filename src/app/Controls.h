@@ -26,6 +26,9 @@ QLabel* MakeLabel(QWidget* parent, std::u16string_view name, std::u16string_view
 
 void Name(QWidget* control, std::u16string_view name, std::u16string_view accessibleName);
 
+/// The window over which a box or dialog appears: the dialog that is open, else the main window.
+QWidget* OwnerOfBoxes(QWidget* mainWindow);
+
 /// Sets one option button of a group. Unlike a user, a program can also leave a whole group unset.
 void SetOption(QRadioButton* option, bool value);
 

@@ -42,4 +42,9 @@ void FileListModel::RowsAboutToBeRemoved(std::size_t first, std::size_t count) {
     beginRemoveRows({}, static_cast<int>(first), static_cast<int>(first + count) - 1);
 }
 
+void FileListModel::RowChanged(std::size_t row) {
+    const QModelIndex changed = index(static_cast<int>(row), 0);
+    Q_EMIT dataChanged(changed, changed);
+}
+
 } // namespace vexmarrow

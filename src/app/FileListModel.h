@@ -28,6 +28,7 @@ private:
     void RowsAdded() override { endInsertRows(); }
     void RowsAboutToBeRemoved(std::size_t first, std::size_t count) override;
     void RowsRemoved() override { endRemoveRows(); }
+    void RowChanged(std::size_t row) override;
     void ListAboutToBeReset() override { beginResetModel(); }
     void ListReset() override { endResetModel(); }
 

@@ -4,14 +4,12 @@
 #include "app/FileListPanel.h"
 
 #include "app/Controls.h"
-#include "app/FileListModel.h"
+#include "app/FileListView.h"
 #include "app/Strings.h"
 
 #include <QGridLayout>
-#include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
-#include <QTreeView>
 
 namespace vexmarrow {
 namespace {
@@ -20,32 +18,11 @@ constexpr std::u16string_view kHint =
     u"Drag and drop files here. Double-click item to remove it. Move | line to right and out of "
     u"window to reveal full names.";
 
-/// The column's width: 7000 twentieths of a point.
-int ColumnWidth(const QWidget& view) {
-    constexpr int kTwips = 7000;
-    constexpr int kTwipsPerInch = 1440;
-    return (kTwips * view.logicalDpiX() + kTwipsPerInch / 2) / kTwipsPerInch;
-}
-
-void SetUpList(QTreeView& view, QAbstractItemModel* model) {
-    view.setModel(model);
-    view.setRootIsDecorated(false);
-    view.setItemsExpandable(false);
-    view.setExpandsOnDoubleClick(false);
-    view.setUniformRowHeights(true); // or every row would be measured
-    view.setEditTriggers(QAbstractItemView::NoEditTriggers);
-    view.setSelectionMode(QAbstractItemView::SingleSelection);
-    view.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-    view.header()->setStretchLastSection(false);
-    view.header()->setSectionsMovable(false);
-    view.header()->resizeSection(0, ColumnWidth(view));
-}
-
 } // namespace
 
 FileListPanel::FileListPanel(FileList& list, QWidget* parent)
     : QWidget(parent),
-      ListView1(new QTreeView(this)),
+      ListView1(new FileListView(list, this)),
       PushButton13(MakeButton(this, u"PushButton13", u"Add VCF File(s)")),
       PushButton3(MakeButton(this, u"PushButton3", u"Add All VCF File(s) In Folder")),
       PushButton9(MakeButton(this, u"PushButton9", u"Load List Of Files From File")),
@@ -54,7 +31,6 @@ FileListPanel::FileListPanel(FileList& list, QWidget* parent)
       PushButton2(MakeButton(this, u"PushButton2", u"Clear List")),
       PushButton8(MakeButton(this, u"PushButton8", u"Load Sample/Example Files")),
       PushButton5(MakeButton(this, u"PushButton5", u"Help")) {
-    SetUpList(*ListView1, new FileListModel(list, this));
     Name(ListView1, u"ListView1", u"File(s)");
     ListView1->setAccessibleDescription(ToQString(kHint));
     ListView1->setToolTip(ToQString(kHint));

@@ -6,11 +6,11 @@
 #include <QWidget>
 
 class QPushButton;
-class QTreeView;
 
 namespace vexmarrow {
 
 class FileList;
+class FileListView;
 
 /// The list of input files and its buttons. Makes and lays out the controls; what they do is wired
 /// by the main window.
@@ -20,7 +20,7 @@ class FileListPanel final : public QWidget {
 public:
     FileListPanel(FileList& list, QWidget* parent);
 
-    QTreeView* ListView1;      // one column "File(s)"
+    FileListView* ListView1;   // one column "File(s)"
     QPushButton* PushButton13; // "Add VCF File(s)"
     QPushButton* PushButton3;  // "Add All VCF File(s) In Folder"
     QPushButton* PushButton9;  // "Load List Of Files From File"

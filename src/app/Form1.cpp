@@ -5,24 +5,27 @@
 
 #include "app/Controls.h"
 #include "app/FileListPanel.h"
+#include "app/FileListView.h"
 #include "app/FindPanel.h"
+#include "app/Form2.h"
 #include "app/LinesEdit.h"
+#include "app/Look.h"
+#include "app/NormalPointer.h"
 #include "app/QtEventLoop.h"
 #include "app/SavePanel.h"
 #include "app/SetsView.h"
 #include "app/Strings.h"
-#include "base/Failure.h"
 #include "base/Text.h"
 #include "shell/Prompts.h"
 #include "shell/SettingsStore.h"
 #include "shell/Titles.h"
 #include "shell/Trap.h"
 #include "shell/Values.h"
-#include "textio/CodePage.h"
 
 #include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
@@ -30,11 +33,12 @@
 #include <QRadioButton>
 #include <QScreen>
 #include <QStatusBar>
+#include <QTabBar>
 #include <QTabWidget>
-#include <QTreeView>
 #include <QVBoxLayout>
 
 #include <array>
+#include <utility>
 
 namespace vexmarrow {
 namespace {
@@ -42,25 +46,18 @@ namespace {
 constexpr QSize kFirstSize(960, 680);
 constexpr double kShareOfScreen = 0.9; // leaves room for the frame of a window on a small screen
 
-/// The option buttons whose state is kept, under their names, and what they are when the settings
-/// do not tell.
-struct StoredOption {
-    std::u16string_view key;
-    std::u16string_view fallback;
-};
-constexpr std::array kStoredOptions{
-    StoredOption{u"Option1", u"0"}, StoredOption{u"Option2", u"0"}, StoredOption{u"Option3", u"1"},
-    StoredOption{u"Option4", u"1"}, StoredOption{u"Option5", u"0"},
-};
-
 } // namespace
 
 Form1::Form1(const Services& services)
     : services_(services),
       engine_(services.textio, services.writer, services.prompts),
       fileAdding_(fileList_, services.prompts, services.pickers, services.settings,
-                  services.eventLoop, *this, services.ansi),
+                  services.eventLoop, *this, services.textio),
+      fileRemoval_(fileList_, services.prompts, services.eventLoop, *this),
+      samples_(fileList_, services.prompts, services.settings, services.fileManager,
+               services.programFolder),
       setOperations_(sets_, services.prompts, services.pickers, services.writer, services.ansi),
+      setsLoading_(sets_, services.prompts, services.pickers, services.settings, services.textio),
       outputChoice_(services.prompts, services.pickers, services.settings),
       run_(*this, fileList_, sets_, engine_, services.prompts, services.eventLoop, *this),
       files_(new FileListPanel(fileList_, this)),
@@ -71,6 +68,7 @@ Form1::Form1(const Services& services)
     new SetsView(sets_, find_->Combo1, find_->Combo2, find_);
     LayOut();
     WireHandlers();
+    WatchPointer();
     services_.eventLoop.SetProgressDisplay(
         [this](const Progress& progress) { ShowProgress(progress); });
 }
@@ -127,65 +125,34 @@ void Form1::WireHandlers() {
     OnClick(find_->PushButton12, &Form1::PushButton12_Click);
     OnClick(save_->PushButton14, &Form1::PushButton14_Click);
     OnClick(save_->PushButton1, &Form1::PushButton1_Click);
-    // What these are for is not there yet.
-    for (QPushButton* const button :
-         {files_->PushButton9, files_->PushButton17, files_->PushButton11, files_->PushButton2,
-          files_->PushButton8, find_->PushButton10}) {
-        button->setEnabled(false);
-    }
+    OnClick(files_->PushButton2, &Form1::PushButton2_Click);
+    OnClick(files_->PushButton8, &Form1::PushButton8_Click);
+    OnClick(files_->PushButton9, &Form1::PushButton9_Click);
+    OnClick(files_->PushButton11, &Form1::PushButton11_Click);
+    OnClick(files_->PushButton17, &Form1::PushButton17_Click);
+    OnClick(find_->PushButton10, &Form1::PushButton10_Click);
+    connect(files_->ListView1, &QTreeView::doubleClicked, this, &Form1::ListView1_DblClick);
+    connect(files_->ListView1, &FileListView::MouseMoved, this, &Form1::ListView1_MouseMove);
+    connect(
+        files_->ListView1, &FileListView::PathsDropped, this,
+        [this](const FileListView::Paths& paths) { RunHandler([&] { ListView1_Drop(paths); }); });
 }
 
-void Form1::Form_Load() {
-    Trap trap(services_.prompts, u"Form1.Form_Load");
-    SettingsStore& settings = services_.settings;
-    trap.Do(1, [&] {
-        const std::u16string page = settings.GetSetting(u"AnsiCodePage", u"");
-        if (!page.empty()) {
-            services_.ansi.Choose(page);
-        }
-    });
-    trap.Do(2, [&] { setWindowTitle(ToQString(kProductName)); });
-    RestoreOptions(trap);
-    trap.Do(8, [&] { FollowOption4(); });
-
-    // Setting the options was no click of the user's. The tab and the output folder, on the other
-    // hand, are saved whenever they change, now included.
-    for (QRadioButton* const option : {find_->Option1, find_->Option2, find_->Option3}) {
-        OnPress(option, [this] { SaveModeOptions(); });
+void Form1::WatchPointer() {
+    auto* const watch =
+        new PointerWatch([this] { PointTo(Custom); }, [this] { PointTo(Default); }, this);
+    for (QPushButton* const button : findChildren<QPushButton*>()) {
+        watch->Watch(button);
     }
-    for (QRadioButton* const option : {save_->Option4, save_->Option5}) {
-        OnPress(option, [this] { SaveOutputOptions(); });
+    for (QWidget* const ground :
+         {centralWidget(), static_cast<QWidget*>(files_), static_cast<QWidget*>(find_),
+          static_cast<QWidget*>(save_), static_cast<QWidget*>(find_->Frame1),
+          static_cast<QWidget*>(save_->Frame2), save_->Frame4, static_cast<QWidget*>(save_->Text3),
+          static_cast<QWidget*>(find_->TabControl1),
+          static_cast<QWidget*>(find_->TabControl1->tabBar()), find_->TabControl1->widget(0),
+          find_->TabControl1->widget(1)}) {
+        watch->Watch(ground);
     }
-    connect(find_->TabControl1, &QTabWidget::currentChanged, this,
-            &Form1::TabControl1_SelectedChanged);
-    connect(save_->Text3, &QLineEdit::textChanged, this, &Form1::Text3_Change);
-
-    trap.Do(9, [&] { RestoreTab(settings.GetSetting(u"TabSel", u"0")); });
-    trap.Do(10, [&] {
-        save_->Text3->setText(
-            ToQString(settings.GetSetting(u"Output Folder", services_.desktopFolder)));
-    });
-}
-
-void Form1::RestoreOptions(Trap& trap) {
-    const std::array options{find_->Option1, find_->Option2, find_->Option3, save_->Option4,
-                             save_->Option5};
-    int line = 3;
-    for (std::size_t i = 0; i < options.size(); ++i) {
-        trap.Do(line++, [&] {
-            const StoredOption& stored = kStoredOptions[i];
-            SetOption(options[i],
-                      BooleanFromText(services_.settings.GetSetting(stored.key, stored.fallback)));
-        });
-    }
-}
-
-void Form1::RestoreTab(const std::u16string& stored) {
-    const int tab = IntegerFromText(stored);
-    if (tab < 0 || tab >= find_->TabControl1->count()) {
-        throw Failure(Concat(u"There is no tab number ", stored, u"."));
-    }
-    find_->TabControl1->setCurrentIndex(tab);
 }
 
 void Form1::closeEvent(QCloseEvent* event) {
@@ -201,6 +168,10 @@ void Form1::closeEvent(QCloseEvent* event) {
 
 void Form1::PushButton1_Click() {
     run_.Start();
+}
+
+void Form1::PushButton2_Click() {
+    fileRemoval_.ClearList();
 }
 
 void Form1::PushButton3_Click() {
@@ -224,6 +195,33 @@ void Form1::PushButton7_Click() {
     setOperations_.AddSet();
 }
 
+void Form1::PushButton8_Click() {
+    Trap trap(services_.prompts, u"Form1.PushButton8_Click");
+    trap.Do(1, [&] { samples_.Load(); });
+    trap.Do(2, [&] { find_->Text1->SetText(u"a"); });
+    trap.Do(3, [&] { find_->Text2->SetText(u"b"); });
+    trap.Do(4, [&] { find_->TabControl1->setCurrentIndex(0); });
+}
+
+void Form1::PushButton9_Click() {
+    fileAdding_.LoadListFiles();
+}
+
+void Form1::PushButton10_Click() {
+    Trap trap(services_.prompts, u"Form1.PushButton10_Click");
+    trap.Do(1, [&] {
+        const NormalPointer pointer;
+        Form2 form2(setsLoading_, services_.prompts, hand_, this);
+        form2.Form_Load();
+        form2.exec();
+        services_.eventLoop.ThrowIfEnded();
+    });
+}
+
+void Form1::PushButton11_Click() {
+    fileRemoval_.RemoveFilenamesNotContaining();
+}
+
 void Form1::PushButton12_Click() {
     setOperations_.SaveSets();
 }
@@ -235,6 +233,25 @@ void Form1::PushButton13_Click() {
 void Form1::PushButton14_Click() {
     outputChoice_.Browse(
         [this](const std::u16string& folder) { save_->Text3->setText(ToQString(folder)); });
+}
+
+void Form1::PushButton17_Click() {
+    fileRemoval_.RemoveFilenamesContaining();
+}
+
+void Form1::ListView1_DblClick() {
+    fileRemoval_.RemoveRow(static_cast<std::size_t>(files_->ListView1->currentIndex().row() + 1));
+}
+
+void Form1::ListView1_Drop(const std::vector<std::u16string>& paths) {
+    fileAdding_.AddDropped(paths);
+    if (pointer_ != Hourglass) {
+        progress_->clear();
+    }
+}
+
+void Form1::ListView1_MouseMove() {
+    PointTo(Default);
 }
 
 void Form1::SaveModeOptions() {
@@ -298,16 +315,32 @@ int Form1::SelectedTab() const {
 }
 
 void Form1::SetPointer(Shape shape) {
-    const bool wasBusy = pointer_ == Hourglass;
+    if (shape != Hourglass) {
+        progress_->clear(); // also at the end of a run that had a scan inside
+    }
+    ShowPointer(shape);
+}
+
+void Form1::PointTo(Shape shape) {
+    if (pointer_ != Hourglass && pointer_ != shape) {
+        ShowPointer(shape);
+    }
+}
+
+void Form1::ShowPointer(Shape shape) {
+    const bool wasBusy = std::exchange(pointer_, shape) == Hourglass;
     const bool busy = shape == Hourglass;
-    pointer_ = shape;
     if (busy && !wasBusy) {
         QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     } else if (wasBusy && !busy) {
         QGuiApplication::restoreOverrideCursor();
     }
-    if (!busy) {
-        progress_->clear();
+    if (shape == Custom) {
+        setCursor(hand_);
+    } else if (shape == Arrow) {
+        setCursor(Qt::ArrowCursor);
+    } else {
+        unsetCursor();
     }
 }
 

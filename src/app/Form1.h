@@ -6,14 +6,21 @@
 #include "engine/ReplaceText.h"
 #include "filelist/FileAdding.h"
 #include "filelist/FileList.h"
+#include "filelist/FileRemoval.h"
+#include "filelist/SampleFiles.h"
 #include "run/OutputChoice.h"
 #include "run/ReplacementRun.h"
 #include "run/RunInputs.h"
 #include "sets/SetList.h"
 #include "sets/SetOperations.h"
+#include "sets/SetsLoading.h"
 #include "shell/EventLoop.h"
 
+#include <QCursor>
 #include <QMainWindow>
+
+#include <string>
+#include <vector>
 
 class QAbstractButton;
 class QLabel;
@@ -22,6 +29,7 @@ namespace vexmarrow {
 
 class AnsiCodePage;
 class FileListPanel;
+class FileManager;
 class FileWriter;
 class FindPanel;
 class Pickers;
@@ -40,7 +48,9 @@ struct Services {
     Prompts& prompts;
     Pickers& pickers;
     SettingsStore& settings;
+    FileManager& fileManager;
     QtEventLoop& eventLoop;
+    std::u16string programFolder; ///< of the program file, without a separator at its end
     std::u16string desktopFolder; ///< default of the output folder
 };
 
@@ -56,8 +66,9 @@ public:
     Form1(const Form1&) = delete;
     Form1& operator=(const Form1&) = delete;
 
-    /// Start-up, to be called once before the window is shown: titles, and the user's last choices
-    /// from the settings. What cannot be restored is reported and keeps its state.
+    /// Start-up, to be called once before the window is shown: its looks, the record of sample
+    /// files, titles, and the user's last choices from the settings. What fails is reported and
+    /// keeps its state.
     void Form_Load();
 
 protected:
@@ -66,25 +77,41 @@ protected:
 private:
     // Handlers, by control and event.
     void PushButton1_Click();  // "Start Replacing"
+    void PushButton2_Click();  // "Clear List"
     void PushButton3_Click();  // "Add All VCF File(s) In Folder"
     void PushButton4_Click();  // "Clear"
     void PushButton5_Click();  // "Help"
     void PushButton6_Click();  // "Remove Selected Set"
     void PushButton7_Click();  // "Add Set"
+    void PushButton8_Click();  // "Load Sample/Example Files"
+    void PushButton9_Click();  // "Load List Of Files From File"
+    void PushButton10_Click(); // "Load Sets"
+    void PushButton11_Click(); // "Remove Filenames Not Cont. X"
     void PushButton12_Click(); // "Save Sets"
     void PushButton13_Click(); // "Add VCF File(s)"
     void PushButton14_Click(); // "..." of the output folder
-    void SaveModeOptions();    // Option1_Click, Option2_Click, Option3_Click
-    void SaveOutputOptions();  // Option4_Click, Option5_Click
+    void PushButton17_Click(); // "Remove Filenames Contain. X"
+    void ListView1_DblClick();
+    void ListView1_Drop(const std::vector<std::u16string>& paths);
+    void ListView1_MouseMove();
+    void SaveModeOptions();   // Option1_Click, Option2_Click, Option3_Click
+    void SaveOutputOptions(); // Option4_Click, Option5_Click
     void TabControl1_SelectedChanged(int tab);
     void Text3_Change();
 
     void LayOut();
     void WireHandlers();
     void OnClick(QAbstractButton* button, void (Form1::*handler)());
-    void RestoreOptions(Trap& trap);
+    void WatchPointer();
+    void LoadSkin();
+    void LoadHandCursor();
+    void LoadDragPointer();
+    void ChooseCodePage();
+    int RestoreOptions(Trap& trap, int line); // returns the number of the next statement
     void RestoreTab(const std::u16string& stored);
     void FollowOption4();
+    void PointTo(Shape shape); // as the mouse moves: never replaces the hourglass
+    void ShowPointer(Shape shape);
     void ShowProgress(const Progress& progress);
 
     // RunInputs
@@ -107,7 +134,10 @@ private:
     SetList sets_;
     ReplaceText engine_;
     FileAdding fileAdding_;
+    FileRemoval fileRemoval_;
+    SampleFiles samples_;
     SetOperations setOperations_;
+    SetsLoading setsLoading_;
     OutputChoice outputChoice_;
     ReplacementRun run_;
 
@@ -116,6 +146,7 @@ private:
     SavePanel* save_;
     QLabel* progress_;
     Shape pointer_ = Default;
+    QCursor hand_; // the custom pointer
 };
 
 } // namespace vexmarrow

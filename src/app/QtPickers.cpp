@@ -3,6 +3,7 @@
 
 #include "app/QtPickers.h"
 
+#include "app/Controls.h"
 #include "app/NormalPointer.h"
 #include "app/QtEventLoop.h"
 #include "app/Strings.h"
@@ -48,14 +49,14 @@ QStringList NameFilters(std::u16string_view filter) {
 }
 
 std::vector<std::u16string> QtPickers::OpenFiles(const FileDialogRequest& request) {
-    QFileDialog dialog(owner_);
+    QFileDialog dialog(OwnerOfBoxes(owner_));
     dialog.setAcceptMode(QFileDialog::AcceptOpen);
-    dialog.setFileMode(QFileDialog::ExistingFiles);
+    dialog.setFileMode(request.several ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
     return PartsOfChoice(Choose(dialog, request));
 }
 
 std::u16string QtPickers::SaveFile(const FileDialogRequest& request) {
-    QFileDialog dialog(owner_);
+    QFileDialog dialog(OwnerOfBoxes(owner_));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setOption(QFileDialog::DontConfirmOverwrite); // the program asks by itself
@@ -64,7 +65,7 @@ std::u16string QtPickers::SaveFile(const FileDialogRequest& request) {
 
 std::u16string QtPickers::BrowseForFolder(std::u16string_view title,
                                           std::u16string_view startFolder) {
-    QFileDialog dialog(owner_, ToQString(title), ToQString(startFolder));
+    QFileDialog dialog(OwnerOfBoxes(owner_), ToQString(title), ToQString(startFolder));
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);
     Run(dialog);

@@ -3,6 +3,7 @@
 
 #include "app/QtPrompts.h"
 
+#include "app/Controls.h"
 #include "app/InputBox.h"
 #include "app/MessageBox.h"
 #include "app/NormalPointer.h"
@@ -10,19 +11,13 @@
 #include "app/Strings.h"
 #include "shell/Titles.h"
 
-#include <QApplication>
-
 namespace vexmarrow {
-QWidget* QtPrompts::Owner() const {
-    QWidget* const dialog = QApplication::activeModalWidget();
-    return dialog != nullptr ? dialog : owner_.data();
-}
-
 Answer QtPrompts::ShowMessage(std::u16string_view text, BoxStyle style, std::u16string_view title) {
     eventLoop_.ThrowIfEnded();
     const NormalPointer pointer;
     const std::u16string standard = ApplicationTitle(kProductName);
-    MessageBox box(Owner(), ToQString(title.empty() ? std::u16string_view(standard) : title),
+    MessageBox box(OwnerOfBoxes(owner_),
+                   ToQString(title.empty() ? std::u16string_view(standard) : title),
                    ShownAsText(text), style);
     const Answer answer = box.Ask();
     eventLoop_.ThrowIfEnded();
@@ -32,7 +27,7 @@ Answer QtPrompts::ShowMessage(std::u16string_view text, BoxStyle style, std::u16
 std::u16string QtPrompts::AskForText(std::u16string_view prompt, std::u16string_view suggestion) {
     eventLoop_.ThrowIfEnded();
     const NormalPointer pointer;
-    InputBox box(Owner(), ToQString(ApplicationTitle(kProductName)), ToQString(prompt),
+    InputBox box(OwnerOfBoxes(owner_), ToQString(ApplicationTitle(kProductName)), ToQString(prompt),
                  ToQString(suggestion));
     const QString answer = box.Ask();
     eventLoop_.ThrowIfEnded();

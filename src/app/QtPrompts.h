@@ -25,8 +25,6 @@ public:
     std::u16string AskForText(std::u16string_view prompt, std::u16string_view suggestion) override;
 
 private:
-    QWidget* Owner() const;
-
     const QtEventLoop& eventLoop_;
     QPointer<QWidget> owner_;
 };

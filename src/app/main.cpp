@@ -4,9 +4,11 @@
 #include "app/Form1.h"
 #include "app/IniSettingsStore.h"
 #include "app/QtEventLoop.h"
+#include "app/QtFileManager.h"
 #include "app/QtPickers.h"
 #include "app/QtPrompts.h"
 #include "app/Strings.h"
+#include "base/Utf8.h"
 #include "textio/CodePage.h"
 #include "textio/InPlaceWriter.h"
 #include "textio/RFTSFSO.h"
@@ -16,6 +18,7 @@
 #include <QStandardPaths>
 
 #include <csignal>
+#include <filesystem>
 
 int main(int argc, char** argv) {
     using namespace vexmarrow;
@@ -36,11 +39,14 @@ int main(int argc, char** argv) {
     QtEventLoop eventLoop;
     QtPrompts prompts(eventLoop);
     QtPickers pickers(eventLoop);
+    QtFileManager fileManager;
     IniSettingsStore settings;
+    const std::filesystem::path programFolder =
+        std::filesystem::read_symlink("/proc/self/exe").parent_path();
     const QString desktop = QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
 
-    Form1 form1(
-        {textio, writer, ansi, prompts, pickers, settings, eventLoop, ToText(desktop) + u"/"});
+    Form1 form1({textio, writer, ansi, prompts, pickers, settings, fileManager, eventLoop,
+                 TextFromNativeName(programFolder.native()), ToText(desktop) + u"/"});
     prompts.SetOwner(&form1);
     pickers.SetOwner(&form1);
     form1.Form_Load();

@@ -3,20 +3,22 @@
 
 #include "filelist/FileAdding.h"
 
+#include "base/Failure.h"
 #include "base/Text.h"
 #include "filelist/AddFolder.h"
 #include "filelist/FileList.h"
 #include "filelist/ListValidation.h"
 #include "shell/EventLoop.h"
 #include "shell/Pickers.h"
+#include "shell/Prompts.h"
 #include "shell/SettingsStore.h"
 #include "shell/Trap.h"
-#include "textio/CodePage.h"
 #include "textio/FileAttributes.h"
 #include "textio/FileTests.h"
 #include "textio/Paths.h"
+#include "textio/RFTSFSO.h"
 
-#include <vector>
+#include <utility>
 
 namespace vexmarrow {
 namespace {
@@ -24,6 +26,7 @@ namespace {
 constexpr std::u16string_view kLastFolderKey = u"LastFolder";
 constexpr std::u16string_view kPattern = u"*.vcf";
 
+/// The paths of the chosen files.
 std::vector<std::u16string> RowsOfChoice(const std::vector<std::u16string>& choice) {
     if (choice.size() <= 1) {
         return choice; // a single path is listed as the dialog gave it
@@ -77,7 +80,7 @@ void FileAdding::AddAllFilesInFolder() {
         trap.Do(4, [&] { pointer_.SetPointer(MousePointer::Hourglass); });
         std::vector<std::u16string> folders{Concat(chosen, kSeparatorText)};
         trap.Do(5, [&] {
-            AddFolder(prompts_, eventLoop_, ansi_).GetSubDirectories2016(folders, true);
+            AddFolder(prompts_, eventLoop_, textio_.Ansi()).GetSubDirectories2016(folders, true);
         });
         std::vector<std::u16string> names;
         for (std::u16string& folder : folders) {
@@ -88,6 +91,64 @@ void FileAdding::AddAllFilesInFolder() {
         trap.Do(8, [&] { pointer_.SetPointer(MousePointer::Default); });
     }
     trap.Do(9, [&] { ValidateListFiles(list_, prompts_); });
+}
+
+void FileAdding::LoadListFiles() {
+    Trap trap(prompts_, u"Form1.PushButton9_Click");
+    std::vector<std::u16string> choice;
+    trap.Do(1, [&] {
+        choice = pickers_.OpenFiles(
+            {u"Load List(s) - Hold Ctrl to select multiple list files", kTextFilesFilter});
+    });
+    if (choice.empty()) {
+        return;
+    }
+    trap.Do(2, [&] { pointer_.SetPointer(MousePointer::Hourglass); });
+    for (const std::u16string& path : RowsOfChoice(choice)) {
+        trap.Do(3, [&] { LoadListFile(path, true); });
+    }
+    trap.Do(4, [&] { pointer_.SetPointer(MousePointer::Default); });
+}
+
+void FileAdding::LoadListFile(const std::u16string& path, bool addMissing) {
+    if (!IsExistingPath(path)) {
+        prompts_.ShowMessage(u"File not found");
+        return;
+    }
+    std::vector<std::u16string> lines = textio_.ReadTextLines(path);
+    std::size_t done = 0;
+    std::vector<std::u16string> rows;
+    for (std::u16string& line : lines) {
+        eventLoop_.Yield({u"Line", ++done, lines.size()});
+        const bool blank = line.find_first_not_of(u' ') == std::u16string::npos;
+        if (!blank && (addMissing || IsExistingFile(line))) {
+            rows.push_back(std::move(line));
+        }
+    }
+    list_.Add(std::move(rows)); // together: a view would lay itself out at each yield
+}
+
+void FileAdding::AddDropped(const std::vector<std::u16string>& paths) {
+    std::size_t listed = 0;
+    std::vector<std::u16string> folders;
+    for (const std::u16string& path : paths) {
+        if (!IsFolder(path)) {
+            list_.Add({path});
+            continue;
+        }
+        folders.push_back(path + kSeparator);
+        AddFolder(prompts_, eventLoop_, textio_.Ansi()).GetSubDirectories2016(folders, true);
+        for (const std::u16string& entry : folders) {
+            const std::u16string folder = entry.substr(0, entry.size() - 1);
+            eventLoop_.Yield({u"Folder", ++listed, 0});
+            try {
+                list_.Add(RowsOfFolder(folder, ListFilesInFolder(folder, u"*.*")));
+            } catch (const Failure&) {
+                continue;
+            }
+        }
+    }
+    ValidateListFiles(list_, prompts_);
 }
 
 } // namespace vexmarrow

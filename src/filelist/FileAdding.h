@@ -4,30 +4,32 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace vexmarrow {
 
-class AnsiCodePage;
 class EventLoop;
 class FileList;
 class MousePointer;
 class Pickers;
 class Prompts;
+class RFTSFSO;
 class SettingsStore;
 
-/// What the buttons do that add files to the list. Each operation traps its own failures, keeps the
-/// rows that it had added before one, and ends with ValidateListFiles, whatever the user chose.
+/// The ways of adding files to the list. Unless it says otherwise, each operation traps its own
+/// failures, keeps the rows that it had added before one, and ends with ValidateListFiles, whatever
+/// the user chose.
 class FileAdding {
 public:
     FileAdding(FileList& list, Prompts& prompts, Pickers& pickers, SettingsStore& settings,
-               EventLoop& eventLoop, MousePointer& pointer, const AnsiCodePage& ansi)
+               EventLoop& eventLoop, MousePointer& pointer, RFTSFSO& textio)
         : list_(list),
           prompts_(prompts),
           pickers_(pickers),
           settings_(settings),
           eventLoop_(eventLoop),
           pointer_(pointer),
-          ansi_(ansi) {}
+          textio_(textio) {}
 
     /// "Add VCF File(s)": adds the files chosen in the dialog.
     void AddFiles();
@@ -37,14 +39,29 @@ public:
     /// are left out.
     void AddAllFilesInFolder();
 
+    /// "Load List Of Files From File": adds the paths named in the chosen list files, one a line,
+    /// as they stand and whether or not there are such files. Lines of nothing but spaces are left
+    /// out. Unlike the others, it does not end with ValidateListFiles. Detects encodings.
+    void LoadListFiles();
+
+    /// Adds what was dropped on the list, in the order given: a file as it is, a folder as the
+    /// files in it and in all folders below it (the same ones are left out as by
+    /// AddAllFilesInFolder, whatever their extension). For each folder, all folders found before it
+    /// are searched and listed again, so that files of earlier folders come twice and more. Has no
+    /// report of its own: a folder that cannot be listed adds nothing.
+    void AddDropped(const std::vector<std::u16string>& paths);
+
 private:
+    /// Missing files are left out unless `addMissing`.
+    void LoadListFile(const std::u16string& path, bool addMissing);
+
     FileList& list_;
     Prompts& prompts_;
     Pickers& pickers_;
     SettingsStore& settings_;
     EventLoop& eventLoop_;
     MousePointer& pointer_;
-    const AnsiCodePage& ansi_;
+    RFTSFSO& textio_;
     std::u16string lastFolder_; // as in the setting of that name
 };
 

@@ -4,6 +4,7 @@
 #include "filelist/FileList.h"
 
 #include "base/Failure.h"
+#include "base/MakeRoom.h"
 #include "base/Text.h"
 
 #include <algorithm>
@@ -32,6 +33,7 @@ void FileList::Add(std::vector<std::u16string> paths) {
     if (paths.empty()) {
         return;
     }
+    MakeRoom(rows_, paths.size());
     if (observer_ != nullptr) {
         observer_->RowsAboutToBeAdded(rows_.size(), paths.size());
     }
@@ -67,6 +69,26 @@ void FileList::Remove(const std::vector<std::size_t>& numbers) {
     rows_ = std::move(kept);
     if (observer_ != nullptr) {
         observer_->ListReset();
+    }
+}
+
+void FileList::Clear() {
+    if (observer_ != nullptr) {
+        observer_->ListAboutToBeReset();
+    }
+    rows_.clear();
+    if (observer_ != nullptr) {
+        observer_->ListReset();
+    }
+}
+
+void FileList::Swap(std::size_t number, std::size_t other) {
+    Row(number);
+    Row(other);
+    std::swap(rows_[number - 1], rows_[other - 1]);
+    if (observer_ != nullptr) {
+        observer_->RowChanged(number - 1);
+        observer_->RowChanged(other - 1);
     }
 }
 

@@ -18,6 +18,8 @@ public:
     virtual void RowsAdded() = 0;
     virtual void RowsAboutToBeRemoved(std::size_t first, std::size_t count) = 0;
     virtual void RowsRemoved() = 0;
+    /// The path of a row has changed; called after the change only.
+    virtual void RowChanged(std::size_t row) = 0;
     /// For changes in so many places that following each would be slow.
     virtual void ListAboutToBeReset() = 0;
     virtual void ListReset() = 0;
@@ -38,6 +40,12 @@ public:
     /// Removes rows, given by ascending numbers; the cost does not grow with their count times the
     /// length of the list. Throws Failure, and removes none, when there is no row of a number.
     void Remove(const std::vector<std::size_t>& numbers);
+
+    /// Removes all rows.
+    void Clear();
+
+    /// Exchanges the paths of two rows. Throws Failure when there is no row of a number.
+    void Swap(std::size_t number, std::size_t other);
 
     /// At most one; null for none.
     void SetObserver(FileListObserver* observer) { observer_ = observer; }

@@ -4,6 +4,7 @@
 #include "sets/SetList.h"
 
 #include "base/Failure.h"
+#include "base/MakeRoom.h"
 #include "base/Text.h"
 
 #include <utility>
@@ -36,10 +37,14 @@ void SetList::Do(Change change) {
     }
 }
 
-void SetList::Add(std::u16string find, std::u16string replace) {
+void SetList::Add(std::vector<Set> sets) {
+    MakeRoom(find_, sets.size());
+    MakeRoom(replace_, sets.size());
     Do([&] {
-        find_.push_back(std::move(find));
-        replace_.push_back(std::move(replace));
+        for (Set& set : sets) {
+            find_.push_back(std::move(set.find));
+            replace_.push_back(std::move(set.replace));
+        }
     });
 }
 

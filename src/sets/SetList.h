@@ -5,6 +5,8 @@
 
 #include <span>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace vexmarrow {
@@ -27,8 +29,17 @@ public:
     std::span<const std::u16string> FindTexts() const { return find_; }
     std::span<const std::u16string> ReplaceTexts() const { return replace_; }
 
-    /// Appends one set.
-    void Add(std::u16string find, std::u16string replace);
+    /// One find text with its replace text.
+    struct Set {
+        std::u16string find;
+        std::u16string replace;
+    };
+
+    /// Appends sets in order, or one.
+    void Add(std::vector<Set> sets);
+    void Add(std::u16string find, std::u16string replace) {
+        Add({{std::move(find), std::move(replace)}});
+    }
 
     /// Removes one entry of one list. Throws Failure when there is no entry of that number.
     void RemoveFindText(std::size_t index);

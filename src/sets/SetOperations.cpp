@@ -58,7 +58,7 @@ void SetOperations::ClearSets() {
 void SetOperations::SaveSets() {
     Trap trap(prompts_, u"Form1.PushButton12_Click");
     std::u16string path;
-    trap.Do(1, [&] { path = pickers_.SaveFile({u"Save", kTextFilesFilter}); });
+    trap.Do(1, [&] { path = pickers_.SaveFile({.title = u"Save", .filter = kTextFilesFilter}); });
     if (path.empty()) {
         return;
     }

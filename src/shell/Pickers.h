@@ -15,6 +15,8 @@ struct FileDialogRequest {
     /// Pairs of caption and pattern, each followed by "|": "VCF Files (*.vcf)|*.vcf|". The
     /// pattern "*.*" stands for every file, with a dot in its name or not.
     std::u16string_view filter;
+    /// Whether several files may be chosen at once; saving always names one.
+    bool several = true;
 };
 
 inline constexpr std::u16string_view kTextFilesFilter =

@@ -54,6 +54,13 @@ bool BooleanFromText(std::u16string_view text) {
     throw Failure(Concat(u"The value \"", text, u"\" is neither True, False nor a number."));
 }
 
+double NumberFromText(std::u16string_view text) {
+    if (const std::optional<double> number = NumberIn(text)) {
+        return *number;
+    }
+    throw Failure(Concat(u"The value \"", text, u"\" is not a number."));
+}
+
 int IntegerFromText(std::u16string_view text) {
     const std::optional<double> number = NumberIn(text);
     const double rounded = number ? std::nearbyint(*number) : 0;

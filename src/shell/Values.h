@@ -14,6 +14,9 @@ namespace vexmarrow {
 /// "True", "False" (in any letter case) or a number, of which only zero is false.
 bool BooleanFromText(std::u16string_view text);
 
+/// A number, with or without a fraction.
+double NumberFromText(std::u16string_view text);
+
 /// A number, rounded to the nearest whole one (halves to the even one). Fails when it does not fit
 /// into 32 bits.
 int IntegerFromText(std::u16string_view text);

@@ -1,25 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-#include "core/Core.h"
-#include "filelist/FileAdding.h"
-#include "filelist/FileList.h"
+#include "core/Lists.h"
+
 #include "filelist/ListValidation.h"
-#include "sets/SetList.h"
-#include "sets/SetOperations.h"
 
 #include <random>
 
 namespace vexmarrow::test {
 namespace {
-
-Texts RowsOf(const FileList& list) {
-    Texts rows;
-    for (std::size_t i = 1; i <= list.Count(); ++i) {
-        rows.push_back(list.Row(i));
-    }
-    return rows;
-}
 
 TEST(FileList, EveryWayOfRemovingLeavesTheOtherRows) {
     std::mt19937 random(3);
@@ -42,16 +31,7 @@ TEST(FileList, EveryWayOfRemovingLeavesTheOtherRows) {
     EXPECT_THROW(FileList().Row(0), Failure);
 }
 
-struct ListsTest : Core {
-    FileList list;
-    SetList sets;
-    ScriptedPickers pickers;
-    MemorySettings settings;
-    ScriptedEventLoop loop;
-    RecordingPointer pointer;
-    FileAdding adding{list, prompts, pickers, settings, loop, pointer, ansi};
-    SetOperations operations{sets, prompts, pickers, writer, ansi};
-
+struct ListsTest : Lists {
     /// Lets the user choose a folder in the test folder; the rows as names in that, sorted.
     Strings Scan(std::string_view name) {
         list = FileList();
@@ -65,17 +45,6 @@ struct ListsTest : Core {
         }
         std::sort(names.begin(), names.end());
         return names;
-    }
-    /// All sets: find texts, "=", replace texts, each in brackets.
-    std::string Sets() const {
-        std::string all;
-        for (const auto texts : {sets.FindTexts(), sets.ReplaceTexts()}) {
-            for (const std::u16string& text : texts) {
-                all.append("(").append(NativeName(text)).append(")");
-            }
-            all += "=";
-        }
-        return all;
     }
 };
 

@@ -5,6 +5,7 @@
 
 #include "base/Utf8.h"
 #include "shell/EventLoop.h"
+#include "shell/FileManager.h"
 #include "shell/Pickers.h"
 #include "shell/Prompts.h"
 #include "shell/SettingsStore.h"
@@ -117,6 +118,13 @@ public:
         writes.emplace_back(key, value);
         values.insert_or_assign(std::u16string(key), std::u16string(value));
     }
+};
+
+class RecordingFileManager final : public FileManager {
+public:
+    std::vector<std::u16string> opened;
+
+    void OpenFolder(std::u16string_view folder) override { opened.emplace_back(folder); }
 };
 
 class ScriptedEventLoop final : public EventLoop {

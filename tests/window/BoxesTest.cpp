@@ -6,11 +6,14 @@
 #include "app/InputBox.h"
 #include "app/MessageBox.h"
 #include "app/QtPrompts.h"
+#include "app/Splash.h"
 #include "app/Strings.h"
-#include "shell/Titles.h"
+#include "base/Failure.h"
+#include "support/TestFolder.h"
 
 #include <QAccessible>
 #include <QApplication>
+#include <QCheckBox>
 #include <QPlainTextEdit>
 #include <QScreen>
 #include <QTimer>
@@ -34,7 +37,7 @@ auto WhileOpen(std::function<void(Box&)> look, Ask ask) {
 
 } // namespace
 
-/// The real message and input boxes.
+/// The real boxes, dialogs and tips.
 class BoxesTest : public QObject {
     Q_OBJECT
 
@@ -149,6 +152,82 @@ private Q_SLOTS:
                                 "such as media files, executables, etc.\r\r"
                                 "To contact us, please use the online contact form at "
                                 "https://vexmarrow.example/contact"));
+    }
+
+    void LoadSets() {
+        TestFolder folder;
+        folder.Write("sets \xE9.txt", "a=>b\nc::d\n");
+        Window window;
+        window.Open();
+        const auto open = [&](const std::function<void(QDialog&, QLineEdit&, QLineEdit&)>& look) {
+            const auto inside = [&](QDialog& form2) {
+                look(form2, *form2.findChildren<QLineEdit*>()[0],
+                     *form2.findChildren<QLineEdit*>()[1]);
+            };
+            WhileOpen<QDialog>(inside, [&] { window.Press("PushButton10"); });
+        };
+        open([&](QDialog& form2, QLineEdit& file, QLineEdit& separator) {
+            QStringList chain{form2.windowTitle(), separator.text()};
+            for (const QWidget* w = &file; chain.size() < 8; w = w->nextInFocusChain()) {
+                chain << w->objectName() + u' ' + w->accessibleName();
+            }
+            QCOMPARE(chain.join(u'|'),
+                     QStringLiteral("Load Sets|::|Text1 File To Load:|PushButton16 Browse|"
+                                    "Text2 Separator:|PushButton1 Load|PushButton2 Cancel|"
+                                    "PushButton3 Format help"));
+            window.settings.writes.clear();
+            QTest::keyClicks(&separator, QStringLiteral("x"));
+            QTest::keyClick(&separator, Qt::Key_Return); // nothing to load: not a word
+            separator.setText(QStringLiteral("=>"));
+            const std::vector<TextPair> writes{{u"Form2.Text2", u"::x"}, {u"Form2.Text2", u"=>"}};
+            QVERIFY(window.settings.writes == writes && window.prompts.boxes.empty());
+            window.pickers.files = {{folder.Path("sets \xE9.txt")}, {}};
+            for (const char* const name : {"PushButton16", "PushButton16", "PushButton3"}) {
+                form2.findChild<QPushButton*>(QString::fromLatin1(name))->click();
+            }
+            QCOMPARE(window.prompts.boxes.back().text.size(), 316U); // the help
+            QVERIFY(form2.isVisible());
+            QTest::keyClick(&file, Qt::Key_Return);
+            QVERIFY(!form2.isVisible());
+        });
+        QCOMPARE(window.Find<QComboBox>("Combo1")->count(), 1);
+        open([&](QDialog& form2, QLineEdit& file, QLineEdit& separator) {
+            QCOMPARE(file.text() + separator.text(), QStringLiteral("=>"));
+            separator.clear();
+            QTest::keyClick(&file, Qt::Key_Return); // a message
+            QVERIFY(form2.isVisible());
+            form2.findChild<QPushButton*>(QStringLiteral("PushButton2"))->click();
+            QVERIFY(!form2.isVisible());
+        });
+        open([&](QDialog&, QLineEdit&, QLineEdit&) { window.form->close(); });
+        QCOMPARE(window.prompts.boxes.size(), 2U);
+    }
+
+    void Tips() {
+        const TestFolder folder;
+        MemorySettings settings;
+        Splash splash(settings, folder.Path());
+        splash.SplashShow();
+        QVERIFY(!splash.isVisible()); // there is no folder
+        const QPixmap tips(QStringLiteral(VEXMARROW_RESOURCES "/Splash/tips.png"));
+        folder.Write("Splash/.hidden", "no picture");
+        QVERIFY(tips.save(ToQString(folder.Path("Splash/tips.png"))));
+        for (const auto& [value, shown] :
+             {std::pair{u"1", false}, {u"-2", false}, {u"0.0", true}, {u"0", true}}) {
+            settings.values[u"ShowAgain"] = value;
+            splash.close();
+            splash.SplashShow();
+            QCOMPARE(splash.isVisible(), shown);
+        }
+        const int strip = qRound(300 / 1440.0 * splash.logicalDpiX());
+        QCOMPARE(splash.frameGeometry().size(), tips.size() + QSize(0, strip));
+        QCOMPARE(splash.windowTitle(), QStringLiteral("Vexmarrow Software"));
+        splash.findChild<QCheckBox*>()->click();
+        splash.findChild<QCheckBox*>()->click();
+        const std::vector<TextPair> writes{{u"ShowAgain", u"1"}, {u"ShowAgain", u"0"}};
+        QVERIFY(settings.writes == writes);
+        settings.values[u"ShowAgain"] = u"x";
+        QVERIFY_EXCEPTION_THROWN(splash.SplashShow(), Failure);
     }
 
     void NoBoxAfterTheEnd() {

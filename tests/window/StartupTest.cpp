@@ -33,7 +33,7 @@ private Q_SLOTS:
         QCOMPARE(window.Find<QLineEdit>("Text3")->text(),
                  QStringLiteral("/home/somebody/Desktop/"));
         // The box's text has changed; options and tab have not.
-        QCOMPARE(Writes(window), QStringLiteral("Output Folder=/home/somebody/Desktop/"));
+        QCOMPARE(Writes(window), QStringLiteral("Snapshot= Output Folder=/home/somebody/Desktop/"));
     }
 
     void Restored_data() {
@@ -53,14 +53,14 @@ private Q_SLOTS:
         row("beside the originals", "Option4=False;Option5=True", "Option3 Option5", 0);
         row("the last one wins", "Option2=True;Option3=True", "Option3 Option4", 0);
         row("nonsense mode", "Option1=maybe;Option2=True;Option3=0", "Option2 Option4", 0,
-            Where(3));
-        row("nonsense keeps", "Option3=", "Option4", 0, Where(5));
-        row("nonsense output", "Option4=yes;Option5=", "Option3", 0, Where(6) + u'|' + Where(7));
-        row("tab as a word", "TabSel=second", "Option3 Option4", 0, Where(9));
-        row("tab too far", "TabSel=2", "Option3 Option4", 0, Where(9));
-        row("tab below", "TabSel=-1", "Option3 Option4", 0, Where(9));
-        row("no such page", "AnsiCodePage=windows-9999", "Option3 Option4", 0, Where(1));
-        row("page of many bytes", "AnsiCodePage=Shift_JIS", "Option3 Option4", 0, Where(1));
+            Where(7));
+        row("nonsense keeps", "Option3=", "Option4", 0, Where(9));
+        row("nonsense output", "Option4=yes;Option5=", "Option3", 0, Where(10) + u'|' + Where(11));
+        row("tab as a word", "TabSel=second", "Option3 Option4", 0, Where(13));
+        row("tab too far", "TabSel=2", "Option3 Option4", 0, Where(13));
+        row("tab below", "TabSel=-1", "Option3 Option4", 0, Where(13));
+        row("no such page", "AnsiCodePage=windows-9999", "Option3 Option4", 0, Where(5));
+        row("page of many bytes", "AnsiCodePage=Shift_JIS", "Option3 Option4", 0, Where(5));
         row("page", "AnsiCodePage=windows-1251", "Option3 Option4", 0);
     }
     void Restored() {

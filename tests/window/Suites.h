@@ -11,6 +11,7 @@ namespace vexmarrow::test {
 
 std::unique_ptr<QObject> MakeBoxesTest();
 std::unique_ptr<QObject> MakeControlsTest();
+std::unique_ptr<QObject> MakeListTest();
 std::unique_ptr<QObject> MakeRunTest();
 std::unique_ptr<QObject> MakeStartupTest();
 

@@ -12,7 +12,8 @@ namespace vexmarrow::test {
 
 void Window::Open() {
     form = std::make_unique<Form1>(Services{textio, writer, ansi, prompts, pickers, settings,
-                                            eventLoop, u"/home/somebody/Desktop/"});
+                                            fileManager, eventLoop, programFolder,
+                                            u"/home/somebody/Desktop/"});
     form->Form_Load();
     form->show();
 }

@@ -60,6 +60,8 @@ public:
     ScriptedPrompts prompts;
     ScriptedPickers pickers;
     MemorySettings settings;
+    RecordingFileManager fileManager;
+    std::u16string programFolder = u"/nowhere";
     QtEventLoop eventLoop;
     std::unique_ptr<Form1> form;
 };

@@ -17,6 +17,7 @@ int main(int argc, char** argv) {
     const std::map<QString, std::function<std::unique_ptr<QObject>()>> suites{
         {QStringLiteral("BoxesTest"), MakeBoxesTest},
         {QStringLiteral("ControlsTest"), MakeControlsTest},
+        {QStringLiteral("ListTest"), MakeListTest},
         {QStringLiteral("RunTest"), MakeRunTest},
         {QStringLiteral("StartupTest"), MakeStartupTest},
     };

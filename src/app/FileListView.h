@@ -1,0 +1,59 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QCursor>
+#include <QPersistentModelIndex>
+#include <QTreeView>
+
+#include <string>
+#include <vector>
+
+namespace vexmarrow {
+
+class FileList;
+
+/// The view of the list of files: takes dropped files, and lets the user move a row by dragging it
+/// with the mouse, one row at a time with the pointer.
+class FileListView final : public QTreeView {
+    Q_OBJECT
+
+public:
+    using Paths = std::vector<std::u16string>;
+
+    /// The list outlives the view.
+    FileListView(FileList& list, QWidget* parent);
+
+    /// The pointer while an entry is held.
+    void SetDragCursor(const QCursor& cursor) { dragCursor_ = cursor; }
+
+Q_SIGNALS:
+    /// Files were dropped. Emitted once the drop itself is over, so that the program they come from
+    /// need not wait for what follows.
+    void PathsDropped(const Paths& paths);
+
+    /// The mouse has moved over the list.
+    void MouseMoved();
+
+protected:
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+
+private:
+    void TakeFiles(QDropEvent& event) const;
+    void EndDragging();
+    void MoveDraggedTo(const QModelIndex& under, const QMouseEvent& event);
+
+    FileList& list_;
+    QCursor dragCursor_;
+    bool bringsFiles_ = false; // the drag over the list
+    bool dragging_ = false;    // a mouse button is held down on the list
+    QPersistentModelIndex dragged_;
+};
+
+} // namespace vexmarrow

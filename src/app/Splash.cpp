@@ -1,0 +1,121 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "app/Splash.h"
+
+#include "app/Controls.h"
+#include "app/Strings.h"
+#include "base/Text.h"
+#include "shell/SettingsStore.h"
+#include "shell/Titles.h"
+#include "shell/Values.h"
+#include "textio/FileAttributes.h"
+#include "textio/FileTests.h"
+#include "textio/Paths.h"
+
+#include <QCheckBox>
+#include <QFrame>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPixmap>
+
+#include <vector>
+
+namespace vexmarrow {
+namespace {
+
+constexpr std::u16string_view kShowAgain = u"ShowAgain";
+
+/// Lengths of the screen are in twips, 1440 to the inch.
+int Pixels(const QWidget& widget, int twips) {
+    constexpr int kTwipsPerInch = 1440;
+    return (twips * widget.logicalDpiX() + kTwipsPerInch / 2) / kTwipsPerInch;
+}
+
+/// The first file that is neither hidden nor of the system; nothing when there is none.
+std::u16string FirstFile(const std::u16string& folder) {
+    if (!IsFolder(folder)) {
+        return {};
+    }
+    const std::vector<std::u16string> names = ListFilesInFolder(folder, u"*.*");
+    for (std::size_t i = 1; i < names.size(); ++i) {
+        if ((FileAttributes(folder + names[i]) & (kHidden | kSystem)) == 0) {
+            return names[i];
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+Splash::Splash(SettingsStore& settings, const std::u16string& programFolder)
+    : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint),
+      settings_(settings),
+      folder_(Concat(programFolder, kSeparatorText, u"Splash", kSeparatorText)),
+      Image1(new QLabel(this)),
+      Check1(new QCheckBox(QStringLiteral("Hide this at next startup"), this)),
+      Line1(MakeLine("Line1")),
+      Line2(MakeLine("Line2")),
+      Line3(MakeLine("Line3")),
+      Line4(MakeLine("Line4")) {
+    setObjectName(QStringLiteral("Splash"));
+    Name(Image1, u"Image1", u"Tips");
+    Name(Check1, u"Check1", u"Hide this at next startup");
+    connect(Check1, &QCheckBox::toggled, this, &Splash::Check1_Click);
+}
+
+QFrame* Splash::MakeLine(const char* name) {
+    auto* const line = new QFrame(this);
+    line->setObjectName(QString::fromLatin1(name));
+    line->setFrameShape(QFrame::Box);
+    line->setLineWidth(1);
+    return line;
+}
+
+void Splash::SplashShow() {
+    if (NumberFromText(settings_.GetSetting(kShowAgain, u"0")) != 0) {
+        return;
+    }
+    const std::u16string name = FirstFile(folder_);
+    if (name.empty() || !IsExistingPath(folder_ + name)) {
+        return;
+    }
+    const QPixmap picture(ToQString(folder_ + name));
+    if (picture.isNull()) {
+        return;
+    }
+    setWindowTitle(ToQString(kProductName));
+    Image1->setPixmap(picture);
+    const int strip = Pixels(*this, 300); // under the picture, for the check box
+    const QSize size = picture.deviceIndependentSize().toSize() + QSize(0, strip);
+    Image1->setGeometry(QRect(QPoint(0, 0), size));
+    Image1->setAlignment(Qt::AlignTop | Qt::AlignLeft);
+    setFixedSize(size);
+    Check1->adjustSize();
+    Check1->move(Pixels(*this, 120), size.height() - Check1->height() - Pixels(*this, 20));
+
+    // The lines run past the window's edges, which clip them.
+    const int edge = qMax(1, Pixels(*this, 10));
+    const int past = Pixels(*this, 10'000);
+    Line1->setGeometry(0, 0, 1, past);
+    Line2->setGeometry(0, 0, past, 1);
+    Line3->setGeometry(size.width() - edge, 0, 1, past);
+    Line4->setGeometry(0, size.height() - edge, past, 1);
+    show();
+}
+
+void Splash::keyPressEvent(QKeyEvent* event) {
+    if (event->matches(QKeySequence::Cancel)) {
+        close();
+    }
+}
+
+void Splash::mousePressEvent(QMouseEvent* /*event*/) {
+    close();
+}
+
+void Splash::Check1_Click() {
+    settings_.SaveSetting(kShowAgain, Check1->isChecked() ? u"1" : u"0");
+}
+
+} // namespace vexmarrow

@@ -1,0 +1,72 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "filelist/DroppedPaths.h"
+
+#include "base/Utf8.h"
+
+#include <algorithm>
+#include <charconv>
+#include <optional>
+
+namespace vexmarrow {
+namespace {
+
+bool EqualInAscii(std::string_view a, std::string_view b) {
+    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [&](char x, char y) { return lower(x) == lower(y); });
+}
+
+/// The bytes that an address spells; a "%" without two digits after it stands for itself.
+std::string PercentDecoded(std::string_view text) {
+    constexpr std::size_t kDigits = 2;
+    std::string bytes;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        unsigned char byte = 0;
+        const std::string_view digits = text.substr(i + 1, kDigits);
+        const auto [end, error] =
+            std::from_chars(digits.data(), digits.data() + digits.size(), byte, 16);
+        if (text[i] == '%' && error == std::errc() && end == digits.data() + kDigits) {
+            bytes.push_back(static_cast<char>(byte));
+            i += kDigits;
+        } else {
+            bytes.push_back(text[i]);
+        }
+    }
+    return bytes;
+}
+
+std::optional<std::string> LocalPath(std::string_view address, std::string_view host) {
+    constexpr std::string_view kScheme = "file:";
+    if (!EqualInAscii(address.substr(0, kScheme.size()), kScheme)) {
+        return std::nullopt;
+    }
+    address.remove_prefix(kScheme.size());
+    if (address.starts_with("//")) {
+        address.remove_prefix(2);
+        const std::string_view place = address.substr(0, address.find('/'));
+        if (!place.empty() && !EqualInAscii(place, "localhost") && !EqualInAscii(place, host)) {
+            return std::nullopt;
+        }
+        address.remove_prefix(place.size());
+    }
+    return address.starts_with('/') ? std::optional(PercentDecoded(address)) : std::nullopt;
+}
+
+} // namespace
+
+std::vector<std::u16string> PathsInUriList(std::string_view list, std::string_view host) {
+    std::vector<std::u16string> paths;
+    list = list.substr(0, list.find('\0')); // some programs send the end of their text as well
+    while (!list.empty()) {
+        const std::size_t end = std::min(list.find_first_of("\r\n"), list.size());
+        if (const std::optional<std::string> path = LocalPath(list.substr(0, end), host)) {
+            paths.push_back(TextFromNativeName(*path));
+        }
+        list.remove_prefix(std::min(end + 1, list.size()));
+    }
+    return paths;
+}
+
+} // namespace vexmarrow

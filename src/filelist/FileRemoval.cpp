@@ -1,0 +1,105 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "filelist/FileRemoval.h"
+
+#include "filelist/FileList.h"
+#include "shell/EventLoop.h"
+#include "shell/Prompts.h"
+#include "shell/Trap.h"
+
+#include <unicode/ustring.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace vexmarrow {
+namespace {
+
+/// The text in lower case, by the rules of the user's language. Each character is lowered by
+/// itself, and both small sigmas are one: what a letter becomes must not hang on its neighbours,
+/// or a text would not be found inside another.
+std::u16string InLowerCase(std::u16string_view text) {
+    constexpr const char* kLanguageOfUser = nullptr;
+    constexpr char16_t kFinalSigma = 0x03C2;
+    constexpr char16_t kSigma = 0x03C3;
+    std::u16string lower;
+    lower.reserve(text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char16_t unit = text[i];
+        if (unit < 0x80 && unit != u'I') { // "I" is no "i" everywhere
+            lower.push_back(unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + 0x20)
+                                                         : unit);
+            continue;
+        }
+        const bool pair = U16_IS_LEAD(unit) && i + 1 < text.size() && U16_IS_TRAIL(text[i + 1]);
+        std::array<char16_t, 8> letters{};
+        UErrorCode error = U_ZERO_ERROR;
+        const std::int32_t length =
+            u_strToLower(letters.data(), static_cast<std::int32_t>(letters.size()), &text[i],
+                         pair ? 2 : 1, kLanguageOfUser, &error);
+        lower.append(letters.data(), static_cast<std::size_t>(length));
+        i += pair ? 1 : 0;
+    }
+    std::replace(lower.begin(), lower.end(), kFinalSigma, kSigma);
+    return lower;
+}
+
+} // namespace
+
+void FileRemoval::RemoveFilenamesNotContaining() {
+    Filter(u"Form1.PushButton11_Click", u"Remove entries not containing: ", Which::NotContaining);
+}
+
+void FileRemoval::RemoveFilenamesContaining() {
+    Filter(u"Form1.PushButton17_Click", u"Remove entries containing: ", Which::Containing);
+}
+
+void FileRemoval::Filter(std::u16string_view routine, std::u16string_view prompt, Which which) {
+    Trap trap(prompts_, routine);
+    std::u16string text;
+    trap.Do(1, [&] { text = prompts_.AskForText(prompt, u""); });
+    if (text.empty()) {
+        return;
+    }
+    trap.Do(2, [&] { pointer_.SetPointer(MousePointer::Hourglass); });
+    trap.Do(3, [&] { RemoveEntries(text, which); });
+    trap.Do(4, [&] { pointer_.SetPointer(MousePointer::Arrow); });
+}
+
+void FileRemoval::RemoveEntries(std::u16string_view text, Which which) {
+    const std::u16string wanted = InLowerCase(text);
+    const std::size_t count = list_.Count();
+    std::vector<std::size_t> numbers;
+    for (std::size_t i = 1; i <= count; ++i) {
+        eventLoop_.Yield({u"Row", i, count});
+        // The whole path counts, folder names included.
+        const bool contains = InLowerCase(list_.Row(i)).find(wanted) != std::u16string::npos;
+        if (contains == (which == Which::Containing)) {
+            numbers.push_back(i);
+        }
+    }
+    list_.Remove(numbers);
+}
+
+void FileRemoval::ClearList() {
+    Trap trap(prompts_, u"Form1.PushButton2_Click");
+    if (!IsBusy()) {
+        trap.Do(1, [&] { list_.Clear(); });
+    }
+}
+
+void FileRemoval::RemoveRow(std::size_t number) {
+    if (!IsBusy() && number >= 1 && number <= list_.Count()) {
+        list_.Remove({number});
+    }
+}
+
+bool FileRemoval::IsBusy() const {
+    return pointer_.Pointer() == MousePointer::Hourglass;
+}
+
+} // namespace vexmarrow

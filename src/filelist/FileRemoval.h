@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace vexmarrow {
+
+class EventLoop;
+class FileList;
+class MousePointer;
+class Prompts;
+
+/// The ways of thinning the list. Clearing and removing one row do nothing while the hourglass
+/// shows, that is during a run or a filter.
+class FileRemoval {
+public:
+    FileRemoval(FileList& list, Prompts& prompts, EventLoop& eventLoop, MousePointer& pointer)
+        : list_(list), prompts_(prompts), eventLoop_(eventLoop), pointer_(pointer) {}
+
+    /// "Remove Filenames Not Cont. X": asks for a text and removes every row whose path does not
+    /// contain it, letter case not counting. Traps its own failures.
+    void RemoveFilenamesNotContaining();
+
+    /// "Remove Filenames Contain. X": the same for rows whose path contains the text.
+    void RemoveFilenamesContaining();
+
+    /// "Clear List": removes all rows. Traps its own failures.
+    void ClearList();
+
+    /// A double-click: removes one row, if there is one of that number.
+    void RemoveRow(std::size_t number);
+
+private:
+    enum class Which { Containing, NotContaining };
+    void Filter(std::u16string_view routine, std::u16string_view prompt, Which which);
+    void RemoveEntries(std::u16string_view text, Which which);
+    bool IsBusy() const;
+
+    FileList& list_;
+    Prompts& prompts_;
+    EventLoop& eventLoop_;
+    MousePointer& pointer_;
+};
+
+} // namespace vexmarrow

@@ -1,0 +1,74 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "filelist/SampleFiles.h"
+
+#include "base/Text.h"
+#include "filelist/FileList.h"
+#include "shell/FileManager.h"
+#include "shell/Prompts.h"
+#include "shell/SettingsStore.h"
+#include "textio/FileTests.h"
+#include "textio/Paths.h"
+
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+namespace vexmarrow {
+namespace {
+
+constexpr std::u16string_view kKey = u"Snapshot";
+constexpr std::u16string_view kBetween = u"|";
+
+} // namespace
+
+SampleFiles::SampleFiles(FileList& list, Prompts& prompts, SettingsStore& settings,
+                         FileManager& fileManager, const std::u16string& programFolder)
+    : list_(list),
+      prompts_(prompts),
+      settings_(settings),
+      fileManager_(fileManager),
+      folder_(Concat(programFolder, kSeparatorText, u"Samples", kSeparatorText)) {}
+
+void SampleFiles::RecordOnce() {
+    if (!settings_.GetSetting(kKey, u"").empty()) {
+        return;
+    }
+    std::u16string record;
+    if (IsFolder(folder_)) {
+        const std::vector<std::u16string> names = ListFilesInFolder(folder_, u"*.*");
+        for (std::size_t i = 1; i < names.size(); ++i) {
+            record.append(folder_).append(names[i]).append(kBetween);
+        }
+    }
+    if (!record.empty()) {
+        record.pop_back();
+    }
+    settings_.SaveSetting(kKey, record);
+}
+
+void SampleFiles::Load() {
+    const std::u16string record = settings_.GetSetting(kKey, u"");
+    std::unordered_set<std::u16string> listed;
+    for (std::size_t i = 1; i <= list_.Count(); ++i) {
+        listed.insert(list_.Row(i));
+    }
+    std::vector<std::u16string> rows;
+    for (const std::u16string_view piece : Split(record, kBetween)) {
+        std::u16string path(piece);
+        if (IsExistingPath(path) && listed.insert(path).second) {
+            rows.push_back(std::move(path));
+        }
+    }
+    list_.Add(std::move(rows));
+    const Answer answer = prompts_.ShowMessage(
+        u"Would you like this software to open the folder where these sample files are stored (so "
+        u"that you can view them before working with them)?",
+        BoxStyle::YesNo);
+    if (answer == Answer::Yes) {
+        fileManager_.OpenFolder(folder_);
+    }
+}
+
+} // namespace vexmarrow

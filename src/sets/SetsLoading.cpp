@@ -1,0 +1,111 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "sets/SetsLoading.h"
+
+#include "base/Text.h"
+#include "sets/SetList.h"
+#include "shell/Pickers.h"
+#include "shell/Prompts.h"
+#include "shell/SettingsStore.h"
+#include "shell/Trap.h"
+#include "textio/FileAttributes.h"
+#include "textio/FileTests.h"
+#include "textio/RFTSFSO.h"
+
+#include <utility>
+#include <vector>
+
+namespace vexmarrow {
+namespace {
+
+constexpr std::u16string_view kSeparatorKey = u"Form2.Text2";
+
+constexpr std::u16string_view kFormatHelp =
+    u"If the text file you are loading looks like this:\r\n"
+    u"\r\n"
+    u"hi::hello\r\n"
+    u"peter::pete\r\n"
+    u"\r\n"
+    u"then use :: as a Separator\r\n"
+    u"\r\n"
+    u"If the text file you are loading looks like this:\r\n"
+    u"\r\n"
+    u"hi,hello\r\n"
+    u"peter,pete\r\n"
+    u"\r\n"
+    u"then use , as a Separator\r\n"
+    u"\r\n"
+    u"NOTE: The 'Save Sets' feature in this software always saves in this format:\r\n"
+    u"\r\n"
+    u"hi::hello\r\n"
+    u"peter::pete";
+
+/// Hidden and system files are passed over here.
+bool IsNormalFile(const std::u16string& path) {
+    return IsExistingFile(path) && (FileAttributes(path) & (kHidden | kSystem)) == 0;
+}
+
+std::vector<SetList::Set> SetsIn(const std::vector<std::u16string>& lines,
+                                 std::u16string_view separator) {
+    std::vector<SetList::Set> sets;
+    for (const std::u16string& line : lines) {
+        const std::vector<std::u16string_view> parts = Split(line, separator);
+        if (parts.size() > 1) {
+            sets.push_back({std::u16string(parts[0]), std::u16string(parts[1])});
+        }
+    }
+    return sets;
+}
+
+} // namespace
+
+std::u16string SetsLoading::StoredSeparator() const {
+    return settings_.GetSetting(kSeparatorKey, SetList::kSeparator);
+}
+
+void SetsLoading::SaveSeparator(std::u16string_view separator) {
+    settings_.SaveSetting(kSeparatorKey, separator);
+}
+
+void SetsLoading::Browse(const std::function<void(const std::u16string&)>& setFile) {
+    Trap trap(prompts_, u"Form2.PushButton16_Click");
+    std::vector<std::u16string> choice;
+    trap.Do(1, [&] {
+        choice = pickers_.OpenFiles({.title = u"Select Text File",
+                                     .filter = u"Text Files (*.txt)|*.txt|",
+                                     .several = false});
+    });
+    if (!choice.empty()) {
+        trap.Do(2, [&] { setFile(choice.front()); });
+    }
+}
+
+bool SetsLoading::Load(const std::u16string& file, std::u16string_view separator) {
+    Trap trap(prompts_, u"Form2.PushButton1_Click");
+    if (separator.empty()) {
+        trap.Do(1, [&] { prompts_.ShowMessage(u"You must enter separating character(s)."); });
+        return false;
+    }
+    if (file.find_first_not_of(u' ') == std::u16string::npos) {
+        return false;
+    }
+    if (!IsNormalFile(file)) {
+        trap.Do(2, [&] {
+            prompts_.ShowMessage(Concat(file, u" not found."), BoxStyle::Critical,
+                                 u"File Not Found");
+        });
+        return false;
+    }
+    std::vector<std::u16string> lines;
+    trap.Do(3, [&] { lines = textio_.ReadTextLines(file); });
+    trap.Do(4, [&] { sets_.Add(SetsIn(lines, separator)); });
+    return true;
+}
+
+void SetsLoading::ShowHelp() {
+    Trap trap(prompts_, u"Form2.PushButton3_Click");
+    trap.Do(1, [&] { prompts_.ShowMessage(kFormatHelp); });
+}
+
+} // namespace vexmarrow

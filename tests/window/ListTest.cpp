@@ -1,0 +1,198 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "Suites.h"
+#include "Window.h"
+#include "app/LinesEdit.h"
+#include "app/Strings.h"
+#include "support/TestFolder.h"
+
+#include <QApplication>
+#include <QDragEnterEvent>
+#include <QMimeData>
+#include <QScrollBar>
+
+namespace vexmarrow::test {
+
+/// What the mouse does in the main window, and the files beside the program that change its looks.
+class ListTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() {
+        folder_ = std::make_unique<TestFolder>();
+        window_ = std::make_unique<Window>();
+        window_->programFolder = folder_->Path();
+    }
+    void cleanup() {
+        window_.reset();
+        qApp->setStyleSheet({});
+    }
+
+    void Drops() {
+        Open({});
+        folder_->Write("in/a#b \xE9.vcf", "x");
+        QMimeData files, text;
+        const QByteArray uris = "file://" + QByteArray::fromStdString(folder_->Native("in"));
+        files.setData(QStringLiteral("text/uri-list"), uris + "\r\nfile:///x\r\n");
+        text.setText(QStringLiteral("file:///x"));
+        QVERIFY(Drop(text, Qt::CopyAction) == 0 && Drop(files, Qt::MoveAction) == 0);
+        QCOMPARE(Drop(files, Qt::CopyAction | Qt::MoveAction), Qt::CopyAction);
+        QCOMPARE(Shown(), QString());                 // the drop is over before its work begins
+        QTRY_VERIFY(!window_->prompts.boxes.empty()); // asks about the extension, at the end
+        QCOMPARE(Shown(), ToQString(folder_->Path("in/a#b ") + u"\uFFFD.vcf /x"));
+        QCOMPARE(window_->Find<QLabel>("Progress")->text(), QString());
+    }
+
+    void RowsDraggedAbout() {
+        Open({u"v", u"v", u"c", u"f", u"vc"});
+        for (const auto& [does, rows] :
+             {std::pair{"p9 m2 r2", "v v c f vc"}, // there is no row 9, and none was held yet
+              std::pair{"p0 r0 m3", "v v c f vc"}, std::pair{"p0 m1", "v v c f vc"},
+              std::pair{"m2 m3 m9", "c v f v vc"}, std::pair{"r9 m0 d9 r9", "c v f v vc"},
+              std::pair{"p4 m0 r0", "vc v f v c"}, std::pair{"p2 r2 d2 r2", "vc v v c"}}) {
+            Mouse(does);
+            QCOMPARE(Shown(), QString::fromLatin1(rows));
+        }
+    }
+
+    void DraggingScrollsOutsideOfTheBand() {
+        std::vector<std::u16string> names;
+        for (int i = 0; i < 200; ++i) {
+            names.emplace_back(i % 2 == 0 ? u"v" : u"c");
+        }
+        Open(names);
+        for (const auto& [height, by] : {std::pair{304, -1}, {305, 0}, {364, 0}, {365, 1}}) {
+            View()->scrollTo(Index(100), QAbstractItemView::PositionAtTop);
+            const int before = View()->verticalScrollBar()->value();
+            const int last = View()->indexAt(QPoint(1, View()->viewport()->height() - 1)).row() - 1;
+            height_ = height;
+            Mouse(by < 0 ? QStringLiteral("p101 m101 m100 r100")
+                         : QStringLiteral("p%1 m%1 m%2 r%2").arg(last - 1).arg(last));
+            QCOMPARE(View()->verticalScrollBar()->value() - before, by);
+        }
+    }
+
+    void Pointers() {
+        for (const QString& name : {QStringLiteral("/HAND-M.CUR"), QStringLiteral("/drag.ico")}) {
+            QFile::copy(QStringLiteral(VEXMARROW_RESOURCES) + name,
+                        ToQString(folder_->Path()) + name);
+        }
+        Open({u"/v", u"/c"});
+        const std::string bytes = folder_->Read("HAND-M.CUR");
+        const QPoint hot(bytes[10], bytes[12]);
+        const auto over = [this](const char* name) {
+            QEvent enter(QEvent::Enter);
+            QApplication::sendEvent(window_->Find<QWidget>(name), &enter);
+            return window_->form->cursor();
+        };
+        for (const char* const ground : {"Frame1", "Frame2", "Frame4", "Text3", "TabControl1"}) {
+            QCOMPARE(over("PushButton7").shape(), Qt::BitmapCursor);
+            QCOMPARE(over("PushButton14").hotSpot(), hot);
+            QCOMPARE(over(ground).shape(), Qt::ArrowCursor);
+        }
+        Mouse("p1");
+        QCOMPARE(View()->viewport()->cursor().shape(), Qt::BitmapCursor);
+        Mouse("r1");
+        const auto busy = [] { return QGuiApplication::overrideCursor() != nullptr; };
+        Once(busy, [&] {
+            over("PushButton1");
+            over("Frame1");
+            Mouse("m0");
+            QVERIFY(busy());
+        });
+        window_->prompts.texts = {u"V"};
+        window_->Press("PushButton17");
+        QVERIFY(!busy() && Shown() == QStringLiteral("/c"));
+    }
+
+    void Looks() {
+        using Case = std::tuple<const char*, std::string, int>; // file, bytes, line of the report
+        const std::string skin = "QLabel { color: #123456 }";
+        for (const auto& [name, bytes, line] :
+             {Case{"HAND-M.CUR/folder", "", 0}, Case{"drag.ico", "broken", 0},
+              Case{"x/o.cjs", "", 0}, Case{"x/o.cjs", skin, 0}, Case{"x/o.cjs", skin + "{ x", 1},
+              Case{"x/o.cjs", skin + std::string(1, '\0') + "{", 1}, Case{"x/o.cjs", "MZ\x90", 1},
+              Case{"HAND-M.CUR", "broken", 2}, Case{"HAND-M.CUR", {0, 0, 2, 0, 1, 0, 32, 32}, 2}}) {
+            init();
+            folder_->Write(name, bytes);
+            Open({u"v"});
+            const QString at = QStringLiteral("in Zentavor2021/08/31.Form1.Form_Load at line %1");
+            QCOMPARE(reports_, line == 0 ? QString() : at.arg(line));
+            const QPalette colours = window_->form->palette();
+            QVERIFY(*name != 'x' || colours.window().color() == colours.button().color());
+            const QColor colour = window_->Find<QLabel>("Label1")->palette().windowText().color();
+            QCOMPARE(colour == QColor(0x12, 0x34, 0x56), bytes == skin);
+            Mouse("p0");
+            QCOMPARE(View()->viewport()->cursor().shape(), Qt::ArrowCursor);
+            cleanup();
+        }
+    }
+
+    void SamplesThatFail() {
+        Open({});
+        window_->SelectTab(1);
+        window_->prompts.whenShown = [](const Box& box) {
+            box.title.empty() ? throw std::runtime_error("no desktop") : void();
+        };
+        window_->Press("PushButton8");
+        QVERIFY(window_->Boxes().endsWith(QStringLiteral("Form1.PushButton8_Click at line 1")));
+        QCOMPARE(window_->Find<QTabWidget>("TabControl1")->currentIndex(), 0);
+        QVERIFY(window_->Find<LinesEdit>("Text1")->Text() == u"a" &&
+                window_->Find<LinesEdit>("Text2")->Text() == u"b");
+    }
+
+private:
+    QTreeView* View() const { return window_->Find<QTreeView>("ListView1"); }
+    QModelIndex Index(int row) const { return View()->model()->index(row, 0); }
+
+    void Open(const std::vector<std::u16string>& files) {
+        window_->Open();
+        reports_ = window_->Boxes();
+        window_->AddFiles(files);
+    }
+    QString Shown() const {
+        QStringList rows;
+        for (int row = 0; row < window_->Rows(); ++row) {
+            rows << Index(row).data().toString();
+        }
+        return rows.join(u' ');
+    }
+    /// Presses, moves, releases and double-clicks, each followed by the row it is over.
+    void Mouse(const QString& does) {
+        const QString letters = QStringLiteral("prdm"); // in the order of the event types
+        static_assert(QEvent::MouseMove == QEvent::MouseButtonPress + 3);
+        for (const QString& step : does.split(u' ')) {
+            const QRect row = View()->visualRect(Index(step.mid(1).toInt()));
+            const QPoint at =
+                row.isValid() ? row.center() : QPoint(9, View()->viewport()->height() - 3);
+            held_ = step[0] == u'm' ? held_ : step[0] != u'r';
+            QMouseEvent event(QEvent::Type(QEvent::MouseButtonPress + letters.indexOf(step[0])), at,
+                              QPointF(9, height_), step[0] == u'm' ? Qt::NoButton : Qt::LeftButton,
+                              held_ ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier);
+            QApplication::sendEvent(View()->viewport(), &event);
+        }
+    }
+    void Mouse(const char* does) { Mouse(QString::fromLatin1(does)); }
+    Qt::DropAction Drop(const QMimeData& data, Qt::DropActions actions) const {
+        QDragEnterEvent enter(QPoint(9, 9), actions, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(View()->viewport(), &enter);
+        QDropEvent drop(QPoint(9, 9), actions, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(View()->viewport(), &drop);
+        return enter.isAccepted() && drop.isAccepted() ? drop.dropAction() : Qt::IgnoreAction;
+    }
+
+    std::unique_ptr<TestFolder> folder_;
+    std::unique_ptr<Window> window_;
+    QString reports_;   // from the start
+    bool held_ = false; // the mouse button
+    int height_ = 0;    // of the mouse on the screen
+};
+
+std::unique_ptr<QObject> MakeListTest() {
+    return std::make_unique<ListTest>();
+}
+
+} // namespace vexmarrow::test
+
+#include "ListTest.moc"
