@@ -21,7 +21,7 @@ packages_of() {
     build) echo g++ cmake ninja-build pkg-config qt6-base-dev libicu-dev fonts-liberation ;;
     wayland) echo qt6-wayland ;;
     test) echo libgtest-dev libgmock-dev xvfb openbox dbus at-spi2-core python3 python3-pyatspi \
-        scrot x11-utils wmctrl ;;
+        libxtst6 scrot x11-utils wmctrl ;;
     check) echo clang-format clang-tidy ;;
     *) return 1 ;;
     esac

@@ -94,6 +94,12 @@ def set_text(node, text):
     return node.queryEditableText().setTextContents(text)
 
 
+def middle(node):
+    """The middle of a control, on the screen."""
+    extents = node.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+    return extents.x + extents.width // 2, extents.y + extents.height // 2
+
+
 def desktop_application(process_id):
     """The application of that process on the bus, or None; every look at it is a fresh one."""
     desktop = pyatspi.Registry.getDesktop(0)

@@ -19,6 +19,7 @@ TO_FOLDER = "Save results to this folder:"
 IN_PLACE = "Save results in folder of original file"
 ADD_DIALOG = "Add File(s) - Hold Ctrl to select multiple files"
 FOLDER_DIALOG = "Please select folder:"
+LIST_DIALOG = "Load List(s) - Hold Ctrl to select multiple list files"
 
 
 def tool(*command):
@@ -31,28 +32,6 @@ def screenshot(path):
     tool("scrot", "--overwrite", path)
 
 
-class Box:
-    """A message box on the screen."""
-
-    def __init__(self, window):
-        self.window = window
-        self.title = window.name
-
-    @property
-    def text(self):
-        """Its message, whether it stands in a label or, a very long one, in a text to scroll."""
-        for node in bus.walk(self.window):
-            role = node.getRoleName()
-            if role == "text" and bus.text_of(node):
-                return bus.text_of(node)
-            if role in ("label", "static") and node.name:
-                return node.name
-        return ""
-
-    def press(self, button):
-        press(self.window, button)
-
-
 def press(window, name, roles="push button", action="Press"):
     """Presses a control once it is there and ready for it."""
     def ready():
@@ -63,7 +42,44 @@ def press(window, name, roles="push button", action="Press"):
     wait_until(lambda: bus.act(node, action), "%s of %r" % (action, name))
 
 
-class Program:
+class Controls:
+    """The controls of one window, used by their names."""
+
+    def __init__(self, window):
+        self.window = window
+
+    def press(self, name):
+        press(self.window, name)
+
+    def _text_box(self, name):
+        return wait_until(lambda: bus.find(self.window, name, "text"), "text box %r" % name)
+
+    def type(self, name, text):
+        """Puts a text into the text box of that name, in place of what it held."""
+        node = self._text_box(name)
+        bus.set_text(node, text)
+        wait_until(lambda: bus.text_of(node) == text, "text box %r to hold %r" % (name, text))
+
+    def text(self, name):
+        return bus.text_of(self._text_box(name))
+
+
+class Box(Controls):
+    """A message box on the screen."""
+
+    @property
+    def message(self):
+        """Its message, whether it stands in a label or, a very long one, in a text to scroll."""
+        for node in bus.walk(self.window):
+            role = node.getRoleName()
+            if role == "text" and bus.text_of(node):
+                return bus.text_of(node)
+            if role in ("label", "static") and node.name:
+                return node.name
+        return ""
+
+
+class Program(Controls):
     """One run of the program, from its start to its end."""
 
     def __init__(self, executable):
@@ -72,7 +88,7 @@ class Program:
                                         stdout=self.log, stderr=subprocess.STDOUT)
         try:
             self.application = wait_until(self._appear, "the program on the accessibility bus")
-            self.window = wait_until(lambda: self._top_level(WINDOW, ("frame", "window")), "the main window")
+            super().__init__(wait_until(lambda: self._top_level(WINDOW, ("frame", "window")), "the main window"))
         except BaseException:
             self.kill()
             raise
@@ -95,9 +111,6 @@ class Program:
 
     # --- the controls of the main window
 
-    def press(self, name):
-        press(self.window, name)
-
     def choose(self, option):
         """Turns an option button on."""
         node = wait_until(lambda: bus.find(self.window, option, "radio button"), "option %r" % option)
@@ -118,17 +131,14 @@ class Program:
         control = ("Add Set", "push button") if tab == SETS else (FIND, "text")
         return bus.find(self.window, *control) is not None
 
-    def _text_box(self, name):
-        return wait_until(lambda: bus.find(self.window, name, "text"), "text box %r" % name)
+    def place_of(self, name, roles="push button"):
+        """The middle of a control, on the screen."""
+        return bus.middle(wait_until(lambda: bus.find(self.window, name, roles), "%s %r" % (roles, name)))
 
-    def type(self, name, text):
-        """Puts a text into the text box of that name, in place of what it held."""
-        node = self._text_box(name)
-        bus.set_text(node, text)
-        wait_until(lambda: bus.text_of(node) == text, "text box %r to hold %r" % (name, text))
-
-    def text(self, name):
-        return bus.text_of(self._text_box(name))
+    def progress_line(self):
+        """The line that says how far long work is, by its name."""
+        bar = wait_until(lambda: bus.find(self.window, "", "status bar"), "the status bar")
+        return [node for node in bus.children(bar) if node.getRoleName() == "label"][0]
 
     def _list(self):
         return wait_until(lambda: bus.find(self.window, "File(s)", bus.ITEM_VIEWS), "the file list")
@@ -141,25 +151,43 @@ class Program:
         """The texts of the file list's rows, read one by one."""
         return [node.name for node in bus.children(self._list()) if "header" not in node.getRoleName()]
 
+    def row(self, number):
+        """The text of one row of many; the first is number 1."""
+        return self._list().queryTable().getAccessibleAt(number - 1, 0).name
+
+    def place_of_row(self, number):
+        """The middle of a row, on the screen; the first is number 1."""
+        return bus.middle(self._list().queryTable().getAccessibleAt(number - 1, 0))
+
+    def wait_for_rows(self, count):
+        wait_until(lambda: self.row_count() == count, "%d rows" % count)
+
+    def sets(self):
+        """The sets that the two lists on the second tab hold: (find text, replace text)."""
+        boxes = [bus.find(self.window, name, "combo box") for name in (FIND, REPLACE)]
+        return list(zip(*([item.name for item in bus.children(bus.children(box)[0])] for box in boxes),
+                        strict=True))
+
     # --- boxes and dialogs
 
     def box(self, title=TITLE):
         """The message box of that title, as soon as it shows."""
         return Box(wait_until(lambda: self._top_level(title, ("alert", "dialog")), "a box titled %r" % title))
 
-    def _wait_closed(self, window):
-        name = window.name
+    def wait_closed(self, controls):
+        """Waits until a box or dialog is gone."""
+        window, name = controls.window, controls.window.name
         wait_until(lambda: window not in bus.children(self.application) or not bus.is_shown(window),
                    "%r to close" % name)
 
     def answer(self, title=TITLE, button="OK", picture=None):
         """Waits for a message box, answers it, and returns what it said."""
         box = self.box(title)
-        text = wait_until(lambda: box.text, "the text of the box")
+        text = wait_until(lambda: box.message, "the text of the box")
         if picture:
             screenshot(picture)
         box.press(button)
-        self._wait_closed(box.window)
+        self.wait_closed(box)
         return text
 
     def confirm(self, text, picture=None):
@@ -168,16 +196,26 @@ class Program:
         if said != text:
             raise AssertionError("the box said %r instead of %r" % (said, text))
 
-    def add_set(self, answer):
-        """Adds a set through the input box of "Add Set"."""
-        self.press("Add Set")
+    def answer_with(self, text, prompt=None):
+        """Types a text into the input box that shows, and insists on what it asks for."""
         box = self.box()
         edit = wait_until(lambda: [n for n in bus.walk(box.window) if n.getRoleName() == "text"],
                           "the line to type into")[0]
-        bus.set_text(edit, answer)
-        wait_until(lambda: bus.text_of(edit) == answer, "the line to hold %r" % answer)
+        if prompt not in (None, edit.name):
+            raise AssertionError("the box asks for %r instead of %r" % (edit.name, prompt))
+        bus.set_text(edit, text)
+        wait_until(lambda: bus.text_of(edit) == text, "the line to hold %r" % text)
         box.press("OK")
-        self._wait_closed(box.window)
+        return box
+
+    def add_set(self, answer):
+        """Adds a set through the input box of "Add Set"."""
+        self.press("Add Set")
+        self.wait_closed(self.answer_with(answer))
+
+    def dialog(self, title):
+        """A dialog of the program's own, as soon as it shows."""
+        return Controls(wait_until(lambda: self._top_level(title, ("dialog",)), "dialog %r" % title))
 
     def _accept_file_dialog(self, title, line, text, button):
         dialog = wait_until(lambda: self._top_level(title, ("dialog", "file chooser")), "dialog %r" % title)
@@ -185,14 +223,30 @@ class Program:
         bus.set_text(edit, text)
         wait_until(lambda: bus.text_of(edit) == text, "the line %r to hold the names" % line)
         press(dialog, button)
-        self._wait_closed(dialog)
+        self.wait_closed(Controls(dialog))
+
+    def choose_files(self, title, paths, button="Open"):
+        """Names files in a file dialog and accepts it."""
+        self._accept_file_dialog(title, "File name:", " ".join('"%s"' % path for path in paths), button)
 
     def add_files(self, paths):
         """Adds files through the button's own file dialog; waits for their rows."""
         before = self.row_count()
         self.press("Add VCF File(s)")
-        self._accept_file_dialog(ADD_DIALOG, "File name:", " ".join('"%s"' % p for p in paths), "Open")
+        self.choose_files(ADD_DIALOG, paths)
         wait_until(lambda: self.row_count() == before + len(paths), "%d rows more" % len(paths))
+
+    def load_lists(self, paths, count):
+        """Loads list files through their file dialog; waits for the `count` rows that they add."""
+        before = self.row_count()
+        self.press("Load List Of Files From File")
+        self.choose_files(LIST_DIALOG, paths)
+        wait_until(lambda: self.row_count() == before + count, "%d rows more" % count)
+
+    def save_sets(self, path):
+        """Names a file in the dialog of "Save Sets" and accepts it."""
+        self.press("Save Sets")
+        self._accept_file_dialog("Save", "File name:", path, "Save")
 
     def add_folder(self, folder, count):
         """Adds a folder of `count` files through the folder dialog; waits for their rows."""

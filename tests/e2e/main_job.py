@@ -4,27 +4,19 @@
 
     on-virtual-display.sh /usr/bin/python3 main_job.py PROGRAM [unittest arguments]
 
-The sample files are those beside the program. A picture of a failure is left in
-the current folder.
+window_test.py says more.
 """
 
-import contextlib
 import os
 import re
-import shutil
 import signal
-import sys
-import tempfile
-import unittest
 
 import bus
-import driver
+import window_test
 from bus import wait_until
 from driver import FIND, IN_PLACE, REPLACE, SINGLE, TO_FOLDER
 from oracle import FIELDS, SETS, VALUES, WHOLE, Oracle, faults
-
-PROGRAM = os.path.abspath(sys.argv.pop(1)) if len(sys.argv) > 1 else "vexmarrow"
-SAMPLES = os.path.join(os.path.dirname(PROGRAM), "Samples")
+from window_test import SAMPLES, WindowTest, read, samples, write
 
 # The runs of one sitting, in order: mode, find text, replace text. The UTF-16
 # sample stands last in the list, so that what a run has met last shows in the
@@ -42,49 +34,6 @@ RUNS = [
 ]
 SET_LIST = [("brightwater", "clearbrook"), ("clearbrook.example", "quay.example"),
             ("\u00fc", "ue"), ("tel", "TEL"), ("TEL", ""), ("", "nothing")]
-
-
-def samples():
-    names = sorted(os.listdir(SAMPLES), key=lambda name: (name.startswith("utf16"), name))
-    return [os.path.join(SAMPLES, name) for name in names]
-
-
-def read(path):
-    with open(path, "rb") as file:
-        return file.read()
-
-
-def write(path, data):
-    with open(path, "wb") as file:
-        file.write(data)
-
-
-class WindowTest(unittest.TestCase):
-    """Gives every test a folder and settings of its own."""
-
-    def setUp(self):
-        self.work = tempfile.mkdtemp(prefix="vexmarrow-e2e.")
-        self.addCleanup(shutil.rmtree, self.work)
-        os.environ["XDG_CONFIG_HOME"] = self.folder("config")
-
-    def folder(self, name):
-        path = os.path.join(self.work, name)
-        os.mkdir(path)
-        return path
-
-    @contextlib.contextmanager
-    def program(self, to_be_closed=True):
-        """The running program; at the end its window is closed, and its exit status must be 0."""
-        program = driver.Program(PROGRAM)
-        try:
-            yield program
-            if to_be_closed:
-                self.assertEqual(program.close(), 0, "exit status")
-        except BaseException:
-            print(program.give_up(os.path.abspath("failure-%s.png" % self._testMethodName)), file=sys.stderr)
-            raise
-        finally:
-            program.kill()
 
 
 class ResultsTest(WindowTest):
@@ -318,4 +267,4 @@ class SittingTest(WindowTest):
 
 
 if __name__ == "__main__":
-    unittest.main(verbosity=2, warnings="ignore")  # the bus library calls what it deprecates itself
+    window_test.main()

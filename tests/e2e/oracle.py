@@ -7,6 +7,8 @@ character beyond that is its two surrogates. Speed is no concern.
 """
 
 import os
+import re
+import stat
 import struct
 
 FIELDS = "Find and replace in fields only"
@@ -134,6 +136,10 @@ class Oracle:
             result += line + "\r\n"
         return self._encode(result)
 
+    def has_read(self, data):
+        """A list file or a sets file of that content was read line by line."""
+        self._detect(data)
+
     def result(self, data, mode, find="", replacement="", sets=()):
         """The bytes written for a file that holds `data`, or None where no file is written.
 
@@ -165,6 +171,40 @@ class Oracle:
             if result is not None:
                 written[target] = result
         return written
+
+
+def shown(path):
+    """A path as the list shows it: a byte that is no UTF-8 is a replacement mark."""
+    return re.sub("[\udc80-\udcff]", "\ufffd", path)
+
+
+def _with_folders_below(folders):
+    """The folders, then their sub-folders, then those below, level by level."""
+    found = [entry.path + "/" for folder in folders for entry in os.scandir(folder) if entry.is_dir()]
+    return folders + (_with_folders_below(found) if found else [])
+
+
+def _is_passed_over(path):
+    """Backup files, and files that are hidden but not write-protected."""
+    name = os.path.basename(path)
+    return name.startswith("~") or (name.startswith(".") and os.stat(path).st_mode & stat.S_IWUSR)
+
+
+def dropped(paths):
+    """The rows for files and folders that are dropped at once.
+
+    Each further folder has all folders that were met before it gone through again.
+    """
+    rows, folders = [], []
+    for path in paths:
+        if not os.path.isdir(path):
+            rows.append(path)
+            continue
+        folders = _with_folders_below(folders + [path + "/"])
+        for folder in folders:
+            files = [entry.path for entry in os.scandir(folder) if entry.is_file()]
+            rows += [file for file in files if not _is_passed_over(file)]
+    return rows
 
 
 def faults(written):

@@ -1,0 +1,218 @@
+# SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+# SPDX-License-Identifier: MIT
+"""What other programs and the hand do to a window: real mouse events, and drags from another program.
+
+Everything goes through the X server of the present display.
+"""
+
+import ctypes
+import select
+import time
+from ctypes import c_char_p, c_int, c_long, c_ubyte, c_uint, c_ulong, c_void_p
+
+import bus
+
+_LIB = ctypes.CDLL("libX11.so.6")
+_TEST = ctypes.CDLL("libXtst.so.6")
+
+_CLIENT_MESSAGE, _SELECTION_REQUEST, _SELECTION_NOTIFY = 33, 30, 31
+_XDND_VERSION = 5
+_BUTTON_1 = 1 << 8
+_ATOM, _CURRENT_TIME, _PROP_REPLACE = 4, 0, 0
+
+
+class _ClientMessage(ctypes.Structure):
+    _fields_ = [("type", c_int), ("serial", c_ulong), ("send_event", c_int), ("display", c_void_p),
+                ("window", c_ulong), ("message", c_ulong), ("format", c_int), ("data", c_long * 5)]
+
+
+class _SelectionRequest(ctypes.Structure):
+    _fields_ = [("type", c_int), ("serial", c_ulong), ("send_event", c_int), ("display", c_void_p),
+                ("owner", c_ulong), ("requestor", c_ulong), ("selection", c_ulong), ("target", c_ulong),
+                ("property", c_ulong), ("time", c_ulong)]
+
+
+class _SelectionNotify(ctypes.Structure):
+    _fields_ = [("type", c_int), ("serial", c_ulong), ("send_event", c_int), ("display", c_void_p),
+                ("requestor", c_ulong), ("selection", c_ulong), ("target", c_ulong),
+                ("property", c_ulong), ("time", c_ulong)]
+
+
+class _Event(ctypes.Union):
+    _fields_ = [("type", c_int), ("client", _ClientMessage), ("request", _SelectionRequest),
+                ("notify", _SelectionNotify), ("size", c_long * 24)]
+
+
+def _declare(library, **functions):
+    for name, (result, *arguments) in functions.items():
+        function = getattr(library, name)
+        function.restype, function.argtypes = result, arguments
+
+
+_declare(
+    _LIB,
+    XOpenDisplay=(c_void_p, c_char_p),
+    XCloseDisplay=(c_int, c_void_p),
+    XDefaultRootWindow=(c_ulong, c_void_p),
+    XConnectionNumber=(c_int, c_void_p),
+    XInternAtom=(c_ulong, c_void_p, c_char_p, c_int),
+    XCreateSimpleWindow=(c_ulong, c_void_p, c_ulong, c_int, c_int, c_uint, c_uint, c_uint, c_ulong, c_ulong),
+    XSetSelectionOwner=(c_int, c_void_p, c_ulong, c_ulong, c_ulong),
+    XChangeProperty=(c_int, c_void_p, c_ulong, c_ulong, c_ulong, c_int, c_int, c_void_p, c_int),
+    XListProperties=(c_void_p, c_void_p, c_ulong, c_void_p),
+    XTranslateCoordinates=(c_int, c_void_p, c_ulong, c_ulong, c_int, c_int, c_void_p, c_void_p, c_void_p),
+    XSendEvent=(c_int, c_void_p, c_ulong, c_int, c_long, c_void_p),
+    XPending=(c_int, c_void_p),
+    XNextEvent=(c_int, c_void_p, c_void_p),
+    XFree=(c_int, c_void_p),
+    XQueryPointer=(c_int, c_void_p, c_ulong, *[c_void_p] * 7),
+    XSync=(c_int, c_void_p, c_int),
+)
+_declare(
+    _TEST,
+    XTestFakeMotionEvent=(c_int, c_void_p, c_int, c_int, c_int, c_ulong),
+    XTestFakeButtonEvent=(c_int, c_void_p, c_uint, c_int, c_ulong),
+)
+
+
+class _Client:
+    """A connection to the X server, to be used in a `with`."""
+
+    def __init__(self):
+        self._display = _LIB.XOpenDisplay(None)
+        if not self._display:
+            raise bus.Missing("no X server")
+        self._root = _LIB.XDefaultRootWindow(self._display)
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        _LIB.XCloseDisplay(self._display)
+
+    def _sync(self):
+        _LIB.XSync(self._display, False)
+
+
+class Mouse(_Client):
+    """The mouse; it has one button."""
+
+    def move(self, x, y):
+        _TEST.XTestFakeMotionEvent(self._display, -1, x, y, 0)
+        self._sync()
+
+    def hold(self):
+        _TEST.XTestFakeButtonEvent(self._display, 1, True, 0)
+        self._sync()
+
+    def release(self):
+        _TEST.XTestFakeButtonEvent(self._display, 1, False, 0)
+        # A window manager may hold events back while it looks at a press, and a release held back
+        # takes place wherever the mouse is by then.
+        bus.wait_until(lambda: not self._state() & _BUTTON_1, "the mouse button to be up")
+
+    def _state(self):
+        ignored, state = c_ulong(), c_uint()
+        _LIB.XQueryPointer(self._display, self._root, *[ctypes.byref(ignored)] * 6, ctypes.byref(state))
+        return state.value
+
+    def click(self, x, y, times=1):
+        self.move(x, y)
+        for _ in range(times):
+            self.hold()
+            self.release()
+
+
+class Drag(_Client):
+    """A drag from another program, as a file manager begins it: copy or move, moving preferred."""
+
+    def __init__(self, offers):
+        """`offers` are the contents to be dropped: {format: bytes}."""
+        super().__init__()
+        self._offers = {self._atom(name): data for name, data in offers.items()}
+        self._actions = {self._atom(name): name for name in ("XdndActionMove", "XdndActionCopy")}
+        self._target = None
+        self._window = _LIB.XCreateSimpleWindow(self._display, self._root, 0, 0, 1, 1, 0, 0, 0)
+        self._set_property(self._window, self._atom("XdndActionList"), _ATOM, list(self._actions))
+        _LIB.XSetSelectionOwner(self._display, self._atom("XdndSelection"), self._window, _CURRENT_TIME)
+        self._sync()
+
+    def over(self, x, y):
+        """Brings the drag to a place of the screen: the action the window there has it for, or None."""
+        target = self._aware_window(x, y)
+        if target != self._target:
+            self._target = target
+            self._send("XdndEnter", _XDND_VERSION << 24, *list(self._offers)[:3])
+        self._send("XdndPosition", 0, x << 16 | y, _CURRENT_TIME, self._atom("XdndActionMove"))
+        accepted, action = self._receive("XdndStatus")[1::3]
+        return self._actions[action] if accepted & 1 else None
+
+    def leave(self):
+        self._send("XdndLeave")
+
+    def drop(self):
+        """Lets go; returns once the target has let this program go, with the action it tells."""
+        self._send("XdndDrop", 0, _CURRENT_TIME)
+        done, action = self._receive("XdndFinished")[1:3]
+        return self._actions[action] if done & 1 else None
+
+    def _atom(self, name):
+        return _LIB.XInternAtom(self._display, name.encode(), False)
+
+    def _set_property(self, window, name, kind, value):
+        """The value is bytes or a list of atoms."""
+        is_bytes = isinstance(value, bytes)
+        items = (c_ubyte if is_bytes else c_long) * len(value)
+        _LIB.XChangeProperty(self._display, window, name, kind, 8 if is_bytes else 32, _PROP_REPLACE,
+                             items(*value), len(value))
+
+    def _properties(self, window):
+        count = c_int()
+        names = _LIB.XListProperties(self._display, window, ctypes.byref(count))
+        if not names:
+            return []
+        found = list((c_ulong * count.value).from_address(names))
+        _LIB.XFree(names)
+        return found
+
+    def _aware_window(self, x, y):
+        """The outermost window at that place that says that it takes drags."""
+        window, ignored = c_ulong(self._root), c_int()
+        while window.value:
+            if self._atom("XdndAware") in self._properties(window):
+                return window.value
+            _LIB.XTranslateCoordinates(self._display, self._root, window.value, x, y, ctypes.byref(ignored),
+                                       ctypes.byref(ignored), ctypes.byref(window))
+        raise bus.Missing("no window at %d,%d takes drags" % (x, y))
+
+    def _send(self, message, *data):
+        event = _Event(client=_ClientMessage(_CLIENT_MESSAGE, window=self._target, format=32,
+                                             message=self._atom(message)))
+        event.client.data[:] = [self._window, *data] + [0] * (4 - len(data))
+        _LIB.XSendEvent(self._display, self._target, False, 0, ctypes.byref(event))
+        self._sync()
+
+    def _receive(self, message):
+        """The data of the next such message; meanwhile the contents are handed out."""
+        event = _Event()
+        end = time.monotonic() + bus.DEADLINE
+        while True:
+            while _LIB.XPending(self._display):
+                _LIB.XNextEvent(self._display, ctypes.byref(event))
+                if event.type == _SELECTION_REQUEST:
+                    self._hand_out(event.request)
+                elif event.type == _CLIENT_MESSAGE and event.client.message == self._atom(message):
+                    return event.client.data[:]
+            if not select.select([_LIB.XConnectionNumber(self._display)], [], [], end - time.monotonic())[0]:
+                raise bus.Missing("waited in vain for " + message)
+
+    def _hand_out(self, request):
+        data = self._offers.get(request.target)
+        if data is not None:
+            self._set_property(request.requestor, request.property, request.target, data)
+        answer = _Event(notify=_SelectionNotify(
+            _SELECTION_NOTIFY, requestor=request.requestor, selection=request.selection,
+            target=request.target, property=request.property if data is not None else 0,
+            time=request.time))
+        _LIB.XSendEvent(self._display, request.requestor, False, 0, ctypes.byref(answer))
+        self._sync()
