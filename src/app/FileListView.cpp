@@ -108,7 +108,9 @@ void FileListView::mouseMoveEvent(QMouseEvent* event) {
         EndDragging(); // the release went to a box that opened meanwhile
     }
     if (!dragging_) {
-        QTreeView::mouseMoveEvent(event);
+        if (event->buttons() == Qt::NoButton) { // or the view would select along the way
+            QTreeView::mouseMoveEvent(event);
+        }
         return;
     }
     const QModelIndex under = indexAt(event->position().toPoint());

@@ -16,6 +16,7 @@ namespace vexmarrow {
 InputBox::InputBox(QWidget* owner, const QString& title, const QString& prompt,
                    const QString& suggestion)
     : QDialog(owner), answer_(new QLineEdit(this)) {
+    constexpr int kCharacters = 60; // a path is to fit
     setWindowTitle(title);
     setAccessibleName(title);
     setObjectName(QStringLiteral("InputBox"));
@@ -26,6 +27,7 @@ InputBox::InputBox(QWidget* owner, const QString& title, const QString& prompt,
     answer_->setMaxLength(std::numeric_limits<int>::max());
     answer_->setText(suggestion);
     answer_->selectAll();
+    answer_->setMinimumWidth(answer_->fontMetrics().averageCharWidth() * kCharacters);
     answer_->setAccessibleName(prompt.trimmed());
 
     auto* const buttons =
