@@ -240,7 +240,8 @@ void Form1::PushButton17_Click() {
 }
 
 void Form1::ListView1_DblClick() {
-    fileRemoval_.RemoveRow(static_cast<std::size_t>(files_->ListView1->currentIndex().row() + 1));
+    const int row = files_->ListView1->currentIndex().row();
+    fileRemoval_.RemoveRow(static_cast<std::size_t>(row) + 1);
 }
 
 void Form1::ListView1_Drop(const std::vector<std::u16string>& paths) {

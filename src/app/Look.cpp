@@ -81,8 +81,10 @@ private:
     }
 
     // A message handler is a plain function, which can reach nothing else.
+    // NOLINTBEGIN(cppcoreguidelines-avoid-non-const-global-variables)
     static inline bool heard = false;
     static inline QtMessageHandler previous = nullptr;
+    // NOLINTEND(cppcoreguidelines-avoid-non-const-global-variables)
 };
 
 } // namespace
