@@ -18,7 +18,7 @@ say() { printf '%s\n' "$*"; }
 
 packages_of() {
     case $1 in
-    build) echo g++ cmake ninja-build pkg-config qt6-base-dev libicu-dev fonts-liberation ;;
+    build) echo g++ cmake ninja-build pkg-config qt6-base-dev libicu-dev libxxhash-dev fonts-liberation ;;
     wayland) echo qt6-wayland ;;
     test) echo libgtest-dev libgmock-dev xvfb openbox dbus at-spi2-core python3 python3-pyatspi \
         libxtst6 scrot x11-utils wmctrl ;;

@@ -9,8 +9,10 @@
 #include "app/QtPrompts.h"
 #include "app/Strings.h"
 #include "base/Utf8.h"
+#include "journal/JournalFolders.h"
+#include "journal/JournaledWriter.h"
+#include "journal/Recovery.h"
 #include "textio/CodePage.h"
-#include "textio/InPlaceWriter.h"
 #include "textio/RFTSFSO.h"
 
 #include <QApplication>
@@ -19,6 +21,8 @@
 
 #include <csignal>
 #include <filesystem>
+#include <string>
+#include <vector>
 
 int main(int argc, char** argv) {
     using namespace vexmarrow;
@@ -35,14 +39,14 @@ int main(int argc, char** argv) {
     AnsiCodePage ansi(CodePageOfEnvironment());
     SystemCalls calls;
     RFTSFSO textio(calls, flags, ansi);
-    InPlaceWriter writer(calls);
+    const std::vector<std::string> journals = JournalFoldersOfUser();
+    JournaledWriter writer(calls, journals);
     QtEventLoop eventLoop;
     QtPrompts prompts(eventLoop);
     QtPickers pickers(eventLoop);
     QtFileManager fileManager;
     IniSettingsStore settings;
-    const std::filesystem::path programFolder =
-        std::filesystem::read_symlink("/proc/self/exe").parent_path();
+    const auto programFolder = std::filesystem::read_symlink("/proc/self/exe").parent_path();
     const QString desktop = QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
 
     Form1 form1({textio, writer, ansi, prompts, pickers, settings, fileManager, eventLoop,
@@ -50,6 +54,7 @@ int main(int argc, char** argv) {
     prompts.SetOwner(&form1);
     pickers.SetOwner(&form1);
     form1.Form_Load();
+    Recovery(calls, journals, prompts).Run();
     form1.show();
     return QApplication::exec();
 }

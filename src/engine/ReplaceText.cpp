@@ -25,36 +25,90 @@ struct Lines {
     int write = 4;
 };
 
-/// A failed statement whose report is due for every piece or line of text.
+/// A failed statement whose report is still due.
 struct Refusal {
     int line = 0;
     std::u16string description;
 };
 
-/// Writes the pieces as one file; what went wrong, if anything did.
-std::optional<Refusal> WriteAll(const std::vector<std::u16string>& pieces,
-                                const std::u16string& inputPath, const OutputLocation& location,
-                                const Lines& lines, TextResult result) {
-    int line = lines.outputPath;
-    try {
-        const std::u16string path = OutputPath(inputPath, location);
-        line = lines.write;
-        std::int32_t n = 0;
-        for (const std::u16string& piece : pieces) {
-            result.WriteTextFile(piece, path, ++n);
-        }
-        result.Commit();
-        return std::nullopt;
-    } catch (const Failure& failure) {
-        return Refusal{line, failure.Description()};
-    } catch (const std::bad_alloc&) {
-        return Refusal{line, std::u16string(kOutOfMemory)};
+/// The result of one file, piece by piece or line by line. After a failure it only counts: the
+/// report is due for every one of them.
+class Output {
+public:
+    Output(const RFTSFSO& textio, FileWriter& writer, const InputFile& input,
+           const OutputLocation& location, const Lines& lines)
+        : result_(textio, writer, SourceFile{input.Path(), input.Status()}), lines_(lines) {
+        Try(lines.outputPath, [&] { path_ = OutputPath(input.Path(), location); });
     }
-}
 
-void ReportRefusal(Trap& trap, const std::optional<Refusal>& refusal) {
-    if (refusal) {
-        trap.Report(refusal->line, refusal->description);
+    void Write(std::u16string_view text) {
+        // 1 starts the file, any higher number goes on; a file may have more lines than numbers.
+        const std::int32_t writeMode = count_++ == 0 ? 1 : 2;
+        Try(lines_.write, [&] { result_.WriteTextFile(text, path_, writeMode); });
+    }
+    void Commit() {
+        Try(lines_.write, [&] { result_.Commit(); });
+    }
+
+    std::uint64_t Count() const { return count_; }
+    const std::optional<Refusal>& Refused() const { return refusal_; }
+
+private:
+    template <typename Statement>
+    void Try(int line, Statement&& statement) {
+        if (refusal_) {
+            return;
+        }
+        if (std::optional<std::u16string> failure = FailureOf(std::forward<Statement>(statement))) {
+            refusal_ = Refusal{line, std::move(*failure)};
+            result_.Drop();
+        }
+    }
+
+    TextResult result_;
+    Lines lines_;
+    std::u16string path_;
+    std::uint64_t count_ = 0;
+    std::optional<Refusal> refusal_;
+};
+
+/// Reads a file to its end, changes each piece or line and writes the result. What goes wrong
+/// before the result is complete ends the work, nothing being written; otherwise `eachReport` is
+/// called for every piece or line, and the report of a failed write shown after it.
+template <typename Reader, typename Change, typename EachReport>
+void WriteChanged(Trap& trap, Reader reader, const RFTSFSO& textio, FileWriter& writer,
+                  const OutputLocation& location, const Lines& lines, const Change& change,
+                  const EachReport& eachReport) {
+    std::optional<Refusal> broken;
+    std::optional<Refusal> refused;
+    std::uint64_t count = 0;
+    {
+        // No box may open in here: the result holds the lock of its file.
+        Output output(textio, writer, reader.File(), location, lines);
+        int line = kRead;
+        const std::optional<std::u16string> failure = FailureOf([&] {
+            for (std::u16string text; line = kRead, reader.Next(text);) {
+                line = lines.replace;
+                change(text);
+                output.Write(text);
+            }
+            output.Commit();
+        });
+        if (failure) {
+            broken = Refusal{line, *failure};
+        }
+        refused = output.Refused();
+        count = output.Count();
+    }
+    if (broken) {
+        trap.Report(broken->line, broken->description);
+        return;
+    }
+    for (; count > 0; --count) {
+        eachReport();
+        if (refused) {
+            trap.Report(refused->line, refused->description);
+        }
     }
 }
 
@@ -86,22 +140,18 @@ Pairing Pair(std::span<const Text> find, std::span<const Text> replace) {
     return pairing;
 }
 
-/// Steps shared by both whole-text routines, once the pieces are read.
-void ReplaceInPieces(Trap& trap, std::vector<std::u16string>& pieces, Pairing pairing,
-                     const std::u16string& path, const OutputLocation& location, const Lines& lines,
-                     TextResult result) {
+/// Steps shared by both whole-text routines, once the file is open.
+void ReplaceInPieces(Trap& trap, TextPieces pieces, Pairing pairing, const RFTSFSO& textio,
+                     FileWriter& writer, const OutputLocation& location, const Lines& lines) {
     const Cascade cascade(std::move(pairing.pairs));
-    for (std::u16string& piece : pieces) {
-        cascade.Apply(piece);
-    }
-    const std::optional<Refusal> refusal =
-        WriteAll(pieces, path, location, lines, std::move(result));
-    for (std::size_t piece = 0; piece < pieces.size(); ++piece) {
-        for (const std::u16string& sentence : pairing.partnerless) {
-            trap.Report(lines.replace, sentence);
-        }
-        ReportRefusal(trap, refusal);
-    }
+    WriteChanged(
+        trap, std::move(pieces), textio, writer, location, lines,
+        [&](std::u16string& piece) { cascade.Apply(piece); },
+        [&] {
+            for (const std::u16string& sentence : pairing.partnerless) {
+                trap.Report(lines.replace, sentence);
+            }
+        });
 }
 
 /// The two sides of a line; the value ends at the second colon and the rest is lost.
@@ -126,8 +176,8 @@ void ReplaceText::ReplaceTextInFile(const std::u16string& path, std::u16string_v
                                     std::u16string_view replace, const OutputLocation& location,
                                     std::int32_t /*index*/) {
     Trap trap(prompts_, u"ReplaceText.ReplaceTextInFile");
-    std::vector<std::u16string> pieces;
-    if (!trap.Do(kRead, [&] { pieces = textio_.ReadChunksByStream(path); })) {
+    std::optional<TextPieces> pieces;
+    if (!trap.Do(kRead, [&] { pieces.emplace(textio_.ReadChunksByStream(path)); })) {
         return;
     }
     std::vector<std::u16string_view> findLines;
@@ -142,8 +192,9 @@ void ReplaceText::ReplaceTextInFile(const std::u16string& path, std::u16string_v
     });
     const Lines lines{.replace = 4, .outputPath = 5, .write = 6};
     trap.Do(lines.replace, [&] {
-        ReplaceInPieces(trap, pieces, Pair<std::u16string_view>(findLines, replaceLines), path,
-                        location, lines, TextResult(textio_, writer_));
+        ReplaceInPieces(trap, std::move(*pieces),
+                        Pair<std::u16string_view>(findLines, replaceLines), textio_, writer_,
+                        location, lines);
     });
 }
 
@@ -152,14 +203,14 @@ void ReplaceText::ReplaceTextInFileCombo(const std::u16string& path,
                                          std::span<const std::u16string> replaceList,
                                          const OutputLocation& location, std::int32_t /*index*/) {
     Trap trap(prompts_, u"ReplaceText.ReplaceTextInFileCombo");
-    std::vector<std::u16string> pieces;
-    if (!trap.Do(kRead, [&] { pieces = textio_.ReadTextChunks(path); })) {
+    std::optional<TextPieces> pieces;
+    if (!trap.Do(kRead, [&] { pieces.emplace(textio_.ReadTextChunks(path)); })) {
         return;
     }
     const Lines lines;
     trap.Do(lines.replace, [&] {
-        ReplaceInPieces(trap, pieces, Pair<std::u16string>(findList, replaceList), path, location,
-                        lines, TextResult(textio_, writer_));
+        ReplaceInPieces(trap, std::move(*pieces), Pair<std::u16string>(findList, replaceList),
+                        textio_, writer_, location, lines);
     });
 }
 
@@ -179,29 +230,31 @@ void ReplaceText::ReplaceTextInFileDataOnly(const std::u16string& path, std::u16
                    location);
 }
 
+void ReplaceText::Settle() noexcept {
+    writer_.Settle();
+}
+
 void ReplaceText::ReplaceInLines(std::u16string_view routine, Side side, const std::u16string& path,
                                  std::u16string_view find, std::u16string_view replace,
                                  const OutputLocation& location) {
     Trap trap(prompts_, routine);
-    std::vector<std::u16string> text;
-    if (!trap.Do(kRead, [&] { text = textio_.ReadTextLines(path); })) {
+    std::optional<TextLines> text;
+    if (!trap.Do(kRead, [&] { text.emplace(textio_.OpenTextLines(path)); })) {
         return;
     }
     const Lines numbers;
     trap.Do(numbers.replace, [&] {
         const Cascade pair({{std::u16string(find), std::u16string(replace)}});
-        for (std::u16string& line : text) {
-            if (std::optional<Sides> sides = SidesOf(line)) {
-                pair.Apply(side == Side::Field ? sides->field : sides->data);
-                line = Concat(sides->field, u":", sides->data);
-            }
-            line += kCrLf;
-        }
-        const std::optional<Refusal> refusal =
-            WriteAll(text, path, location, numbers, TextResult(textio_, writer_));
-        for (std::size_t line = 0; line < text.size(); ++line) {
-            ReportRefusal(trap, refusal);
-        }
+        WriteChanged(
+            trap, std::move(*text), textio_, writer_, location, numbers,
+            [&](std::u16string& line) {
+                if (std::optional<Sides> sides = SidesOf(line)) {
+                    pair.Apply(side == Side::Field ? sides->field : sides->data);
+                    line = Concat(sides->field, u":", sides->data);
+                }
+                line += kCrLf;
+            },
+            [] {});
     });
 }
 

@@ -54,6 +54,9 @@ public:
                                    std::u16string_view replace, const OutputLocation& location,
                                    std::int32_t index);
 
+    /// To be called when the last file is done: gives back what was kept at hand for the next.
+    void Settle() noexcept;
+
 private:
     enum class Side { Field, Data };
     void ReplaceInLines(std::u16string_view routine, Side side, const std::u16string& path,

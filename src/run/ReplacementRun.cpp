@@ -25,20 +25,24 @@ constexpr int kSetsTab = 1;
 /// Marks the run as in progress until it is left, by whatever way.
 class ReplacementRun::InProgress {
 public:
-    explicit InProgress(bool& flag) : flag_(flag) { flag = true; }
-    ~InProgress() { flag_ = false; }
+    InProgress(bool& flag, ReplaceText& engine) : flag_(flag), engine_(engine) { flag = true; }
+    ~InProgress() {
+        engine_.Settle();
+        flag_ = false;
+    }
     InProgress(const InProgress&) = delete;
     InProgress& operator=(const InProgress&) = delete;
 
 private:
     bool& flag_;
+    ReplaceText& engine_;
 };
 
 void ReplacementRun::Start() {
     if (inProgress_) {
         return;
     }
-    const InProgress mark(inProgress_);
+    const InProgress mark(inProgress_, engine_);
     Trap trap(prompts_, u"Form1.PushButton1_Click");
     bool complete = false;
     trap.Do(1, [&] { complete = InputIsComplete(); });

@@ -73,6 +73,7 @@ void SetOperations::SaveSets() {
         }
     }
     trap.Do(3, [&] { WriteSets(path, sets_.FindTexts(), sets_.ReplaceTexts()); });
+    writer_.Settle();
 }
 
 void SetOperations::WriteSets(std::u16string_view path, std::span<const std::u16string> findTexts,

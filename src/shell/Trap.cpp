@@ -15,16 +15,16 @@ std::u16string ErrorReportText(std::u16string_view description, std::u16string_v
                   u"Please email screenshot of this message to support@vexmarrow.example");
 }
 
+std::u16string UnforeseenDescription(const std::exception& error) {
+    return TextFromUtf8(error.what());
+}
+
 Trap::Trap(Prompts& prompts, std::u16string_view routine, std::u16string_view origin)
     : prompts_(prompts), location_(Concat(origin, routine, u" ")) {}
 
 void Trap::Report(int line, std::u16string_view description) {
     prompts_.ShowMessage(ErrorReportText(description, location_, line), BoxStyle::Exclamation,
                          u"Application Error");
-}
-
-void Trap::ReportUnforeseen(int line, const std::exception& error) {
-    Report(line, TextFromUtf8(error.what()));
 }
 
 } // namespace vexmarrow

@@ -7,6 +7,7 @@
 
 #include <exception>
 #include <new>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -21,6 +22,25 @@ inline constexpr std::u16string_view kOutOfMemory = u"Out of memory.";
 /// The text by which a user tells support what failed and where. `location` ends in a blank.
 std::u16string ErrorReportText(std::u16string_view description, std::u16string_view location,
                                int line);
+
+/// Description of a failure that is none of the kinds that the program foresees.
+std::u16string UnforeseenDescription(const std::exception& error);
+
+/// Runs a statement; the description of its failure, or nothing when it succeeded. ProgramEnded
+/// passes through.
+template <typename Statement>
+std::optional<std::u16string> FailureOf(Statement&& statement) {
+    try {
+        std::forward<Statement>(statement)();
+        return std::nullopt;
+    } catch (const Failure& failure) {
+        return failure.Description();
+    } catch (const std::bad_alloc&) {
+        return std::u16string(kOutOfMemory);
+    } catch (const std::exception& error) {
+        return UnforeseenDescription(error);
+    }
+}
 
 /// Report and carry on: the way in which every routine that answers to the user meets failures.
 ///
@@ -38,25 +58,17 @@ public:
     /// Runs a statement; returns whether it succeeded.
     template <typename Statement>
     bool Do(int line, Statement&& statement) {
-        try {
-            std::forward<Statement>(statement)();
-            return true;
-        } catch (const Failure& failure) {
-            Report(line, failure.Description());
-        } catch (const std::bad_alloc&) {
-            Report(line, kOutOfMemory);
-        } catch (const std::exception& error) {
-            ReportUnforeseen(line, error);
+        const std::optional<std::u16string> failure = FailureOf(std::forward<Statement>(statement));
+        if (failure) {
+            Report(line, *failure);
         }
-        return false;
+        return !failure;
     }
 
     /// Shows the error report for a failure of statement `line`.
     void Report(int line, std::u16string_view description);
 
 private:
-    void ReportUnforeseen(int line, const std::exception& error);
-
     Prompts& prompts_;
     std::u16string location_;
 };

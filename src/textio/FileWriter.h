@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "textio/FileStatus.h"
+
 #include <memory>
 #include <string>
 #include <string_view>
@@ -12,13 +14,22 @@ namespace vexmarrow {
 /// Whether a result takes the place of what its file holds, or is written after it.
 enum class WriteStart { Replace, Append };
 
+/// The file that a result was made from, as it was when its reading began.
+struct SourceFile {
+    std::u16string_view path;
+    FileStatus status;
+};
+
 /// A result on its way into a file. Nothing of the file changes before Commit; dropping the object
-/// without Commit leaves everything as it was.
+/// without Commit leaves everything as it was. Only one is under way at a time.
 class PendingFile {
 public:
+    PendingFile() = default;
     virtual ~PendingFile() = default;
+    PendingFile(const PendingFile&) = delete;
+    PendingFile& operator=(const PendingFile&) = delete;
 
-    /// Adds bytes at the end of the result.
+    /// Adds bytes at the end of the result. Throws Failure; the result cannot be committed then.
     virtual void Append(std::string_view bytes) = 0;
 
     /// Brings the result into the file, or creates it. To be called once. Throws Failure, with
@@ -29,10 +40,19 @@ public:
 /// The one way in which the program writes users' files.
 class FileWriter {
 public:
+    FileWriter() = default;
     virtual ~FileWriter() = default;
+    FileWriter(const FileWriter&) = delete;
+    FileWriter& operator=(const FileWriter&) = delete;
 
-    /// Begins a result for the file of that path. Throws Failure.
-    virtual std::unique_ptr<PendingFile> Begin(std::u16string_view path, WriteStart start) = 0;
+    /// Begins a result for the file of that path. `source` is what it is made from, if that is a
+    /// file: where the result takes its place, it must still be what was read. Throws Failure.
+    virtual std::unique_ptr<PendingFile> Begin(std::u16string_view path, WriteStart start,
+                                               const SourceFile* source = nullptr) = 0;
+
+    /// Gives back what was kept at hand for the next file. To be called when a piece of work is
+    /// over; never fails.
+    virtual void Settle() noexcept = 0;
 };
 
 } // namespace vexmarrow

@@ -6,12 +6,18 @@
 #include "base/Failure.h"
 #include "base/Utf8.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <fcntl.h>
-#include <utility>
+#include <limits>
+#include <new>
 
 namespace vexmarrow {
 namespace {
+
+/// Large enough that the calls cost nothing beside the copying, small enough for the cache.
+constexpr std::size_t kBlock = 256 * 1024;
 
 /// O_NONBLOCK: opening a pipe must not wait for its other end. It means nothing to regular files.
 int OpenForReading(SystemCalls& calls, std::u16string_view path) {
@@ -22,65 +28,92 @@ int OpenForReading(SystemCalls& calls, std::u16string_view path) {
 
 InputFile::InputFile(SystemCalls& calls, std::u16string_view path)
     : calls_(calls), path_(path), descriptor_(calls, OpenForReading(calls, path)) {
-    if (descriptor_.Number() < 0) {
+    if (!descriptor_.IsOpen() || calls_.Status(descriptor_.Number(), status_) != 0) {
         throw FileFailure(u"Could not open the file", path_, errno);
     }
-    struct stat status {};
-    if (calls_.Status(descriptor_.Number(), status) != 0) {
-        throw FileFailure(u"Could not open the file", path_, errno);
-    }
-    if (!S_ISREG(status.st_mode)) {
+    if (!status_.IsRegular()) {
         throw FileFailure(u"Could not open the file", path_,
-                          S_ISDIR(status.st_mode) ? u"It is a folder"
-                                                  : u"It is not a regular file");
+                          status_.IsFolder() ? u"It is a folder" : u"It is not a regular file");
     }
-    size_ = static_cast<std::uint64_t>(status.st_size);
 }
 
-std::string InputFile::Read(std::size_t count) {
-    std::string bytes(count, '\0');
-    std::size_t done = 0;
-    while (done < count) {
-        const ssize_t got = calls_.Read(descriptor_.Number(), bytes.data() + done, count - done);
-        if (got < 0 && errno == EINTR) {
-            continue;
-        }
-        if (got < 0) {
-            throw FileFailure(u"Could not read the file", path_, errno);
-        }
-        if (got == 0) {
-            break;
-        }
-        done += static_cast<std::size_t>(got);
+std::string_view InputFile::Peek(std::size_t least) {
+    while (end_ - begin_ < least && !atEnd_) {
+        MakeRoom(least);
+        ReadOn();
     }
-    position_ += done;
-    bytes.resize(done);
-    return bytes;
+    return {buffer_.get() + begin_, end_ - begin_};
 }
 
-std::string InputFile::ReadRest() {
-    // One byte more than the size tells that the end is reached without a second look. Files that
-    // grow meanwhile, and those that do not tell their size, take further rounds.
-    constexpr std::uint64_t kLeast = 4096;
-    std::string bytes;
-    for (;;) {
-        const std::uint64_t left = size_ > position_ ? size_ - position_ + 1 : kLeast;
-        std::string part = Read(static_cast<std::size_t>(left));
-        const bool atEnd = part.size() < left;
-        if (bytes.empty()) {
-            bytes = std::move(part); // the usual case, which copies nothing
-        } else {
-            bytes += part;
+std::string_view InputFile::PeekAll() {
+    std::size_t least = kBlock;
+    while (!atEnd_) {
+        const std::uint64_t left = status_.size > position_ ? status_.size - position_ : 0;
+        least = std::max<std::uint64_t>(end_ - begin_ + left + 1, least);
+        Peek(least);
+        least *= 2; // a file that grows, or does not tell its size
+    }
+    return Peek(0);
+}
+
+/// Makes room behind what is at hand, so that `least` bytes fit in all.
+void InputFile::MakeRoom(std::size_t least) {
+    if (capacity_ - begin_ < least || end_ == capacity_) {
+        if (begin_ < end_ && begin_ > 0) {
+            std::memmove(buffer_.get(), buffer_.get() + begin_, end_ - begin_);
         }
-        if (atEnd) {
-            return bytes;
+        end_ -= begin_;
+        begin_ = 0;
+    }
+    // One byte more than the file has shows its end without a further call.
+    const std::uint64_t left = status_.size > position_ ? status_.size - position_ : 0;
+    const std::uint64_t useful =
+        std::max<std::uint64_t>(least, std::min<std::uint64_t>(end_ + left + 1, kBlock));
+    if (capacity_ >= useful && end_ < capacity_) {
+        return;
+    }
+    const std::size_t wanted = std::max<std::uint64_t>(useful, end_ + 1);
+    // realloc moves pages instead of copying them, and does not fill with zeros.
+    auto* const grown =
+        static_cast<char*>(std::realloc(buffer_.get(), wanted)); // NOLINT(*-no-malloc)
+    if (grown == nullptr) {
+        throw std::bad_alloc();
+    }
+    static_cast<void>(buffer_.release());
+    buffer_.reset(grown);
+    capacity_ = wanted;
+}
+
+void InputFile::ReadOn() {
+    const std::size_t room = capacity_ - end_;
+    const ssize_t got = calls_.Read(descriptor_.Number(), buffer_.get() + end_, room);
+    if (got < 0) {
+        if (errno == EINTR) {
+            return;
         }
+        throw FileFailure(u"Could not read the file", path_, errno);
+    }
+    const auto count = static_cast<std::size_t>(got);
+    end_ += count;
+    position_ += count;
+    // Files that tell their size end there; of the others only an empty answer shows the end.
+    atEnd_ = count == 0 || (count < room && position_ == status_.size);
+}
+
+void InputFile::CheckUnchanged() {
+    FileStatus now;
+    if (calls_.Status(descriptor_.Number(), now) != 0) {
+        throw FileFailure(u"Could not read the file", path_, errno);
+    }
+    if (!now.SameContentsAs(status_) || (now.links == 0 && status_.links > 0)) {
+        throw FileFailure(u"Could not read the file", path_,
+                          u"Another program has changed or removed it meanwhile");
     }
 }
 
 std::optional<std::uint64_t> InputFile::SizeOf(SystemCalls& calls, std::u16string_view path) {
     try {
-        return InputFile(calls, path).size_;
+        return InputFile(calls, path).status_.size;
     } catch (const Failure&) {
         return std::nullopt;
     }

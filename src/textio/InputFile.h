@@ -5,34 +5,62 @@
 
 #include "textio/SystemCalls.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <cstdlib>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
 namespace vexmarrow {
 
-/// A regular file opened for reading. Pipes, sockets, devices and folders are refused without
-/// waiting for anything. All failures are thrown as Failure, with path and reason.
+/// A regular file on its way in, from front to end. Pipes, sockets, devices and folders are
+/// refused without waiting for anything. All failures are thrown as Failure, with path and reason.
 class InputFile {
 public:
     InputFile(SystemCalls& calls, std::u16string_view path);
 
-    /// Reads on: up to `count` bytes, fewer only at the end of the file.
-    std::string Read(std::size_t count);
+    /// The bytes that come next: at least `least`, fewer only when the file ends before that; more
+    /// when they are at hand already. Valid until the next call of Peek.
+    std::string_view Peek(std::size_t least);
 
-    /// Reads on to the end of the file.
-    std::string ReadRest();
+    /// All the bytes that are left. Valid until the next call of Peek.
+    std::string_view PeekAll();
+
+    /// Moves on over bytes that Peek has shown.
+    void Skip(std::size_t count) { begin_ += count; }
+
+    /// Throws when the file is not as it was when it was opened: another program has written into
+    /// it, has cut it or removed it, and what was read may be a mixture. For the end of reading.
+    void CheckUnchanged();
+
+    /// The file as it was when it was opened.
+    const FileStatus& Status() const { return status_; }
+    const std::u16string& Path() const { return path_; }
 
     /// The size in bytes of the file of that path by opening it; nothing when it cannot be opened.
     static std::optional<std::uint64_t> SizeOf(SystemCalls& calls, std::u16string_view path);
 
 private:
+    struct Free {
+        void operator()(char* bytes) const { std::free(bytes); } // NOLINT(*-no-malloc)
+    };
+    void MakeRoom(std::size_t least);
+    void ReadOn();
+
     SystemCalls& calls_;
     std::u16string path_;
     Descriptor descriptor_;
-    std::uint64_t size_ = 0;
-    std::uint64_t position_ = 0;
+    FileStatus status_;
+    std::uint64_t position_ = 0; // of the descriptor
+    bool atEnd_ = false;
+
+    // Bytes that are read and not skipped yet lie from begin_ to end_.
+    std::unique_ptr<char, Free> buffer_;
+    std::size_t capacity_ = 0;
+    std::size_t begin_ = 0;
+    std::size_t end_ = 0;
 };
 
 } // namespace vexmarrow

@@ -3,7 +3,8 @@
 
 #pragma once
 
-#include <cstddef>
+#include "textio/TextStreams.h"
+
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,7 +12,6 @@
 namespace vexmarrow {
 
 class AnsiCodePage;
-class InputFile;
 class SystemCalls;
 
 /// What the last look at a file's first bytes has found. Process-wide: made once and handed to
@@ -21,18 +21,10 @@ struct EncodingFlags {
     bool IsUnicode = false; ///< it began with a UTF-16 or UTF-32 mark: text streams are UTF-16
 };
 
-/// Characters in a piece of text: no replacement ever works on more at once.
-inline constexpr std::size_t kPieceSize = 65536;
-
-/// Splits text at every CR LF; a lone CR or LF stays inside its line. A text that ends in CR LF
-/// has an empty last line, and an empty text is one empty line.
-std::vector<std::u16string> SplitTextLines(std::u16string_view text);
-
 /// The one reader of text files. Every stream takes its character format from the flags: UTF-16
-/// little-endian (whatever the mark was) when IsUnicode is set, else the ANSI code page. An empty
-/// file reads as one empty line or piece. Failures are thrown as Failure; the flags then tell how
-/// far the detection came: IsUtf8 is cleared when it begins, IsUnicode is set once it has
-/// succeeded, even when reading fails after that.
+/// little-endian (whatever the mark was) when IsUnicode is set, else the ANSI code page. Failures
+/// are thrown as Failure; the flags then tell how far the detection came: IsUtf8 is cleared when
+/// it begins, IsUnicode is set once it has succeeded, even when reading fails after that.
 class RFTSFSO {
 public:
     RFTSFSO(SystemCalls& calls, EncodingFlags& flags, const AnsiCodePage& ansi)
@@ -41,26 +33,26 @@ public:
     /// Looks for a mark. Sets IsUtf8; returns whether there is a UTF-16 or UTF-32 mark.
     bool DetectTextEncoding(std::u16string_view path);
 
-    /// Detects the encoding and reads the file as lines, without their line ends. UTF-8 is split
-    /// by SplitTextLines; in a text stream CR LF, LF and CR each end a line, and one at the end of
-    /// the file makes no further line.
+    /// Detects the encoding and reads the file as lines, one after another.
+    TextLines OpenTextLines(std::u16string_view path);
+
+    /// The same, all lines at once.
     std::vector<std::u16string> ReadTextLines(std::u16string_view path);
 
-    /// Detects the encoding and reads the file as pieces; UTF-8 is one piece of any size.
-    std::vector<std::u16string> ReadTextChunks(std::u16string_view path);
+    /// Detects the encoding and reads the file as pieces.
+    TextPieces ReadTextChunks(std::u16string_view path);
 
     /// Reads the file as pieces of kPieceSize characters, the last one shorter, without a
     /// detection: the flags stand as some earlier one has left them.
-    std::vector<std::u16string> ReadChunksByStream(std::u16string_view path);
+    TextPieces ReadChunksByStream(std::u16string_view path);
 
     const EncodingFlags& Flags() const { return flags_; }
     const AnsiCodePage& Ansi() const { return ansi_; }
 
 private:
-    InputFile BeginDetection(std::u16string_view path);
-    bool Detect(InputFile& file, std::string& firstBytes);
-    std::string ReadDetected(std::u16string_view path);
-    std::u16string StreamText(std::string_view bytes) const;
+    bool Detect(InputFile& file);
+    InputFile OpenDetected(std::u16string_view path);
+    TextFormat DetectedFormat() const;
 
     SystemCalls& calls_;
     EncodingFlags& flags_;

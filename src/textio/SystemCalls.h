@@ -3,47 +3,70 @@
 
 #pragma once
 
+#include "textio/FileStatus.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
-#include <sys/stat.h>
 #include <sys/types.h>
 
 namespace vexmarrow {
 
 /// The system calls by which contents of files are read and written, each as the system has it:
-/// the result and errno. Virtual so that a test can make any one of them fail; nothing else in the
-/// program opens a file for its contents.
+/// the result (-1 for a failure) and errno. Virtual so that a test can make any one of them fail
+/// or stop the program there; nothing else in the program opens a file for its contents.
 class SystemCalls {
 public:
     virtual ~SystemCalls() = default;
 
     virtual int Open(const std::string& path, int flags, mode_t mode);
-    virtual int Status(int descriptor, struct stat& status);
+    virtual int Status(int descriptor, FileStatus& status);
+    /// Of what has that name: of a link itself, not of what it leads to.
+    virtual int StatusOfName(const std::string& path, FileStatus& status);
     virtual ssize_t Read(int descriptor, void* bytes, std::size_t count);
-    virtual ssize_t WriteAt(int descriptor, const void* bytes, std::size_t count, off_t offset);
-    virtual int Truncate(int descriptor, off_t size);
+    virtual ssize_t ReadAt(int descriptor, void* bytes, std::size_t count, std::uint64_t offset);
+    virtual ssize_t WriteAt(int descriptor, const void* bytes, std::size_t count,
+                            std::uint64_t offset);
+    virtual int Truncate(int descriptor, std::uint64_t size);
+    virtual int SetMode(int descriptor, mode_t mode);
+    /// Takes the lock of the whole file (flock) without waiting: EWOULDBLOCK when another has it.
+    virtual int Lock(int descriptor);
     virtual int Close(int descriptor);
     virtual int Unlink(const std::string& path);
+    /// Gives a file without a name (O_TMPFILE) one that nothing has yet.
+    virtual int NameFile(int descriptor, const std::string& path);
+    /// Renames a file to a name that nothing has yet: EEXIST otherwise.
+    virtual int RenameToNew(const std::string& from, const std::string& to);
+    virtual int MakeFolder(const std::string& path, mode_t mode);
 };
 
 /// An open file, closed without a look at the result when it goes out of scope (enough for one
 /// that was read).
 class Descriptor {
 public:
-    Descriptor(SystemCalls& calls, int number) : calls_(&calls), number_(number) {}
-    ~Descriptor() {
-        if (number_ >= 0) {
-            calls_->Close(number_);
-        }
+    explicit Descriptor(SystemCalls& calls, int number = -1) : calls_(&calls), number_(number) {}
+    ~Descriptor() { Close(); }
+    Descriptor(Descriptor&& other) noexcept : calls_(other.calls_), number_(other.number_) {
+        other.number_ = -1;
+    }
+    Descriptor& operator=(Descriptor&& other) noexcept {
+        Close();
+        calls_ = other.calls_;
+        number_ = other.number_;
+        other.number_ = -1;
+        return *this;
     }
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
 
     int Number() const { return number_; }
+    bool IsOpen() const { return number_ >= 0; }
 
-    /// Closes now; returns the system's answer.
+    /// Closes now, if it is open; returns the system's answer.
     int Close() {
+        if (number_ < 0) {
+            return 0;
+        }
         const int number = number_;
         number_ = -1;
         return calls_->Close(number);

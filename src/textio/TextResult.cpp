@@ -7,8 +7,6 @@
 #include "textio/FileTests.h"
 #include "textio/RFTSFSO.h"
 
-#include <string>
-
 namespace vexmarrow {
 namespace {
 
@@ -25,20 +23,21 @@ void AppendUtf16(std::u16string_view text, std::string& bytes) {
 void TextResult::WriteTextFile(std::u16string_view text, std::u16string_view path,
                                std::int32_t WriteMode) {
     const bool unicode = textio_.Flags().IsUnicode;
-    std::string bytes;
+    bytes_.clear();
     if (WriteMode <= 1 || !file_) {
         const WriteStart start = WriteMode <= 1 ? WriteStart::Replace : WriteStart::Append;
-        file_ = writer_.Begin(path, start);
+        file_.reset(); // only one result is under way at a time
+        file_ = writer_.Begin(path, start, source_ ? &*source_ : nullptr);
         if (unicode && (start == WriteStart::Replace || !IsExistingFile(path))) {
-            AppendUtf16(u"\uFEFF", bytes);
+            AppendUtf16(u"\uFEFF", bytes_);
         }
     }
     if (unicode) {
-        AppendUtf16(text, bytes);
+        AppendUtf16(text, bytes_);
     } else {
-        textio_.Ansi().Page().Encode(text, bytes);
+        textio_.Ansi().Page().Encode(text, bytes_);
     }
-    file_->Append(bytes);
+    file_->Append(bytes_);
 }
 
 void TextResult::Commit() {

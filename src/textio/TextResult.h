@@ -7,6 +7,8 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <string>
 #include <string_view>
 
 namespace vexmarrow {
@@ -17,8 +19,10 @@ class RFTSFSO;
 /// if each were written to the file at once, and reach it together in Commit.
 class TextResult {
 public:
-    /// Text is encoded as the flags and code page of `textio` stand at each write.
-    TextResult(const RFTSFSO& textio, FileWriter& writer) : textio_(textio), writer_(writer) {}
+    /// Text is encoded as the flags and code page of `textio` stand at each write. `source` is the
+    /// file that the result is made from, if it is made from one.
+    TextResult(const RFTSFSO& textio, FileWriter& writer, std::optional<SourceFile> source = {})
+        : textio_(textio), writer_(writer), source_(source) {}
 
     /// Adds `text`, with nothing after it, to the file of that path. A WriteMode of 1 or less
     /// starts the file afresh; 2 or more goes on, after what the file holds when this is the
@@ -26,12 +30,17 @@ public:
     /// Failure.
     void WriteTextFile(std::u16string_view text, std::u16string_view path, std::int32_t WriteMode);
 
+    /// Gives up what was handed over: the file stays as it was.
+    void Drop() { file_.reset(); }
+
     /// Writes the file. Throws Failure. Does nothing when nothing was handed over.
     void Commit();
 
 private:
     const RFTSFSO& textio_;
     FileWriter& writer_;
+    std::optional<SourceFile> source_;
+    std::string bytes_; // of one write, kept for the next
     std::unique_ptr<PendingFile> file_;
 };
 

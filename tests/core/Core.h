@@ -5,11 +5,11 @@
 
 #include "base/Failure.h"
 #include "engine/ReplaceText.h"
+#include "journal/JournaledWriter.h"
 #include "support/Doubles.h"
 #include "support/Faults.h"
 #include "support/TestFolder.h"
 #include "textio/CodePage.h"
-#include "textio/InPlaceWriter.h"
 #include "textio/RFTSFSO.h"
 
 #include <gmock/gmock.h>
@@ -34,7 +34,8 @@ struct Core : testing::Test {
     EncodingFlags flags;
     AnsiCodePage ansi{u"windows-1252"};
     RFTSFSO textio{calls, flags, ansi};
-    InPlaceWriter writer{calls};
+    TestFolder state; ///< of the program: its journals
+    JournaledWriter writer{calls, {state.Native("first"), state.Native("second")}};
     ScriptedPrompts prompts;
     ReplaceText engine{textio, writer, prompts};
 };

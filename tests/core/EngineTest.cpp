@@ -82,6 +82,7 @@ TEST_F(EngineTest, WhatBecomesOfAFile) {
         EXPECT_EQ(Replace(row.routine, "f", row.find, row.replace), Strings{});
         EXPECT_EQ(folder.Read("f"), row.output);
     }
+    engine.Settle();
     EXPECT_EQ(calls.openFiles, 0);
 }
 

@@ -3,13 +3,162 @@
 
 #include "support/Faults.h"
 
+#include <algorithm>
+#include <cerrno>
 #include <cstdlib>
+#include <fcntl.h>
+#include <stdexcept>
 #include <sys/syscall.h>
+#include <sys/wait.h>
 #include <sys/xattr.h>
 #include <system_error>
 #include <unistd.h>
 
 namespace vexmarrow::test {
+namespace {
+
+constexpr int kKilled = 77; // status of a process that has killed itself
+
+} // namespace
+
+bool FaultySystemCalls::Fails(Kind kind, std::size_t* count) {
+    if (beforeCall) {
+        beforeCall(kind);
+    }
+    ++allCalls;
+    if (count != nullptr) {
+        *count = std::min(*count, mostAtOnce);
+    }
+    if (allCalls == eventCall_) {
+        const bool takesRoom = kind == kWriteAt || kind == kMakeFolder || kind == kName;
+        if (event_ == Event::Kill || (event_ == Event::KillHalf && count == nullptr)) {
+            ::_exit(kKilled);
+        }
+        if (event_ == Event::Fail || (event_ == Event::Full && takesRoom)) {
+            errno = event_ == Event::Fail ? EIO : ENOSPC;
+            ++calls[kind];
+            return true;
+        }
+        if (count != nullptr && event_ == Event::KillHalf) {
+            *count = (*count + 1) / 2;
+            killAfter_ = true;
+        } else if (count != nullptr && event_ == Event::Short) {
+            *count = std::min<std::size_t>(*count, 1);
+        }
+    }
+    const auto fault = faults_.find({kind, ++calls[kind]});
+    errno = fault == faults_.end() ? errno : fault->second;
+    return fault != faults_.end();
+}
+
+ssize_t FaultySystemCalls::AfterBytes(ssize_t answer) const {
+    if (killAfter_) {
+        ::_exit(kKilled);
+    }
+    return answer;
+}
+
+int FaultySystemCalls::Open(const std::string& path, int flags, mode_t mode) {
+    if (Fails(kOpen)) {
+        return -1;
+    }
+    if (const auto error = openErrors.find(path); error != openErrors.end()) {
+        errno = error->second;
+        return -1;
+    }
+    for (const auto& [folder, error] : folderErrors) {
+        if (path.starts_with(folder)) {
+            errno = error;
+            return -1;
+        }
+    }
+    if (lacksNamelessFiles && (flags & O_TMPFILE) == O_TMPFILE) {
+        errno = EOPNOTSUPP;
+        return -1;
+    }
+    const int descriptor = SystemCalls::Open(path, flags, mode);
+    openFiles += descriptor >= 0 ? 1 : 0;
+    return descriptor;
+}
+
+int FaultySystemCalls::Status(int descriptor, FileStatus& status) {
+    return Fails(kStatus) ? -1 : SystemCalls::Status(descriptor, status);
+}
+
+int FaultySystemCalls::StatusOfName(const std::string& path, FileStatus& status) {
+    return Fails(kStatus) ? -1 : SystemCalls::StatusOfName(path, status);
+}
+
+ssize_t FaultySystemCalls::Read(int descriptor, void* bytes, std::size_t count) {
+    return AfterBytes(Fails(kRead, &count) ? -1 : SystemCalls::Read(descriptor, bytes, count));
+}
+
+ssize_t FaultySystemCalls::ReadAt(int descriptor, void* bytes, std::size_t count,
+                                  std::uint64_t offset) {
+    return AfterBytes(Fails(kRead, &count) ? -1
+                                           : SystemCalls::ReadAt(descriptor, bytes, count, offset));
+}
+
+ssize_t FaultySystemCalls::WriteAt(int descriptor, const void* bytes, std::size_t count,
+                                   std::uint64_t offset) {
+    return AfterBytes(
+        Fails(kWriteAt, &count) ? -1 : SystemCalls::WriteAt(descriptor, bytes, count, offset));
+}
+
+int FaultySystemCalls::Truncate(int descriptor, std::uint64_t size) {
+    return Fails(kTruncate) ? -1 : SystemCalls::Truncate(descriptor, size);
+}
+
+int FaultySystemCalls::SetMode(int descriptor, mode_t mode) {
+    return Fails(kSetMode) ? -1 : SystemCalls::SetMode(descriptor, mode);
+}
+
+int FaultySystemCalls::Lock(int descriptor) {
+    return Fails(kLock) ? -1 : SystemCalls::Lock(descriptor);
+}
+
+int FaultySystemCalls::Close(int descriptor) {
+    --openFiles; // a close that fails has closed the file all the same
+    const bool fails = Fails(kClose);
+    const int error = errno;
+    const int answer = SystemCalls::Close(descriptor);
+    errno = fails ? error : errno;
+    return fails ? -1 : answer;
+}
+
+int FaultySystemCalls::Unlink(const std::string& path) {
+    return Fails(kUnlink) ? -1 : SystemCalls::Unlink(path);
+}
+
+int FaultySystemCalls::NameFile(int descriptor, const std::string& path) {
+    return Fails(kName) ? -1 : SystemCalls::NameFile(descriptor, path);
+}
+
+int FaultySystemCalls::RenameToNew(const std::string& from, const std::string& to) {
+    return Fails(kName) ? -1 : SystemCalls::RenameToNew(from, to);
+}
+
+int FaultySystemCalls::MakeFolder(const std::string& path, mode_t mode) {
+    return Fails(kMakeFolder) ? -1 : SystemCalls::MakeFolder(path, mode);
+}
+
+bool InChildProcess(const std::function<void()>& work) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        try {
+            work();
+            ::_exit(0);
+        } catch (...) {
+            ::_exit(1);
+        }
+    }
+    int status = 0;
+    if (child < 0 || ::waitpid(child, &status, 0) != child || !WIFEXITED(status) ||
+        (WEXITSTATUS(status) != 0 && WEXITSTATUS(status) != kKilled)) {
+        throw std::runtime_error("a child process ended with status " + std::to_string(status));
+    }
+    return WEXITSTATUS(status) == 0;
+}
 
 Unprivileged::Unprivileged() : changed_(::geteuid() == 0) {
     constexpr uid_t kNobody = 65534;

@@ -5,61 +5,87 @@
 
 #include "textio/SystemCalls.h"
 
-#include <algorithm>
-#include <cerrno>
 #include <cstddef>
+#include <functional>
 #include <map>
 #include <string>
 #include <utility>
 
 namespace vexmarrow::test {
 
-/// The real system calls, of which chosen ones fail.
+/// The real system calls, of which chosen ones fail, do half of their work, or are the last ones
+/// that the program makes.
 class FaultySystemCalls final : public SystemCalls {
 public:
-    enum Kind { kOpen, kStatus, kRead, kWriteAt, kTruncate, kClose };
+    enum Kind {
+        kOpen,
+        kStatus,
+        kRead, // ReadAt is one of these as well
+        kWriteAt,
+        kTruncate,
+        kSetMode,
+        kLock,
+        kClose,
+        kUnlink,
+        kName, // NameFile, RenameToNew
+        kMakeFolder
+    };
 
     /// Makes the n-th call of a kind (from 1, counted from the beginning) fail with an errno.
     void FailAt(Kind kind, int n, int error) { faults_[{kind, n}] = error; }
 
+    /// What happens at the n-th call of whatever kind (from 1). Killing is the end of the process,
+    /// so it is for one that InChildProcess has begun.
+    enum class Event {
+        Kill,     ///< the process is killed before it
+        KillHalf, ///< it is killed when half of the bytes are read or written
+        Fail,     ///< it fails with EIO
+        Full,     ///< it fails for want of room, if it is a call that can
+        Short,    ///< it reads or writes one byte at most
+    };
+    void AtCall(int n, Event event) {
+        eventCall_ = n;
+        event_ = event;
+    }
+
     std::size_t mostAtOnce = static_cast<std::size_t>(-1); ///< bytes of one read or write
     std::map<Kind, int> calls;                             ///< so many were made
-    int openFiles = 0;                                     ///< opened and not closed again
+    int allCalls = 0;
+    int openFiles = 0;                       ///< opened and not closed again
+    bool lacksNamelessFiles = false;         ///< as old and simple file systems
+    std::function<void(Kind)> beforeCall;    ///< what other programs do meanwhile
+    std::map<std::string, int> openErrors;   ///< what opening a file of that path fails with
+    std::map<std::string, int> folderErrors; ///< the same for all below a folder
 
-    int Open(const std::string& path, int flags, mode_t mode) override {
-        const int descriptor = Fails(kOpen) ? -1 : SystemCalls::Open(path, flags, mode);
-        openFiles += descriptor >= 0 ? 1 : 0;
-        return descriptor;
-    }
-    int Status(int descriptor, struct stat& status) override {
-        return Fails(kStatus) ? -1 : SystemCalls::Status(descriptor, status);
-    }
-    ssize_t Read(int descriptor, void* bytes, std::size_t count) override {
-        count = std::min(count, mostAtOnce);
-        return Fails(kRead) ? -1 : SystemCalls::Read(descriptor, bytes, count);
-    }
-    ssize_t WriteAt(int descriptor, const void* bytes, std::size_t count, off_t offset) override {
-        count = std::min(count, mostAtOnce);
-        return Fails(kWriteAt) ? -1 : SystemCalls::WriteAt(descriptor, bytes, count, offset);
-    }
-    int Truncate(int descriptor, off_t size) override {
-        return Fails(kTruncate) ? -1 : SystemCalls::Truncate(descriptor, size);
-    }
-    int Close(int descriptor) override {
-        --openFiles; // a close that fails has closed the file all the same
-        const int answer = SystemCalls::Close(descriptor);
-        return Fails(kClose) ? -1 : answer;
-    }
+    int Open(const std::string& path, int flags, mode_t mode) override;
+    int Status(int descriptor, FileStatus& status) override;
+    int StatusOfName(const std::string& path, FileStatus& status) override;
+    ssize_t Read(int descriptor, void* bytes, std::size_t count) override;
+    ssize_t ReadAt(int descriptor, void* bytes, std::size_t count, std::uint64_t offset) override;
+    ssize_t WriteAt(int descriptor, const void* bytes, std::size_t count,
+                    std::uint64_t offset) override;
+    int Truncate(int descriptor, std::uint64_t size) override;
+    int SetMode(int descriptor, mode_t mode) override;
+    int Lock(int descriptor) override;
+    int Close(int descriptor) override;
+    int Unlink(const std::string& path) override;
+    int NameFile(int descriptor, const std::string& path) override;
+    int RenameToNew(const std::string& from, const std::string& to) override;
+    int MakeFolder(const std::string& path, mode_t mode) override;
 
 private:
-    bool Fails(Kind kind) {
-        const auto fault = faults_.find({kind, ++calls[kind]});
-        errno = fault == faults_.end() ? errno : fault->second;
-        return fault != faults_.end();
-    }
+    bool Fails(Kind kind, std::size_t* count = nullptr);
+    ssize_t AfterBytes(ssize_t answer) const;
 
     std::map<std::pair<Kind, int>, int> faults_;
+    int eventCall_ = 0;
+    Event event_ = Event::Kill;
+    bool killAfter_ = false;
 };
+
+/// Runs something in a process of its own; true when it came to its end, false when it was killed
+/// by FaultySystemCalls. Throws when it ended in any other way.
+bool InChildProcess(const std::function<void()>& work);
 
 /// While it lives, a process of the superuser, for whom no permission counts, is somebody else.
 class Unprivileged {

@@ -5,10 +5,11 @@
 
 #include "app/Form1.h"
 #include "app/QtEventLoop.h"
+#include "journal/JournaledWriter.h"
 #include "support/Doubles.h"
 #include "support/Faults.h"
+#include "support/TestFolder.h"
 #include "textio/CodePage.h"
-#include "textio/InPlaceWriter.h"
 #include "textio/RFTSFSO.h"
 
 #include <QComboBox>
@@ -56,7 +57,8 @@ public:
     AnsiCodePage ansi{u"windows-1252"};
     FaultySystemCalls calls;
     RFTSFSO textio{calls, flags, ansi};
-    InPlaceWriter writer{calls};
+    TestFolder state; ///< of the program: its journals
+    JournaledWriter writer{calls, {state.Native("journals")}};
     ScriptedPrompts prompts;
     ScriptedPickers pickers;
     MemorySettings settings;

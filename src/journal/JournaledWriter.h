@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "journal/Journal.h"
+#include "textio/FileWriter.h"
+#include "textio/SystemCalls.h"
+
+#include <string>
+#include <vector>
+
+namespace vexmarrow {
+
+/// Writes users' files so that each holds all of its old bytes or all of its new ones whatever
+/// happens to the program, or is completed by Recovery at the next start. Existing files are
+/// written in place behind a journal, so that their owner, mode, links and attributes stay; new
+/// ones get their name when they are complete.
+class JournaledWriter final : public FileWriter {
+public:
+    /// Journals go into the first of the folders that takes them.
+    JournaledWriter(SystemCalls& calls, std::vector<std::string> journalFolders)
+        : calls_(calls), journal_(calls, std::move(journalFolders)) {}
+
+    std::unique_ptr<PendingFile> Begin(std::u16string_view path, WriteStart start,
+                                       const SourceFile* source) override;
+    void Settle() noexcept override { journal_.Settle(); }
+
+private:
+    void RefuseRetired(std::u16string_view path, const FileStatus& file) const;
+
+    SystemCalls& calls_;
+    Journal journal_;
+    std::vector<FileStatus> retired_; ///< files that wait for recovery
+};
+
+} // namespace vexmarrow

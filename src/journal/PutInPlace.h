@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "textio/FileStatus.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace vexmarrow {
+
+class SystemCalls;
+
+/// Opens an existing file for writing, without changing it, and takes its lock. Returns the
+/// descriptor, or -1; `error` is then the errno of the failure (EWOULDBLOCK when another program
+/// has the lock; EPERM when its set-id bits would be lost by writing). Files that are not regular
+/// are opened at most, never waited for; the caller looks at `status`.
+int OpenInPlace(SystemCalls& calls, const std::string& path, FileStatus& status, int& error);
+
+/// Bytes that lie somewhere and are read when they are needed.
+class ByteSource {
+public:
+    virtual ~ByteSource() = default;
+
+    /// Shows up to `most` bytes from `offset` on, at least one. Returns 0 or the errno of the
+    /// failure. Takes no memory.
+    virtual int Show(std::uint64_t offset, std::size_t most, std::string_view& bytes) = 0;
+};
+
+/// How far new bytes have come into an old file.
+enum class InPlaceState {
+    Complete,  ///< the file is as it is to be
+    Untouched, ///< it holds all of its old bytes
+    Mixed,     ///< some old bytes are overwritten
+};
+
+struct InPlaceResult {
+    InPlaceState state = InPlaceState::Complete;
+    int error = 0; ///< errno, unless complete
+};
+
+/// Where new bytes go in an open file.
+struct InPlaceJob {
+    int descriptor = -1;
+    FileStatus old;         ///< the file as it is
+    std::uint64_t base = 0; ///< not past its end
+    std::uint64_t size = 0; ///< of the new bytes; the file ends after them
+};
+
+/// Gives an open file the set-id bits that `mode` has. Returns 0 or the errno of the failure.
+int RestoreSetIdBits(SystemCalls& calls, int descriptor, mode_t mode);
+
+/// Brings new bytes into an existing file. What lies past its old end comes first: that needs room
+/// on the disk, and when there is none the file is cut back to what it was. Then the rest, the cut
+/// and the set-id bits, which writing takes away. Takes no memory and throws nothing, so that it
+/// cannot be left in the middle for any reason but a failure of the file.
+InPlaceResult PutInPlace(SystemCalls& calls, const InPlaceJob& job, ByteSource& source) noexcept;
+
+} // namespace vexmarrow

@@ -1,0 +1,73 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "journal/Replacement.h"
+
+#include "base/Failure.h"
+#include "base/Text.h"
+#include "base/Utf8.h"
+
+#include <cerrno>
+#include <chrono>
+#include <filesystem>
+#include <system_error>
+
+namespace vexmarrow {
+
+std::string FullPath(const std::string& path) {
+    if (path.starts_with('/')) {
+        return path;
+    }
+    std::error_code error;
+    const std::filesystem::path folder = std::filesystem::current_path(error);
+    return error ? path : (folder / path).native();
+}
+
+std::int64_t Now() {
+    using namespace std::chrono;
+    return duration_cast<nanoseconds>(system_clock::now().time_since_epoch()).count();
+}
+
+Replacement::Replacement(SystemCalls& calls, Journal& journal, std::vector<FileStatus>& retired,
+                         std::u16string_view path, Descriptor target, const FileStatus& status,
+                         WriteStart start)
+    : calls_(calls), journal_(journal), retired_(retired), path_(path), target_(std::move(target)) {
+    job_.descriptor = target_.Number();
+    job_.old = status;
+    job_.base = start == WriteStart::Append ? status.size : 0;
+    JournalRecord record;
+    record.path = FullPath(NativeName(path));
+    record.target = status;
+    record.begun = Now();
+    record.base = job_.base;
+    journal_.Begin(std::move(record));
+}
+
+void Replacement::Commit() {
+    retired_.reserve(retired_.size() + 1); // nothing may fail for want of memory further down
+    journal_.Seal();
+    job_.size = journal_.PayloadSize();
+    InPlaceResult result = PutInPlace(calls_, job_, journal_.Payload());
+    // A file system on a network tells of a full disk only now. A signal has closed it all the
+    // same.
+    if (target_.Close() != 0 && errno != EINTR && result.state == InPlaceState::Complete) {
+        result = {InPlaceState::Mixed, errno};
+    }
+    if (result.state != InPlaceState::Mixed) {
+        journal_.Done();
+    } else {
+        journal_.Retire();
+        retired_.push_back(job_.old);
+    }
+    if (result.state == InPlaceState::Untouched) {
+        throw FileFailure(kCouldNotWrite, path_, result.error);
+    }
+    if (result.state == InPlaceState::Mixed) {
+        const std::string reason = std::generic_category().message(result.error);
+        throw FileFailure(kCouldNotWrite, path_,
+                          Concat(u"it is written in part (", TextFromUtf8(reason),
+                                 u"), and will be completed at the next start of the program"));
+    }
+}
+
+} // namespace vexmarrow

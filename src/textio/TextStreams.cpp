@@ -1,0 +1,179 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "textio/TextStreams.h"
+
+#include "base/Text.h"
+#include "base/Utf8.h"
+#include "textio/CodePage.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace vexmarrow {
+namespace {
+
+constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+constexpr std::string_view kUtf16Mark = "\xFF\xFE";
+
+/// How much of a file a search for the end of a line looks at first.
+constexpr std::size_t kFirstLook = 4096;
+
+std::size_t BytesPerCharacter(TextFormat format) {
+    return format == TextFormat::Utf16 ? 2 : 1;
+}
+
+void SkipMark(InputFile& file, TextFormat format) {
+    const std::string_view mark = format == TextFormat::Utf8    ? kUtf8Mark
+                                  : format == TextFormat::Utf16 ? kUtf16Mark
+                                                                : std::string_view();
+    if (file.Peek(mark.size()).starts_with(mark)) {
+        file.Skip(mark.size());
+    }
+}
+
+/// Takes bytes for UTF-16 with the low byte first, whatever they are: a lone last byte is a unit
+/// with a high byte of zero, and surrogates need no partner.
+void DecodeUtf16(std::string_view bytes, std::u16string& text) {
+    text.resize((bytes.size() + 1) / 2);
+    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
+        text[i / 2] = static_cast<char16_t>(static_cast<unsigned char>(bytes[i]) |
+                                            static_cast<unsigned char>(bytes[i + 1]) << 8U);
+    }
+    if (bytes.size() % 2 != 0) {
+        text.back() = static_cast<unsigned char>(bytes.back());
+    }
+}
+
+void DecodeStream(std::string_view bytes, TextFormat format, const CodePage& page,
+                  std::u16string& text) {
+    text.clear();
+    if (format == TextFormat::Utf16) {
+        DecodeUtf16(bytes, text);
+    } else {
+        page.Decode(bytes, text);
+    }
+}
+
+/// The character that begins at byte `at`.
+char16_t CharacterAt(std::string_view bytes, std::size_t at, TextFormat format) {
+    auto character = static_cast<char16_t>(static_cast<unsigned char>(bytes[at]));
+    if (format == TextFormat::Utf16 && at + 1 < bytes.size()) {
+        character =
+            static_cast<char16_t>(character | static_cast<unsigned char>(bytes[at + 1]) << 8U);
+    }
+    return character;
+}
+
+/// Where the first CR or LF from `from` on begins; the number of bytes when there is none. Every
+/// code page has both where ASCII has them.
+std::size_t FindLineEnd(std::string_view bytes, std::size_t from, TextFormat format) {
+    if (format == TextFormat::Ansi) {
+        return std::min(bytes.find_first_of("\r\n", from), bytes.size());
+    }
+    for (; from < bytes.size(); from += 2) {
+        const char16_t character = CharacterAt(bytes, from, format);
+        if (character == u'\r' || character == u'\n') {
+            return from;
+        }
+    }
+    return bytes.size();
+}
+
+} // namespace
+
+std::vector<std::u16string> SplitTextLines(std::u16string_view text) {
+    const std::vector<std::u16string_view> parts = Split(text, kCrLf);
+    if (parts.empty()) {
+        return std::vector<std::u16string>(1);
+    }
+    return {parts.begin(), parts.end()};
+}
+
+TextPieces::TextPieces(InputFile file, TextFormat format, const CodePage& page)
+    : file_(std::move(file)), format_(format), page_(page) {
+    SkipMark(file_, format_);
+}
+
+bool TextPieces::Next(std::u16string& piece) {
+    const std::size_t most = kPieceSize * BytesPerCharacter(format_);
+    const std::string_view bytes =
+        format_ == TextFormat::Utf8 ? file_.PeekAll() : file_.Peek(most).substr(0, most);
+    if (bytes.empty() && begun_) {
+        file_.CheckUnchanged();
+        return false;
+    }
+    begun_ = true;
+    if (format_ == TextFormat::Utf8) {
+        piece = TextFromUtf8(bytes);
+    } else {
+        DecodeStream(bytes, format_, page_, piece);
+    }
+    file_.Skip(bytes.size());
+    return true;
+}
+
+TextLines::TextLines(InputFile file, TextFormat format, const CodePage& page)
+    : file_(std::move(file)), format_(format), page_(page) {
+    SkipMark(file_, format_);
+}
+
+bool TextLines::Next(std::u16string& line) {
+    const bool found = format_ == TextFormat::Utf8 ? NextOfUtf8(line) : NextOfStream(line);
+    if (!found) {
+        file_.CheckUnchanged();
+    }
+    begun_ = true;
+    return found;
+}
+
+bool TextLines::NextOfStream(std::u16string& line) {
+    const std::size_t width = BytesPerCharacter(format_);
+    std::size_t wanted = kFirstLook;
+    std::string_view bytes;
+    const auto look = [&] {
+        bytes = file_.Peek(wanted);
+        if (bytes.size() >= wanted) { // what is not the end must not cut a character in two
+            bytes.remove_suffix(bytes.size() % width);
+        }
+    };
+    look();
+    std::size_t end = FindLineEnd(bytes, 0, format_);
+    while (end == bytes.size() && bytes.size() >= wanted) {
+        const std::size_t seen = bytes.size();
+        wanted = seen * 2;
+        look();
+        end = FindLineEnd(bytes, seen, format_);
+    }
+    if (bytes.empty() && begun_) {
+        return false;
+    }
+    std::size_t next = end;
+    if (end < bytes.size()) {
+        next = std::min(end + width, bytes.size());
+        if (CharacterAt(bytes, end, format_) == u'\r') {
+            bytes = file_.Peek(next + width);
+            if (next < bytes.size() && CharacterAt(bytes, next, format_) == u'\n') {
+                next = std::min(next + width, bytes.size());
+            }
+        }
+    }
+    DecodeStream(bytes.substr(0, end), format_, page_, line);
+    file_.Skip(next);
+    return true;
+}
+
+bool TextLines::NextOfUtf8(std::u16string& line) {
+    if (!begun_) {
+        const std::string_view bytes = file_.PeekAll();
+        lines_ = SplitTextLines(TextFromUtf8(bytes));
+        file_.Skip(bytes.size());
+    }
+    if (next_ == lines_.size()) {
+        return false;
+    }
+    line = std::move(lines_[next_++]);
+    return true;
+}
+
+} // namespace vexmarrow

@@ -1,0 +1,78 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "textio/InputFile.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vexmarrow {
+
+class CodePage;
+
+/// Characters in a piece of text: no replacement ever works on more at once.
+inline constexpr std::size_t kPieceSize = 65536;
+
+/// How the bytes of a file stand for characters.
+enum class TextFormat {
+    Ansi,  ///< the code page
+    Utf16, ///< low byte first, after a mark of two bytes or without one
+    Utf8,  ///< after a mark of three bytes
+};
+
+/// Splits text at every CR LF; a lone CR or LF stays inside its line. A text that ends in CR LF
+/// has an empty last line, and an empty text is one empty line.
+std::vector<std::u16string> SplitTextLines(std::u16string_view text);
+
+/// A text file on its way in, piece by piece. UTF-8 is one piece of any size; of the other formats
+/// each piece but the last has kPieceSize characters. An empty file is one empty piece. All
+/// failures are thrown as Failure.
+class TextPieces {
+public:
+    TextPieces(InputFile file, TextFormat format, const CodePage& page);
+
+    /// Puts the next piece into `piece`. False after the last one, once it is certain that the
+    /// file was not changed while it was read.
+    bool Next(std::u16string& piece);
+
+    /// The file that is read.
+    const InputFile& File() const { return file_; }
+
+private:
+    InputFile file_;
+    TextFormat format_;
+    const CodePage& page_;
+    bool begun_ = false;
+};
+
+/// A text file on its way in, line by line, without the line ends. UTF-8 is divided by
+/// SplitTextLines; in the other formats CR LF, LF and CR each end a line, and one at the end of the
+/// file makes no further line. An empty file is one empty line. All failures are thrown as Failure.
+class TextLines {
+public:
+    TextLines(InputFile file, TextFormat format, const CodePage& page);
+
+    /// Puts the next line into `line`. False after the last one, once it is certain that the file
+    /// was not changed while it was read.
+    bool Next(std::u16string& line);
+
+    /// The file that is read.
+    const InputFile& File() const { return file_; }
+
+private:
+    bool NextOfStream(std::u16string& line);
+    bool NextOfUtf8(std::u16string& line);
+
+    InputFile file_;
+    TextFormat format_;
+    const CodePage& page_;
+    bool begun_ = false;
+    std::vector<std::u16string> lines_; // all of them, when it is UTF-8
+    std::size_t next_ = 0;              // of those
+};
+
+} // namespace vexmarrow
