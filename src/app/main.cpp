@@ -21,8 +21,6 @@
 
 #include <csignal>
 #include <filesystem>
-#include <string>
-#include <vector>
 
 int main(int argc, char** argv) {
     using namespace vexmarrow;
@@ -39,7 +37,7 @@ int main(int argc, char** argv) {
     AnsiCodePage ansi(CodePageOfEnvironment());
     SystemCalls calls;
     RFTSFSO textio(calls, flags, ansi);
-    const std::vector<std::string> journals = JournalFoldersOfUser();
+    const auto journals = JournalFoldersOfUser();
     JournaledWriter writer(calls, journals);
     QtEventLoop eventLoop;
     QtPrompts prompts(eventLoop);
