@@ -22,6 +22,8 @@ public:
     /// Throws Failure when no file can be made there.
     Creation(SystemCalls& calls, Journal& journal, std::u16string_view path);
     ~Creation() override;
+    Creation(const Creation&) = delete;
+    Creation& operator=(const Creation&) = delete;
 
     void Append(std::string_view bytes) override;
     void Commit() override;

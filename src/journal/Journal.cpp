@@ -19,7 +19,7 @@ namespace vexmarrow {
 namespace {
 
 /// Payloads up to this size reach the disk together with their header, in one call.
-constexpr std::size_t kMostInMemory = 1024 * 1024;
+constexpr std::size_t kMostInMemory = std::size_t{1024} * 1024;
 
 /// A buffer that had to be larger than this, in bytes, is not kept for the next file.
 constexpr std::size_t kMostToKeep = 4 * kMostInMemory;

@@ -29,7 +29,7 @@ std::string FolderOfVariable(const char* name) {
 }
 
 std::string HomeFolder() {
-    const std::string home = FolderOfVariable("HOME");
+    std::string home = FolderOfVariable("HOME");
     if (!home.empty()) {
         return home;
     }

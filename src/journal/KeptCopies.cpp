@@ -90,7 +90,7 @@ std::string KeepCopy(SystemCalls& calls, const std::vector<std::string>& journal
             error = PrepareFolder(calls, folder);
         }
         if (error == 0) {
-            const std::string path = folder + "/" + NewName(kind, name);
+            std::string path = folder + "/" + NewName(kind, name);
             error = CopyTo(calls, path, source, size);
             if (error == 0) {
                 return path;

@@ -59,7 +59,8 @@ bool CanKeepSetIdBits(const FileStatus& status) {
     if (status.owner != ::geteuid()) {
         return false;
     }
-    return (status.mode & S_ISGID) == 0 || ::group_member(status.group) != 0;
+    return (status.mode & S_ISGID) == 0 || status.group == ::getegid() ||
+           ::group_member(status.group) != 0;
 }
 
 } // namespace

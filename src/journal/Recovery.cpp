@@ -115,7 +115,8 @@ std::vector<Recovery::Found> Recovery::FindPending() {
         }
         for (const std::string& name : names) {
             if (IsJournalName(name)) {
-                if (auto journal = JournalFile::TakeOver(calls_, folder + "/" + name)) {
+                if (auto journal = JournalFile::TakeOver(
+                        calls_, std::string(folder).append("/").append(name))) {
                     LookAt(std::move(*journal), pending);
                 }
             }

@@ -35,7 +35,7 @@ private:
     std::vector<Found> FindPending();
     void LookAt(JournalFile journal, std::vector<Found>& pending);
     void Settle(Found& found);
-    bool PayloadIsWhole(Found& found);
+    static bool PayloadIsWhole(Found& found);
     bool HasPayloadAlready(Found& found, const Descriptor& file, const FileStatus& status);
     bool UserWants(const JournalRecord& record, const FileStatus& status);
     void Complete(Found& found, const Descriptor& present, const FileStatus& status);

@@ -14,7 +14,7 @@ class SystemCalls;
 // Reading and writing that goes on until all is done: a system call may do less than it was asked.
 
 /// Bytes that are copied at once from file to file.
-inline constexpr std::size_t kCopyBlock = 256 * 1024;
+inline constexpr std::size_t kCopyBlock = std::size_t{256} * 1024;
 
 /// Writes all of `bytes` at `offset`. Returns 0, or the errno of the failure; `written` is then
 /// how many bytes were written before it.

@@ -17,7 +17,7 @@ namespace vexmarrow {
 namespace {
 
 /// Large enough that the calls cost nothing beside the copying, small enough for the cache.
-constexpr std::size_t kBlock = 256 * 1024;
+constexpr std::size_t kBlock = std::size_t{256} * 1024;
 
 /// O_NONBLOCK: opening a pipe must not wait for its other end. It means nothing to regular files.
 int OpenForReading(SystemCalls& calls, std::u16string_view path) {

@@ -83,7 +83,7 @@ struct Safety : testing::Test {
     /// What is in a folder of the state folder, by the beginning of the names.
     Strings Kept(const std::string& subfolder, const std::string& part = {}) const {
         Strings names;
-        if (state.Exists(subfolder)) {
+        if (std::filesystem::is_directory(state.Native(subfolder))) {
             for (const std::string& name : state.Names(subfolder)) {
                 if (name != "kept" && name.find(part) != std::string::npos) {
                     names.push_back(subfolder + "/" + name);

@@ -47,8 +47,14 @@ bool FaultySystemCalls::Fails(Kind kind, std::size_t* count) {
         }
     }
     const auto fault = faults_.find({kind, ++calls[kind]});
-    errno = fault == faults_.end() ? errno : fault->second;
-    return fault != faults_.end();
+    if (fault == faults_.end()) {
+        return false;
+    }
+    if (fault->second == kKill) {
+        ::_exit(kKilled);
+    }
+    errno = fault->second;
+    return true;
 }
 
 ssize_t FaultySystemCalls::AfterBytes(ssize_t answer) const {

@@ -34,6 +34,9 @@ public:
     /// Makes the n-th call of a kind (from 1, counted from the beginning) fail with an errno.
     void FailAt(Kind kind, int n, int error) { faults_[{kind, n}] = error; }
 
+    /// Makes it the end of the process, as AtCall does with Event::Kill.
+    void KillAt(Kind kind, int n) { faults_[{kind, n}] = kKill; }
+
     /// What happens at the n-th call of whatever kind (from 1). Killing is the end of the process,
     /// so it is for one that InChildProcess has begun.
     enum class Event {
@@ -77,6 +80,7 @@ private:
     bool Fails(Kind kind, std::size_t* count = nullptr);
     ssize_t AfterBytes(ssize_t answer) const;
 
+    static constexpr int kKill = -1;
     std::map<std::pair<Kind, int>, int> faults_;
     int eventCall_ = 0;
     Event event_ = Event::Kill;
