@@ -212,15 +212,17 @@ bool Recovery::HasPayloadAlready(Found& found, const Descriptor& file, const Fil
 
 bool Recovery::UserWants(const JournalRecord& record, const FileStatus& status) {
     return prompts_.ShowMessage(
-               Concat(u"The program was ended while it was writing this file, which may hold old "
-                      u"and new text now:\r\n\r\n",
-                      TextFromNativeName(record.path), u"\r\n\r\nThe writing began: ",
-                      LocalTime(record.begun), u"\r\nThe file was last changed: ",
-                      LocalTime(status.modified),
-                      u"\r\n\r\nComplete the file now? What it holds at present is copied before "
-                      u"that; if you answer No, the file stays as it is and its new text is kept "
-                      u"beside it. The copies go to this folder:\r\n",
-                      TextFromNativeName(KeptFolder(folders_.front()))),
+               Concat(
+                   u"The program was ended while it was writing this file, which may hold old "
+                   u"and new text now:\r\n\r\n",
+                   TextFromNativeName(record.path), u"\r\n\r\nThe writing began: ",
+                   LocalTime(record.begun), u"\r\nThe file was last changed: ",
+                   LocalTime(status.modified),
+                   u"\r\n\r\nComplete the file now?\r\n\r\nYes: the file gets its new text; a copy "
+                   u"of "
+                   u"what it holds at present is kept.\r\nNo: the file stays as it is; a copy of "
+                   u"its new text is kept.\r\n\r\nThe copy goes into this folder:\r\n",
+                   TextFromNativeName(KeptFolder(folders_.front()))),
                BoxStyle::Question) == Answer::Yes;
 }
 

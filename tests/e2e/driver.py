@@ -82,12 +82,15 @@ class Box(Controls):
 class Program(Controls):
     """One run of the program, from its start to its end."""
 
-    def __init__(self, executable):
+    def __init__(self, executable, meet=None):
+        """`meet` is called with this before the main window is waited for: boxes may come first."""
         self.log = tempfile.TemporaryFile(mode="w+", encoding="utf-8", errors="replace")
         self.process = subprocess.Popen([executable], stdin=subprocess.DEVNULL,
                                         stdout=self.log, stderr=subprocess.STDOUT)
         try:
             self.application = wait_until(self._appear, "the program on the accessibility bus")
+            if meet:
+                meet(self)
             super().__init__(wait_until(lambda: self._top_level(WINDOW, ("frame", "window")), "the main window"))
         except BaseException:
             self.kill()
@@ -190,6 +193,14 @@ class Program(Controls):
         self.wait_closed(box)
         return text
 
+    def answer_before_window(self, button):
+        """Answers whatever is asked before the main window shows."""
+        def asked():
+            return not self._top_level(WINDOW, ("frame", "window")) and self._top_level(TITLE, ("alert", "dialog"))
+
+        while wait_until(lambda: asked() or self._top_level(WINDOW, ("frame", "window")), "a window") and asked():
+            self.answer(button=button)
+
     def confirm(self, text, picture=None):
         """Answers a message box with OK and insists on what it said."""
         said = self.answer(picture=picture)
@@ -264,7 +275,10 @@ class Program(Controls):
 
     def press_close(self):
         """Has the window manager close the main window, as its own button in the title bar does."""
-        tool("wmctrl", "-F", "-c", WINDOW)
+        def close():  # fails for as long as the window manager has not taken note of the window
+            return subprocess.run(["wmctrl", "-F", "-c", WINDOW], check=False, timeout=bus.DEADLINE).returncode == 0
+
+        wait_until(close, "the window manager to close the main window")
 
     def wait_end(self):
         """The program's exit status, once it has ended."""

@@ -56,9 +56,9 @@ class WindowTest(unittest.TestCase):
         return path
 
     @contextlib.contextmanager
-    def program(self, to_be_closed=True, executable=PROGRAM):
+    def program(self, to_be_closed=True, executable=PROGRAM, meet=None):
         """The running program; at the end its window is closed, and its exit status must be 0."""
-        program = driver.Program(executable)
+        program = driver.Program(executable, meet)
         try:
             yield program
             if to_be_closed:
