@@ -37,7 +37,10 @@ class Output {
 public:
     Output(const RFTSFSO& textio, FileWriter& writer, const InputFile& input,
            const OutputLocation& location, const Lines& lines)
-        : result_(textio, writer, SourceFile{input.Path(), input.Status()}), lines_(lines) {
+        : result_(
+              textio, writer,
+              SourceFile{input.Path(), input.Status(), input.Number(), input.IsLockedByOther()}),
+          lines_(lines) {
         Try(lines.outputPath, [&] { path_ = OutputPath(input.Path(), location); });
     }
 
@@ -91,6 +94,9 @@ void WriteChanged(Trap& trap, Reader reader, const RFTSFSO& textio, FileWriter& 
                 line = lines.replace;
                 change(text);
                 output.Write(text);
+            }
+            if (!output.Refused()) { // then nothing is written in any case
+                reader.Finish();
             }
             output.Commit();
         });

@@ -31,7 +31,6 @@ public:
 private:
     void MakeWithPassingName(const std::string& folder);
     void Write();
-    void GiveName();
     [[noreturn]] void Fail(int error) const;
 
     SystemCalls& calls_;

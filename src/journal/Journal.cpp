@@ -186,6 +186,7 @@ void Journal::Settle() noexcept {
     Remove();
     folder_ = 0;
     reasons_.clear();
+    buffer_ = {};
 }
 
 bool Journal::Is(const FileStatus& file) const {

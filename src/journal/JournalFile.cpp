@@ -9,6 +9,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 namespace vexmarrow {
@@ -28,11 +29,17 @@ std::optional<JournalFile> JournalFile::Create(SystemCalls& calls, const std::st
     constexpr int kTries = 10;
     for (int i = 0; error == 0 && i < kTries; ++i) {
         const std::string path = folder + "/" + NewJournalName();
-        JournalFile file(calls, path, calls.Open(path, kFlags | O_CREAT | O_EXCL, kForUserOnly));
+        JournalFile file(
+            calls, path,
+            Descriptor(calls, calls.Open(path, kFlags | O_CREAT | O_EXCL, kForUserOnly)));
         if (!file.file_.IsOpen()) {
             error = errno;
         } else if (file.LockAndCheck()) {
-            return file;
+            if (file.IsForUserOnly()) {
+                return file;
+            }
+            error = EACCES; // a file system that gives all files the same mode, for instance
+            calls.Unlink(path);
         } else if (errno != EWOULDBLOCK && errno != ENOENT) {
             error = errno;
             calls.Unlink(path);
@@ -43,17 +50,22 @@ std::optional<JournalFile> JournalFile::Create(SystemCalls& calls, const std::st
 }
 
 std::optional<JournalFile> JournalFile::TakeOver(SystemCalls& calls, const std::string& path) {
-    JournalFile file(calls, path, calls.Open(path, kFlags, 0));
-    if (file.file_.IsOpen() && file.LockAndCheck() && file.status_.IsRegular() &&
-        file.status_.owner == ::geteuid() && file.status_.links == 1 &&
-        (file.status_.mode & kOthersRights) == 0) {
+    JournalFile file(calls, path, Descriptor(calls, calls.Open(path, kFlags, 0)));
+    if (file.file_.IsOpen() && file.LockAndCheck() && file.IsForUserOnly()) {
         return file;
     }
     return std::nullopt;
 }
 
+/// What recovery insists on.
+bool JournalFile::IsForUserOnly() const {
+    return status_.IsRegular() && status_.owner == ::geteuid() && status_.links == 1 &&
+           (status_.mode & kOthersRights) == 0;
+}
+
 bool JournalFile::LockAndCheck() {
-    if (calls_->Lock(file_.Number()) != 0 || calls_->Status(file_.Number(), status_) != 0) {
+    if (calls_->Lock(file_.Number(), LOCK_EX) != 0 ||
+        calls_->Status(file_.Number(), status_) != 0) {
         return false;
     }
     if (!IsInPlace()) {

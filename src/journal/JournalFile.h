@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace vexmarrow {
 
@@ -38,8 +39,9 @@ public:
     const FileStatus& Status() const { return status_; }
 
 private:
-    JournalFile(SystemCalls& calls, std::string path, int descriptor)
-        : calls_(&calls), path_(std::move(path)), file_(calls, descriptor) {}
+    JournalFile(SystemCalls& calls, std::string path, Descriptor file)
+        : calls_(&calls), path_(std::move(path)), file_(std::move(file)) {}
+    bool IsForUserOnly() const;
     bool LockAndCheck();
     bool IsInPlace();
 

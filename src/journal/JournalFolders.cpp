@@ -80,10 +80,14 @@ int PrepareFolder(SystemCalls& calls, const std::string& folder) {
     if (status.owner != ::geteuid()) {
         return EACCES;
     }
-    if ((status.mode & kOthersRights) != 0 && calls.SetMode(opened.Number(), kForUserOnly) != 0) {
+    if ((status.mode & kOthersRights) == 0) {
+        return 0;
+    }
+    if (calls.SetMode(opened.Number(), kForUserOnly) != 0 ||
+        calls.Status(opened.Number(), status) != 0) {
         return errno;
     }
-    return 0;
+    return (status.mode & kOthersRights) == 0 ? 0 : EACCES; // some file systems force modes
 }
 
 std::string NewJournalName() {

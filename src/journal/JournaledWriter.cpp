@@ -6,7 +6,9 @@
 #include "base/Failure.h"
 #include "base/Utf8.h"
 #include "journal/Creation.h"
+#include "journal/JournalFolders.h"
 #include "journal/JournalRecord.h"
+#include "journal/PendingRecords.h"
 #include "journal/PutInPlace.h"
 #include "journal/Replacement.h"
 #include "journal/Whole.h"
@@ -19,18 +21,6 @@
 namespace vexmarrow {
 namespace {
 
-/// Why an existing file cannot be opened for writing.
-Failure OpenFailure(std::u16string_view path, const FileStatus& status, int error) {
-    if (error == EWOULDBLOCK) {
-        return FileFailure(kCouldNotWrite, path, u"It is locked by another program");
-    }
-    if (error == EPERM && (status.mode & (S_ISUID | S_ISGID)) != 0) {
-        return FileFailure(kCouldNotWrite, path,
-                           u"Its set-id bits would be lost, which only its owner can give back");
-    }
-    return FileFailure(kCouldNotWrite, path, error);
-}
-
 /// Whether a file is a journal, of whatever process, or a record that was kept. They are the
 /// user's own and open to nobody else.
 bool HoldsRecord(SystemCalls& calls, int descriptor, const FileStatus& status) {
@@ -42,6 +32,16 @@ bool HoldsRecord(SystemCalls& calls, int descriptor, const FileStatus& status) {
     std::size_t got = 0;
     return ReadWhole(calls, descriptor, first.data(), first.size(), 0, got) == 0 &&
            std::string_view(first.data(), got) == kRecordMark;
+}
+
+/// Refuses what must not even be opened: a pipe tells its other end of that, a device may act on
+/// it.
+void RefuseToOpen(SystemCalls& calls, std::u16string_view path, const std::string& nativePath) {
+    FileStatus status;
+    if (calls.StatusOfTarget(nativePath, status) == 0 && !status.IsRegular()) {
+        throw FileFailure(kCouldNotWrite, path,
+                          status.IsFolder() ? u"It is a folder" : u"It is not a regular file");
+    }
 }
 
 /// Refuses to write where a result would take the place of something else than what it was made
@@ -62,34 +62,53 @@ void RefuseStranger(const SourceFile& source, std::u16string_view path, const Fi
 
 std::unique_ptr<PendingFile> JournaledWriter::Begin(std::u16string_view path, WriteStart start,
                                                     const SourceFile* source) {
-    if (source != nullptr) {
-        RefuseRetired(source->path, source->status);
+    if (!looked_) { // a program that was killed meanwhile leaves some as well
+        waiting_ = FilesThatWait(calls_, folders_, NameOfMachine());
+        looked_ = true;
     }
-    FileStatus status;
-    int error = 0;
-    Descriptor target(calls_, OpenInPlace(calls_, NativeName(path), status, error));
-    if (error == ENOENT) {
+    if (source != nullptr) {
+        RefuseWaiting(source->path, source->status);
+    }
+    const std::string nativePath = NativeName(path);
+    if (source == nullptr || source->path != path) {
+        RefuseToOpen(calls_, path, nativePath);
+    }
+    const OpenedInPlace opened = OpenInPlace(calls_, nativePath);
+    if (opened.error == ENOENT) {
         return std::make_unique<Creation>(calls_, journal_, path);
     }
-    if (error != 0) {
-        throw OpenFailure(path, status, error);
+    if (opened.error != 0) {
+        throw opened.reason.empty() ? FileFailure(kCouldNotWrite, path, opened.error)
+                                    : FileFailure(kCouldNotWrite, path, opened.reason);
     }
-    if (!status.IsRegular()) {
-        throw FileFailure(kCouldNotWrite, path, u"It is not a regular file");
-    }
+    Descriptor target(calls_, opened.descriptor);
+    const FileStatus& status = opened.status;
     if (journal_.Is(status) || HoldsRecord(calls_, target.Number(), status)) {
         throw FileFailure(kCouldNotWrite, path, u"It is a journal of this program");
     }
-    RefuseRetired(path, status);
+    RefuseWaiting(path, status);
     if (source != nullptr) {
         RefuseStranger(*source, path, status);
     }
-    return std::make_unique<Replacement>(calls_, journal_, retired_, path, std::move(target),
-                                         status, start);
+    const bool isItsOwnSource = source != nullptr && status.SameFileAs(source->status);
+    const int error = !isItsOwnSource         ? LockForWriting(calls_, target.Number())
+                      : source->lockedByOther ? EWOULDBLOCK
+                                              : 0;
+    if (error != 0) {
+        throw error == EWOULDBLOCK ? FileFailure(kCouldNotWrite, path, kIsLocked)
+                                   : FileFailure(kCouldNotWrite, path, error);
+    }
+    return std::make_unique<Replacement>(calls_, journal_, waiting_, path, std::move(target),
+                                         status, start, isItsOwnSource ? source : nullptr);
 }
 
-void JournaledWriter::RefuseRetired(std::u16string_view path, const FileStatus& file) const {
-    if (std::any_of(retired_.begin(), retired_.end(),
+void JournaledWriter::Settle() noexcept {
+    journal_.Settle();
+    looked_ = false;
+}
+
+void JournaledWriter::RefuseWaiting(std::u16string_view path, const FileStatus& file) const {
+    if (std::any_of(waiting_.begin(), waiting_.end(),
                     [&](const FileStatus& waiting) { return waiting.SameFileAs(file); })) {
         throw FileFailure(kCouldNotWrite, path,
                           u"It is written in part, and will be completed at the next start of the "

@@ -19,19 +19,23 @@ namespace vexmarrow {
 class JournaledWriter final : public FileWriter {
 public:
     /// Journals go into the first of the folders that takes them.
-    JournaledWriter(SystemCalls& calls, std::vector<std::string> journalFolders)
-        : calls_(calls), journal_(calls, std::move(journalFolders)) {}
+    JournaledWriter(SystemCalls& calls, const std::vector<std::string>& journalFolders)
+        : calls_(calls), folders_(journalFolders), journal_(calls, journalFolders) {}
 
     std::unique_ptr<PendingFile> Begin(std::u16string_view path, WriteStart start,
                                        const SourceFile* source) override;
-    void Settle() noexcept override { journal_.Settle(); }
+    void Settle() noexcept override;
 
 private:
-    void RefuseRetired(std::u16string_view path, const FileStatus& file) const;
+    void RefuseWaiting(std::u16string_view path, const FileStatus& file) const;
 
     SystemCalls& calls_;
+    std::vector<std::string> folders_;
     Journal journal_;
-    std::vector<FileStatus> retired_; ///< files that wait for recovery
+    bool looked_ = false; // for files that wait, since the last Settle
+
+    /// Files that wait for recovery: what they hold is a mixture.
+    std::vector<FileStatus> waiting_;
 };
 
 } // namespace vexmarrow

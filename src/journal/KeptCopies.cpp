@@ -52,22 +52,32 @@ int CopyInto(SystemCalls& calls, int descriptor, ByteSource& source, std::uint64
     return 0;
 }
 
-int CopyTo(SystemCalls& calls, const std::string& path, ByteSource& source, std::uint64_t size) {
+/// Makes the file complete at once under its name, or not at all. Where every file has a name, what
+/// a kill leaves ends in kUnfinished.
+int CopyTo(SystemCalls& calls, const std::string& folder, const std::string& path,
+           ByteSource& source, std::uint64_t size) {
     const std::string unfinished = path + std::string(kUnfinished);
-    Descriptor file(calls,
-                    calls.Open(unfinished, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kForUserOnly));
+    Descriptor file(calls, calls.Open(folder, O_TMPFILE | O_WRONLY | O_CLOEXEC, kForUserOnly));
+    const bool nameless = file.IsOpen();
+    if (!nameless) {
+        file = Descriptor(
+            calls, calls.Open(unfinished, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kForUserOnly));
+    }
     if (!file.IsOpen()) {
         return errno;
     }
     int error = CopyInto(calls, file.Number(), source, size);
+    if (error == 0 && nameless && calls.NameFile(file.Number(), path) != 0) {
+        error = errno;
+    }
     if (file.Close() != 0 && error == 0) {
         error = errno;
     }
-    if (error == 0 && calls.RenameToNew(unfinished, path) != 0) {
+    if (error == 0 && !nameless && calls.RenameToNew(unfinished, path) != 0) {
         error = errno;
     }
     if (error != 0) {
-        calls.Unlink(unfinished);
+        calls.Unlink(nameless ? path : unfinished);
     }
     return error;
 }
@@ -91,7 +101,7 @@ std::string KeepCopy(SystemCalls& calls, const std::vector<std::string>& journal
         }
         if (error == 0) {
             std::string path = folder + "/" + NewName(kind, name);
-            error = CopyTo(calls, path, source, size);
+            error = CopyTo(calls, folder, path, source, size);
             if (error == 0) {
                 return path;
             }

@@ -7,8 +7,13 @@
 #include "textio/SystemCalls.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <fcntl.h>
+#include <linux/capability.h>
+#include <sys/file.h>
+#include <sys/syscall.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 namespace vexmarrow {
@@ -50,10 +55,19 @@ int WritePart(SystemCalls& calls, const InPlaceJob& job, ByteSource& source, std
     return 0;
 }
 
-/// Writing takes the set-id bits away from a file unless the superuser writes. Its owner can give
-/// them back, the one of the group only when it is one of the owner's groups.
+/// Whether writing leaves this process's files their set-id bits. It is the superuser's right,
+/// which a container may lack.
+bool MayKeepSetIdBits() {
+    __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
+    std::array<__user_cap_data_struct, _LINUX_CAPABILITY_U32S_3> data{};
+    return ::syscall(SYS_capget, &header, data.data()) == 0 &&
+           (data[CAP_TO_INDEX(CAP_FSETID)].effective & CAP_TO_MASK(CAP_FSETID)) != 0;
+}
+
+/// Writing takes the set-id bits away. The owner can give them back, the one of the group only when
+/// it is one of the owner's groups.
 bool CanKeepSetIdBits(const FileStatus& status) {
-    if ((status.mode & kSetIdBits) == 0 || ::geteuid() == 0) {
+    if ((status.mode & kSetIdBits) == 0 || MayKeepSetIdBits()) {
         return true;
     }
     if (status.owner != ::geteuid()) {
@@ -63,32 +77,44 @@ bool CanKeepSetIdBits(const FileStatus& status) {
            ::group_member(status.group) != 0;
 }
 
+/// Writing takes capabilities away for good. Only files that can be run have any.
+bool HasCapabilities(int descriptor, const FileStatus& status) {
+    constexpr mode_t kRunnable = 0111;
+    return (status.mode & kRunnable) != 0 &&
+           ::fgetxattr(descriptor, "security.capability", nullptr, 0) > 0;
+}
+
 } // namespace
 
-int OpenInPlace(SystemCalls& calls, const std::string& path, FileStatus& status, int& error) {
-    int number = Open(calls, path, O_RDWR);
-    if (number < 0 && errno == EACCES) {
-        number = Open(calls, path, O_WRONLY); // it may be writable all the same
+OpenedInPlace OpenInPlace(SystemCalls& calls, const std::string& path) {
+    OpenedInPlace opened;
+    Descriptor file(calls, Open(calls, path, O_RDWR));
+    if (!file.IsOpen() && errno == EACCES) {
+        file = Descriptor(calls, Open(calls, path, O_WRONLY)); // it may be writable all the same
     }
-    if (number < 0) {
-        error = errno;
-        return -1;
+    if (!file.IsOpen() || calls.Status(file.Number(), opened.status) != 0) {
+        opened.error = errno;
+    } else if (!opened.status.IsRegular()) {
+        opened.reason = opened.status.IsFolder() ? u"It is a folder" : u"It is not a regular file";
+    } else if (!CanKeepSetIdBits(opened.status)) {
+        opened.reason = u"Its set-id bits would be lost, which only its owner can give back";
+    } else if (HasCapabilities(file.Number(), opened.status)) {
+        opened.reason = u"Its capabilities would be lost";
+    } else {
+        opened.descriptor = file.Release();
     }
-    error = 0;
-    if (calls.Status(number, status) != 0) {
-        error = errno;
-    } else if (status.IsRegular()) {
-        if (calls.Lock(number) != 0 && !IsLackOfLocks(errno)) {
-            error = errno;
-        } else if (!CanKeepSetIdBits(status)) {
-            error = EPERM;
-        }
+    if (!opened.reason.empty()) {
+        opened.error = EPERM;
     }
-    if (error != 0) {
-        calls.Close(number);
-        return -1;
-    }
-    return number;
+    return opened;
+}
+
+int LockForWriting(SystemCalls& calls, int descriptor) {
+    return calls.Lock(descriptor, LOCK_EX) == 0 || IsLackOfLocks(errno) ? 0 : errno;
+}
+
+mode_t ModeToGiveBack(mode_t present, mode_t before) {
+    return (present | (before & kSetIdBits)) == before ? before : present;
 }
 
 int RestoreSetIdBits(SystemCalls& calls, int descriptor, mode_t mode) {

@@ -14,11 +14,27 @@ namespace vexmarrow {
 
 class SystemCalls;
 
-/// Opens an existing file for writing, without changing it, and takes its lock. Returns the
-/// descriptor, or -1; `error` is then the errno of the failure (EWOULDBLOCK when another program
-/// has the lock; EPERM when its set-id bits would be lost by writing). Files that are not regular
-/// are opened at most, never waited for; the caller looks at `status`.
-int OpenInPlace(SystemCalls& calls, const std::string& path, FileStatus& status, int& error);
+/// An existing file that was opened for writing, or why it was not.
+struct OpenedInPlace {
+    int descriptor = -1; ///< -1 for none
+    FileStatus status;
+    int error = 0;              ///< errno, when there is none
+    std::u16string_view reason; ///< then: one of ours, which says more than that; or empty
+};
+
+/// Opens an existing regular file without changing or locking it. Refuses one that would lose
+/// set-id bits or capabilities by being written into.
+OpenedInPlace OpenInPlace(SystemCalls& calls, const std::string& path);
+
+/// Takes the lock of an open file. Returns 0 when it is ours or the file system has no locks; else
+/// an errno, EWOULDBLOCK when another program has it.
+int LockForWriting(SystemCalls& calls, int descriptor);
+
+inline constexpr std::u16string_view kIsLocked = u"It is locked by another program";
+
+/// The mode that a file is to have again that was being written: the present one, with the set-id
+/// bits that it had before, if these are all that it lacks.
+mode_t ModeToGiveBack(mode_t present, mode_t before);
 
 /// Bytes that lie somewhere and are read when they are needed.
 class ByteSource {

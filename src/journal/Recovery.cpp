@@ -18,13 +18,15 @@
 #include <cerrno>
 #include <ctime>
 #include <fcntl.h>
-#include <filesystem>
-#include <memory>
+#include <optional>
 #include <system_error>
 #include <unistd.h>
 
 namespace vexmarrow {
 namespace {
+
+/// What the sources below answer where there are fewer bytes than there should be.
+constexpr int kEnded = ENODATA;
 
 /// The bytes of an open file from an offset on.
 class FileBytes final : public ByteSource {
@@ -37,7 +39,7 @@ public:
         const int error = ReadWhole(calls_, descriptor_, block_.data(),
                                     std::min(most, block_.size()), offset, got);
         bytes = std::string_view(block_).substr(0, got);
-        return error == 0 && got == 0 ? EIO : error; // somebody has cut the file
+        return error == 0 && got == 0 ? kEnded : error;
     }
 
 private:
@@ -57,7 +59,7 @@ public:
         const int error =
             journal_.Read(offset_ + offset, block_.data(), std::min(most, block_.size()), got);
         bytes = std::string_view(block_).substr(0, got);
-        return error == 0 && got == 0 ? EIO : error;
+        return error == 0 && got == 0 ? kEnded : error;
     }
 
 private:
@@ -84,130 +86,147 @@ std::u16string Reason(int error) {
     return TextFromUtf8(std::generic_category().message(error));
 }
 
-} // namespace
-
-void Recovery::Run() {
-    machine_ = NameOfMachine();
-    std::vector<Found> pending;
-    FailureOf([&] { pending = FindPending(); });
-    for (Found& found : pending) {
-        if (const auto failure = FailureOf([&] { Settle(found); })) {
-            Tell(Concat(*failure, u"\r\n\r\nThe new text of \"",
-                        TextFromNativeName(found.record.path),
-                        u"\" stays where it is until the next start of the program."));
-        }
-    }
-}
-
-std::vector<Recovery::Found> Recovery::FindPending() {
-    std::vector<Found> pending;
-    for (const std::string& folder : folders_) {
-        FileStatus status;
-        if (calls_.StatusOfName(folder, status) != 0 || !status.IsFolder() ||
-            status.owner != ::geteuid()) {
-            continue;
-        }
-        std::vector<std::string> names;
-        std::error_code error;
-        for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
-             entry.increment(error)) {
-            names.push_back(entry->path().filename().native());
-        }
-        for (const std::string& name : names) {
-            if (IsJournalName(name)) {
-                if (auto journal = JournalFile::TakeOver(
-                        calls_, std::string(folder).append("/").append(name))) {
-                    LookAt(std::move(*journal), pending);
-                }
-            }
-        }
-    }
-    std::sort(pending.begin(), pending.end(),
-              [](const Found& a, const Found& b) { return a.record.begun < b.record.begun; });
-    return pending;
-}
-
-void Recovery::LookAt(JournalFile journal, std::vector<Found>& pending) {
-    std::string first(kLongestHeader, '\0');
-    std::size_t got = 0;
-    if (journal.Read(0, first.data(), first.size(), got) != 0) {
-        return; // it may be readable at another time
-    }
-    const ParsedHeader header = ParseHeader(std::string_view(first).substr(0, got));
-    if (header.state == HeaderState::None) {
-        journal.Remove();
-    } else if (header.state == HeaderState::Damaged) {
-        KeepDamaged(journal);
-    } else if (header.state == HeaderState::Whole && header.record.machine == machine_) {
-        pending.push_back({std::move(journal), header.record, header.payloadOffset});
-    }
-}
-
-void Recovery::Settle(Found& found) {
-    const JournalRecord& record = found.record;
-    if (record.kind == RecordKind::Creation) {
-        RemovePassingFile(record);
-        found.journal.Remove();
-        return;
-    }
-    Descriptor present(calls_,
-                       calls_.Open(record.path, O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY, 0));
-    const int error = present.IsOpen() ? 0 : errno;
-    FileStatus status;
-    const bool same = present.IsOpen() && calls_.Status(present.Number(), status) == 0 &&
-                      status.IsRegular() && status.SameFileAs(record.target);
-    if (!PayloadIsWhole(found)) {
-        if (same && status.SameContentsAs(record.target)) {
-            found.journal.Remove(); // the program was killed before it touched the file
-        } else {
-            KeepDamaged(found.journal);
-        }
-    } else if (error != 0) {
-        KeepPayload(found, Concat(u"That file cannot be opened any more: ", Reason(error), u"."));
-    } else if (!same || status.size < record.base) {
-        KeepPayload(found, u"There is another file in its place now.");
-    } else if (HasPayloadAlready(found, present, status)) {
-        Finish(found, present, status);
-    } else if (UserWants(record, status)) {
-        Complete(found, present, status);
-    } else {
-        KeepPayload(found, u"The file itself has been left as it is.");
-    }
-}
-
-bool Recovery::PayloadIsWhole(Found& found) {
-    PayloadBytes payload(found.journal, found.payloadOffset);
+/// Whether the payload is what was written. Throws Failure when it cannot be read.
+bool PayloadIsWhole(LeftJournal& journal) {
+    const JournalRecord& record = journal.header.record;
+    PayloadBytes payload(journal.file, journal.header.payloadOffset);
     Checksum checksum;
-    for (std::uint64_t done = 0; done < found.record.payloadSize;) {
-        const std::uint64_t left = found.record.payloadSize - done;
+    for (std::uint64_t done = 0; done < record.payloadSize;) {
+        const std::uint64_t left = record.payloadSize - done;
         std::string_view bytes;
-        if (payload.Show(done, std::min<std::uint64_t>(left, kCopyBlock), bytes) != 0) {
+        const int error = payload.Show(done, std::min<std::uint64_t>(left, kCopyBlock), bytes);
+        if (error == kEnded) {
             return false;
+        }
+        if (error != 0) {
+            throw FileFailure(u"Could not read the journal",
+                              TextFromNativeName(journal.file.Path()), error);
         }
         checksum.Add(bytes);
         done += bytes.size();
     }
-    return checksum.Value() == found.record.payloadChecksum;
+    return checksum.Value() == record.payloadChecksum;
 }
 
-bool Recovery::HasPayloadAlready(Found& found, const Descriptor& file, const FileStatus& status) {
-    const JournalRecord& record = found.record;
+/// Whether the file is as the record wants it. Throws Failure when that cannot be told.
+bool HasPayloadAlready(LeftJournal& journal, ByteSource& present, const FileStatus& status) {
+    const JournalRecord& record = journal.header.record;
     if (status.size != record.base + record.payloadSize) {
         return false;
     }
-    PayloadBytes payload(found.journal, found.payloadOffset);
-    FileBytes present(calls_, file.Number());
+    PayloadBytes payload(journal.file, journal.header.payloadOffset);
     for (std::uint64_t done = 0; done < record.payloadSize;) {
         const std::uint64_t left = record.payloadSize - done;
         std::string_view wanted;
         std::string_view there;
-        if (payload.Show(done, std::min<std::uint64_t>(left, kCopyBlock), wanted) != 0 ||
-            present.Show(record.base + done, wanted.size(), there) != 0 || wanted != there) {
+        int error = payload.Show(done, std::min<std::uint64_t>(left, kCopyBlock), wanted);
+        if (error == 0) {
+            error = present.Show(record.base + done, wanted.size(), there);
+        }
+        if (error != 0 && error != kEnded) {
+            throw FileFailure(u"Could not read the file", TextFromNativeName(record.path), error);
+        }
+        if (wanted != there) {
             return false;
         }
         done += wanted.size();
     }
     return true;
+}
+
+/// Whether an error says for certain that a path leads nowhere. Any other may pass.
+bool IsGone(int error) {
+    return error == ENOENT || error == ENOTDIR || error == ELOOP;
+}
+
+} // namespace
+
+void Recovery::Run() {
+    machine_ = NameOfMachine();
+    std::vector<std::string> paths;
+    FailureOf([&] { paths = JournalsIn(calls_, folders_); });
+    for (const std::string& path : paths) {
+        FailureOf([&] { LookAt(path); });
+    }
+    std::sort(waiting_.begin(), waiting_.end(),
+              [](const Waiting& a, const Waiting& b) { return a.begun < b.begun; });
+    // One is open at a time: there may be more of them than a process may have files.
+    for (const Waiting& waiting : waiting_) {
+        const auto failure = FailureOf([&] {
+            std::optional<LeftJournal> journal = TakeOverJournal(calls_, waiting.path);
+            if (journal && journal->IsPending(machine_)) {
+                Settle(*journal);
+            }
+        });
+        if (failure) {
+            Tell(Concat(*failure,
+                        u"\r\n\r\nThe program was ended while it was writing that file. This will "
+                        u"be tried again at its next start."));
+        }
+    }
+}
+
+void Recovery::LookAt(const std::string& path) {
+    std::optional<LeftJournal> journal = TakeOverJournal(calls_, path);
+    if (!journal) {
+        return;
+    }
+    if (journal->header.state == HeaderState::None) {
+        journal->file.Remove();
+    } else if (journal->header.state == HeaderState::Damaged) {
+        KeepDamaged(journal->file);
+    } else if (journal->IsPending(machine_)) {
+        waiting_.push_back({journal->header.record.begun, path});
+    }
+}
+
+void Recovery::Settle(LeftJournal& journal) {
+    if (journal.header.record.kind == RecordKind::Creation) {
+        RemovePassingFile(journal.header.record);
+        journal.file.Remove();
+    } else {
+        SettleReplacement(journal);
+    }
+}
+
+void Recovery::SettleReplacement(LeftJournal& journal) {
+    const JournalRecord& record = journal.header.record;
+    const std::u16string path = TextFromNativeName(record.path);
+    FileStatus status;
+    const int error = calls_.StatusOfTarget(record.path, status) == 0 ? 0 : errno;
+    if (error != 0 && !IsGone(error)) {
+        throw FileFailure(u"Could not look at the file", path, error);
+    }
+    const bool same = error == 0 && status.IsRegular() && status.SameFileAs(record.target);
+    if (!PayloadIsWhole(journal)) {
+        if (same && status.SameContentsAs(record.target)) {
+            journal.file.Remove(); // the program was killed before it touched the file
+        } else {
+            KeepDamaged(journal.file);
+        }
+        return;
+    }
+    if (error != 0) {
+        KeepPayload(journal, Concat(u"There is no such file any more (", Reason(error), u")."));
+        return;
+    }
+    if (!same || status.size < record.base) {
+        KeepPayload(journal, u"There is another file in its place now.");
+        return;
+    }
+    const Descriptor present(
+        calls_, calls_.Open(record.path, O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY, 0));
+    if (!present.IsOpen()) {
+        throw FileFailure(u"Could not open the file", path, errno);
+    }
+    FileBytes bytes(calls_, present.Number());
+    if (HasPayloadAlready(journal, bytes, status)) {
+        Finish(journal, present, status);
+    } else if (UserWants(record, status)) {
+        Complete(journal, present, status);
+    } else {
+        KeepPayload(journal, u"The file itself has been left as it is.");
+    }
 }
 
 bool Recovery::UserWants(const JournalRecord& record, const FileStatus& status) {
@@ -226,56 +245,65 @@ bool Recovery::UserWants(const JournalRecord& record, const FileStatus& status) 
                BoxStyle::Question) == Answer::Yes;
 }
 
-void Recovery::Complete(Found& found, const Descriptor& present, const FileStatus& status) {
-    const JournalRecord& record = found.record;
+void Recovery::Complete(LeftJournal& journal, const Descriptor& present, const FileStatus& status) {
+    constexpr std::u16string_view kCouldNotComplete = u"Could not complete the file";
+    const JournalRecord& record = journal.header.record;
     const std::u16string path = TextFromNativeName(record.path);
+    const OpenedInPlace opened = OpenInPlace(calls_, record.path);
+    Descriptor target(calls_, opened.descriptor);
+    if (opened.error != 0) {
+        throw opened.reason.empty() ? FileFailure(kCouldNotComplete, path, opened.error)
+                                    : FileFailure(kCouldNotComplete, path, opened.reason);
+    }
+    if (const int error = LockForWriting(calls_, target.Number())) {
+        throw error == EWOULDBLOCK ? FileFailure(kCouldNotComplete, path, kIsLocked)
+                                   : FileFailure(kCouldNotComplete, path, error);
+    }
     InPlaceJob job;
-    int error = 0;
-    Descriptor target(calls_, OpenInPlace(calls_, record.path, job.old, error));
-    if (error != 0) {
-        throw error == EWOULDBLOCK
-            ? FileFailure(u"Could not complete the file", path, u"It is locked by another program")
-            : FileFailure(u"Could not complete the file", path, error);
+    if (calls_.Status(target.Number(), job.old) != 0 || !job.old.SameFileAs(status) ||
+        !job.old.SameContentsAs(status)) {
+        throw FileFailure(kCouldNotComplete, path, u"Another program has changed it meanwhile");
     }
-    if (!job.old.SameFileAs(status) || !job.old.SameContentsAs(status)) {
-        throw FileFailure(u"Could not complete the file", path,
-                          u"Another program has changed it meanwhile");
-    }
+    std::string place;
     if (status.size > 0) {
         FileBytes bytes(calls_, present.Number());
-        KeepCopy(calls_, folders_, "old", NameOf(record.path), bytes, status.size);
+        place = KeepCopy(calls_, folders_, "old", NameOf(record.path), bytes, status.size);
     }
     job.descriptor = target.Number();
-    job.old.mode = record.target.mode; // the killed program may have lost the set-id bits
+    job.old.mode = ModeToGiveBack(job.old.mode, record.target.mode);
     job.base = record.base;
     job.size = record.payloadSize;
-    PayloadBytes payload(found.journal, found.payloadOffset);
+    PayloadBytes payload(journal.file, journal.header.payloadOffset);
     InPlaceResult result = PutInPlace(calls_, job, payload);
     if (target.Close() != 0 && errno != EINTR && result.error == 0) {
         result.error = errno;
     }
     if (result.error != 0) {
-        throw FileFailure(u"Could not complete the file", path, result.error);
+        throw FileFailure(kCouldNotComplete, path, result.error);
     }
-    found.journal.Remove();
+    journal.file.Remove();
+    if (!place.empty() &&
+        !place.starts_with(KeptFolder(folders_.front()))) { // which the question has named
+        Tell(Concat(u"What the file \"", path, u"\" held before has been kept here:\r\n",
+                    TextFromNativeName(place)));
+    }
 }
 
 /// The file has its new bytes; only its set-id bits may still be missing.
-void Recovery::Finish(Found& found, const Descriptor& present, const FileStatus& status) {
-    constexpr mode_t kSetIdBits = S_ISUID | S_ISGID;
-    const mode_t mode = found.record.target.mode;
-    if (status.mode != mode && (status.mode | (mode & kSetIdBits)) == mode) {
+void Recovery::Finish(LeftJournal& journal, const Descriptor& present, const FileStatus& status) {
+    const mode_t mode = ModeToGiveBack(status.mode, journal.header.record.target.mode);
+    if (mode != status.mode) {
         RestoreSetIdBits(calls_, present.Number(), mode);
     }
-    found.journal.Remove();
+    journal.file.Remove();
 }
 
-void Recovery::KeepPayload(Found& found, std::u16string_view why) {
-    const JournalRecord& record = found.record;
-    PayloadBytes payload(found.journal, found.payloadOffset);
+void Recovery::KeepPayload(LeftJournal& journal, std::u16string_view why) {
+    const JournalRecord& record = journal.header.record;
+    PayloadBytes payload(journal.file, journal.header.payloadOffset);
     const std::string place =
         KeepCopy(calls_, folders_, "new", NameOf(record.path), payload, record.payloadSize);
-    found.journal.Remove();
+    journal.file.Remove();
     Tell(Concat(u"The program was ended while it was writing this file:\r\n\r\n",
                 TextFromNativeName(record.path), u"\r\n\r\n", why,
                 u" Its new text has been kept here:\r\n", TextFromNativeName(place)));
@@ -293,16 +321,24 @@ void Recovery::KeepDamaged(JournalFile& journal) {
 }
 
 void Recovery::RemovePassingFile(const JournalRecord& record) {
+    constexpr std::u16string_view kCouldNotRemove = u"Could not remove the unfinished file";
+    const std::u16string path = TextFromNativeName(record.path);
     FileStatus status;
-    if (!IsPassingName(NameOf(record.path)) || calls_.StatusOfName(record.path, status) != 0 ||
-        !status.IsRegular() || status.owner != ::geteuid()) {
+    if (!IsPassingName(NameOf(record.path))) {
+        return;
+    }
+    if (calls_.StatusOfName(record.path, status) != 0) {
+        if (!IsGone(errno)) {
+            throw FileFailure(kCouldNotRemove, path, errno);
+        }
         return;
     }
     // Before its number could be recorded, nothing was written into it.
     const bool isOurs =
-        record.target.inode != 0 ? status.SameFileAs(record.target) : status.size == 0;
-    if (isOurs) {
-        calls_.Unlink(record.path);
+        status.IsRegular() && status.owner == ::geteuid() &&
+        (record.target.inode != 0 ? status.SameFileAs(record.target) : status.size == 0);
+    if (isOurs && calls_.Unlink(record.path) != 0 && errno != ENOENT) {
+        throw FileFailure(kCouldNotRemove, path, errno);
     }
 }
 

@@ -3,9 +3,9 @@
 
 #pragma once
 
-#include "journal/JournalFile.h"
-#include "journal/JournalRecord.h"
+#include "journal/PendingRecords.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,28 +27,27 @@ public:
     void Run();
 
 private:
-    struct Found {
-        JournalFile journal;
-        JournalRecord record;
-        std::uint64_t payloadOffset;
-    };
-    std::vector<Found> FindPending();
-    void LookAt(JournalFile journal, std::vector<Found>& pending);
-    void Settle(Found& found);
-    static bool PayloadIsWhole(Found& found);
-    bool HasPayloadAlready(Found& found, const Descriptor& file, const FileStatus& status);
+    void LookAt(const std::string& path);
+    void Settle(LeftJournal& journal);
+    void SettleReplacement(LeftJournal& journal);
     bool UserWants(const JournalRecord& record, const FileStatus& status);
-    void Complete(Found& found, const Descriptor& present, const FileStatus& status);
-    void Finish(Found& found, const Descriptor& present, const FileStatus& status);
-    void KeepPayload(Found& found, std::u16string_view why);
+    void Complete(LeftJournal& journal, const Descriptor& present, const FileStatus& status);
+    void Finish(LeftJournal& journal, const Descriptor& present, const FileStatus& status);
+    void KeepPayload(LeftJournal& journal, std::u16string_view why);
     void KeepDamaged(JournalFile& journal);
     void RemovePassingFile(const JournalRecord& record);
     void Tell(std::u16string_view text);
+
+    struct Waiting {
+        std::int64_t begun;
+        std::string path;
+    };
 
     SystemCalls& calls_;
     std::vector<std::string> folders_;
     Prompts& prompts_;
     std::string machine_;
+    std::vector<Waiting> waiting_;
 };
 
 } // namespace vexmarrow

@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <chrono>
 #include <filesystem>
+#include <sys/file.h>
 #include <system_error>
 
 namespace vexmarrow {
@@ -28,12 +29,13 @@ std::int64_t Now() {
     return duration_cast<nanoseconds>(system_clock::now().time_since_epoch()).count();
 }
 
-Replacement::Replacement(SystemCalls& calls, Journal& journal, std::vector<FileStatus>& retired,
+Replacement::Replacement(SystemCalls& calls, Journal& journal, std::vector<FileStatus>& waiting,
                          std::u16string_view path, Descriptor target, const FileStatus& status,
-                         WriteStart start)
-    : calls_(calls), journal_(journal), retired_(retired), path_(path), target_(std::move(target)) {
+                         WriteStart start, const SourceFile* itself)
+    : calls_(calls), journal_(journal), waiting_(waiting), path_(path), target_(std::move(target)) {
     job_.descriptor = target_.Number();
     job_.old = status;
+    lockOfSource_ = itself != nullptr ? itself->descriptor : -1;
     job_.base = start == WriteStart::Append ? status.size : 0;
     JournalRecord record;
     record.path = FullPath(NativeName(path));
@@ -43,8 +45,26 @@ Replacement::Replacement(SystemCalls& calls, Journal& journal, std::vector<FileS
     journal_.Begin(std::move(record));
 }
 
+/// Locks the file if it is not locked yet, and makes sure that it is what it was at the beginning.
+void Replacement::MakeSureOfTarget() {
+    if (lockOfSource_ >= 0) {
+        calls_.Lock(lockOfSource_, LOCK_UN);
+        if (const int error = LockForWriting(calls_, target_.Number())) {
+            throw error == EWOULDBLOCK ? FileFailure(kCouldNotWrite, path_, kIsLocked)
+                                       : FileFailure(kCouldNotWrite, path_, error);
+        }
+    }
+    FileStatus now;
+    if (calls_.StatusOfTarget(NativeName(path_), now) != 0 || !now.SameFileAs(job_.old) ||
+        !now.SameContentsAs(job_.old)) {
+        throw FileFailure(kCouldNotWrite, path_,
+                          u"Another program has changed, removed or replaced it meanwhile");
+    }
+}
+
 void Replacement::Commit() {
-    retired_.reserve(retired_.size() + 1); // nothing may fail for want of memory further down
+    waiting_.reserve(waiting_.size() + 1); // nothing may fail for want of memory further down
+    MakeSureOfTarget();
     journal_.Seal();
     job_.size = journal_.PayloadSize();
     InPlaceResult result = PutInPlace(calls_, job_, journal_.Payload());
@@ -57,7 +77,7 @@ void Replacement::Commit() {
         journal_.Done();
     } else {
         journal_.Retire();
-        retired_.push_back(job_.old);
+        waiting_.push_back(job_.old);
     }
     if (result.state == InPlaceState::Untouched) {
         throw FileFailure(kCouldNotWrite, path_, result.error);

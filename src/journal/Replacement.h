@@ -21,24 +21,28 @@ std::string FullPath(const std::string& path);
 /// The time, in nanoseconds since 1970.
 std::int64_t Now();
 
-/// A result for an existing file, which is open and locked.
+/// A result for an existing file, which is open. It is locked as well, unless it is its own source:
+/// reading goes on under the shared lock, which becomes this one's when the result is complete.
 class Replacement final : public PendingFile {
 public:
-    /// `retired` gets the file when it has to wait for recovery.
-    Replacement(SystemCalls& calls, Journal& journal, std::vector<FileStatus>& retired,
+    /// `waiting` gets the file when it has to wait for recovery.
+    Replacement(SystemCalls& calls, Journal& journal, std::vector<FileStatus>& waiting,
                 std::u16string_view path, Descriptor target, const FileStatus& status,
-                WriteStart start);
+                WriteStart start, const SourceFile* itself);
 
     void Append(std::string_view bytes) override { journal_.Append(bytes); }
     void Commit() override;
 
 private:
+    void MakeSureOfTarget();
+
     SystemCalls& calls_;
     Journal& journal_;
-    std::vector<FileStatus>& retired_;
+    std::vector<FileStatus>& waiting_;
     std::u16string path_;
     Descriptor target_;
     InPlaceJob job_;
+    int lockOfSource_ = -1; // to be given up for the lock of the target
 };
 
 } // namespace vexmarrow

@@ -18,6 +18,8 @@ enum class WriteStart { Replace, Append };
 struct SourceFile {
     std::u16string_view path;
     FileStatus status;
+    int descriptor = -1;        ///< open for reading, with a shared lock
+    bool lockedByOther = false; ///< that is, without the lock
 };
 
 /// A result on its way into a file. Nothing of the file changes before Commit; dropping the object

@@ -12,6 +12,7 @@
 #include <fcntl.h>
 #include <limits>
 #include <new>
+#include <sys/file.h>
 
 namespace vexmarrow {
 namespace {
@@ -35,6 +36,9 @@ InputFile::InputFile(SystemCalls& calls, std::u16string_view path)
         throw FileFailure(u"Could not open the file", path_,
                           status_.IsFolder() ? u"It is a folder" : u"It is not a regular file");
     }
+    // So that no other program of ours writes while this one reads. Many file systems have no
+    // locks; then size and time must tell.
+    lockedByOther_ = calls_.Lock(descriptor_.Number(), LOCK_SH) != 0 && errno == EWOULDBLOCK;
 }
 
 std::string_view InputFile::Peek(std::size_t least) {
@@ -101,11 +105,13 @@ void InputFile::ReadOn() {
 }
 
 void InputFile::CheckUnchanged() {
-    FileStatus now;
-    if (calls_.Status(descriptor_.Number(), now) != 0) {
-        throw FileFailure(u"Could not read the file", path_, errno);
+    if (lockedByOther_) {
+        throw FileFailure(u"Could not read the file", path_, u"It is locked by another program");
     }
-    if (!now.SameContentsAs(status_) || (now.links == 0 && status_.links > 0)) {
+    // By its name: what was read may be a file that another one has taken the place of.
+    FileStatus now;
+    if (calls_.StatusOfTarget(NativeName(path_), now) != 0 || !now.SameFileAs(status_) ||
+        !now.SameContentsAs(status_)) {
         throw FileFailure(u"Could not read the file", path_,
                           u"Another program has changed or removed it meanwhile");
     }

@@ -31,13 +31,15 @@ public:
     /// Moves on over bytes that Peek has shown.
     void Skip(std::size_t count) { begin_ += count; }
 
-    /// Throws when the file is not as it was when it was opened: another program has written into
-    /// it, has cut it or removed it, and what was read may be a mixture. For the end of reading.
+    /// Throws when what was read may be a mixture: another program has locked the file, has written
+    /// into it, or has cut, removed or replaced it since it was opened. For the end of reading.
     void CheckUnchanged();
 
-    /// The file as it was when it was opened.
+    /// The file as it was when it was opened; it has a shared lock unless somebody is in the way.
     const FileStatus& Status() const { return status_; }
     const std::u16string& Path() const { return path_; }
+    int Number() const { return descriptor_.Number(); }
+    bool IsLockedByOther() const { return lockedByOther_; }
 
     /// The size in bytes of the file of that path by opening it; nothing when it cannot be opened.
     static std::optional<std::uint64_t> SizeOf(SystemCalls& calls, std::u16string_view path);
@@ -53,6 +55,7 @@ private:
     std::u16string path_;
     Descriptor descriptor_;
     FileStatus status_;
+    bool lockedByOther_ = false;
     std::uint64_t position_ = 0; // of the descriptor
     bool atEnd_ = false;
 

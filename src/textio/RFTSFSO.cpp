@@ -73,6 +73,7 @@ std::vector<std::u16string> RFTSFSO::ReadTextLines(std::u16string_view path) {
     for (std::u16string line; lines.Next(line);) {
         all.push_back(std::move(line));
     }
+    lines.Finish();
     return all;
 }
 

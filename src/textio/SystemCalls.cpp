@@ -59,6 +59,10 @@ int SystemCalls::StatusOfName(const std::string& path, FileStatus& status) {
     return HoldsNul(path) ? -1 : StatusAt(AT_FDCWD, path.c_str(), AT_SYMLINK_NOFOLLOW, status);
 }
 
+int SystemCalls::StatusOfTarget(const std::string& path, FileStatus& status) {
+    return HoldsNul(path) ? -1 : StatusAt(AT_FDCWD, path.c_str(), 0, status);
+}
+
 ssize_t SystemCalls::Read(int descriptor, void* bytes, std::size_t count) {
     return ::read(descriptor, bytes, count);
 }
@@ -80,8 +84,8 @@ int SystemCalls::SetMode(int descriptor, mode_t mode) {
     return ::fchmod(descriptor, mode);
 }
 
-int SystemCalls::Lock(int descriptor) {
-    return ::flock(descriptor, LOCK_EX | LOCK_NB);
+int SystemCalls::Lock(int descriptor, int operation) {
+    return ::flock(descriptor, operation | LOCK_NB);
 }
 
 int SystemCalls::Close(int descriptor) {
@@ -112,11 +116,17 @@ int SystemCalls::RenameToNew(const std::string& from, const std::string& to) {
         return -1;
     }
     // A file system that cannot refuse to replace can mostly link, which never replaces.
-    if (::link(from.c_str(), to.c_str()) != 0) {
+    if (::link(from.c_str(), to.c_str()) == 0) {
+        ::unlink(from.c_str());
+        return 0;
+    }
+    // One that can do neither leaves a moment between looking and renaming.
+    FileStatus status;
+    if (errno == EEXIST || StatusOfName(to, status) == 0) {
+        errno = EEXIST;
         return -1;
     }
-    ::unlink(from.c_str());
-    return 0;
+    return errno == ENOENT ? ::rename(from.c_str(), to.c_str()) : -1;
 }
 
 int SystemCalls::MakeFolder(const std::string& path, mode_t mode) {

@@ -14,23 +14,25 @@ namespace vexmarrow {
 
 /// The system calls by which contents of files are read and written, each as the system has it:
 /// the result (-1 for a failure) and errno. Virtual so that a test can make any one of them fail
-/// or stop the program there; nothing else in the program opens a file for its contents.
+/// or stop the program there; nothing else in the program opens users' files for their contents.
 class SystemCalls {
 public:
     virtual ~SystemCalls() = default;
 
     virtual int Open(const std::string& path, int flags, mode_t mode);
     virtual int Status(int descriptor, FileStatus& status);
-    /// Of what has that name: of a link itself, not of what it leads to.
+    /// Of what has that name: of a link itself, or of what it leads to.
     virtual int StatusOfName(const std::string& path, FileStatus& status);
+    virtual int StatusOfTarget(const std::string& path, FileStatus& status);
     virtual ssize_t Read(int descriptor, void* bytes, std::size_t count);
     virtual ssize_t ReadAt(int descriptor, void* bytes, std::size_t count, std::uint64_t offset);
     virtual ssize_t WriteAt(int descriptor, const void* bytes, std::size_t count,
                             std::uint64_t offset);
     virtual int Truncate(int descriptor, std::uint64_t size);
     virtual int SetMode(int descriptor, mode_t mode);
-    /// Takes the lock of the whole file (flock) without waiting: EWOULDBLOCK when another has it.
-    virtual int Lock(int descriptor);
+    /// Takes or gives up a lock of the whole file, without waiting: EWOULDBLOCK when another one
+    /// is in the way. `operation` as for flock.
+    virtual int Lock(int descriptor, int operation);
     virtual int Close(int descriptor);
     virtual int Unlink(const std::string& path);
     /// Gives a file without a name (O_TMPFILE) one that nothing has yet.
@@ -61,6 +63,13 @@ public:
 
     int Number() const { return number_; }
     bool IsOpen() const { return number_ >= 0; }
+
+    /// Gives the number away: it is not closed here any more.
+    int Release() {
+        const int number = number_;
+        number_ = -1;
+        return number;
+    }
 
     /// Closes now, if it is open; returns the system's answer.
     int Close() {

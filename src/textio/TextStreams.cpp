@@ -100,7 +100,6 @@ bool TextPieces::Next(std::u16string& piece) {
     const std::string_view bytes =
         format_ == TextFormat::Utf8 ? file_.PeekAll() : file_.Peek(most).substr(0, most);
     if (bytes.empty() && begun_) {
-        file_.CheckUnchanged();
         return false;
     }
     begun_ = true;
@@ -120,9 +119,6 @@ TextLines::TextLines(InputFile file, TextFormat format, const CodePage& page)
 
 bool TextLines::Next(std::u16string& line) {
     const bool found = format_ == TextFormat::Utf8 ? NextOfUtf8(line) : NextOfStream(line);
-    if (!found) {
-        file_.CheckUnchanged();
-    }
     begun_ = true;
     return found;
 }

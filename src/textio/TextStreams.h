@@ -35,9 +35,11 @@ class TextPieces {
 public:
     TextPieces(InputFile file, TextFormat format, const CodePage& page);
 
-    /// Puts the next piece into `piece`. False after the last one, once it is certain that the
-    /// file was not changed while it was read.
+    /// Puts the next piece into `piece`. False after the last one.
     bool Next(std::u16string& piece);
+
+    /// Makes sure that the file was not changed while it was read.
+    void Finish() { file_.CheckUnchanged(); }
 
     /// The file that is read.
     const InputFile& File() const { return file_; }
@@ -56,9 +58,11 @@ class TextLines {
 public:
     TextLines(InputFile file, TextFormat format, const CodePage& page);
 
-    /// Puts the next line into `line`. False after the last one, once it is certain that the file
-    /// was not changed while it was read.
+    /// Puts the next line into `line`. False after the last one.
     bool Next(std::u16string& line);
+
+    /// Makes sure that the file was not changed while it was read.
+    void Finish() { file_.CheckUnchanged(); }
 
     /// The file that is read.
     const InputFile& File() const { return file_; }

@@ -9,6 +9,7 @@
 #include <chrono>
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -24,8 +25,9 @@ struct RecoveryTest : Safety {
     void SetUp() override { LeaveRecord(); }
 
     /// A program is killed in the middle of the file; returns the name of its journal.
-    std::string LeaveRecord() const {
+    std::string LeaveRecord(mode_t mode = 0644) const {
         Prepare(kWrite);
+        EXPECT_EQ(::chmod(folder.Native("f").c_str(), mode), 0);
         EXPECT_FALSE(InChildProcess([&] {
             FaultySystemCalls calls;
             calls.KillAt(Calls::kWriteAt, 3);
@@ -103,6 +105,39 @@ TEST_F(RecoveryTest, WhatHasBecomeOfTheFileSince) {
         EXPECT_EQ(kept("-new-"), row.keptNew);
         EXPECT_EQ(Recover(Answer::Yes), 0U) << "told twice";
         EXPECT_EQ(Kept("a"), Strings{});
+    }
+}
+
+TEST_F(RecoveryTest, RightsThatWereTakenAwaySinceStayAway) {
+    for (const bool lost : {false, true}) { // by the writing, when it was killed
+        LeaveRecord(06755);
+        ASSERT_EQ(::chmod(folder.Native("f").c_str(), lost ? 0755 : 0600), 0);
+        EXPECT_EQ(Recover(Answer::Yes), 1U);
+        EXPECT_EQ(folder.ModeOf("f"), lost ? 06755U : 0600U);
+    }
+}
+
+TEST_F(RecoveryTest, ManyMoreThanAProcessMayHaveOpen) {
+    for (int i = 0; i < 40; ++i) {
+        folder.Write("g" + std::to_string(i), kWrite.old);
+        InChildProcess([&] {
+            FaultySystemCalls calls;
+            calls.KillAt(Calls::kWriteAt, 3);
+            JournaledWriter writer(calls, Journals());
+            const auto file =
+                writer.Begin(folder.Path("g" + std::to_string(i)), WriteStart::Replace, nullptr);
+            file->Append(kWrite.text);
+            file->Commit();
+        });
+    }
+    EXPECT_TRUE(InChildProcess([&] {
+        const rlimit limit{30, 30};
+        if (::setrlimit(RLIMIT_NOFILE, &limit) != 0 || Recover(Answer::Yes) != 41) {
+            throw Failure(u"not all were asked about");
+        }
+    }));
+    for (int i = 0; i < 40; ++i) {
+        EXPECT_EQ(folder.Read("g" + std::to_string(i)), kWrite.text);
     }
 }
 
@@ -255,6 +290,11 @@ TEST_F(RecoveryTest, WhatCannotBeDoneNowIsToldAndWaits) {
         const auto held = JournalFile::TakeOver(calls, state.Native(Kept("a", "journal-").at(0)));
         ASSERT_TRUE(held);
         EXPECT_EQ(Recover(Answer::Yes), 0U);
+    }
+    { // what waits is a mixture, and no program of ours uses it
+        FaultySystemCalls calls;
+        EXPECT_THAT(Do(kWrite, calls), testing::HasSubstr("will be completed at the next start"));
+        EXPECT_EQ(Content(), before);
     }
     EXPECT_EQ(Recover(Answer::Yes), 1U);
     EXPECT_EQ(Content(), kWrite.text);

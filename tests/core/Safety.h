@@ -69,7 +69,7 @@ struct Safety : testing::Test {
     /// The next start of the program; returns how many boxes it showed.
     std::size_t Recover(FaultySystemCalls& calls, Answer answer) {
         prompts.boxes.clear();
-        prompts.answers.assign(9, answer);
+        prompts.answers.assign(99, answer);
         Recovery(calls, Journals(), prompts).Run();
         return prompts.boxes.size();
     }

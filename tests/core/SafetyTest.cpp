@@ -66,6 +66,25 @@ struct SafetyTest : Safety {
         ADD_FAILURE() << "there is no end to the calls";
     }
 
+    /// Makes each call of a recovery fail once: the start after that has a clear run.
+    void FailRecoveryEverywhere(const Write& write, int killAt) {
+        for (int n = 1, calls = 1; n <= calls; ++n) {
+            SCOPED_TRACE("recovery failing at call " + std::to_string(n));
+            Prepare(write);
+            InChildProcess([&] { WriteKilledAt(write, killAt, Event::Kill); });
+            const std::string before = Content();
+            {
+                FaultySystemCalls faulty;
+                faulty.AtCall(n, Event::Fail);
+                Recover(faulty, Answer::Yes);
+                EXPECT_EQ(faulty.openFiles, 0);
+                calls = faulty.allCalls;
+            }
+            Recover(Answer::Yes);
+            ExpectWhole(write, before);
+        }
+    }
+
     void WriteKilledAt(const Write& write, int n, Event event) const {
         FaultySystemCalls calls;
         calls.AtCall(n, event);
@@ -85,6 +104,11 @@ TEST_F(SafetyTest, KilledAtEverySystemCall) {
                 Prepare(write);
                 finished = InChildProcess([&] { WriteKilledAt(write, n, event); });
                 const std::string before = Content();
+                if (!finished && event == Event::Kill && write.text.size() < 100) {
+                    FailRecoveryEverywhere(write, n);
+                    Prepare(write);
+                    InChildProcess([&] { WriteKilledAt(write, n, event); });
+                }
                 const std::size_t boxes = Recover(Answer::Yes);
                 ExpectWhole(write, before);
                 ASSERT_LE(boxes, 1U);

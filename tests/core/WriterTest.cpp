@@ -238,6 +238,42 @@ TEST_F(WriterTest, AnInputThatChangesWhileItIsReadIsNotWritten) {
     EXPECT_EQ(Reports().size(), 1U);
 }
 
+TEST_F(WriterTest, ATargetThatChangesBeforeItIsWrittenIsLeftAlone) {
+    const std::string path = folder.Native("out/f");
+    const struct {
+        const char* what;
+        std::function<void()> happens;
+    } rows[] = {
+        {"is written into", [&] { folder.Write("out/f", "another program's"); }},
+        {"is removed", [&] { folder.Remove("out/f"); }},
+        {"is replaced, and has a second name",
+         [&] {
+             std::filesystem::create_hard_link(path, folder.Native("out/backup"));
+             folder.Write("g", "other");
+             ::rename(folder.Native("g").c_str(), path.c_str());
+         }},
+    };
+    folder.Write("f", "abc");
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        folder.Remove("out");
+        folder.Write("out/f", "old");
+        std::vector<std::string> after;
+        calls.beforeCall = [&, n = 0](Calls::Kind kind) mutable {
+            if (kind == Calls::kLock && ++n == 2) { // that of the target
+                row.happens();
+                after = folder.Names("out");
+            }
+        };
+        engine.ReplaceTextInFile(folder.Path("f"), u"a", u"b", {true, false, folder.Path("out")},
+                                 1);
+        calls.beforeCall = nullptr;
+        EXPECT_EQ(folder.Names("out"), after);
+        EXPECT_FALSE(folder.Exists("out/f") && folder.Read("out/f") == "bbc");
+        EXPECT_THAT(Reports().at(0), testing::HasSubstr("Another program has"));
+    }
+}
+
 TEST_F(WriterTest, WhereTheJournalGoes) {
     // What stands in the way of the first folder; whether the second one serves.
     const struct {
@@ -261,6 +297,15 @@ TEST_F(WriterTest, WhereTheJournalGoes) {
          0, 1},
         {"no room",
          [&] { calls.FailAt(Calls::kWriteAt, calls.calls[Calls::kWriteAt] + 1, ENOSPC); }, 0, 1},
+        {"forced modes",
+         [&] {
+             calls.beforeCall = [&](Calls::Kind kind) {
+                 for (const std::string& name : Kept("a", "journal-")) {
+                     state.SetMode(name, kind == Calls::kStatus ? 0755 : 0600);
+                 }
+             };
+         },
+         0, 1},
         {"no locks", [&] { calls.FailAt(Calls::kLock, calls.calls[Calls::kLock] + 2, ENOLCK); }, 0,
          1},
     };
@@ -274,6 +319,7 @@ TEST_F(WriterTest, WhereTheJournalGoes) {
         const std::string used = state.Native(row.inFirst == 1 ? "a" : "b");
         EXPECT_EQ(std::filesystem::status(used).permissions(), std::filesystem::perms(0700));
         writer.Settle();
+        calls.beforeCall = nullptr;
     }
     Prepare({"old", "new"});
     state.Write("a", "");

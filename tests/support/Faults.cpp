@@ -95,6 +95,10 @@ int FaultySystemCalls::StatusOfName(const std::string& path, FileStatus& status)
     return Fails(kStatus) ? -1 : SystemCalls::StatusOfName(path, status);
 }
 
+int FaultySystemCalls::StatusOfTarget(const std::string& path, FileStatus& status) {
+    return Fails(kStatus) ? -1 : SystemCalls::StatusOfTarget(path, status);
+}
+
 ssize_t FaultySystemCalls::Read(int descriptor, void* bytes, std::size_t count) {
     return AfterBytes(Fails(kRead, &count) ? -1 : SystemCalls::Read(descriptor, bytes, count));
 }
@@ -119,8 +123,8 @@ int FaultySystemCalls::SetMode(int descriptor, mode_t mode) {
     return Fails(kSetMode) ? -1 : SystemCalls::SetMode(descriptor, mode);
 }
 
-int FaultySystemCalls::Lock(int descriptor) {
-    return Fails(kLock) ? -1 : SystemCalls::Lock(descriptor);
+int FaultySystemCalls::Lock(int descriptor, int operation) {
+    return Fails(kLock) ? -1 : SystemCalls::Lock(descriptor, operation);
 }
 
 int FaultySystemCalls::Close(int descriptor) {

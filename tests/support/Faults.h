@@ -63,13 +63,14 @@ public:
     int Open(const std::string& path, int flags, mode_t mode) override;
     int Status(int descriptor, FileStatus& status) override;
     int StatusOfName(const std::string& path, FileStatus& status) override;
+    int StatusOfTarget(const std::string& path, FileStatus& status) override;
     ssize_t Read(int descriptor, void* bytes, std::size_t count) override;
     ssize_t ReadAt(int descriptor, void* bytes, std::size_t count, std::uint64_t offset) override;
     ssize_t WriteAt(int descriptor, const void* bytes, std::size_t count,
                     std::uint64_t offset) override;
     int Truncate(int descriptor, std::uint64_t size) override;
     int SetMode(int descriptor, mode_t mode) override;
-    int Lock(int descriptor) override;
+    int Lock(int descriptor, int operation) override;
     int Close(int descriptor) override;
     int Unlink(const std::string& path) override;
     int NameFile(int descriptor, const std::string& path) override;
