@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "filelist/FileAdding.h"
+#include "filelist/FileList.h"
+#include "fuzz/MemoryFile.h"
+#include "support/Doubles.h"
+
+// Loading list files: every line but the blank ones is a row, as it stands.
+
+void vexmarrow::fuzz::TryInput(Input input) {
+    const bool several = input.Byte() % 2 != 0; // of which the dialog tells the folder first
+    const std::size_t files = several ? 2 : 1;
+    Reader reader(input);
+    reader.file.bytes = input.Rest();
+    const auto lines = reader.TryLines();
+    FileList list;
+    test::ScriptedPrompts prompts;
+    test::ScriptedPickers pickers;
+    test::MemorySettings settings;
+    test::ScriptedEventLoop eventLoop;
+    test::RecordingPointer pointer;
+    FileAdding adding(list, prompts, pickers, settings, eventLoop, pointer, reader.textio);
+    list.Add({u"kept"});
+    pickers.files = {several ? Texts{u"/proc//self", u"exe", u"exe"} : Texts{kPath}};
+    adding.LoadListFiles();
+
+    Texts expected{u"kept"};
+    for (std::size_t i = 0; lines && i < files; ++i) {
+        for (const std::u16string& line : *lines) {
+            if (line != std::u16string(line.size(), u' ')) {
+                expected.push_back(line);
+            }
+        }
+    }
+    Texts rows;
+    for (std::size_t i = 1; i <= list.Count(); ++i) {
+        rows.push_back(list.Row(i));
+    }
+    Require(rows == expected, "the lines that are not blank are the rows, after those there were");
+    Require(prompts.boxes.size() == (lines ? 0 : files), "failed reads are reported, nothing else");
+    Require(eventLoop.told.size() == (lines ? files * lines->size() : 0), "each line yields");
+    Require(pointer.Pointer() == MousePointer::Default, "the pointer is put back");
+}
