@@ -12,6 +12,8 @@
 #         test     what the tests need besides: test library, virtual display,
 #                  window manager, accessibility bus
 #         check    what checks the format and the soundness of the code
+#         fuzz     what builds and runs the fuzz targets: the compiler that has
+#                  libFuzzer, its runtime, and what names lines in its reports
 set -euo pipefail
 
 say() { printf '%s\n' "$*"; }
@@ -23,6 +25,7 @@ packages_of() {
     test) echo libgtest-dev libgmock-dev xvfb openbox dbus at-spi2-core python3 python3-pyatspi \
         libxtst6 scrot x11-utils wmctrl ;;
     check) echo clang-format clang-tidy ;;
+    fuzz) echo clang libclang-rt-14-dev llvm cmake ninja-build libicu-dev ;;
     *) return 1 ;;
     esac
 }
@@ -33,6 +36,7 @@ reason_of() {
     wayland) echo "to show the window on this desktop" ;;
     test) echo "to build and run the tests, and the window where there is no display" ;;
     check) echo "to check the code" ;;
+    fuzz) echo "to build and run the fuzz targets" ;;
     esac
 }
 
