@@ -19,7 +19,8 @@ class MemoryWriter final : public FileWriter {
 public:
     explicit MemoryWriter(std::string& file) : file_(file) {}
 
-    std::unique_ptr<PendingFile> Begin(std::u16string_view, WriteStart) override {
+    std::unique_ptr<PendingFile> Begin(std::u16string_view, WriteStart,
+                                       const SourceFile*) override {
         struct Pending final : PendingFile {
             explicit Pending(std::string& target) : file(target) { file.clear(); }
             void Append(std::string_view bytes) override { file += bytes; }
@@ -28,6 +29,7 @@ public:
         };
         return std::make_unique<Pending>(file_);
     }
+    void Settle() noexcept override {}
 
 private:
     std::string& file_;

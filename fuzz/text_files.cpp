@@ -20,7 +20,13 @@ constexpr std::string_view kMark16 = "\xFF\xFE";
 
 /// The one place that knows how pieces are asked for.
 Texts Pieces(RFTSFSO& textio, bool detected) {
-    return detected ? textio.ReadTextChunks(kPath) : textio.ReadChunksByStream(kPath);
+    TextPieces reader = detected ? textio.ReadTextChunks(kPath) : textio.ReadChunksByStream(kPath);
+    Texts pieces;
+    for (std::u16string piece; reader.Next(piece);) {
+        pieces.push_back(piece);
+    }
+    reader.Finish();
+    return pieces;
 }
 
 /// Puts as much into the middle of a file as brings the rest of it to the border of two pieces.

@@ -69,7 +69,7 @@ void InputFile::MakeRoom(std::size_t least) {
         end_ -= begin_;
         begin_ = 0;
     }
-    // One byte more than the file has shows its end without a further call.
+    // One byte more than the file has: the end is seen without room being made for it.
     const std::uint64_t left = status_.size > position_ ? status_.size - position_ : 0;
     const std::uint64_t useful =
         std::max<std::uint64_t>(least, std::min<std::uint64_t>(end_ + left + 1, kBlock));
@@ -100,8 +100,7 @@ void InputFile::ReadOn() {
     const auto count = static_cast<std::size_t>(got);
     end_ += count;
     position_ += count;
-    // Files that tell their size end there; of the others only an empty answer shows the end.
-    atEnd_ = count == 0 || (count < room && position_ == status_.size);
+    atEnd_ = count == 0; // not at the size that was told: some file systems tell a wrong one
 }
 
 void InputFile::CheckUnchanged() {
