@@ -32,10 +32,14 @@ std::int64_t Now() {
 Replacement::Replacement(SystemCalls& calls, Journal& journal, std::vector<FileStatus>& waiting,
                          std::u16string_view path, Descriptor target, const FileStatus& status,
                          WriteStart start, const SourceFile* itself)
-    : calls_(calls), journal_(journal), waiting_(waiting), path_(path), target_(std::move(target)) {
+    : calls_(calls),
+      journal_(journal),
+      waiting_(waiting),
+      path_(path),
+      target_(std::move(target)),
+      lockOfSource_(itself != nullptr ? itself->descriptor : -1) {
     job_.descriptor = target_.Number();
     job_.old = status;
-    lockOfSource_ = itself != nullptr ? itself->descriptor : -1;
     job_.base = start == WriteStart::Append ? status.size : 0;
     JournalRecord record;
     record.path = FullPath(NativeName(path));
