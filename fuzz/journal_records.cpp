@@ -48,9 +48,9 @@ JournalRecord MakeRecord(Input input) {
     record.target.modified = static_cast<std::int64_t>(Number(input));
     record.target.born = static_cast<std::int64_t>(Number(input));
     record.begun = static_cast<std::int64_t>(Number(input));
-    record.target.size = Number(input) >> 1;
+    record.target.size = Number(input) >> 2; // so that the sum of both fits
     record.base = record.target.size == 0 ? 0 : Number(input) % record.target.size;
-    record.payloadSize = Number(input) >> 2 >> (record.base >> 62);
+    record.payloadSize = Number(input) >> 2;
     record.payloadChecksum = Number(input);
     record.machine = input.Bytes(input.Byte());
     record.path = "/" + std::string(input.Rest().substr(0, input.Rest().find('\0')));
