@@ -3,37 +3,131 @@
 
 #include "engine/Cascade.h"
 
+#include "engine/LineCascade.h"
+
+#include <bitset>
+#include <type_traits>
 #include <utility>
 
 namespace vexmarrow {
 namespace {
 
-void ReplaceAll(std::u16string& text, const ReplacementPair& pair) {
-    const std::u16string_view source = text;
-    std::size_t at = source.find(pair.find);
-    if (pair.find.empty() || at == std::u16string_view::npos) {
-        return;
+template <typename Unit>
+using Steps = std::vector<Step<Unit>>;
+
+/// Runs each pair over the whole text: the way for few pairs.
+template <typename Unit>
+class PairByPair final : public BasicCascade<Unit>::Way {
+public:
+    explicit PairByPair(Steps<Unit> steps) : steps_(std::move(steps)) {}
+
+    bool Apply(std::basic_string_view<Unit> text, std::basic_string<Unit>& result) override {
+        if (!passes_.Run(steps_, text)) {
+            return false;
+        }
+        result.swap(passes_.text);
+        return true;
     }
-    std::u16string result;
-    result.reserve(text.size());
-    std::size_t copied = 0;
-    while (at != std::u16string_view::npos) {
-        result.append(source, copied, at - copied).append(pair.replace);
-        copied = at + pair.find.size();
-        at = source.find(pair.find, copied);
+
+private:
+    Steps<Unit> steps_;
+    Passes<Unit> passes_;
+};
+
+/// Copies lines in which nothing is found, and runs the cascade over each of the others by itself.
+/// What a line is depends on the pairs: it lies between two units that no find text contains.
+template <typename Unit>
+class LineByLine final : public BasicCascade<Unit>::Way {
+public:
+    using View = std::basic_string_view<Unit>;
+    using String = std::basic_string<Unit>;
+
+    explicit LineByLine(Steps<Unit> steps) : steps_(std::move(steps)) {
+        for (const Step<Unit>& step : steps_) {
+            for (const Unit unit : step.find.Text()) {
+                inFindTexts_.set(Code(unit));
+            }
+        }
     }
-    result.append(source, copied);
-    text = std::move(result);
-}
+
+    bool Apply(View text, String& result) override {
+        Effort effort(LimitFor(text));
+        typename FindAny<Unit>::Walk walk(any_, text, effort, next_);
+        std::size_t copied = 0;
+        bool found = false;
+        for (std::size_t hit = 0; (hit = walk.Next(copied)) != View::npos;) {
+            std::size_t begin = hit;
+            while (begin > copied && InFindTexts(text[begin - 1])) {
+                --begin;
+            }
+            std::size_t end = hit;
+            while (end < text.size() && InFindTexts(text[end])) {
+                ++end;
+            }
+            if (!found) {
+                found = true;
+                result.clear();
+                result.reserve(text.size());
+            }
+            result.append(text, copied, begin - copied);
+            result.append(lines_.Run(text.substr(begin, end - begin), effort));
+            copied = end;
+        }
+        const View rest = text.substr(copied);
+        const bool changed = effort.Exhausted() && passes_.Run(steps_, rest);
+        if (found) {
+            result.append(changed ? passes_.text : rest);
+        } else if (changed) {
+            result.swap(passes_.text);
+        }
+        return found || changed;
+    }
+
+private:
+    static std::size_t Code(Unit unit) { return std::make_unsigned_t<Unit>(unit); }
+    bool InFindTexts(Unit unit) const { return inFindTexts_[Code(unit)]; }
+
+    /// About what it would take to run each pair over the whole text, if there is nothing to find.
+    std::size_t LimitFor(View text) const {
+        return (steps_.size() / 16 + 4) * text.size() + 16 * steps_.size() + 4096;
+    }
+
+    static std::vector<const FindOne<Unit>*> FindsOf(const Steps<Unit>& steps) {
+        std::vector<const FindOne<Unit>*> finds;
+        for (const Step<Unit>& step : steps) {
+            finds.push_back(&step.find);
+        }
+        return finds;
+    }
+
+    Steps<Unit> steps_;
+    FindAny<Unit> any_{FindsOf(steps_)};
+    std::bitset<std::size_t{1} << (8 * sizeof(Unit))> inFindTexts_;
+    LineCascade<Unit> lines_{steps_, any_};
+    Passes<Unit> passes_;
+    std::vector<std::size_t> next_;
+};
 
 } // namespace
 
-Cascade::Cascade(std::vector<ReplacementPair> pairs) : pairs_(std::move(pairs)) {}
-
-void Cascade::Apply(std::u16string& text) const {
-    for (const ReplacementPair& pair : pairs_) {
-        ReplaceAll(text, pair);
+template <typename Unit>
+BasicCascade<Unit>::BasicCascade(std::vector<BasicReplacementPair<Unit>> pairs) {
+    constexpr std::size_t kFew = 2;
+    Steps<Unit> steps;
+    steps.reserve(pairs.size());
+    for (BasicReplacementPair<Unit>& pair : pairs) {
+        if (!pair.find.empty()) {
+            steps.push_back({FindOne<Unit>(pair.find), std::move(pair.replace)});
+        }
+    }
+    if (steps.size() <= kFew) {
+        way_ = std::make_unique<PairByPair<Unit>>(std::move(steps));
+    } else {
+        way_ = std::make_unique<LineByLine<Unit>>(std::move(steps));
     }
 }
+
+template class BasicCascade<char>;
+template class BasicCascade<char16_t>;
 
 } // namespace vexmarrow

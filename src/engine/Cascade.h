@@ -3,30 +3,71 @@
 
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace vexmarrow {
 
-/// What to find, character by character with exact case, and what to put in its place. An empty
-/// find text is found nowhere.
-struct ReplacementPair {
-    std::u16string find;
-    std::u16string replace;
+/// What to find, unit by unit with exact case, and what to put in its place. An empty find text is
+/// found nowhere.
+template <typename Unit>
+struct BasicReplacementPair {
+    std::basic_string<Unit> find;
+    std::basic_string<Unit> replace;
 };
 
 /// Replaces with an ordered list of pairs. Each pair changes every occurrence of its find text,
 /// from left to right and without overlap, in what the pairs before it have made of the text; what
-/// a pair inserts is not searched again by that pair.
-class Cascade {
+/// a pair inserts is not searched again by that pair. docs/CASCADE.md tells how.
+///
+/// It is made for bytes and for 16-bit units. Making one takes time for each pair; applying it to
+/// many texts takes memory only while they grow. Not for several threads at once.
+template <typename Unit>
+class BasicCascade {
 public:
-    explicit Cascade(std::vector<ReplacementPair> pairs);
+    explicit BasicCascade(std::vector<BasicReplacementPair<Unit>> pairs);
 
-    void Apply(std::u16string& text) const;
+    /// Puts the replaced text into `result`, in which `text` must not lie. Returns false if nothing
+    /// was found: then `result` means nothing, and the text stays as it is.
+    bool Apply(std::basic_string_view<Unit> text, std::basic_string<Unit>& result) const {
+        return way_->Apply(text, result);
+    }
+
+    /// One of the ways to do it.
+    class Way {
+    public:
+        Way() = default;
+        Way(const Way&) = delete;
+        Way& operator=(const Way&) = delete;
+        virtual ~Way() = default;
+        virtual bool Apply(std::basic_string_view<Unit> text, std::basic_string<Unit>& result) = 0;
+    };
 
 private:
-    std::vector<ReplacementPair> pairs_;
+    std::unique_ptr<Way> way_;
+};
+
+extern template class BasicCascade<char>;
+extern template class BasicCascade<char16_t>;
+
+using ReplacementPair = BasicReplacementPair<char16_t>;
+
+/// A cascade that changes the characters of a text in place.
+class Cascade {
+public:
+    explicit Cascade(std::vector<ReplacementPair> pairs) : cascade_(std::move(pairs)) {}
+
+    void Apply(std::u16string& text) const {
+        if (cascade_.Apply(text, result_)) {
+            text.swap(result_);
+        }
+    }
+
+private:
+    BasicCascade<char16_t> cascade_;
+    mutable std::u16string result_;
 };
 
 } // namespace vexmarrow

@@ -1,0 +1,209 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <algorithm>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+namespace vexmarrow {
+
+/// Looks for one text in many others.
+///
+/// Two rare units of it are looked for in many places at once; where both stand, the rest is
+/// compared. A text that keeps looking like a match without being one is given up to a search
+/// whose time does not depend on that, so that the time stays linear.
+template <typename Unit>
+class FindOne {
+public:
+    using View = std::basic_string_view<Unit>;
+
+    explicit FindOne(View find);
+
+    const std::basic_string<Unit>& Text() const { return find_; }
+
+    /// Calls `visit(place)` for each occurrence, from left to right and without overlap, until it
+    /// returns false. The empty text occurs nowhere.
+    template <typename Visit>
+    void ForEach(View text, Visit visit) const;
+
+    /// The first occurrence at or after `from`; npos if there is none.
+    std::size_t In(View text, std::size_t from) const {
+        std::size_t found = View::npos;
+        ForEach(text.substr(from), [&](std::size_t place) {
+            found = from + place;
+            return false;
+        });
+        return found;
+    }
+
+private:
+    template <typename Visit>
+    void ForEachSteadily(View text, std::size_t from, Visit visit) const;
+
+    /// Candidates are bits: bit n stands for the n-th place of a block.
+    using Candidates = std::uint64_t;
+    Candidates OneByOne(const Unit* block, std::size_t places) const;
+#if defined(__SSE2__)
+    static constexpr std::size_t kVector = sizeof(__m128i) / sizeof(Unit);
+    static constexpr std::size_t kBlock = 4 * kVector;
+    __m128i Compare(const Unit* block) const;
+    Candidates InVector(const Unit* block) const;
+    Candidates InBlock(const Unit* block) const;
+#endif
+
+    std::basic_string<Unit> find_;
+    std::size_t first_ = 0; // where the two rare units stand; the same place in a text of one
+    std::size_t second_ = 0;
+    /// For each length of a part of the find text from its beginning: the length of the longest
+    /// shorter one that it ends with.
+    std::vector<std::uint32_t> retreat_;
+};
+
+template <typename Unit>
+auto FindOne<Unit>::OneByOne(const Unit* block, std::size_t places) const -> Candidates {
+    Candidates candidates = 0;
+    for (std::size_t place = 0; place < places; ++place) {
+        const bool both =
+            block[place + first_] == find_[first_] && block[place + second_] == find_[second_];
+        candidates |= Candidates{both} << place;
+    }
+    return candidates;
+}
+
+#if defined(__SSE2__)
+template <typename Unit>
+__m128i FindOne<Unit>::Compare(const Unit* block) const {
+    const auto load = [block](std::size_t offset) {
+        return _mm_loadu_si128(reinterpret_cast<const __m128i*>(block + offset));
+    };
+    if constexpr (sizeof(Unit) == 1) {
+        return _mm_and_si128(_mm_cmpeq_epi8(load(first_), _mm_set1_epi8(find_[first_])),
+                             _mm_cmpeq_epi8(load(second_), _mm_set1_epi8(find_[second_])));
+    } else {
+        const auto all = [](Unit unit) { return _mm_set1_epi16(static_cast<short>(unit)); };
+        return _mm_and_si128(_mm_cmpeq_epi16(load(first_), all(find_[first_])),
+                             _mm_cmpeq_epi16(load(second_), all(find_[second_])));
+    }
+}
+
+template <typename Unit>
+auto FindOne<Unit>::InVector(const Unit* block) const -> Candidates {
+    __m128i equal = Compare(block);
+    if constexpr (sizeof(Unit) == 2) {
+        equal = _mm_packs_epi16(equal, _mm_setzero_si128());
+    }
+    return static_cast<unsigned>(_mm_movemask_epi8(equal));
+}
+
+template <typename Unit>
+auto FindOne<Unit>::InBlock(const Unit* block) const -> Candidates {
+    const __m128i a = Compare(block);
+    const __m128i b = Compare(block + kVector);
+    const __m128i c = Compare(block + 2 * kVector);
+    const __m128i d = Compare(block + 3 * kVector);
+    const __m128i any = _mm_or_si128(_mm_or_si128(a, b), _mm_or_si128(c, d));
+    if (_mm_movemask_epi8(any) == 0) {
+        return 0;
+    }
+    const auto bits = [](__m128i equal) {
+        return Candidates{static_cast<unsigned>(_mm_movemask_epi8(equal))};
+    };
+    if constexpr (sizeof(Unit) == 1) {
+        return bits(a) | bits(b) << 16 | bits(c) << 32 | bits(d) << 48;
+    } else {
+        return bits(_mm_packs_epi16(a, b)) | bits(_mm_packs_epi16(c, d)) << 16;
+    }
+}
+#endif
+
+template <typename Unit>
+template <typename Visit>
+void FindOne<Unit>::ForEach(View text, Visit visit) const {
+    const std::size_t length = find_.size();
+    if (length == 0 || text.size() < length) {
+        return;
+    }
+    const std::size_t places = text.size() - length + 1;
+    std::size_t at = 0;    // places before this one have been looked at
+    std::size_t clear = 0; // where the last occurrence ends
+    std::size_t wasted = 0;
+    const auto goOn = [&](std::size_t block, Candidates candidates) {
+        for (; candidates != 0; candidates &= candidates - 1) {
+            const std::size_t place =
+                block + static_cast<std::size_t>(std::countr_zero(candidates));
+            if (place < clear) {
+                continue;
+            }
+            if (View(text.data() + place, length) != find_) {
+                wasted += 24 + length / 16; // about what that took, in clock cycles
+                continue;
+            }
+            clear = place + length;
+            if (!visit(place)) {
+                return false;
+            }
+        }
+        return true;
+    };
+#if defined(__SSE2__)
+    while (at + kBlock <= places) {
+        const Candidates candidates = InBlock(text.data() + at);
+        if (candidates != 0) [[unlikely]] {
+            if (!goOn(at, candidates)) {
+                return;
+            }
+            if (wasted > 4096 + 4 * at) {
+                return ForEachSteadily(text, std::max(at + kBlock, clear), visit);
+            }
+        }
+        at = std::max(at + kBlock, clear);
+    }
+    for (; at < places && places >= kVector; at += kVector) {
+        // The last vector may begin before what is left, but never reaches beyond the text.
+        const std::size_t block = std::min(at, places - kVector);
+        if (!goOn(block, InVector(text.data() + block) >> (at - block) << (at - block))) {
+            return;
+        }
+    }
+#endif
+    constexpr std::size_t kMost = 64;
+    while (at < places) {
+        const std::size_t count = std::min(kMost, places - at);
+        if (!goOn(at, OneByOne(text.data() + at, count))) {
+            return;
+        }
+        at += count;
+        if (wasted > 4096 + 4 * at) {
+            return ForEachSteadily(text, std::max(at, clear), visit);
+        }
+    }
+}
+
+template <typename Unit>
+template <typename Visit>
+void FindOne<Unit>::ForEachSteadily(View text, std::size_t from, Visit visit) const {
+    std::size_t matched = 0;
+    for (std::size_t at = from; at < text.size(); ++at) {
+        while (matched != 0 && find_[matched] != text[at]) {
+            matched = retreat_[matched];
+        }
+        matched += find_[matched] == text[at] ? 1 : 0;
+        if (matched == find_.size()) {
+            matched = 0;
+            if (!visit(at + 1 - find_.size())) {
+                return;
+            }
+        }
+    }
+}
+
+} // namespace vexmarrow
