@@ -1,0 +1,228 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "engine/Cascade.h"
+
+#include "support/Cards.h"
+#include "support/PlainCascade.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <iomanip>
+#include <random>
+#include <sstream>
+#include <sys/mman.h>
+
+namespace vexmarrow::test {
+namespace {
+
+/// Memory between two pages that nobody may touch.
+class Enclosure {
+public:
+    Enclosure() {
+        mprotect(memory_, kPage, PROT_NONE);
+        mprotect(memory_ + kPage + kRoom, kPage, PROT_NONE);
+    }
+    Enclosure(const Enclosure&) = delete;
+    Enclosure& operator=(const Enclosure&) = delete;
+    ~Enclosure() { munmap(memory_, kRoom + 2 * kPage); }
+
+    /// The text, at one end of the memory.
+    template <typename Unit>
+    std::basic_string_view<Unit> Hold(const std::basic_string<Unit>& text, bool first) {
+        const std::size_t bytes = text.size() * sizeof(Unit);
+        char* const place = memory_ + kPage + (first ? 0 : kRoom - bytes);
+        std::memcpy(place, text.data(), bytes);
+        return {reinterpret_cast<const Unit*>(place), text.size()};
+    }
+
+private:
+    static constexpr std::size_t kPage = 4096, kRoom = 1 << 20;
+    char* const memory_ = static_cast<char*>(mmap(
+        nullptr, kRoom + 2 * kPage, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
+};
+
+template <typename Unit>
+struct CascadeTest : testing::Test {
+    using String = std::basic_string<Unit>;
+    using Pairs = std::vector<BasicReplacementPair<Unit>>;
+
+    Enclosure enclosure;
+    std::mt19937 random{2026};
+    std::size_t Below(std::size_t limit) { return random() % limit; }
+
+    static std::string Literal(const String& text) {
+        std::ostringstream literal;
+        for (const Unit unit : text) {
+            const unsigned code = std::make_unsigned_t<Unit>(unit);
+            literal << std::hex << std::setfill('0');
+            if (code >= ' ' && code < 0x7F && code != '"' && code != '\\') {
+                literal << static_cast<char>(code);
+            } else {
+                literal << "\\x" << std::setw(2 * sizeof(Unit)) << code << "\" \"";
+            }
+        }
+        return "\"" + literal.str() + "\"";
+    }
+
+    /// Whether the cascade does to the text what the plain one does; it is applied twice.
+    bool IsExact(const BasicCascade<Unit>& cascade, const Pairs& pairs, const String& text) {
+        String plain = text, result;
+        for (const auto& pair : pairs) {
+            plain = PlainStep(plain, pair);
+        }
+        for (const bool first : {false, true}) {
+            const auto held = enclosure.Hold(text, first);
+            if (!cascade.Apply(held, result)) {
+                result = held;
+            }
+            if (result != plain) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    /// Drops pairs and units as long as the case still fails, and shows what is left.
+    std::string Smallest(Pairs pairs, String text) {
+        const auto drop = [&](auto& from, auto fails) {
+            for (std::size_t size = std::bit_ceil(from.size()); size > 0; size /= 2) {
+                for (std::size_t at = 0; at < from.size();) {
+                    auto less = from;
+                    const auto begin = less.begin() + static_cast<std::ptrdiff_t>(at);
+                    less.erase(begin, begin + static_cast<std::ptrdiff_t>(
+                                                  std::min(size, from.size() - at)));
+                    fails(less) ? from = less : (at += size, from);
+                }
+            }
+        };
+        drop(pairs, [&](const Pairs& less) { return !IsExact(BasicCascade(less), less, text); });
+        drop(text, [&](const String& less) { return !IsExact(BasicCascade(pairs), pairs, less); });
+        std::string shown = "\n{{";
+        for (const auto& [find, replace] : pairs) {
+            shown += "{" + Literal(find) + ", " + Literal(replace) + "}, ";
+        }
+        return shown + "}, " + Literal(text) + "}";
+    }
+
+    /// Texts must not grow without bounds: pairs that make them too long are left out.
+    static void Tame(Pairs& pairs, String text) {
+        const std::size_t most = 2 * text.size() + 500;
+        for (auto& pair : pairs) {
+            String made = PlainStep(text, pair);
+            made.size() > most ? pair.replace.clear() : text.swap(made);
+        }
+    }
+
+    void Check(const Pairs& pairs, const std::vector<String>& texts) {
+        const BasicCascade<Unit> cascade(pairs);
+        for (const String& text : texts) {
+            if (!IsExact(cascade, pairs, text)) {
+                FAIL() << Smallest(pairs, text);
+            }
+        }
+    }
+
+    String Word(const String& letters, std::size_t least, std::size_t most) {
+        String word(least + Below(most - least + 1), Unit{});
+        std::generate(word.begin(), word.end(), [&] { return letters[Below(letters.size())]; });
+        return word;
+    }
+
+    /// Pairs of which each may contain parts of the others.
+    Pairs Entangled(std::size_t count, const String& finds, const String& all, std::size_t least,
+                    std::size_t most) {
+        Pairs pairs(count);
+        for (auto& [find, replace] : pairs) {
+            find = Below(40) == 0 ? String() : Word(finds, least, most);
+            const auto& other = pairs[Below(count)];
+            const String& used = Below(2) == 0 ? other.find : other.replace;
+            replace = Below(3) == 0   ? Word(all, 0, find.size())
+                      : Below(2) == 0 ? used.substr(0, most)
+                                      : Word(all, 0, 1) + used.substr(0, find.size());
+            if (Below(4) == 0) {
+                find = (find + used).substr(0, most);
+            }
+        }
+        return pairs;
+    }
+};
+
+using UnitTypes = testing::Types<char, char16_t>;
+TYPED_TEST_SUITE(CascadeTest, UnitTypes);
+
+TYPED_TEST(CascadeTest, RandomTextsAndPairs) {
+    const std::basic_string<TypeParam> all{
+        'a', 'e', 'b', ':', '\n', ' ', '\r', 'Q', '\0', 'x', TypeParam(0xE9), TypeParam(0xD861)};
+    for (int round = 0; round < 60'000 && !this->HasFailure(); ++round) {
+        auto letters = all;
+        std::shuffle(letters.begin(), letters.end(), this->random);
+        letters.resize(2 + this->Below(5));
+        const auto finds = letters.substr(0, letters.size() - this->Below(2)); // else one cuts
+        const std::size_t most[] = {3, 20, 60, 200};
+        const std::size_t count = 1 + this->Below(most[this->Below(this->Below(4) + 1)]);
+        const std::size_t least = 1 + this->Below(8);
+        auto pairs = this->Entangled(count, finds, letters, least, least + this->Below(9 - least));
+        const std::size_t length = 1 + this->Below(round % 8 == 0 ? 600 : 120);
+        auto text = this->Word(letters, 0, length);
+        if (this->Below(2) == 0) { // hits are sparse
+            text = this->Word(all, length, length);
+            for (std::size_t i = this->Below(4); i > 0; --i) {
+                text.insert(this->Below(text.size() + 1), pairs[this->Below(count)].find);
+            }
+        }
+        this->Tame(pairs, text);
+        this->Check(pairs, {text, text.substr(text.size() / 2), {}, text + TypeParam('\n')});
+    }
+}
+
+TYPED_TEST(CascadeTest, ManyPairs) {
+    const std::basic_string<TypeParam> all{'a', 'e', 'b', ':', 'r', '\n'};
+    for (int round = 0; round < 60 && !this->HasFailure(); ++round) {
+        const std::size_t least = 1 + this->Below(6), letters = 2 + this->Below(5);
+        auto pairs = this->Entangled(this->Below(1500) + 1, all.substr(0, letters), all, least,
+                                     std::min<std::size_t>(least + 2, 8));
+        const auto text = this->Word(all, 0, 3000);
+        this->Tame(pairs, text);
+        this->Check(pairs, {text, text.substr(text.size() / 3)});
+    }
+}
+
+TYPED_TEST(CascadeTest, CardsInPieces) {
+    Cards cards(7);
+    const auto text = As<TypeParam>(cards.Text(65'536 + 200));
+    for (const std::size_t count : {1, 2, 3, 10, 100}) {
+        std::vector<std::basic_string<TypeParam>> pieces;
+        for (std::size_t i = 0; i < 150; ++i) {
+            pieces.push_back(text.substr(i % 3, 65'536 - 75 + i));
+        }
+        this->Check(As<TypeParam>(cards.Sets(), count), pieces);
+    }
+    this->Check(As<TypeParam>(cards.Sets(), 1000),
+                {text, text.substr(500, 65'536), text.substr(99)});
+}
+
+TYPED_TEST(CascadeTest, WhatNearlyMatchesEverywhere) {
+    using Text = typename TestFixture::String;
+    const auto many = [](const char* part, std::size_t times) {
+        Text text;
+        for (; times > 0; --times) {
+            text += As<TypeParam>(part);
+        }
+        return text;
+    };
+    const Text z{'z'};
+    for (const char* part : {"a", "ab", "aab"}) {
+        const Text find = many(part, 300) + Text{'b'}, text = many(part, 30'000);
+        typename CascadeTest<TypeParam>::Pairs pairs{{find, z}};
+        this->Check(pairs, {text, text + find + text, find + find + many(part, 20), find});
+        for (std::size_t i = 1; i < 40; ++i) { // finds that share all their grams
+            pairs.push_back({many(part, 100 + i) + Text{'c'}, many(part, i)});
+        }
+        this->Check(pairs, {text, text + pairs.back().find + text});
+    }
+}
+
+} // namespace
+} // namespace vexmarrow::test
