@@ -14,6 +14,7 @@
 #         check    what checks the format and the soundness of the code
 #         fuzz     what builds and runs the fuzz targets: the compiler that has
 #                  libFuzzer, its runtime, and what names lines in its reports
+#         bench    what the benchmarks need besides
 set -euo pipefail
 
 say() { printf '%s\n' "$*"; }
@@ -26,6 +27,7 @@ packages_of() {
         libxtst6 scrot x11-utils wmctrl ;;
     check) echo clang-format clang-tidy ;;
     fuzz) echo clang libclang-rt-14-dev llvm cmake ninja-build libicu-dev ;;
+    bench) echo libbenchmark-dev ;;
     *) return 1 ;;
     esac
 }
@@ -37,6 +39,7 @@ reason_of() {
     test) echo "to build and run the tests, and the window where there is no display" ;;
     check) echo "to check the code" ;;
     fuzz) echo "to build and run the fuzz targets" ;;
+    bench) echo "to measure how fast it is" ;;
     esac
 }
 
