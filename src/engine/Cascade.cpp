@@ -5,7 +5,7 @@
 
 #include "engine/LineCascade.h"
 
-#include <bitset>
+#include <array>
 #include <type_traits>
 #include <utility>
 
@@ -45,12 +45,13 @@ public:
     explicit LineByLine(Steps<Unit> steps) : steps_(std::move(steps)) {
         for (const Step<Unit>& step : steps_) {
             for (const Unit unit : step.find.Text()) {
-                inFindTexts_.set(Code(unit));
+                inFindTexts_[Code(unit)] = true;
             }
         }
     }
 
     bool Apply(View text, String& result) override {
+        Learn(text);
         Effort effort(LimitFor(text));
         typename FindAny<Unit>::Walk walk(any_, text, effort, next_);
         std::size_t copied = 0;
@@ -92,17 +93,31 @@ private:
         return (steps_.size() / 16 + 4) * text.size() + 16 * steps_.size() + 4096;
     }
 
-    static std::vector<const FindOne<Unit>*> FindsOf(const Steps<Unit>& steps) {
+    /// Plans how to look for the find texts, with the first text at hand and again when there is
+    /// much more of it. The result does not depend on that, only how soon it is there.
+    void Learn(View text) {
+        constexpr std::size_t kEnough = 65'536;
+        constexpr std::size_t kMore = 8;
+        if (sample_.Size() >= kEnough) {
+            return;
+        }
+        sample_.Add(text.substr(0, kEnough - sample_.Size()));
+        if (sample_.Size() < planAt_) {
+            return;
+        }
+        planAt_ = std::clamp<std::size_t>(sample_.Size() * kMore, 1024, kEnough);
         std::vector<const FindOne<Unit>*> finds;
-        for (const Step<Unit>& step : steps) {
+        for (const Step<Unit>& step : steps_) {
             finds.push_back(&step.find);
         }
-        return finds;
+        any_ = FindAny<Unit>(finds, sample_);
     }
 
     Steps<Unit> steps_;
-    FindAny<Unit> any_{FindsOf(steps_)};
-    std::bitset<std::size_t{1} << (8 * sizeof(Unit))> inFindTexts_;
+    TextSample<Unit> sample_;
+    std::size_t planAt_ = 0;
+    FindAny<Unit> any_;
+    std::array<bool, std::size_t{1} << (8 * sizeof(Unit))> inFindTexts_{};
     LineCascade<Unit> lines_{steps_, any_};
     Passes<Unit> passes_;
     std::vector<std::size_t> next_;

@@ -12,7 +12,7 @@ namespace {
 // What one text more costs by itself, in clock cycles per unit, beside a probe of a scan.
 constexpr double kSingleCost = 0.06;
 constexpr double kProbeCost = 2;
-constexpr std::size_t kMostSingles = 12; // of each group
+constexpr std::size_t kMostSingles = 3; // of each group
 
 /// How many of the texts, whose lengths rise, should be looked for one by one: without the
 /// shortest ones, a scan for the others makes longer strides.
@@ -38,7 +38,8 @@ std::size_t SinglesOf(const std::vector<std::size_t>& lengths) {
 } // namespace
 
 template <typename Unit>
-FindAny<Unit>::FindAny(const std::vector<const FindOne<Unit>*>& finds) {
+FindAny<Unit>::FindAny(const std::vector<const FindOne<Unit>*>& finds,
+                       const TextSample<Unit>& sample) {
     std::vector<Single> byLength;
     for (const FindOne<Unit>* find : finds) {
         byLength.push_back({find, static_cast<Number>(byLength.size())});
@@ -60,7 +61,7 @@ FindAny<Unit>::FindAny(const std::vector<const FindOne<Unit>*>& finds) {
             return typename GramScan<Unit>::Find{single.find->Text(), single.number};
         });
         if (!rest.empty()) {
-            scans_.emplace_back(std::move(rest));
+            scans_.emplace_back(std::move(rest), sample);
         }
         group = end;
     }

@@ -30,8 +30,12 @@ public:
     using View = std::basic_string_view<Unit>;
     using Number = std::uint32_t;
 
-    /// Find text n of `finds` has the number n. They must outlive this and not move.
-    explicit FindAny(const std::vector<const FindOne<Unit>*>& finds);
+    /// Find text n of `finds` has the number n. They must outlive this and not move. The sample
+    /// helps to look for what is rare.
+    FindAny(const std::vector<const FindOne<Unit>*>& finds, const TextSample<Unit>& sample);
+
+    /// Finds nothing.
+    FindAny() = default;
 
     /// Calls `visit(number)` at least once for each text that occurs in `text`.
     /// False if `effort` was exhausted before the end.

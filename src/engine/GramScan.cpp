@@ -3,9 +3,7 @@
 
 #include "engine/GramScan.h"
 
-#include "engine/UnitShare.h"
-
-#include <unordered_map>
+#include <limits>
 #include <utility>
 
 namespace vexmarrow {
@@ -18,51 +16,56 @@ constexpr double kHitCost = 30;
 } // namespace
 
 template <typename Unit>
-GramScan<Unit>::GramScan(std::vector<Find> finds) : finds_(std::move(finds)) {
+GramScan<Unit>::GramScan(std::vector<Find> finds, const TextSample<Unit>& sample)
+    : finds_(std::move(finds)) {
     std::size_t shortest = finds_.front().text.size();
     for (const Find& find : finds_) {
         shortest = std::min(shortest, find.text.size());
         longest_ = std::max(longest_, find.text.size());
     }
-    // Longer grams are rarer; shorter ones leave room for a longer stride.
-    const std::size_t widest = std::min(kWidest, shortest);
+    // Wide grams are rare. Narrow ones leave room for a long stride, which means fewer probes; a
+    // shorter one leaves a choice of rare grams.
+    const std::size_t widest = std::min(kWidestGram<Unit>, shortest);
     Plan best;
-    for (std::size_t width = widest - widest / 3; width <= widest; ++width) {
-        Plan plan = MakePlan(width, std::min(kLongestStride, shortest - width + 1));
-        if (best.entries.empty() || plan.cost < best.cost) {
-            best = std::move(plan);
+    for (std::size_t width = (widest + 1) / 2; width <= widest; ++width) {
+        const std::size_t longest = std::min(kLongestStride, shortest - width + 1);
+        for (std::size_t stride = longest; stride > 0; stride -= (stride + 2) / 3) {
+            Plan plan = MakePlan(width, stride, sample);
+            if (best.entries.empty() || plan.cost < best.cost) {
+                best = std::move(plan);
+            }
         }
     }
     Prepare(std::move(best));
 }
 
 template <typename Unit>
-auto GramScan<Unit>::MakePlan(std::size_t width, std::size_t stride) const -> Plan {
+auto GramScan<Unit>::MakePlan(std::size_t width, std::size_t stride,
+                              const TextSample<Unit>& sample) const -> Plan {
     Plan plan{.width = width, .stride = stride, .entries = {}, .cost = kProbeCost};
     plan.entries.reserve(finds_.size() * stride);
-    std::unordered_map<Gram, std::uint32_t> load; // how many entries a gram has
-    for (std::uint32_t number = 0; number < finds_.size(); ++number) {
-        const View text = finds_[number].text;
+    // How many entries a gram has, by hash.
+    std::vector<std::uint32_t> load(std::bit_ceil(4 * finds_.size() * stride));
+    const int shift = 64 - std::countr_zero(load.size());
+    for (std::uint32_t find = 0; find < finds_.size(); ++find) {
+        const View text = finds_[find].text;
         for (std::size_t residue = 0; residue < stride; ++residue) {
             Entry entry;
-            double share = 0;
-            double least = 0;
+            double least = std::numeric_limits<double>::infinity();
+            double chosen = 0;
             for (std::size_t offset = residue; offset + width <= text.size(); offset += stride) {
-                const Gram gram = Load(text.data() + offset, width);
-                double chance = 1;
-                for (const Unit unit : text.substr(offset, width)) {
-                    chance *= UnitShare(unit);
-                }
-                const auto found = load.find(gram);
-                const double weight = chance * (4 + (found == load.end() ? 0 : found->second));
-                if (offset == residue || weight < least) {
+                const View units = text.substr(offset, width);
+                const Gram gram = GramOf(units);
+                const double chance = sample.Chance(units);
+                const double weight = chance * (4 + load[MixedGram(gram) >> shift]);
+                if (weight < least) {
                     least = weight;
-                    share = chance;
-                    entry = {gram, number, static_cast<std::uint32_t>(offset)};
+                    chosen = chance;
+                    entry = {gram, find, static_cast<std::uint32_t>(offset)};
                 }
             }
-            if (++load[entry.gram] == 1) {
-                plan.cost += kHitCost * share;
+            if (load[MixedGram(entry.gram) >> shift]++ == 0) {
+                plan.cost += kHitCost * chosen;
             }
             plan.entries.push_back(entry);
         }
@@ -82,7 +85,7 @@ void GramScan<Unit>::Prepare(Plan plan) {
     const std::size_t bits =
         std::clamp<std::size_t>(std::bit_ceil(entries_.size() * 64), 1U << 10, 1U << 18);
     const std::size_t slots = std::bit_ceil(entries_.size() * 2);
-    bits_.resize(bits / 8);
+    bits_.resize(bits / 64);
     slots_.resize(std::max<std::size_t>(slots, 2));
     bitShift_ = 64 - std::countr_zero(bits);
     slotShift_ = 64 - std::countr_zero(slots_.size());
@@ -92,28 +95,14 @@ void GramScan<Unit>::Prepare(Plan plan) {
         while (end < entries_.size() && entries_[end].gram == gram) {
             ++end;
         }
-        const Gram bit = Hash(gram) >> bitShift_;
-        bits_[bit >> 3] = static_cast<std::uint8_t>(bits_[bit >> 3] | 1U << (bit & 7));
-        std::size_t at = Hash(gram) >> slotShift_;
+        const Gram bit = MixedGram(gram) >> bitShift_;
+        bits_[bit / 64] |= std::uint64_t{1} << (bit % 64);
+        std::size_t at = MixedGram(gram) >> slotShift_;
         while (slots_[at].begin != slots_[at].end) {
             at = (at + 1) & (slots_.size() - 1);
         }
         slots_[at] = {gram, begin, end};
         begin = end;
-    }
-}
-
-template <typename Unit>
-auto GramScan<Unit>::Load(const Unit* place, std::size_t width) -> Gram {
-    switch (width) {
-    case 1:
-        return Load<1>(place);
-    case 2:
-        return Load<2>(place);
-    case 3:
-        return Load<3>(place);
-    default:
-        return Load<4>(place);
     }
 }
 

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "engine/Effort.h"
+#include "engine/TextSample.h"
 
 #include <algorithm>
 #include <bit>
@@ -31,7 +32,8 @@ public:
         std::uint32_t number = 0;
     };
 
-    explicit GramScan(std::vector<Find> finds);
+    /// The sample helps to look for what is rare.
+    GramScan(std::vector<Find> finds, const TextSample<Unit>& sample);
 
     std::size_t Longest() const { return longest_; }
 
@@ -40,24 +42,11 @@ public:
     /// lies across, those in the first part come first; within a part they come in any order.
     /// False if it was stopped or `effort` is exhausted.
     template <typename Visit>
-    bool ForEach(View text, Effort& effort, Visit visit) const {
-        switch (width_) {
-        case 1:
-            return Probe<1>(text, effort, visit);
-        case 2:
-            return Probe<2>(text, effort, visit);
-        case 3:
-            return Probe<3>(text, effort, visit);
-        default:
-            return Probe<4>(text, effort, visit);
-        }
-    }
-
-    static constexpr std::size_t kWidest = 4;
-    static constexpr std::size_t kLongestStride = 8;
+    bool ForEach(View text, Effort& effort, Visit visit) const;
 
 private:
-    using Gram = std::uint64_t;
+    static constexpr std::size_t kLongestStride = 8;
+    static constexpr std::size_t kRead = sizeof(Gram) / sizeof(Unit);
 
     /// That a find text stands around a probed place when this gram stands there.
     struct Entry {
@@ -78,19 +67,18 @@ private:
         double cost = 0; // per unit of text
     };
 
-    Plan MakePlan(std::size_t width, std::size_t stride) const;
+    Plan MakePlan(std::size_t width, std::size_t stride, const TextSample<Unit>& sample) const;
     void Prepare(Plan plan);
 
-    template <std::size_t Width>
-    static Gram Load(const Unit* place);
-    static Gram Load(const Unit* place, std::size_t width);
-    static Gram Hash(Gram gram) { return gram * 0x9E3779B97F4A7C15U; }
     const Slot* SlotOf(Gram gram) const;
-
-    template <std::size_t Width, typename Visit>
-    bool Probe(View text, Effort& effort, Visit& visit) const;
+    static Gram Read(View text, std::size_t at);
+    /// Whether a gram with this hash may be among those of the find texts.
+    bool MayBe(Gram hash) const {
+        const Gram bit = hash >> bitShift_;
+        return (bits_[bit / 64] >> (bit % 64) & 1U) != 0;
+    }
     template <typename Visit>
-    bool Verify(View text, std::size_t probed, Gram gram, Effort& effort, Visit& visit) const;
+    bool Verify(View text, std::size_t probed, Effort& effort, Visit& visit) const;
 
     std::vector<Find> finds_;
     std::size_t longest_ = 0;
@@ -98,54 +86,56 @@ private:
     std::size_t stride_ = 1;
     int bitShift_ = 0;
     int slotShift_ = 0;
-    std::vector<std::uint8_t> bits_; // which grams may be there, by hash
-    std::vector<Slot> slots_;        // which grams are there, by hash; at least half are empty
+    std::vector<std::uint64_t> bits_; // which grams may be there, by hash
+    std::vector<Slot> slots_;         // which grams are there, by hash; at least half are empty
     std::vector<Entry> entries_;
 };
 
+/// The eight bytes at a place; those beyond the end of the text are anything.
 template <typename Unit>
-template <std::size_t Width>
-auto GramScan<Unit>::Load(const Unit* place) -> Gram {
-    constexpr std::size_t kWhole = std::bit_floor(Width); // read in two parts if need be
-    Gram low = 0;
-    std::memcpy(&low, place, kWhole * sizeof(Unit));
-    if constexpr (kWhole != Width) {
-        Gram high = 0;
-        std::memcpy(&high, place + kWhole, sizeof(Unit));
-        low |= high << (8 * kWhole * sizeof(Unit));
+Gram GramScan<Unit>::Read(View text, std::size_t at) {
+    Gram bytes = 0;
+    if (at + kRead <= text.size()) {
+        std::memcpy(&bytes, text.data() + at, sizeof bytes);
+    } else if (kLowByteFirst && text.size() >= kRead) {
+        std::memcpy(&bytes, text.data() + text.size() - kRead, sizeof bytes);
+        bytes >>= 8 * sizeof(Unit) * (at + kRead - text.size());
+    } else {
+        std::memcpy(&bytes, text.data() + at, (text.size() - at) * sizeof(Unit));
     }
-    return low;
+    return bytes;
 }
 
 template <typename Unit>
-template <std::size_t Width, typename Visit>
-bool GramScan<Unit>::Probe(View text, Effort& effort, Visit& visit) const {
-    if (text.size() < Width) {
-        return true;
-    }
-    const std::size_t probes = (text.size() - Width) / stride_ + 1;
+template <typename Visit>
+bool GramScan<Unit>::ForEach(View text, Effort& effort, Visit visit) const {
+    constexpr std::size_t kProbes = 4;
     const std::size_t stride = stride_;
-    const std::uint8_t* const bits = bits_.data();
-    const auto mayBe = [&](std::size_t probed) {
-        const Gram bit = Hash(Load<Width>(text.data() + probed)) >> bitShift_;
-        return static_cast<unsigned>(bits[bit >> 3]) >> (bit & 7) & 1U;
-    };
-    const auto verify = [&](std::size_t probed) {
-        return Verify(text, probed, Load<Width>(text.data() + probed), effort, visit);
+    const int bitsBeside = BitsBeside<Unit>(width_);
+    const std::uint64_t* const bits = bits_.data();
+    const int bitShift = bitShift_;
+    const Unit* const units = text.data();
+    const auto mayBe = [=](std::size_t probed) {
+        Gram bytes = 0;
+        std::memcpy(&bytes, units + probed, sizeof bytes);
+        const Gram bit = MixedGram(bytes, bitsBeside) >> bitShift;
+        return bits[bit / 64] >> (bit % 64) & 1U;
     };
     std::size_t at = 0;
-    std::size_t probe = 0;
-    for (; probe + 4 <= probes; probe += 4, at += 4 * stride) {
-        unsigned hits = mayBe(at) | mayBe(at + stride) << 1 | mayBe(at + 2 * stride) << 2 |
-                        mayBe(at + 3 * stride) << 3;
-        for (; hits != 0; hits &= hits - 1) {
-            if (!verify(at + static_cast<std::size_t>(std::countr_zero(hits)) * stride)) {
-                return false;
+    const std::size_t reach = (kProbes - 1) * stride + kRead;
+    for (; at + reach <= text.size(); at += kProbes * stride) {
+        if ((mayBe(at) | mayBe(at + stride) | mayBe(at + 2 * stride) | mayBe(at + 3 * stride)) != 0)
+            [[unlikely]] {
+            for (std::size_t probe = 0; probe < kProbes; ++probe) {
+                const std::size_t probed = at + probe * stride;
+                if (mayBe(probed) != 0 && !Verify(text, probed, effort, visit)) {
+                    return false;
+                }
             }
         }
     }
-    for (; probe < probes; ++probe, at += stride) {
-        if (mayBe(at) != 0 && !verify(at)) {
+    for (; at + width_ <= text.size(); at += stride) {
+        if (MayBe(MixedGram(Read(text, at), bitsBeside)) && !Verify(text, at, effort, visit)) {
             return false;
         }
     }
@@ -155,7 +145,7 @@ bool GramScan<Unit>::Probe(View text, Effort& effort, Visit& visit) const {
 template <typename Unit>
 auto GramScan<Unit>::SlotOf(Gram gram) const -> const Slot* {
     const std::size_t mask = slots_.size() - 1;
-    for (std::size_t at = Hash(gram) >> slotShift_;; at = (at + 1) & mask) {
+    for (std::size_t at = MixedGram(gram) >> slotShift_;; at = (at + 1) & mask) {
         const Slot& slot = slots_[at];
         if (slot.begin == slot.end) {
             return nullptr;
@@ -168,9 +158,8 @@ auto GramScan<Unit>::SlotOf(Gram gram) const -> const Slot* {
 
 template <typename Unit>
 template <typename Visit>
-bool GramScan<Unit>::Verify(View text, std::size_t probed, Gram gram, Effort& effort,
-                            Visit& visit) const {
-    const Slot* slot = SlotOf(gram);
+bool GramScan<Unit>::Verify(View text, std::size_t probed, Effort& effort, Visit& visit) const {
+    const Slot* slot = SlotOf(TrimmedGram(Read(text, probed), BitsBeside<Unit>(width_)));
     if (slot == nullptr) {
         return true;
     }

@@ -62,13 +62,19 @@ public:
     }
 
 private:
+    /// Common sounds more often than rare ones.
+    template <std::size_t Count>
+    const char* Sound(const char* const (&sounds)[Count]) {
+        return sounds[std::min(random_() % Count, random_() % Count)];
+    }
     std::string Syllables(std::size_t count) {
-        static constexpr const char* kParts[] = {
-            "ber", "lin", "mar", "ko",  "ta", "sen", "hu", "vel",  "ran", "di",  "schu", "el",
-            "nor", "pa",  "ei",  "gut", "fa", "wo",  "is", "char", "me",  "tho", "ing",  "au"};
         std::string word;
         for (; count > 0; --count) {
-            word += kParts[random_() % std::size(kParts)];
+            word +=
+                Sound({"s",  "m", "b", "t",   "k",  "r", "l",  "n",  "d", "h",  "w",  "f", "g",
+                       "st", "v", "p", "sch", "br", "j", "kr", "tr", "z", "fr", "gl", "c", "qu"});
+            word += Sound({"e", "a", "i", "o", "u", "ei", "au", "ie", "ee", "y"});
+            word += Sound({"", "n", "r", "l", "s", "t", "m", "ck", "ng", "rt", "nd", "ll", "x"});
         }
         return word;
     }
