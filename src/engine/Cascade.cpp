@@ -52,41 +52,61 @@ public:
 
     bool Apply(View text, String& result) override {
         Learn(text);
-        Effort effort(LimitFor(text));
-        typename FindAny<Unit>::Walk walk(any_, text, effort, next_);
+        result.clear();
         std::size_t copied = 0;
-        bool found = false;
-        for (std::size_t hit = 0; (hit = walk.Next(copied)) != View::npos;) {
-            std::size_t begin = hit;
-            while (begin > copied && InFindTexts(text[begin - 1])) {
-                --begin;
-            }
-            std::size_t end = hit;
-            while (end < text.size() && InFindTexts(text[end])) {
-                ++end;
-            }
-            if (!found) {
-                found = true;
-                result.clear();
+        bool changed = false;
+        for (std::size_t begin = 0; begin < text.size();) {
+            const std::size_t end = EndOfLine(text, std::min(begin + kBlock, text.size()));
+            const View block = text.substr(begin, end - begin);
+            Effort effort(LimitFor(block));
+            any_.Collect(block, effort, hits_);
+            if (!hits_.empty() || effort.Exhausted()) {
+                changed = true;
                 result.reserve(text.size());
+                result.append(text, copied, begin - copied);
+                Replace(block, effort, result);
+                copied = end;
             }
-            result.append(text, copied, begin - copied);
-            result.append(lines_.Run(text.substr(begin, end - begin), effort));
-            copied = end;
+            begin = end;
         }
-        const View rest = text.substr(copied);
-        const bool changed = effort.Exhausted() && passes_.Run(steps_, rest);
-        if (found) {
-            result.append(changed ? passes_.text : rest);
-        } else if (changed) {
-            result.swap(passes_.text);
+        if (changed) {
+            result.append(text, copied);
         }
-        return found || changed;
+        return changed;
     }
 
 private:
+    using Hit = typename FindAny<Unit>::Hit;
+    static constexpr std::size_t kBlock = 65'536;
+
     static std::size_t Code(Unit unit) { return std::make_unsigned_t<Unit>(unit); }
     bool InFindTexts(Unit unit) const { return inFindTexts_[Code(unit)]; }
+    std::size_t EndOfLine(View text, std::size_t end) const {
+        while (end < text.size() && InFindTexts(text[end])) {
+            ++end;
+        }
+        return end;
+    }
+
+    /// Appends what becomes of a block of whole lines, of which hits_ tells what is found there.
+    void Replace(View block, Effort& effort, String& result) {
+        std::size_t copied = 0;
+        for (auto hit = hits_.cbegin(); hit != hits_.cend() && !effort.Exhausted();) {
+            std::size_t begin = hit->place;
+            while (begin > copied && InFindTexts(block[begin - 1])) {
+                --begin;
+            }
+            const std::size_t end = EndOfLine(block, hit->place);
+            const auto next = std::find_if(hit, hits_.cend(),
+                                           [&](const Hit& other) { return other.place >= end; });
+            result.append(block, copied, begin - copied);
+            result.append(lines_.Run(block.substr(begin, end - begin), {hit, next}, effort));
+            copied = end;
+            hit = next;
+        }
+        const View rest = block.substr(copied);
+        result.append(effort.Exhausted() && passes_.Run(steps_, rest) ? passes_.text : rest);
+    }
 
     /// About what it would take to run each pair over the whole text, if there is nothing to find.
     std::size_t LimitFor(View text) const {
@@ -120,7 +140,7 @@ private:
     std::array<bool, std::size_t{1} << (8 * sizeof(Unit))> inFindTexts_{};
     LineCascade<Unit> lines_{steps_, any_};
     Passes<Unit> passes_;
-    std::vector<std::size_t> next_;
+    std::vector<Hit> hits_;
 };
 
 } // namespace

@@ -19,6 +19,7 @@ public:
         return left_ != 0;
     }
 
+    void Exhaust() { left_ = 0; }
     bool Exhausted() const { return left_ == 0; }
 
 private:

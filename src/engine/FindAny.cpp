@@ -3,7 +3,6 @@
 
 #include "engine/FindAny.h"
 
-#include <array>
 #include <iterator>
 
 namespace vexmarrow {
@@ -12,7 +11,9 @@ namespace {
 // What one text more costs by itself, in clock cycles per unit, beside a probe of a scan.
 constexpr double kSingleCost = 0.06;
 constexpr double kProbeCost = 2;
-constexpr std::size_t kMostSingles = 3; // of each group
+constexpr std::size_t kHitCost = 40;
+constexpr std::size_t kMostHits = 1 << 20; // so many are no longer worth their memory
+constexpr std::size_t kMostSingles = 3;    // of each group
 
 /// How many of the texts, whose lengths rise, should be looked for one by one: without the
 /// shortest ones, a scan for the others makes longer strides.
@@ -65,6 +66,29 @@ FindAny<Unit>::FindAny(const std::vector<const FindOne<Unit>*>& finds,
         }
         group = end;
     }
+}
+
+template <typename Unit>
+bool FindAny<Unit>::Collect(View text, Effort& effort, std::vector<Hit>& hits) const {
+    hits.clear();
+    const auto add = [&](Number number, std::size_t place) {
+        hits.push_back({place, number});
+        return hits.size() < kMostHits && effort.Spend(kHitCost);
+    };
+    for (const Single& single : singles_) {
+        single.find->ForEach(text, [&](std::size_t place) { return add(single.number, place); });
+    }
+    for (const GramScan<Unit>& scan : scans_) {
+        if (!scan.ForEach(text, effort, add)) {
+            break;
+        }
+    }
+    if (hits.size() >= kMostHits) {
+        effort.Exhaust();
+    }
+    std::sort(hits.begin(), hits.end(),
+              [](const Hit& a, const Hit& b) { return a.place < b.place; });
+    return !effort.Exhausted();
 }
 
 template class FindAny<char>;

@@ -7,7 +7,6 @@
 #include "engine/GramScan.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -37,19 +36,22 @@ public:
     /// Finds nothing.
     FindAny() = default;
 
-    /// Calls `visit(number)` at least once for each text that occurs in `text`.
-    /// False if `effort` was exhausted before the end.
-    template <typename Visit>
-    bool ForEachIn(View text, Effort& effort, Visit visit) const;
+    struct Hit {
+        std::size_t place = 0;
+        Number number = 0;
+    };
 
-    /// The same for the texts of which an occurrence touches a changed part; others may be visited
-    /// as well. The parts are in order and do not overlap.
+    /// Puts into `hits`, in the order of their places, enough of the occurrences that each part of
+    /// the text across whose ends none lies has a hit for each find text that occurs in it.
+    /// False if `effort` was exhausted before the end.
+    bool Collect(View text, Effort& effort, std::vector<Hit>& hits) const;
+
+    /// Calls `visit(number)` at least once for each find text of which an occurrence touches a
+    /// changed part; others may be visited as well. The parts are in order and do not overlap.
+    /// False if `effort` was exhausted before the end.
     template <typename Visit>
     bool ForEachAround(View text, std::span<const ChangedPart> changed, Effort& effort,
                        Visit visit) const;
-
-    /// Goes through a text, from one occurrence to the next.
-    class Walk;
 
 private:
     struct Single {
@@ -64,62 +66,6 @@ private:
     std::vector<Single> singles_;
     std::vector<GramScan<Unit>> scans_;
 };
-
-template <typename Unit>
-class FindAny<Unit>::Walk {
-public:
-    /// `next` is scratch space.
-    Walk(const FindAny& any, View text, Effort& effort, std::vector<std::size_t>& next)
-        : any_(any), text_(text), effort_(effort), next_(next) {
-        next_.assign(any.singles_.size() + any.scans_.size(), kUnknown);
-    }
-
-    /// An occurrence's place, at or after `from`. No occurrence lies across `from`, and none lies
-    /// wholly before this one with a place between both that no occurrence ever covers; npos if
-    /// there is none, or if the effort is exhausted. `from` never falls.
-    std::size_t Next(std::size_t from);
-
-private:
-    static constexpr std::size_t kUnknown = 0;
-
-    const FindAny& any_;
-    View text_;
-    Effort& effort_;
-    std::vector<std::size_t>& next_; // where each way of looking found something, plus one
-};
-
-template <typename Unit>
-std::size_t FindAny<Unit>::Walk::Next(std::size_t from) {
-    std::size_t nearest = View::npos;
-    for (std::size_t way = 0; way < next_.size(); ++way) {
-        std::size_t& next = next_[way];
-        if (next <= from) {
-            std::size_t found = View::npos;
-            if (way < any_.singles_.size()) {
-                found = any_.singles_[way].find->In(text_, from);
-            } else {
-                any_.scans_[way - any_.singles_.size()].ForEach(text_.substr(from), effort_,
-                                                                [&](Number, std::size_t place) {
-                                                                    found = from + place;
-                                                                    return false;
-                                                                });
-                if (effort_.Exhausted()) {
-                    return View::npos;
-                }
-            }
-            next = found == View::npos ? View::npos : found + 1;
-        }
-        nearest = std::min(nearest, next == View::npos ? next : next - 1);
-    }
-    return nearest;
-}
-
-template <typename Unit>
-template <typename Visit>
-bool FindAny<Unit>::ForEachIn(View text, Effort& effort, Visit visit) const {
-    const std::array whole{ChangedPart{0, text.size()}};
-    return ForEachAround(text, whole, effort, visit);
-}
 
 template <typename Unit>
 template <typename Visit>

@@ -27,9 +27,11 @@ std::uint32_t LineCascade<Unit>::TakeLowest() {
 }
 
 template <typename Unit>
-auto LineCascade<Unit>::Run(View line, Effort& effort) -> View {
+auto LineCascade<Unit>::Run(View line, Hits hits, Effort& effort) -> View {
     std::uint32_t next = 0; // steps before it have been run
-    any_.ForEachIn(line, effort, [this](std::uint32_t number) { MakeDue(number); });
+    for (const auto& hit : hits) {
+        MakeDue(hit.number);
+    }
     while (!due_.empty() && effort.Spend(kStepCost + line.size() / 16)) {
         const std::uint32_t number = TakeLowest();
         next = number + 1;

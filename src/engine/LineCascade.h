@@ -25,9 +25,11 @@ public:
     LineCascade(std::span<const Step<Unit>> steps, const FindAny<Unit>& any)
         : steps_(steps), any_(any), isDue_(steps.size()) {}
 
-    /// What the cascade makes of the line; valid until the next call. It is right even if `effort`
-    /// is exhausted on the way.
-    View Run(View line, Effort& effort);
+    using Hits = std::span<const typename FindAny<Unit>::Hit>;
+
+    /// What the cascade makes of a line in which these find texts occur and no others; valid until
+    /// the next call. It is right even if `effort` is exhausted on the way.
+    View Run(View line, Hits hits, Effort& effort);
 
 private:
     static constexpr std::size_t kStepCost = 40;
