@@ -10,8 +10,8 @@ namespace vexmarrow {
 namespace {
 
 // What a probe and a hit cost, in clock cycles.
-constexpr double kProbeCost = 1.5;
-constexpr double kHitCost = 30;
+constexpr double kProbeCost = 2;
+constexpr double kHitCost = 60;
 
 } // namespace
 
@@ -29,7 +29,7 @@ GramScan<Unit>::GramScan(std::vector<Find> finds, const TextSample<Unit>& sample
     Plan best;
     for (std::size_t width = (widest + 1) / 2; width <= widest; ++width) {
         const std::size_t longest = std::min(kLongestStride, shortest - width + 1);
-        for (std::size_t stride = longest; stride > 0; stride -= (stride + 2) / 3) {
+        for (std::size_t stride = longest; stride * 2 >= longest; stride -= (stride + 2) / 3) {
             Plan plan = MakePlan(width, stride, sample);
             if (best.entries.empty() || plan.cost < best.cost) {
                 best = std::move(plan);
@@ -81,13 +81,9 @@ void GramScan<Unit>::Prepare(Plan plan) {
     entries_ = std::move(plan.entries);
     std::stable_sort(entries_.begin(), entries_.end(),
                      [](const Entry& a, const Entry& b) { return a.gram < b.gram; });
-    // 2^18 bits fill the innermost cache of most processors; more than that would not be faster.
-    const std::size_t bits =
-        std::clamp<std::size_t>(std::bit_ceil(entries_.size() * 64), 1U << 10, 1U << 18);
     const std::size_t slots = std::bit_ceil(entries_.size() * 2);
-    bits_.resize(bits / 64);
+    bits_.resize((std::size_t{1} << kBits) / 64);
     slots_.resize(std::max<std::size_t>(slots, 2));
-    bitShift_ = 64 - std::countr_zero(bits);
     slotShift_ = 64 - std::countr_zero(slots_.size());
     for (std::uint32_t begin = 0; begin < entries_.size();) {
         const Gram gram = entries_[begin].gram;
@@ -95,7 +91,7 @@ void GramScan<Unit>::Prepare(Plan plan) {
         while (end < entries_.size() && entries_[end].gram == gram) {
             ++end;
         }
-        const Gram bit = MixedGram(gram) >> bitShift_;
+        const Gram bit = MixedGram(gram) >> (64 - kBits);
         bits_[bit / 64] |= std::uint64_t{1} << (bit % 64);
         std::size_t at = MixedGram(gram) >> slotShift_;
         while (slots_[at].begin != slots_[at].end) {

@@ -46,6 +46,7 @@ public:
 
 private:
     static constexpr std::size_t kLongestStride = 8;
+    static constexpr int kBits = 18; // fill the innermost cache of most processors
     static constexpr std::size_t kRead = sizeof(Gram) / sizeof(Unit);
 
     /// That a find text stands around a probed place when this gram stands there.
@@ -74,7 +75,7 @@ private:
     static Gram Read(View text, std::size_t at);
     /// Whether a gram with this hash may be among those of the find texts.
     bool MayBe(Gram hash) const {
-        const Gram bit = hash >> bitShift_;
+        const Gram bit = hash >> (64 - kBits);
         return (bits_[bit / 64] >> (bit % 64) & 1U) != 0;
     }
     template <typename Visit>
@@ -84,7 +85,6 @@ private:
     std::size_t longest_ = 0;
     std::size_t width_ = 1;
     std::size_t stride_ = 1;
-    int bitShift_ = 0;
     int slotShift_ = 0;
     std::vector<std::uint64_t> bits_; // which grams may be there, by hash
     std::vector<Slot> slots_;         // which grams are there, by hash; at least half are empty
@@ -113,13 +113,12 @@ bool GramScan<Unit>::ForEach(View text, Effort& effort, Visit visit) const {
     const std::size_t stride = stride_;
     const int bitsBeside = BitsBeside<Unit>(width_);
     const std::uint64_t* const bits = bits_.data();
-    const int bitShift = bitShift_;
     const Unit* const units = text.data();
     const auto mayBe = [=](std::size_t probed) {
         Gram bytes = 0;
         std::memcpy(&bytes, units + probed, sizeof bytes);
-        const Gram bit = MixedGram(bytes, bitsBeside) >> bitShift;
-        return bits[bit / 64] >> (bit % 64) & 1U;
+        const Gram bit = MixedGram(bytes, bitsBeside) >> (64 - kBits);
+        return (bits[bit / 64] >> (bit % 64) & 1U) != 0;
     };
     std::size_t at = 0;
     const std::size_t reach = (kProbes - 1) * stride + kRead;
@@ -128,7 +127,7 @@ bool GramScan<Unit>::ForEach(View text, Effort& effort, Visit visit) const {
             [[unlikely]] {
             for (std::size_t probe = 0; probe < kProbes; ++probe) {
                 const std::size_t probed = at + probe * stride;
-                if (mayBe(probed) != 0 && !Verify(text, probed, effort, visit)) {
+                if (mayBe(probed) && !Verify(text, probed, effort, visit)) {
                     return false;
                 }
             }
