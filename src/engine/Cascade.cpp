@@ -81,7 +81,24 @@ private:
 
     static std::size_t Code(Unit unit) { return std::make_unsigned_t<Unit>(unit); }
     bool InFindTexts(Unit unit) const { return inFindTexts_[Code(unit)]; }
+    bool InFindTexts(const Unit* four) const {
+        return (InFindTexts(four[0]) & InFindTexts(four[1]) & InFindTexts(four[2]) &
+                InFindTexts(four[3])) != 0;
+    }
+    /// Where the line begins that goes on at a place; at least `least`.
+    std::size_t BeginOfLine(View text, std::size_t least, std::size_t begin) const {
+        while (begin >= least + 4 && InFindTexts(text.data() + begin - 4)) {
+            begin -= 4;
+        }
+        while (begin > least && InFindTexts(text[begin - 1])) {
+            --begin;
+        }
+        return begin;
+    }
     std::size_t EndOfLine(View text, std::size_t end) const {
+        while (end + 4 <= text.size() && InFindTexts(text.data() + end)) {
+            end += 4;
+        }
         while (end < text.size() && InFindTexts(text[end])) {
             ++end;
         }
@@ -92,10 +109,7 @@ private:
     void Replace(View block, Effort& effort, String& result) {
         std::size_t copied = 0;
         for (auto hit = hits_.cbegin(); hit != hits_.cend() && !effort.Exhausted();) {
-            std::size_t begin = hit->place;
-            while (begin > copied && InFindTexts(block[begin - 1])) {
-                --begin;
-            }
+            const std::size_t begin = BeginOfLine(block, copied, hit->place);
             const std::size_t end = EndOfLine(block, hit->place);
             const auto next = std::find_if(hit, hits_.cend(),
                                            [&](const Hit& other) { return other.place >= end; });

@@ -10,8 +10,8 @@ namespace vexmarrow {
 namespace {
 
 // What a probe and a hit cost, in clock cycles.
-constexpr double kProbeCost = 2;
-constexpr double kHitCost = 60;
+constexpr double kProbeCost = 3;
+constexpr double kHitCost = 100;
 
 } // namespace
 
