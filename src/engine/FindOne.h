@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "engine/ReadAhead.h"
+
 #include <algorithm>
 #include <bit>
 #include <cstddef>
@@ -156,6 +158,7 @@ void FindOne<Unit>::ForEach(View text, Visit visit) const {
     };
 #if defined(__SSE2__)
     while (at + kBlock <= places) {
+        ReadAhead(text, at);
         const Candidates candidates = InBlock(text.data() + at);
         if (candidates != 0) [[unlikely]] {
             if (!goOn(at, candidates)) {
