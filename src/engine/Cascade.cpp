@@ -82,8 +82,8 @@ private:
     static std::size_t Code(Unit unit) { return std::make_unsigned_t<Unit>(unit); }
     bool InFindTexts(Unit unit) const { return inFindTexts_[Code(unit)]; }
     bool InFindTexts(const Unit* four) const {
-        return (InFindTexts(four[0]) & InFindTexts(four[1]) & InFindTexts(four[2]) &
-                InFindTexts(four[3])) != 0;
+        return InFindTexts(four[0]) && InFindTexts(four[1]) && InFindTexts(four[2]) &&
+               InFindTexts(four[3]);
     }
     /// Where the line begins that goes on at a place; at least `least`.
     std::size_t BeginOfLine(View text, std::size_t least, std::size_t begin) const {

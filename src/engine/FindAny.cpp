@@ -42,6 +42,7 @@ template <typename Unit>
 FindAny<Unit>::FindAny(const std::vector<const FindOne<Unit>*>& finds,
                        const TextSample<Unit>& sample) {
     std::vector<Single> byLength;
+    byLength.reserve(finds.size());
     for (const FindOne<Unit>* find : finds) {
         byLength.push_back({find, static_cast<Number>(byLength.size())});
     }

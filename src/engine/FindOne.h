@@ -48,11 +48,19 @@ public:
     }
 
 private:
-    template <typename Visit>
-    void ForEachSteadily(View text, std::size_t from, Visit visit) const;
+    struct Progress {
+        std::size_t clear = 0;  // where the last occurrence ends
+        std::size_t wasted = 0; // time, on what was no occurrence
+        bool IsPoor(std::size_t at) const { return wasted > 4096 + 4 * at; }
+    };
 
     /// Candidates are bits: bit n stands for the n-th place of a block.
     using Candidates = std::uint64_t;
+    template <typename Visit>
+    bool Confirm(View text, std::size_t block, Candidates candidates, Progress& progress,
+                 Visit& visit) const;
+    template <typename Visit>
+    void ForEachSteadily(View text, std::size_t from, Visit& visit) const;
     Candidates OneByOne(const Unit* block, std::size_t places) const;
 #if defined(__SSE2__)
     static constexpr std::size_t kVector = sizeof(__m128i) / sizeof(Unit);
@@ -129,71 +137,69 @@ auto FindOne<Unit>::InBlock(const Unit* block) const -> Candidates {
 
 template <typename Unit>
 template <typename Visit>
-void FindOne<Unit>::ForEach(View text, Visit visit) const {
+bool FindOne<Unit>::Confirm(View text, std::size_t block, Candidates candidates, Progress& progress,
+                            Visit& visit) const {
     const std::size_t length = find_.size();
-    if (length == 0 || text.size() < length) {
+    for (; candidates != 0; candidates &= candidates - 1) {
+        const std::size_t place = block + static_cast<std::size_t>(std::countr_zero(candidates));
+        if (place < progress.clear) {
+            continue;
+        }
+        if (View(text.data() + place, length) != find_) {
+            progress.wasted += 24 + length / 16; // about what that took, in clock cycles
+            continue;
+        }
+        progress.clear = place + length;
+        if (!visit(place)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+template <typename Unit>
+template <typename Visit>
+void FindOne<Unit>::ForEach(View text, Visit visit) const {
+    if (find_.empty() || text.size() < find_.size()) {
         return;
     }
-    const std::size_t places = text.size() - length + 1;
-    std::size_t at = 0;    // places before this one have been looked at
-    std::size_t clear = 0; // where the last occurrence ends
-    std::size_t wasted = 0;
-    const auto goOn = [&](std::size_t block, Candidates candidates) {
-        for (; candidates != 0; candidates &= candidates - 1) {
-            const std::size_t place =
-                block + static_cast<std::size_t>(std::countr_zero(candidates));
-            if (place < clear) {
-                continue;
-            }
-            if (View(text.data() + place, length) != find_) {
-                wasted += 24 + length / 16; // about what that took, in clock cycles
-                continue;
-            }
-            clear = place + length;
-            if (!visit(place)) {
-                return false;
-            }
-        }
-        return true;
-    };
+    const std::size_t places = text.size() - find_.size() + 1;
+    std::size_t at = 0; // places before this one have been looked at
+    Progress progress;
 #if defined(__SSE2__)
-    while (at + kBlock <= places) {
+    while (at + kBlock <= places && !progress.IsPoor(at)) {
         ReadAhead(text, at);
         const Candidates candidates = InBlock(text.data() + at);
-        if (candidates != 0) [[unlikely]] {
-            if (!goOn(at, candidates)) {
-                return;
-            }
-            if (wasted > 4096 + 4 * at) {
-                return ForEachSteadily(text, std::max(at + kBlock, clear), visit);
-            }
-        }
-        at = std::max(at + kBlock, clear);
-    }
-    for (; at < places && places >= kVector; at += kVector) {
-        // The last vector may begin before what is left, but never reaches beyond the text.
-        const std::size_t block = std::min(at, places - kVector);
-        if (!goOn(block, InVector(text.data() + block) >> (at - block) << (at - block))) {
+        if (candidates != 0 && !Confirm(text, at, candidates, progress, visit)) [[unlikely]] {
             return;
         }
+        at = std::max(at + kBlock, progress.clear);
+    }
+    while (at < places && places >= kVector && !progress.IsPoor(at)) {
+        // The last vector may begin before what is left, but never reaches beyond the text.
+        const std::size_t block = std::min(at, places - kVector);
+        const Candidates candidates = InVector(text.data() + block) >> (at - block) << (at - block);
+        if (!Confirm(text, block, candidates, progress, visit)) {
+            return;
+        }
+        at += kVector;
     }
 #endif
-    constexpr std::size_t kMost = 64;
-    while (at < places) {
-        const std::size_t count = std::min(kMost, places - at);
-        if (!goOn(at, OneByOne(text.data() + at, count))) {
+    while (at < places && !progress.IsPoor(at)) {
+        const std::size_t count = std::min<std::size_t>(64, places - at);
+        if (!Confirm(text, at, OneByOne(text.data() + at, count), progress, visit)) {
             return;
         }
         at += count;
-        if (wasted > 4096 + 4 * at) {
-            return ForEachSteadily(text, std::max(at, clear), visit);
-        }
+    }
+    if (at < places) {
+        ForEachSteadily(text, std::max(at, progress.clear), visit);
     }
 }
 
 template <typename Unit>
 template <typename Visit>
-void FindOne<Unit>::ForEachSteadily(View text, std::size_t from, Visit visit) const {
+void FindOne<Unit>::ForEachSteadily(View text, std::size_t from, Visit& visit) const {
     std::size_t matched = 0;
     for (std::size_t at = from; at < text.size(); ++at) {
         while (matched != 0 && find_[matched] != text[at]) {

@@ -118,7 +118,7 @@ bool GramScan<Unit>::ForEach(View text, Effort& effort, Visit visit) const {
         Gram bytes = 0;
         std::memcpy(&bytes, units + probed, sizeof bytes);
         const Gram bit = MixedGram(bytes, bitsBeside) >> (64 - kBits);
-        return (bits[bit / 64] >> (bit % 64) & 1U) != 0;
+        return bits[bit / 64] >> (bit % 64) & 1U;
     };
     std::size_t at = 0;
     const std::size_t reach = (kProbes - 1) * stride + kRead;
@@ -127,7 +127,7 @@ bool GramScan<Unit>::ForEach(View text, Effort& effort, Visit visit) const {
             [[unlikely]] {
             for (std::size_t probe = 0; probe < kProbes; ++probe) {
                 const std::size_t probed = at + probe * stride;
-                if (mayBe(probed) && !Verify(text, probed, effort, visit)) {
+                if (mayBe(probed) != 0 && !Verify(text, probed, effort, visit)) {
                     return false;
                 }
             }
