@@ -130,26 +130,30 @@ private:
     /// Plans how to look for the find texts, with the first text at hand and again when there is
     /// much more of it. The result does not depend on that, only how soon it is there.
     void Learn(View text) {
-        constexpr std::size_t kEnough = 65'536;
+        constexpr std::size_t kEnough = std::size_t{1} << 18;
         constexpr std::size_t kMore = 8;
-        if (sample_.Size() >= kEnough) {
+        if (planAt_ > kEnough) {
             return;
         }
-        sample_.Add(text.substr(0, kEnough - sample_.Size()));
-        if (sample_.Size() < planAt_) {
+        sample_.append(text.substr(0, kEnough - sample_.size()));
+        if (sample_.size() < planAt_) {
             return;
         }
-        planAt_ = std::clamp<std::size_t>(sample_.Size() * kMore, 1024, kEnough);
+        planAt_ = std::clamp<std::size_t>(sample_.size() * kMore, 1024, kEnough);
         std::vector<const FindOne<Unit>*> finds;
         for (const Step<Unit>& step : steps_) {
             finds.push_back(&step.find);
         }
-        any_ = FindAny<Unit>(finds, sample_);
+        any_ = FindAny<Unit>(finds, TextSample<Unit>(sample_));
+        if (sample_.size() == kEnough) {
+            planAt_ = View::npos;
+            String().swap(sample_);
+        }
     }
 
     Steps<Unit> steps_;
-    TextSample<Unit> sample_;
-    std::size_t planAt_ = 0;
+    String sample_;
+    std::size_t planAt_ = 0; // when there is so much in sample_
     FindAny<Unit> any_;
     std::array<bool, std::size_t{1} << (8 * sizeof(Unit))> inFindTexts_{};
     LineCascade<Unit> lines_{steps_, any_};

@@ -164,7 +164,7 @@ void FindOne<Unit>::ForEach(View text, Visit visit) const {
         return;
     }
     const std::size_t places = text.size() - find_.size() + 1;
-    std::size_t at = 0; // places before this one have been looked at
+    std::size_t at = 0; // places before this one are done with
     Progress progress;
 #if defined(__SSE2__)
     while (at + kBlock <= places && !progress.IsPoor(at)) {
@@ -182,7 +182,7 @@ void FindOne<Unit>::ForEach(View text, Visit visit) const {
         if (!Confirm(text, block, candidates, progress, visit)) {
             return;
         }
-        at += kVector;
+        at = std::max(at + kVector, progress.clear);
     }
 #endif
     while (at < places && !progress.IsPoor(at)) {
@@ -190,10 +190,10 @@ void FindOne<Unit>::ForEach(View text, Visit visit) const {
         if (!Confirm(text, at, OneByOne(text.data() + at, count), progress, visit)) {
             return;
         }
-        at += count;
+        at = std::max(at + count, progress.clear);
     }
     if (at < places) {
-        ForEachSteadily(text, std::max(at, progress.clear), visit);
+        ForEachSteadily(text, at, visit);
     }
 }
 

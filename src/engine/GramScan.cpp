@@ -82,7 +82,13 @@ void GramScan<Unit>::Prepare(Plan plan) {
     std::stable_sort(entries_.begin(), entries_.end(),
                      [](const Entry& a, const Entry& b) { return a.gram < b.gram; });
     const std::size_t slots = std::bit_ceil(entries_.size() * 2);
-    bits_.resize((std::size_t{1} << kBits) / 64);
+    // Few bits leave room in the cache; the hash of a gram of up to two bytes has only upper bits.
+    constexpr std::size_t kMost = std::size_t{1} << kMostBits;
+    const bool narrow = width_ * sizeof(Unit) <= 2;
+    const std::size_t bits =
+        narrow ? kMost : std::clamp<std::size_t>(std::bit_ceil(entries_.size() * 64), 1024, kMost);
+    bitMask_ = bits - 1;
+    bits_.resize(bits / 64);
     slots_.resize(std::max<std::size_t>(slots, 2));
     slotShift_ = 64 - std::countr_zero(slots_.size());
     for (std::uint32_t begin = 0; begin < entries_.size();) {
@@ -91,7 +97,7 @@ void GramScan<Unit>::Prepare(Plan plan) {
         while (end < entries_.size() && entries_[end].gram == gram) {
             ++end;
         }
-        const Gram bit = MixedGram(gram) >> (64 - kBits);
+        const Gram bit = MixedGram(gram) >> (64 - kMostBits) & bitMask_;
         bits_[bit / 64] |= std::uint64_t{1} << (bit % 64);
         std::size_t at = MixedGram(gram) >> slotShift_;
         while (slots_[at].begin != slots_[at].end) {

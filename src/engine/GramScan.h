@@ -46,7 +46,7 @@ public:
 
 private:
     static constexpr std::size_t kLongestStride = 8;
-    static constexpr int kBits = 18; // fill the innermost cache of most processors
+    static constexpr int kMostBits = 18; // fill the innermost cache of most processors
     static constexpr std::size_t kRead = sizeof(Gram) / sizeof(Unit);
 
     /// That a find text stands around a probed place when this gram stands there.
@@ -75,7 +75,7 @@ private:
     static Gram Read(View text, std::size_t at);
     /// Whether a gram with this hash may be among those of the find texts.
     bool MayBe(Gram hash) const {
-        const Gram bit = hash >> (64 - kBits);
+        const Gram bit = hash >> (64 - kMostBits) & bitMask_;
         return (bits_[bit / 64] >> (bit % 64) & 1U) != 0;
     }
     template <typename Visit>
@@ -85,6 +85,7 @@ private:
     std::size_t longest_ = 0;
     std::size_t width_ = 1;
     std::size_t stride_ = 1;
+    Gram bitMask_ = 0;
     int slotShift_ = 0;
     std::vector<std::uint64_t> bits_; // which grams may be there, by hash
     std::vector<Slot> slots_;         // which grams are there, by hash; at least half are empty
@@ -113,11 +114,12 @@ bool GramScan<Unit>::ForEach(View text, Effort& effort, Visit visit) const {
     const std::size_t stride = stride_;
     const int bitsBeside = BitsBeside<Unit>(width_);
     const std::uint64_t* const bits = bits_.data();
+    const Gram bitMask = bitMask_;
     const Unit* const units = text.data();
     const auto mayBe = [=](std::size_t probed) {
         Gram bytes = 0;
         std::memcpy(&bytes, units + probed, sizeof bytes);
-        const Gram bit = MixedGram(bytes, bitsBeside) >> (64 - kBits);
+        const Gram bit = MixedGram(bytes, bitsBeside) >> (64 - kMostBits) & bitMask;
         return bits[bit / 64] >> (bit % 64) & 1U;
     };
     std::size_t at = 0;

@@ -5,6 +5,7 @@
 
 #include "engine/UnitShare.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -56,11 +57,10 @@ class TextSample {
 public:
     using View = std::basic_string_view<Unit>;
 
-    std::size_t Size() const { return size_; }
-
-    void Add(View text) {
-        counts_.resize(kWidestGram<Unit> * kCounts);
-        size_ += text.size();
+    explicit TextSample(View text)
+        : size_(static_cast<double>(text.size())),
+          bits_(std::clamp(static_cast<int>(std::bit_width(text.size())), 4, 18)),
+          counts_(kWidestGram<Unit> << bits_) {
         for (std::size_t width = 1; width <= kWidestGram<Unit>; ++width) {
             for (std::size_t at = 0; at + width <= text.size(); ++at) {
                 ++counts_[Index(text.substr(at, width))];
@@ -75,19 +75,17 @@ public:
             guess *= UnitShare(unit);
         }
         constexpr double kTrust = 500; // what a guess is worth, in units of text
-        const double counted = counts_.empty() ? 0 : counts_[Index(gram)];
-        return (counted + kTrust * guess) / (static_cast<double>(size_) + kTrust);
+        return (counts_[Index(gram)] + kTrust * guess) / (size_ + kTrust);
     }
 
 private:
-    static constexpr int kBits = 16; // grams that share a count merely look more common
-    static constexpr std::size_t kCounts = std::size_t{1} << kBits;
-
-    static std::size_t Index(View gram) {
-        return (gram.size() - 1) * kCounts + (MixedGram(GramOf(gram)) >> (64 - kBits));
+    /// Grams that share a count merely look more common.
+    std::size_t Index(View gram) const {
+        return ((gram.size() - 1) << bits_) + (MixedGram(GramOf(gram)) >> (64 - bits_));
     }
 
-    std::size_t size_ = 0;
+    double size_;
+    int bits_;
     std::vector<std::uint32_t> counts_;
 };
 
