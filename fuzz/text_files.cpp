@@ -22,8 +22,8 @@ constexpr std::string_view kMark16 = "\xFF\xFE";
 Texts Pieces(RFTSFSO& textio, bool detected) {
     TextPieces reader = detected ? textio.ReadTextChunks(kPath) : textio.ReadChunksByStream(kPath);
     Texts pieces;
-    for (std::u16string piece; reader.Next(piece);) {
-        pieces.push_back(piece);
+    for (std::u16string_view piece; reader.Next(piece);) {
+        pieces.emplace_back(piece);
     }
     reader.Finish();
     return pieces;

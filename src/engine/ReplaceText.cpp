@@ -4,12 +4,10 @@
 #include "engine/ReplaceText.h"
 
 #include "base/Text.h"
-#include "engine/Cascade.h"
-#include "shell/Trap.h"
+#include "engine/ChangedFile.h"
+#include "engine/PreparedPairs.h"
 #include "textio/RFTSFSO.h"
-#include "textio/TextResult.h"
 
-#include <new>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -17,207 +15,185 @@
 namespace vexmarrow {
 namespace {
 
-// Numbers of the statements of a routine, as its error reports name them.
-constexpr int kRead = 1;
-struct Lines {
-    int replace = 2;
-    int outputPath = 3;
-    int write = 4;
-};
+constexpr std::u16string_view kNothing;
 
-/// A failed statement whose report is still due.
-struct Refusal {
-    int line = 0;
-    std::u16string description;
-};
+std::vector<std::u16string> LinesOf(std::u16string_view text) {
+    const std::vector<std::u16string_view> lines = Split(text, kCrLf);
+    return {lines.begin(), lines.end()};
+}
 
-/// The result of one file, piece by piece or line by line. After a failure it only counts: the
-/// report is due for every one of them.
-class Output {
+/// Cuts lines at their colons and puts them together again with one of the two sides replaced. The
+/// value ends at the second colon, and the rest is lost.
+template <typename Unit>
+class LineChange {
 public:
-    Output(const RFTSFSO& textio, FileWriter& writer, const InputFile& input,
-           const OutputLocation& location, const Lines& lines)
-        : result_(
-              textio, writer,
-              SourceFile{input.Path(), input.Status(), input.Number(), input.IsLockedByOther()}),
-          lines_(lines) {
-        Try(lines.outputPath, [&] { path_ = OutputPath(input.Path(), location); });
-    }
+    using View = std::basic_string_view<Unit>;
 
-    void Write(std::u16string_view text) {
-        // 1 starts the file, any higher number goes on; a file may have more lines than numbers.
-        const std::int32_t writeMode = count_++ == 0 ? 1 : 2;
-        Try(lines_.write, [&] { result_.WriteTextFile(text, path_, writeMode); });
-    }
-    void Commit() {
-        Try(lines_.write, [&] { result_.Commit(); });
-    }
+    LineChange(const BasicCascade<Unit>& pair, bool inField) : pair_(pair), inField_(inField) {}
 
-    std::uint64_t Count() const { return count_; }
-    const std::optional<Refusal>& Refused() const { return refusal_; }
+    /// The line with its end; valid until the next call.
+    View operator()(View line) {
+        line_.clear();
+        const std::size_t colon = line.find(kColon);
+        if (colon == View::npos) {
+            line_ += line;
+        } else {
+            const View rest = line.substr(colon + 1);
+            Add(line.substr(0, colon), inField_);
+            line_ += kColon;
+            Add(rest.substr(0, rest.find(kColon)), !inField_);
+        }
+        line_ += Unit{'\r'};
+        line_ += Unit{'\n'};
+        return line_;
+    }
 
 private:
-    template <typename Statement>
-    void Try(int line, Statement&& statement) {
-        if (refusal_) {
-            return;
-        }
-        if (std::optional<std::u16string> failure = FailureOf(std::forward<Statement>(statement))) {
-            refusal_ = Refusal{line, std::move(*failure)};
-            result_.Drop();
-        }
+    static constexpr Unit kColon{':'};
+
+    void Add(View side, bool isToChange) {
+        line_ += isToChange && pair_.Apply(side, changed_) ? View(changed_) : side;
     }
 
-    TextResult result_;
-    Lines lines_;
-    std::u16string path_;
-    std::uint64_t count_ = 0;
-    std::optional<Refusal> refusal_;
+    const BasicCascade<Unit>& pair_;
+    bool inField_;
+    std::basic_string<Unit> line_;
+    std::basic_string<Unit> changed_;
 };
 
-/// Reads a file to its end, changes each piece or line and writes the result. What goes wrong
-/// before the result is complete ends the work, nothing being written; otherwise `eachReport` is
-/// called for every piece or line, and the report of a failed write shown after it.
-template <typename Reader, typename Change, typename EachReport>
-void WriteChanged(Trap& trap, Reader reader, const RFTSFSO& textio, FileWriter& writer,
-                  const OutputLocation& location, const Lines& lines, const Change& change,
-                  const EachReport& eachReport) {
-    std::optional<Refusal> broken;
-    std::optional<Refusal> refused;
-    std::uint64_t count = 0;
-    {
-        // No box may open in here: the result holds the lock of its file.
-        Output output(textio, writer, reader.File(), location, lines);
-        int line = kRead;
-        const std::optional<std::u16string> failure = FailureOf([&] {
-            for (std::u16string text; line = kRead, reader.Next(text);) {
-                line = lines.replace;
-                change(text);
-                output.Write(text);
-            }
-            if (!output.Refused()) { // then nothing is written in any case
-                reader.Finish();
-            }
-            output.Commit();
-        });
-        if (failure) {
-            broken = Refusal{line, *failure};
-        }
-        refused = output.Refused();
-        count = output.Count();
-    }
-    if (broken) {
-        trap.Report(broken->line, broken->description);
+/// Shows what went wrong with a file: one report when there is no result; else, for every piece or
+/// line, the sentences that are due for each, and after them why it could not be written.
+void Report(Trap& trap, const Outcome& outcome, const StatementNumbers& numbers,
+            const std::vector<std::u16string>& dueForEach) {
+    if (outcome.broken) {
+        trap.Report(outcome.broken->line, outcome.broken->description);
         return;
     }
-    for (; count > 0; --count) {
-        eachReport();
-        if (refused) {
-            trap.Report(refused->line, refused->description);
+    if (dueForEach.empty() && !outcome.refused) {
+        return;
+    }
+    for (std::uint64_t i = 0; i < outcome.count; ++i) {
+        for (const std::u16string& sentence : dueForEach) {
+            trap.Report(numbers.replace, sentence);
+        }
+        if (outcome.refused) {
+            trap.Report(outcome.refused->line, outcome.refused->description);
         }
     }
 }
 
-/// The pairs that the two lists make, and a sentence for each find text without a partner.
-struct Pairing {
-    std::vector<ReplacementPair> pairs;
-    std::vector<std::u16string> partnerless;
-};
-
-/// As much of a text as a message needs to say which one is meant.
-std::u16string Quoted(std::u16string_view text) {
-    constexpr std::size_t kMost = 100;
-    return Concat(u"\"", text.substr(0, kMost), text.size() > kMost ? u"..." : u"", u"\"");
-}
-
-template <typename Text>
-Pairing Pair(std::span<const Text> find, std::span<const Text> replace) {
-    Pairing pairing;
-    for (std::size_t i = 0; i < find.size(); ++i) {
-        if (i < replace.size()) {
-            pairing.pairs.push_back({std::u16string(find[i]), std::u16string(replace[i])});
-        } else {
-            pairing.partnerless.push_back(
-                Concat(u"Find text number ", Decimal(static_cast<long long>(i) + 1), u", ",
-                       Quoted(find[i]), u", has no replace text: there are only ",
-                       Decimal(static_cast<long long>(replace.size())), u"."));
-        }
-    }
-    return pairing;
-}
-
-/// Steps shared by both whole-text routines, once the file is open.
-void ReplaceInPieces(Trap& trap, TextPieces pieces, Pairing pairing, const RFTSFSO& textio,
-                     FileWriter& writer, const OutputLocation& location, const Lines& lines) {
-    const Cascade cascade(std::move(pairing.pairs));
-    WriteChanged(
-        trap, std::move(pieces), textio, writer, location, lines,
-        [&](std::u16string& piece) { cascade.Apply(piece); },
-        [&] {
-            for (const std::u16string& sentence : pairing.partnerless) {
-                trap.Report(lines.replace, sentence);
-            }
-        });
-}
-
-/// The two sides of a line; the value ends at the second colon and the rest is lost.
-struct Sides {
-    std::u16string field;
-    std::u16string data;
-};
-
-std::optional<Sides> SidesOf(std::u16string_view line) {
-    const std::size_t colon = line.find(u':');
-    if (colon == std::u16string_view::npos) {
-        return std::nullopt;
-    }
-    const std::u16string_view rest = line.substr(colon + 1);
-    return Sides{std::u16string(line.substr(0, colon)),
-                 std::u16string(rest.substr(0, rest.find(u':')))};
+/// Whether a file can be worked on as the bytes that it consists of.
+template <typename Reader>
+const BasicCascade<char>* CascadeOfBytes(const Reader& reader, PreparedPairs& pairs,
+                                         const RFTSFSO& textio) {
+    return reader.Format() == TextFormat::Ansi ? pairs.OfBytes(textio.Ansi()) : nullptr;
 }
 
 } // namespace
+
+/// Pairs with what they were made from.
+class ReplaceText::Pairs {
+public:
+    /// The lines of two texts are the pairs. No replace text at all goes with every find line.
+    void UseLines(std::u16string_view find, std::u16string_view replace) {
+        if (IsNew(Kind::Lines, find, replace, 0)) {
+            const std::vector<std::u16string> findLines = LinesOf(find);
+            std::vector<std::u16string> replaceLines = LinesOf(replace);
+            if (replace.empty()) {
+                replaceLines.resize(findLines.size());
+            }
+            Make(findLines, replaceLines);
+        }
+    }
+
+    /// Two texts are one pair.
+    void UseWhole(std::u16string_view find, std::u16string_view replace) {
+        if (IsNew(Kind::Whole, find, replace, 0)) {
+            Make({&find_, 1}, {&replace_, 1});
+        }
+    }
+
+    void UseSets(const SetTexts& sets) {
+        if (IsNew(Kind::Sets, kNothing, kNothing, sets.revision) || sets.revision == 0) {
+            Make(sets.find, sets.replace);
+        }
+    }
+
+    PreparedPairs& Present() { return *prepared_; }
+
+private:
+    enum class Kind { None, Lines, Whole, Sets };
+
+    bool IsNew(Kind kind, std::u16string_view find, std::u16string_view replace,
+               std::uint64_t revision) {
+        if (kind_ == kind && find_ == find && replace_ == replace && revision_ == revision) {
+            return false;
+        }
+        kind_ = Kind::None; // until they are made: that can fail for want of memory
+        find_ = find;
+        replace_ = replace;
+        revision_ = revision;
+        next_ = kind;
+        return true;
+    }
+    void Make(std::span<const std::u16string> find, std::span<const std::u16string> replace) {
+        prepared_.emplace(find, replace);
+        kind_ = next_;
+    }
+
+    Kind kind_ = Kind::None;
+    Kind next_ = Kind::None;
+    std::u16string find_;
+    std::u16string replace_;
+    std::uint64_t revision_ = 0;
+    std::optional<PreparedPairs> prepared_;
+};
+
+ReplaceText::ReplaceText(RFTSFSO& textio, FileWriter& writer, Prompts& prompts)
+    : textio_(textio), writer_(writer), prompts_(prompts), pairs_(std::make_unique<Pairs>()) {}
+
+ReplaceText::~ReplaceText() = default;
 
 void ReplaceText::ReplaceTextInFile(const std::u16string& path, std::u16string_view find,
                                     std::u16string_view replace, const OutputLocation& location,
                                     std::int32_t /*index*/) {
     Trap trap(prompts_, u"ReplaceText.ReplaceTextInFile");
+    const StatementNumbers numbers{.read = 1, .replace = 4, .outputPath = 5, .write = 6};
     std::optional<TextPieces> pieces;
-    if (!trap.Do(kRead, [&] { pieces.emplace(textio_.ReadChunksByStream(path)); })) {
-        return;
+    if (trap.Do(numbers.read, [&] { pieces.emplace(textio_.ReadChunksByStream(path)); }) &&
+        trap.Do(2, [&] { pairs_->UseLines(find, replace); })) {
+        ReplaceInPieces(trap, *pieces, location, numbers);
     }
-    std::vector<std::u16string_view> findLines;
-    std::vector<std::u16string_view> replaceLines;
-    trap.Do(2, [&] { findLines = Split(find, kCrLf); });
-    trap.Do(3, [&] {
-        replaceLines = Split(replace, kCrLf);
-        // No replace text at all goes with every find line.
-        if (replace.empty()) {
-            replaceLines.resize(findLines.size());
-        }
-    });
-    const Lines lines{.replace = 4, .outputPath = 5, .write = 6};
-    trap.Do(lines.replace, [&] {
-        ReplaceInPieces(trap, std::move(*pieces),
-                        Pair<std::u16string_view>(findLines, replaceLines), textio_, writer_,
-                        location, lines);
-    });
 }
 
-void ReplaceText::ReplaceTextInFileCombo(const std::u16string& path,
-                                         std::span<const std::u16string> findList,
-                                         std::span<const std::u16string> replaceList,
+void ReplaceText::ReplaceTextInFileCombo(const std::u16string& path, const SetTexts& sets,
                                          const OutputLocation& location, std::int32_t /*index*/) {
     Trap trap(prompts_, u"ReplaceText.ReplaceTextInFileCombo");
+    const StatementNumbers numbers;
     std::optional<TextPieces> pieces;
-    if (!trap.Do(kRead, [&] { pieces.emplace(textio_.ReadTextChunks(path)); })) {
-        return;
+    if (trap.Do(numbers.read, [&] { pieces.emplace(textio_.ReadTextChunks(path)); }) &&
+        trap.Do(numbers.replace, [&] { pairs_->UseSets(sets); })) {
+        ReplaceInPieces(trap, *pieces, location, numbers);
     }
-    const Lines lines;
-    trap.Do(lines.replace, [&] {
-        ReplaceInPieces(trap, std::move(*pieces), Pair<std::u16string>(findList, replaceList),
-                        textio_, writer_, location, lines);
-    });
+}
+
+void ReplaceText::ReplaceInPieces(Trap& trap, TextPieces& pieces, const OutputLocation& location,
+                                  const StatementNumbers& numbers) {
+    PreparedPairs& pairs = pairs_->Present();
+    const auto run = [&]<typename Unit>(const BasicCascade<Unit>& cascade) {
+        Output output(textio_, writer_, pieces.File(), location, numbers);
+        std::basic_string<Unit> changed;
+        return WriteChanged<Unit>(pieces, output, numbers, [&](std::basic_string_view<Unit> piece) {
+            return cascade.Apply(piece, changed) ? std::basic_string_view<Unit>(changed) : piece;
+        });
+    };
+    Outcome outcome;
+    if (trap.Do(numbers.replace, [&] {
+            const BasicCascade<char>* const ofBytes = CascadeOfBytes(pieces, pairs, textio_);
+            outcome = ofBytes != nullptr ? run(*ofBytes) : run(pairs.OfCharacters());
+        })) {
+        Report(trap, outcome, numbers, pairs.Partnerless());
+    }
 }
 
 void ReplaceText::ReplaceTextInFileFieldOnly(const std::u16string& path, std::u16string_view find,
@@ -236,32 +212,38 @@ void ReplaceText::ReplaceTextInFileDataOnly(const std::u16string& path, std::u16
                    location);
 }
 
-void ReplaceText::Settle() noexcept {
-    writer_.Settle();
-}
-
 void ReplaceText::ReplaceInLines(std::u16string_view routine, Side side, const std::u16string& path,
                                  std::u16string_view find, std::u16string_view replace,
                                  const OutputLocation& location) {
     Trap trap(prompts_, routine);
-    std::optional<TextLines> text;
-    if (!trap.Do(kRead, [&] { text.emplace(textio_.OpenTextLines(path)); })) {
+    const StatementNumbers numbers;
+    std::optional<TextLines> lines;
+    if (!trap.Do(numbers.read, [&] { lines.emplace(textio_.OpenTextLines(path)); })) {
         return;
     }
-    const Lines numbers;
-    trap.Do(numbers.replace, [&] {
-        const Cascade pair({{std::u16string(find), std::u16string(replace)}});
-        WriteChanged(
-            trap, std::move(*text), textio_, writer_, location, numbers,
-            [&](std::u16string& line) {
-                if (std::optional<Sides> sides = SidesOf(line)) {
-                    pair.Apply(side == Side::Field ? sides->field : sides->data);
-                    line = Concat(sides->field, u":", sides->data);
-                }
-                line += kCrLf;
-            },
-            [] {});
-    });
+    Outcome outcome;
+    const auto run = [&]<typename Unit>(const BasicCascade<Unit>& pair) {
+        Output output(textio_, writer_, lines->File(), location, numbers);
+        return WriteChanged<Unit>(*lines, output, numbers,
+                                  LineChange<Unit>(pair, side == Side::Field));
+    };
+    if (trap.Do(numbers.replace, [&] {
+            pairs_->UseWhole(find, replace);
+            PreparedPairs& pair = pairs_->Present();
+            const BasicCascade<char>* const ofBytes = CascadeOfBytes(*lines, pair, textio_);
+            outcome = ofBytes != nullptr ? run(*ofBytes) : run(pair.OfCharacters());
+        })) {
+        Report(trap, outcome, numbers, {});
+    }
+}
+
+int ReplaceText::SizeOfNext(std::u16string_view path) {
+    return textio_.FileSize2(path);
+}
+
+void ReplaceText::Settle() noexcept {
+    textio_.ForgetSize();
+    writer_.Settle();
 }
 
 } // namespace vexmarrow

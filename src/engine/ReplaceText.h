@@ -6,6 +6,7 @@
 #include "engine/OutputPath.h"
 
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -15,6 +16,16 @@ namespace vexmarrow {
 class FileWriter;
 class Prompts;
 class RFTSFSO;
+class TextPieces;
+class Trap;
+struct StatementNumbers;
+
+/// The sets of a run.
+struct SetTexts {
+    std::span<const std::u16string> find;
+    std::span<const std::u16string> replace;
+    std::uint64_t revision = 0; ///< another number for other texts; 0 is always another one
+};
 
 /// The four routines that change one input file and write its result.
 ///
@@ -26,8 +37,8 @@ class RFTSFSO;
 /// row, which no routine needs.
 class ReplaceText {
 public:
-    ReplaceText(RFTSFSO& textio, FileWriter& writer, Prompts& prompts)
-        : textio_(textio), writer_(writer), prompts_(prompts) {}
+    ReplaceText(RFTSFSO& textio, FileWriter& writer, Prompts& prompts);
+    ~ReplaceText();
 
     /// Whole text, single pair: the lines of `find` and `replace` (separated by CR LF) are the
     /// pairs. An empty `replace` deletes every find line; else a find line without a partner is
@@ -37,9 +48,7 @@ public:
                            std::int32_t index);
 
     /// Whole text, sets: find text i goes with replace text i. Detects the encoding.
-    void ReplaceTextInFileCombo(const std::u16string& path,
-                                std::span<const std::u16string> findList,
-                                std::span<const std::u16string> replaceList,
+    void ReplaceTextInFileCombo(const std::u16string& path, const SetTexts& sets,
                                 const OutputLocation& location, std::int32_t index);
 
     /// The part of each line before its first colon. `find` and `replace` are one pair, taken
@@ -54,11 +63,18 @@ public:
                                    std::u16string_view replace, const OutputLocation& location,
                                    std::int32_t index);
 
+    /// FileSize2 of a file that one of the routines may be called for next: it is opened only once.
+    int SizeOfNext(std::u16string_view path);
+
     /// To be called when the last file is done: gives back what was kept at hand for the next.
     void Settle() noexcept;
 
 private:
     enum class Side { Field, Data };
+    class Pairs;
+
+    void ReplaceInPieces(Trap& trap, TextPieces& pieces, const OutputLocation& location,
+                         const StatementNumbers& numbers);
     void ReplaceInLines(std::u16string_view routine, Side side, const std::u16string& path,
                         std::u16string_view find, std::u16string_view replace,
                         const OutputLocation& location);
@@ -66,6 +82,7 @@ private:
     RFTSFSO& textio_;
     FileWriter& writer_;
     Prompts& prompts_;
+    std::unique_ptr<Pairs> pairs_; // those of the last file, which are mostly those of the next
 };
 
 } // namespace vexmarrow

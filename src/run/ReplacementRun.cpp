@@ -54,7 +54,7 @@ void ReplacementRun::Start() {
     if (tab == kSinglePairTab) {
         ForEachRow(trap, [&](const std::u16string& path, std::size_t row) {
             // Empty files and those that cannot be opened are skipped in silence.
-            if (FileSize2(path) > 0) {
+            if (engine_.SizeOfNext(path) > 0) {
                 ReplaceSinglePair(path, row);
             }
         });
@@ -115,8 +115,9 @@ void ReplacementRun::ReplaceSinglePair(const std::u16string& path, std::size_t r
 }
 
 void ReplacementRun::ReplaceSets(const std::u16string& path, std::size_t row) {
-    engine_.ReplaceTextInFileCombo(path, sets_.FindTexts(), sets_.ReplaceTexts(), Location(),
-                                   static_cast<std::int32_t>(row));
+    engine_.ReplaceTextInFileCombo(path,
+                                   {sets_.FindTexts(), sets_.ReplaceTexts(), sets_.Revision()},
+                                   Location(), static_cast<std::int32_t>(row));
 }
 
 } // namespace vexmarrow

@@ -31,6 +31,7 @@ void SetList::Do(Change change) {
     if (observer_ != nullptr) {
         observer_->SetsAboutToChange();
     }
+    ++revision_;
     change();
     if (observer_ != nullptr) {
         observer_->SetsChanged();

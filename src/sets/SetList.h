@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
@@ -28,6 +29,9 @@ public:
 
     std::span<const std::u16string> FindTexts() const { return find_; }
     std::span<const std::u16string> ReplaceTexts() const { return replace_; }
+
+    /// A number that every change raises; never 0.
+    std::uint64_t Revision() const { return revision_; }
 
     /// One find text with its replace text.
     struct Set {
@@ -57,6 +61,7 @@ private:
 
     std::vector<std::u16string> find_;
     std::vector<std::u16string> replace_;
+    std::uint64_t revision_ = 1;
     SetListObserver* observer_ = nullptr;
 };
 

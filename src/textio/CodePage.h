@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -52,10 +53,17 @@ public:
     const CodePage& Page() const { return *page_; }
 
     /// Puts another page in force; throws Failure and keeps the present one when it is refused.
-    void Choose(std::u16string_view name) { page_ = MakeSingleByteCodePage(name); }
+    void Choose(std::u16string_view name) {
+        page_ = MakeSingleByteCodePage(name);
+        ++revision_;
+    }
+
+    /// A number that every choice raises.
+    std::uint64_t Revision() const { return revision_; }
 
 private:
     std::unique_ptr<const CodePage> page_;
+    std::uint64_t revision_ = 0;
 };
 
 } // namespace vexmarrow

@@ -6,14 +6,11 @@
 #include "base/Utf8.h"
 #include "textio/CodePage.h"
 #include "textio/FolderListing.h"
-#include "textio/InputFile.h"
 #include "textio/Paths.h"
-#include "textio/SystemCalls.h"
 
 #include <unicode/uchar.h>
 
 #include <algorithm>
-#include <cstdint>
 #include <optional>
 #include <sys/stat.h>
 
@@ -72,12 +69,6 @@ bool IsExistingFile(std::u16string_view path) {
 
 bool IsExistingPath(std::u16string_view path) {
     return ModeOf(path).has_value();
-}
-
-int FileSize2(std::u16string_view path) {
-    SystemCalls calls;
-    const std::optional<std::uint64_t> size = InputFile::SizeOf(calls, path);
-    return size ? static_cast<std::int32_t>(static_cast<std::uint32_t>(*size)) : -1;
 }
 
 std::vector<std::u16string> ListFilesInFolder(std::u16string_view folder,

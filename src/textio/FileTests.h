@@ -23,11 +23,6 @@ bool IsExistingFile(std::u16string_view path);
 /// Whether anything of that path exists.
 bool IsExistingPath(std::u16string_view path);
 
-/// The size of a regular file in bytes, by really opening it for reading: -1 when that fails. Only
-/// the low 32 bits of the size count, as a signed number, so files of 2 GiB and more can give zero
-/// or a negative number.
-int FileSize2(std::u16string_view path);
-
 /// Names (without the folder) of the files in `folder` that match `pattern` ("*" and "?" are
 /// wildcards, letter case does not count, "*.*" is every file), in the order of the directory,
 /// hidden ones included. The names are elements 1 and up; element 0 is always empty, so that a

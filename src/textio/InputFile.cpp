@@ -116,12 +116,4 @@ void InputFile::CheckUnchanged() {
     }
 }
 
-std::optional<std::uint64_t> InputFile::SizeOf(SystemCalls& calls, std::u16string_view path) {
-    try {
-        return InputFile(calls, path).status_.size;
-    } catch (const Failure&) {
-        return std::nullopt;
-    }
-}
-
 } // namespace vexmarrow

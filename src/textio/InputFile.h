@@ -9,7 +9,6 @@
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -40,9 +39,6 @@ public:
     const std::u16string& Path() const { return path_; }
     int Number() const { return descriptor_.Number(); }
     bool IsLockedByOther() const { return lockedByOther_; }
-
-    /// The size in bytes of the file of that path by opening it; nothing when it cannot be opened.
-    static std::optional<std::uint64_t> SizeOf(SystemCalls& calls, std::u16string_view path);
 
 private:
     struct Free {

@@ -3,9 +3,11 @@
 
 #include "textio/RFTSFSO.h"
 
+#include "base/Failure.h"
 #include "textio/CodePage.h"
 
 #include <array>
+#include <cstdint>
 #include <utility>
 
 namespace vexmarrow {
@@ -32,8 +34,24 @@ constexpr std::array kMarks{
 
 bool RFTSFSO::DetectTextEncoding(std::u16string_view path) {
     flags_.IsUtf8 = false;
-    InputFile file(calls_, path);
+    InputFile file = Open(path);
     return Detect(file);
+}
+
+int RFTSFSO::FileSize2(std::u16string_view path) {
+    opened_.reset();
+    try {
+        opened_.emplace(calls_, path);
+    } catch (const Failure&) {
+        return -1;
+    }
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(opened_->Status().size));
+}
+
+/// What FileSize2 has opened is used once, and for nothing but the very same path.
+InputFile RFTSFSO::Open(std::u16string_view path) {
+    std::optional<InputFile> opened = std::exchange(opened_, std::nullopt);
+    return opened && opened->Path() == path ? std::move(*opened) : InputFile(calls_, path);
 }
 
 bool RFTSFSO::Detect(InputFile& file) {
@@ -50,7 +68,7 @@ bool RFTSFSO::Detect(InputFile& file) {
 /// The file is opened once for the detection and the reading that follows it.
 InputFile RFTSFSO::OpenDetected(std::u16string_view path) {
     flags_.IsUtf8 = false;
-    InputFile file(calls_, path);
+    InputFile file = Open(path);
     flags_.IsUnicode = Detect(file);
     return file;
 }
@@ -70,8 +88,8 @@ TextLines RFTSFSO::OpenTextLines(std::u16string_view path) {
 std::vector<std::u16string> RFTSFSO::ReadTextLines(std::u16string_view path) {
     TextLines lines = OpenTextLines(path);
     std::vector<std::u16string> all;
-    for (std::u16string line; lines.Next(line);) {
-        all.push_back(std::move(line));
+    for (std::u16string_view line; lines.Next(line);) {
+        all.emplace_back(line);
     }
     lines.Finish();
     return all;
@@ -83,8 +101,7 @@ TextPieces RFTSFSO::ReadTextChunks(std::u16string_view path) {
 }
 
 TextPieces RFTSFSO::ReadChunksByStream(std::u16string_view path) {
-    return {InputFile(calls_, path), flags_.IsUnicode ? TextFormat::Utf16 : TextFormat::Ansi,
-            ansi_.Page()};
+    return {Open(path), flags_.IsUnicode ? TextFormat::Utf16 : TextFormat::Ansi, ansi_.Page()};
 }
 
 } // namespace vexmarrow

@@ -5,6 +5,7 @@
 
 #include "textio/TextStreams.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -46,10 +47,19 @@ public:
     /// detection: the flags stand as some earlier one has left them.
     TextPieces ReadChunksByStream(std::u16string_view path);
 
+    /// The size of a regular file in bytes, by really opening it for reading: -1 when that fails.
+    /// Only the low 32 bits of the size count, as a signed number, so files of 2 GiB and more can
+    /// give zero or a negative number. The file stays open for the reading that may come next.
+    int FileSize2(std::u16string_view path);
+
+    /// Closes a file that FileSize2 has left open.
+    void ForgetSize() noexcept { opened_.reset(); }
+
     const EncodingFlags& Flags() const { return flags_; }
     const AnsiCodePage& Ansi() const { return ansi_; }
 
 private:
+    InputFile Open(std::u16string_view path);
     bool Detect(InputFile& file);
     InputFile OpenDetected(std::u16string_view path);
     TextFormat DetectedFormat() const;
@@ -57,6 +67,7 @@ private:
     SystemCalls& calls_;
     EncodingFlags& flags_;
     const AnsiCodePage& ansi_;
+    std::optional<InputFile> opened_; // by FileSize2
 };
 
 } // namespace vexmarrow

@@ -7,37 +7,48 @@
 #include "textio/FileTests.h"
 #include "textio/RFTSFSO.h"
 
+#include <bit>
+
 namespace vexmarrow {
 namespace {
 
-void AppendUtf16(std::u16string_view text, std::string& bytes) {
-    bytes.reserve(bytes.size() + text.size() * 2);
-    for (const char16_t unit : text) {
-        bytes.push_back(static_cast<char>(unit & 0xFFU));
-        bytes.push_back(static_cast<char>(unit >> 8U));
-    }
+std::string_view BytesOf(std::u16string_view text) {
+    static_assert(std::endian::native == std::endian::little, "units are written as they are");
+    return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(char16_t)};
 }
 
 } // namespace
 
 void TextResult::WriteTextFile(std::u16string_view text, std::u16string_view path,
                                std::int32_t WriteMode) {
-    const bool unicode = textio_.Flags().IsUnicode;
-    bytes_.clear();
-    if (WriteMode <= 1 || !file_) {
-        const WriteStart start = WriteMode <= 1 ? WriteStart::Replace : WriteStart::Append;
-        file_.reset(); // only one result is under way at a time
-        file_ = writer_.Begin(path, start, source_ ? &*source_ : nullptr);
-        if (unicode && (start == WriteStart::Replace || !IsExistingFile(path))) {
-            AppendUtf16(u"\uFEFF", bytes_);
+    const bool needsMark = Start(path, WriteMode);
+    if (textio_.Flags().IsUnicode) {
+        if (needsMark) {
+            file_->Append(BytesOf(u"\uFEFF"));
         }
-    }
-    if (unicode) {
-        AppendUtf16(text, bytes_);
+        file_->Append(BytesOf(text));
     } else {
+        bytes_.clear();
         textio_.Ansi().Page().Encode(text, bytes_);
+        file_->Append(bytes_);
     }
-    file_->Append(bytes_);
+}
+
+void TextResult::WriteTextFile(std::string_view bytes, std::u16string_view path,
+                               std::int32_t WriteMode) {
+    Start(path, WriteMode);
+    file_->Append(bytes);
+}
+
+/// Makes sure that the file is begun. Returns whether UTF-16 needs its mark now.
+bool TextResult::Start(std::u16string_view path, std::int32_t WriteMode) {
+    if (WriteMode > 1 && file_) {
+        return false;
+    }
+    const WriteStart start = WriteMode <= 1 ? WriteStart::Replace : WriteStart::Append;
+    file_.reset(); // only one result is under way at a time
+    file_ = writer_.Begin(path, start, source_ ? &*source_ : nullptr);
+    return start == WriteStart::Replace || !IsExistingFile(path);
 }
 
 void TextResult::Commit() {

@@ -30,6 +30,10 @@ public:
     /// Failure.
     void WriteTextFile(std::u16string_view text, std::u16string_view path, std::int32_t WriteMode);
 
+    /// The same with text that is written as it is: bytes of the code page. Nothing but such text
+    /// may come in between.
+    void WriteTextFile(std::string_view bytes, std::u16string_view path, std::int32_t WriteMode);
+
     /// Gives up what was handed over: the file stays as it was.
     void Drop() { file_.reset(); }
 
@@ -37,6 +41,8 @@ public:
     void Commit();
 
 private:
+    bool Start(std::u16string_view path, std::int32_t WriteMode);
+
     const RFTSFSO& textio_;
     FileWriter& writer_;
     std::optional<SourceFile> source_;

@@ -8,6 +8,8 @@
 #include "textio/CodePage.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstring>
 #include <utility>
 
 namespace vexmarrow {
@@ -35,22 +37,20 @@ void SkipMark(InputFile& file, TextFormat format) {
 /// Takes bytes for UTF-16 with the low byte first, whatever they are: a lone last byte is a unit
 /// with a high byte of zero, and surrogates need no partner.
 void DecodeUtf16(std::string_view bytes, std::u16string& text) {
+    static_assert(std::endian::native == std::endian::little, "units are copied as they are");
     text.resize((bytes.size() + 1) / 2);
-    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
-        text[i / 2] = static_cast<char16_t>(static_cast<unsigned char>(bytes[i]) |
-                                            static_cast<unsigned char>(bytes[i + 1]) << 8U);
-    }
-    if (bytes.size() % 2 != 0) {
-        text.back() = static_cast<unsigned char>(bytes.back());
+    if (!text.empty()) {
+        text.back() = u'\0';
+        std::memcpy(text.data(), bytes.data(), bytes.size());
     }
 }
 
 void DecodeStream(std::string_view bytes, TextFormat format, const CodePage& page,
                   std::u16string& text) {
-    text.clear();
     if (format == TextFormat::Utf16) {
         DecodeUtf16(bytes, text);
     } else {
+        text.clear();
         page.Decode(bytes, text);
     }
 }
@@ -65,11 +65,26 @@ char16_t CharacterAt(std::string_view bytes, std::size_t at, TextFormat format) 
     return character;
 }
 
+/// The first CR or LF in bytes of a code page. Each is looked for in a stretch at a time: a text
+/// may have only one of the two.
+std::size_t FindLineEndByte(std::string_view bytes, std::size_t from) {
+    constexpr std::size_t kStretch = 256;
+    for (; from < bytes.size(); from += kStretch) {
+        std::string_view stretch = bytes.substr(from, kStretch);
+        stretch = stretch.substr(0, stretch.find('\n'));
+        const std::size_t end = std::min(stretch.find('\r'), stretch.size());
+        if (end < kStretch) {
+            return from + end;
+        }
+    }
+    return bytes.size();
+}
+
 /// Where the first CR or LF from `from` on begins; the number of bytes when there is none. Every
 /// code page has both where ASCII has them.
 std::size_t FindLineEnd(std::string_view bytes, std::size_t from, TextFormat format) {
     if (format == TextFormat::Ansi) {
-        return std::min(bytes.find_first_of("\r\n", from), bytes.size());
+        return FindLineEndByte(bytes, from);
     }
     for (; from < bytes.size(); from += 2) {
         const char16_t character = CharacterAt(bytes, from, format);
@@ -95,21 +110,31 @@ TextPieces::TextPieces(InputFile file, TextFormat format, const CodePage& page)
     SkipMark(file_, format_);
 }
 
-bool TextPieces::Next(std::u16string& piece) {
+bool TextPieces::NextOfStream(std::string_view& bytes) {
     const std::size_t most = kPieceSize * BytesPerCharacter(format_);
-    const std::string_view bytes =
-        format_ == TextFormat::Utf8 ? file_.PeekAll() : file_.Peek(most).substr(0, most);
+    bytes = format_ == TextFormat::Utf8 ? file_.PeekAll() : file_.Peek(most).substr(0, most);
     if (bytes.empty() && begun_) {
         return false;
     }
     begun_ = true;
-    if (format_ == TextFormat::Utf8) {
-        piece = TextFromUtf8(bytes);
-    } else {
-        DecodeStream(bytes, format_, page_, piece);
-    }
     file_.Skip(bytes.size());
     return true;
+}
+
+bool TextPieces::Next(std::u16string_view& piece) {
+    std::string_view bytes;
+    const bool found = NextOfStream(bytes);
+    if (found && format_ == TextFormat::Utf8) {
+        text_ = TextFromUtf8(bytes);
+    } else if (found) {
+        DecodeStream(bytes, format_, page_, text_);
+    }
+    piece = text_;
+    return found;
+}
+
+bool TextPieces::Next(std::string_view& piece) {
+    return NextOfStream(piece);
 }
 
 TextLines::TextLines(InputFile file, TextFormat format, const CodePage& page)
@@ -117,13 +142,24 @@ TextLines::TextLines(InputFile file, TextFormat format, const CodePage& page)
     SkipMark(file_, format_);
 }
 
-bool TextLines::Next(std::u16string& line) {
-    const bool found = format_ == TextFormat::Utf8 ? NextOfUtf8(line) : NextOfStream(line);
-    begun_ = true;
+bool TextLines::Next(std::u16string_view& line) {
+    if (format_ == TextFormat::Utf8) {
+        return NextOfUtf8(line);
+    }
+    std::string_view bytes;
+    const bool found = NextOfStream(bytes);
+    if (found) {
+        DecodeStream(bytes, format_, page_, text_);
+    }
+    line = text_;
     return found;
 }
 
-bool TextLines::NextOfStream(std::u16string& line) {
+bool TextLines::Next(std::string_view& line) {
+    return NextOfStream(line);
+}
+
+bool TextLines::NextOfStream(std::string_view& line) {
     const std::size_t width = BytesPerCharacter(format_);
     std::size_t wanted = kFirstLook;
     std::string_view bytes;
@@ -144,6 +180,7 @@ bool TextLines::NextOfStream(std::u16string& line) {
     if (bytes.empty() && begun_) {
         return false;
     }
+    begun_ = true;
     std::size_t next = end;
     if (end < bytes.size()) {
         next = std::min(end + width, bytes.size());
@@ -154,21 +191,22 @@ bool TextLines::NextOfStream(std::u16string& line) {
             }
         }
     }
-    DecodeStream(bytes.substr(0, end), format_, page_, line);
+    line = bytes.substr(0, end);
     file_.Skip(next);
     return true;
 }
 
-bool TextLines::NextOfUtf8(std::u16string& line) {
+bool TextLines::NextOfUtf8(std::u16string_view& line) {
     if (!begun_) {
         const std::string_view bytes = file_.PeekAll();
         lines_ = SplitTextLines(TextFromUtf8(bytes));
         file_.Skip(bytes.size());
+        begun_ = true;
     }
     if (next_ == lines_.size()) {
         return false;
     }
-    line = std::move(lines_[next_++]);
+    line = lines_[next_++];
     return true;
 }
 

@@ -35,20 +35,29 @@ class TextPieces {
 public:
     TextPieces(InputFile file, TextFormat format, const CodePage& page);
 
-    /// Puts the next piece into `piece`. False after the last one.
-    bool Next(std::u16string& piece);
+    /// Shows the next piece in `piece`, which is valid until the next call. False after the last
+    /// one.
+    bool Next(std::u16string_view& piece);
+
+    /// The same in the bytes of the file, for text in the code page only.
+    bool Next(std::string_view& piece);
 
     /// Makes sure that the file was not changed while it was read.
     void Finish() { file_.CheckUnchanged(); }
+
+    TextFormat Format() const { return format_; }
 
     /// The file that is read.
     const InputFile& File() const { return file_; }
 
 private:
+    bool NextOfStream(std::string_view& bytes);
+
     InputFile file_;
     TextFormat format_;
     const CodePage& page_;
     bool begun_ = false;
+    std::u16string text_; // the piece that is shown
 };
 
 /// A text file on its way in, line by line, without the line ends. UTF-8 is divided by
@@ -58,23 +67,30 @@ class TextLines {
 public:
     TextLines(InputFile file, TextFormat format, const CodePage& page);
 
-    /// Puts the next line into `line`. False after the last one.
-    bool Next(std::u16string& line);
+    /// Shows the next line in `line`, which is valid until the next call. False after the last
+    /// one.
+    bool Next(std::u16string_view& line);
+
+    /// The same in the bytes of the file, for text in the code page only.
+    bool Next(std::string_view& line);
 
     /// Makes sure that the file was not changed while it was read.
     void Finish() { file_.CheckUnchanged(); }
+
+    TextFormat Format() const { return format_; }
 
     /// The file that is read.
     const InputFile& File() const { return file_; }
 
 private:
-    bool NextOfStream(std::u16string& line);
-    bool NextOfUtf8(std::u16string& line);
+    bool NextOfStream(std::string_view& bytes);
+    bool NextOfUtf8(std::u16string_view& line);
 
     InputFile file_;
     TextFormat format_;
     const CodePage& page_;
     bool begun_ = false;
+    std::u16string text_;               // the line that is shown
     std::vector<std::u16string> lines_; // all of them, when it is UTF-8
     std::size_t next_ = 0;              // of those
 };

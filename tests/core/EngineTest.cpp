@@ -34,8 +34,9 @@ struct EngineTest : Core {
         if (routine == kWhole) {
             engine.ReplaceTextInFile(path, find, replace, location, 1);
         } else if (routine == kSets) {
-            engine.ReplaceTextInFileCombo(path, Texts(finds.begin(), finds.end()),
-                                          Texts(replaces.begin(), replaces.end()), location, 1);
+            const Texts findTexts(finds.begin(), finds.end());
+            const Texts replaceTexts(replaces.begin(), replaces.end());
+            engine.ReplaceTextInFileCombo(path, {findTexts, replaceTexts}, location, 1);
         } else if (routine == kField) {
             engine.ReplaceTextInFileFieldOnly(path, find, replace, location, 1);
         } else {

@@ -11,7 +11,7 @@
 namespace vexmarrow::test {
 namespace {
 
-TEST(Files, PathsInBothStyles) {
+TEST(Paths, InBothStyles) {
     // Path, its folder, normalised; normalised where "/" stands in place of "\".
     for (const std::string& row : Rows(R"(
              ||| b.vcf||b.vcf|b.vcf C:\a\\b.vcf|C:\a\\|C:\a\b.vcf|C:/a/b.vcf C:\|C:\|C:\|C:/
@@ -30,8 +30,9 @@ TEST(Files, PathsInBothStyles) {
     EXPECT_EQ(NormalizePath(u"a\\\\b//c", PathStyle::Posix), u"a\\\\b/c");
 }
 
-TEST(Files, TestsOfEveryKind) {
-    TestFolder folder;
+struct Files : Core {};
+
+TEST_F(Files, TestsOfEveryKind) {
     folder.Write("file", "12345");
     folder.Write("locked", "1");
     folder.SetMode("locked", 0);
@@ -55,15 +56,14 @@ TEST(Files, TestsOfEveryKind) {
         std::string found = name + (IsFolder(path) ? "|1" : "|0");
         found += IsExistingFile(path) ? "1" : "0";
         found += IsExistingPath(path) ? "1|" : "0|";
-        EXPECT_EQ(found + std::to_string(FileSize2(path)), row);
+        EXPECT_EQ(found + std::to_string(textio.FileSize2(path)), row);
     }
     for (const std::u16string& path : {u""s, folder.Path("file\0x"s), folder.Path("folder\0x"s)}) {
-        EXPECT_FALSE(IsFolder(path) || IsExistingPath(path) || FileSize2(path) != -1);
+        EXPECT_FALSE(IsFolder(path) || IsExistingPath(path) || textio.FileSize2(path) != -1);
     }
 }
 
-TEST(Files, Listing) {
-    TestFolder folder;
+TEST_F(Files, Listing) {
     const std::string names = "a.vcf B.VCF .hidden.vcf c.vcf.txt vcf .vcf caf\xE9.vCf a.b.vcf vcff";
     for (const std::string& name : Rows(names)) {
         folder.Write(name, "x");
@@ -75,7 +75,7 @@ TEST(Files, Listing) {
         Strings found;
         for (const std::u16string& name : ListFilesInFolder(folder.Path(), pattern)) {
             found.push_back(NativeName(name));
-            EXPECT_EQ(FileSize2(folder.Path() + u"/" + name), name.empty() ? -1 : 1);
+            EXPECT_EQ(textio.FileSize2(folder.Path() + u"/" + name), name.empty() ? -1 : 1);
         }
         EXPECT_EQ(found.at(0), "") << "names are elements 1 and up";
         std::sort(found.begin(), found.end());
@@ -93,7 +93,7 @@ TEST(Files, Listing) {
     EXPECT_THROW(ListFilesInFolder(folder.Path("gone"), u"*"), Failure);
 }
 
-TEST(Files, UnusualCharacters) {
+TEST_F(Files, UnusualCharacters) {
     const auto page = MakeSingleByteCodePage(u"windows-1252");
     EXPECT_FALSE(HasUnusualCharacters(u" ~caf\u00E9\u00A0\u00FF", *page));
     // The euro sign has a code from 127 to 159; the page lacks the last two.
@@ -103,8 +103,7 @@ TEST(Files, UnusualCharacters) {
     }
 }
 
-TEST(Files, Attributes) {
-    TestFolder folder;
+TEST_F(Files, Attributes) {
     folder.Write("f", "");
     folder.Write(".f", "");
     folder.MakeFolder(".d");

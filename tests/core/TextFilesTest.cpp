@@ -15,8 +15,8 @@ namespace {
 struct TextFilesTest : Core {
     static Texts All(TextPieces pieces) {
         Texts all;
-        for (std::u16string piece; pieces.Next(piece);) {
-            all.push_back(piece);
+        for (std::u16string_view piece; pieces.Next(piece);) {
+            all.emplace_back(piece);
         }
         return all;
     }

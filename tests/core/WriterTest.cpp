@@ -408,8 +408,8 @@ TEST_F(WriterTest, MemoryHasALimitAndItsEndIsReported) {
         }));
     }
     EXPECT_TRUE(limited([&] {
-        engine.ReplaceTextInFileCombo(folder.Path("8"), find, replace, inPlace, 1);
-        engine.ReplaceTextInFileCombo(folder.Path("g"), find, replace, inPlace, 2);
+        engine.ReplaceTextInFileCombo(folder.Path("8"), {find, replace}, inPlace, 1);
+        engine.ReplaceTextInFileCombo(folder.Path("g"), {find, replace}, inPlace, 2);
         return Reports() == Strings{"Out of memory."} && folder.Read("g") == "bc";
     }));
     EXPECT_EQ(std::filesystem::file_size(folder.Native("8")), 100 * kMegabyte);
