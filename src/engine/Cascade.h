@@ -54,20 +54,4 @@ extern template class BasicCascade<char16_t>;
 
 using ReplacementPair = BasicReplacementPair<char16_t>;
 
-/// A cascade that changes the characters of a text in place.
-class Cascade {
-public:
-    explicit Cascade(std::vector<ReplacementPair> pairs) : cascade_(std::move(pairs)) {}
-
-    void Apply(std::u16string& text) const {
-        if (cascade_.Apply(text, result_)) {
-            text.swap(result_);
-        }
-    }
-
-private:
-    BasicCascade<char16_t> cascade_;
-    mutable std::u16string result_;
-};
-
 } // namespace vexmarrow

@@ -3,10 +3,10 @@
 
 #include "base/Text.h"
 #include "core/Core.h"
-#include "engine/Cascade.h"
 
 #include <cerrno>
 #include <random>
+#include <tuple>
 
 namespace vexmarrow::test {
 namespace {
@@ -87,32 +87,79 @@ TEST_F(EngineTest, WhatBecomesOfAFile) {
     EXPECT_EQ(calls.openFiles, 0);
 }
 
-TEST_F(EngineTest, TheCascadeIsTheNaiveOne) {
+// A pair whose text the code page lacks sends a file down the way of characters.
+TEST_F(EngineTest, BytesAndCharactersComeToTheSame) {
     std::mt19937 random(7);
-    const std::u16string all{u'a', u'b', u'\n', u'c', u'\0', 0xD800, 0xDC00};
-    for (int round = 0; round < 4000; ++round) {
-        const std::size_t letters = 1 + random() % all.size();
-        const auto word = [&](std::size_t most) {
-            std::u16string text(random() % (most + 1), u'\0');
-            std::generate(text.begin(), text.end(), [&] { return all[random() % letters]; });
-            return text;
-        };
-        std::vector<ReplacementPair> pairs(random() % 8);
-        const std::u16string text = word(60);
-        std::u16string naive = text, result = text;
-        for (auto& [find, replace] : pairs) {
-            find = word(4);
-            replace = word(4);
-            std::u16string made; // position by position, as the rule is told
-            for (std::size_t i = 0; i < naive.size();) {
-                const bool here = !find.empty() && naive.compare(i, find.size(), find) == 0;
-                made += here ? replace : naive.substr(i, 1);
-                i += here ? find.size() : 1;
+    const std::string letters = "ab:\r\n\xE9\x80\x81?";
+    for (int round = 0; round < 300; ++round) {
+        const auto text = [&](std::size_t most) {
+            std::string bytes(random() % (most + 1), '-');
+            for (char& byte : bytes) {
+                byte = letters[random() % letters.size()];
             }
-            naive = made;
+            std::u16string characters;
+            ansi.Page().Decode(bytes, characters);
+            return characters;
+        };
+        Texts find(1 + random() % 4), replace(find.size());
+        for (std::size_t i = 0; i < find.size(); ++i) {
+            find[i] = text(3);
+            replace[i] = text(3);
         }
-        Cascade(pairs).Apply(result);
-        ASSERT_EQ(result, naive) << "round " << round;
+        std::string before;
+        ansi.Page().Encode(text(400), before);
+        const auto prepare = [&](const std::string& bytes, const std::string& characters) {
+            folder.Remove("bytes"); // overwriting a file that was cut waits for the disk
+            folder.Remove("characters");
+            folder.Write("bytes", bytes);
+            folder.Write("characters", characters);
+        };
+        prepare(before, before);
+        engine.ReplaceTextInFileCombo(folder.Path("bytes"), {find, replace}, kInPlace, 1);
+        find.push_back(u"\u0416");
+        replace.push_back(u"x");
+        engine.ReplaceTextInFileCombo(folder.Path("characters"), {find, replace}, kInPlace, 1);
+        ASSERT_EQ(folder.Read("bytes"), folder.Read("characters")) << "round " << round;
+        for (const std::size_t routine : {kField, kData}) {
+            std::u16string characters;
+            ansi.Page().Decode(before, characters);
+            prepare(before, Utf16(characters));
+            Replace(routine, "bytes", find[0], replace[0]);
+            Replace(routine, "characters", find[0], replace[0]);
+            std::u16string result;
+            ansi.Page().Decode(folder.Read("bytes"), result);
+            ASSERT_EQ(Utf16(result), folder.Read("characters")) << "round " << round;
+        }
+    }
+    folder.Write("f", "ab");
+    Replace(kSets, "f", u"a\r\n\u0416", u"\u0416\r\nb");
+    EXPECT_EQ(folder.Read("f"), "bb") << "a later pair finds what the page lacks";
+}
+
+TEST_F(EngineTest, PairsStayReadyUntilTheyChange) {
+    const auto result = [&](std::u16string_view find, std::u16string_view replace) {
+        folder.Write("f", "a:a\xE9");
+        Replace(kWhole, "f", find, replace);
+        return folder.Read("f");
+    };
+    EXPECT_EQ(result(u"a", u"b"), "b:b\xE9");
+    EXPECT_EQ(result(u"a", u"c"), "c:c\xE9");
+    EXPECT_EQ(result(u"a\r\n\u00E9", u"c\r\ne"), "c:ce");
+    Replace(kField, "f", u"a\r\nc", u"1\r\n2"); // one pair here, two there
+    EXPECT_EQ(folder.Read("f"), "c:ce\r\n");
+    Replace(kWhole, "f", u"a\r\nc", u"1\r\n2");
+    EXPECT_EQ(folder.Read("f"), "2:2e\r\n");
+    EXPECT_EQ(result(u"\u00E9", u"e"), "a:ae");
+    ansi.Choose(u"windows-1251");
+    EXPECT_EQ(result(u"\u00E9", u"e"), "a:a\xE9") << "it is another letter now";
+    EXPECT_EQ(result(u"\u0439", u"\u0416"), "a:a\xC6");
+    const Texts find{u"a"}, first{u"1"}, second{u"2"};
+    for (const auto& [replace, revision, expected] :
+         {std::tuple(&first, 7, "1"), {&second, 8, "2"}, {&first, 0, "1"}, {&second, 0, "2"}}) {
+        folder.Write("f", "a");
+        engine.ReplaceTextInFileCombo(
+            folder.Path("f"), {find, *replace, static_cast<std::uint64_t>(revision)}, kInPlace, 1);
+        EXPECT_EQ(folder.Read("f"), expected);
     }
 }
 
