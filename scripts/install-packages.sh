@@ -11,10 +11,11 @@
 #         wayland  what its window needs where there is no X server
 #         test     what the tests need besides: test library, virtual display,
 #                  window manager, accessibility bus
+#         bench    what the benchmarks need besides: their library, and the tools
+#                  that the program is measured against
 #         check    what checks the format and the soundness of the code
 #         fuzz     what builds and runs the fuzz targets: the compiler that has
 #                  libFuzzer, its runtime, and what names lines in its reports
-#         bench    what the benchmarks need besides
 set -euo pipefail
 
 say() { printf '%s\n' "$*"; }
@@ -25,9 +26,9 @@ packages_of() {
     wayland) echo qt6-wayland ;;
     test) echo libgtest-dev libgmock-dev xvfb openbox dbus at-spi2-core python3 python3-pyatspi \
         libxtst6 scrot x11-utils wmctrl ;;
+    bench) echo libbenchmark-dev strace perl sed coreutils ;;
     check) echo clang-format clang-tidy ;;
-    fuzz) echo clang libclang-rt-14-dev llvm cmake ninja-build libicu-dev ;;
-    bench) echo libbenchmark-dev ;;
+    fuzz) echo clang libclang-rt-14-dev llvm cmake ninja-build pkg-config libicu-dev libxxhash-dev ;;
     *) return 1 ;;
     esac
 }
@@ -37,9 +38,9 @@ reason_of() {
     build) echo "to build the program and to show its window" ;;
     wayland) echo "to show the window on this desktop" ;;
     test) echo "to build and run the tests, and the window where there is no display" ;;
+    bench) echo "to measure how fast it is" ;;
     check) echo "to check the code" ;;
     fuzz) echo "to build and run the fuzz targets" ;;
-    bench) echo "to measure how fast it is" ;;
     esac
 }
 

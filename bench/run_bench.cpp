@@ -1,0 +1,285 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+// The program's own work, timed: the real window on the present display, its event loop, its safe
+// writer. Only the boxes answer by themselves, and the settings are not kept.
+//
+//     run_bench fields|values|whole LIST FOLDER FIND REPLACE
+//     run_bench sets LIST FOLDER SETS
+//         a run over the paths that the list file names, into FOLDER or in place ("-"). SETS is a
+//         file of find::replace lines in UTF-8. Prints, for the time from the click to "Done.":
+//         seconds, CPU seconds of the user and of the system, bytes of memory at the peak over
+//         those of the window with its list loaded
+//     run_bench list LIST KEEP REMOVE
+//         what can be done to a list: loads it, validates it (and has the odd rows removed), keeps
+//         the rows that contain KEEP, removes those that contain REMOVE, clears the list. Prints a
+//         line for each: its name, seconds, the rows that are left
+//     run_bench start
+//         starts as the program does; prints the moment at which the window is usable
+
+#include "Usable.h"
+#include "app/Form1.h"
+#include "app/IniSettingsStore.h"
+#include "app/LinesEdit.h"
+#include "app/QtEventLoop.h"
+#include "app/QtFileManager.h"
+#include "app/QtPickers.h"
+#include "app/QtPrompts.h"
+#include "journal/JournalFolders.h"
+#include "journal/JournaledWriter.h"
+#include "journal/Recovery.h"
+#include "support/Doubles.h"
+#include "textio/CodePage.h"
+#include "textio/RFTSFSO.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDialogButtonBox>
+#include <QFont>
+#include <QPushButton>
+#include <QTimer>
+#include <QTreeView>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <malloc.h>
+#include <optional>
+#include <sys/resource.h>
+
+namespace vexmarrow::bench {
+namespace {
+
+[[noreturn]] void Fail(const std::string& reason) {
+    std::fprintf(stderr, "run_bench: %s\n", reason.c_str());
+    std::_Exit(1);
+}
+
+/// What the process has used up so far.
+struct Usage {
+    double clock = Now();
+    double user = 0;
+    double system = 0;
+    std::size_t peak = 0; // of resident memory, in bytes
+
+    static Usage Present();
+};
+
+/// A line of the process's status, which gives kilobytes.
+std::size_t BytesOf(const std::string& name) {
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.starts_with(name + ":")) {
+            return std::stoul(line.substr(name.size() + 1)) * 1024;
+        }
+    }
+    Fail("the system does not tell " + name);
+}
+
+Usage Usage::Present() {
+    Usage usage;
+    rusage used{};
+    ::getrusage(RUSAGE_SELF, &used);
+    const auto seconds = [](const timeval& time) {
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+    };
+    usage.user = seconds(used.ru_utime);
+    usage.system = seconds(used.ru_stime);
+    usage.peak = BytesOf("VmHWM");
+    return usage;
+}
+
+/// Notes when "Done." is due, answers the box about odd rows with Yes as soon as it is on the
+/// screen, and ends the program with any other box.
+class BenchPrompts final : public Prompts {
+public:
+    explicit BenchPrompts(const QtEventLoop& eventLoop) : real_(eventLoop) {}
+
+    std::optional<Usage> done;
+    std::deque<std::u16string> texts; ///< for the input boxes
+
+    Answer ShowMessage(std::u16string_view text, BoxStyle style,
+                       std::u16string_view title) override {
+        if (text == u"Done.") {
+            done = Usage::Present();
+            return Answer::Ok;
+        }
+        if (style != BoxStyle::Question) {
+            Fail("an unexpected box: " + NativeName(text));
+        }
+        QTimer::singleShot(0, [] {
+            QWidget* const box = QApplication::activeModalWidget();
+            UntilUsable(*box);
+            box->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Yes)->click();
+        });
+        return real_.ShowMessage(text, style, title);
+    }
+    std::u16string AskForText(std::u16string_view /*prompt*/,
+                              std::u16string_view /*suggestion*/) override {
+        return test::NextOf(texts);
+    }
+
+private:
+    QtPrompts real_;
+};
+
+std::u16string ProgramFolder() {
+    return TextFromNativeName(
+        std::filesystem::read_symlink("/proc/self/exe").parent_path().native());
+}
+
+/// The program but for its boxes, dialogs and settings.
+class Program {
+public:
+    void Open() {
+        form_.emplace(Services{textio_, writer_, ansi_, prompts, pickers_, settings, fileManager_,
+                               eventLoop_, ProgramFolder(), u"/"});
+        form_->Form_Load();
+        form_->show();
+        UntilUsable(*form_);
+    }
+    template <typename Control>
+    Control* Find(const char* name) {
+        return form_->findChild<Control*>(QString::fromLatin1(name));
+    }
+    void Press(const char* name) { Find<QAbstractButton>(name)->click(); }
+    void LoadList(const char* path) {
+        pickers_.files.push_back({TextFromNativeName(path)});
+        Press("PushButton9");
+        flags_ = {}; // loading a list looks at a file, which a run of the whole text would notice
+    }
+    void AddSets(const char* path) {
+        std::ifstream file(path);
+        for (std::string line; std::getline(file, line);) {
+            prompts.texts.push_back(TextFromUtf8(line));
+            Press("PushButton7");
+        }
+    }
+    void CancelAddFiles() { Press("PushButton13"); } // the pickers have no file left
+    int Rows() { return Find<QTreeView>("ListView1")->model()->rowCount(); }
+
+    test::MemorySettings settings;
+
+private:
+    EncodingFlags flags_;
+    AnsiCodePage ansi_{u"windows-1252"};
+    SystemCalls calls_;
+    RFTSFSO textio_{calls_, flags_, ansi_};
+    JournaledWriter writer_{calls_, JournalFoldersOfUser()};
+    QtEventLoop eventLoop_;
+    test::ScriptedPickers pickers_;
+    test::RecordingFileManager fileManager_;
+
+public:
+    BenchPrompts prompts{eventLoop_};
+
+private:
+    std::optional<Form1> form_;
+};
+
+void Run(const std::vector<const char*>& arguments) {
+    const std::string mode = arguments[0];
+    const std::string folder = arguments[2];
+    const bool inPlace = folder == "-";
+    Program program;
+    const auto choose = [&](std::u16string_view option, bool on) {
+        program.settings.SaveSetting(option, on ? u"True" : u"False");
+    };
+    choose(u"Option1", mode == "fields");
+    choose(u"Option2", mode == "values");
+    choose(u"Option3", mode == "whole" || mode == "sets");
+    choose(u"Option4", !inPlace);
+    choose(u"Option5", inPlace);
+    program.settings.SaveSetting(u"TabSel", mode == "sets" ? u"1" : u"0");
+    program.settings.SaveSetting(u"Output Folder", TextFromNativeName(folder));
+    program.Open();
+    program.Find<LinesEdit>("Text1")->SetText(TextFromUtf8(arguments[3]));
+    if (mode == "sets") {
+        program.AddSets(arguments[3]);
+    } else {
+        program.Find<LinesEdit>("Text2")->SetText(TextFromUtf8(arguments[4]));
+    }
+    program.LoadList(arguments[1]);
+    UntilIdle();
+
+    ::malloc_trim(0); // what loading had needed must not hide what the run needs
+    const std::size_t memory = BytesOf("VmRSS");
+    if (std::ofstream clear("/proc/self/clear_refs"); !(clear << '5' << std::flush)) {
+        Fail("the peak of the memory cannot be reset");
+    }
+    Usage begun = Usage::Present();
+    begun.clock = Now();
+    program.Press("PushButton1");
+    if (!program.prompts.done) {
+        Fail("the run did not come to its end");
+    }
+    const Usage& done = *program.prompts.done;
+    std::printf("%.6f %.6f %.6f %zu\n", done.clock - begun.clock, done.user - begun.user,
+                done.system - begun.system, done.peak - std::min(done.peak, memory));
+}
+
+void List(const char* path, const char* keep, const char* remove) {
+    Program program;
+    program.Open();
+    const auto time = [&](const char* name, const std::function<void()>& work) {
+        const double begun = Now();
+        work();
+        UntilIdle();
+        std::printf("%s %.6f %d\n", name, Now() - begun, program.Rows());
+    };
+    time("load", [&] { program.LoadList(path); });
+    time("validate", [&] { program.CancelAddFiles(); });
+    program.prompts.texts = {TextFromUtf8(keep), TextFromUtf8(remove)};
+    time("keep", [&] { program.Press("PushButton11"); });
+    time("remove", [&] { program.Press("PushButton17"); });
+    time("clear", [&] { program.Press("PushButton2"); });
+}
+
+/// As the program's main does it.
+void Start() {
+    EncodingFlags flags;
+    AnsiCodePage ansi(CodePageOfEnvironment());
+    SystemCalls calls;
+    RFTSFSO textio(calls, flags, ansi);
+    const auto journals = JournalFoldersOfUser();
+    JournaledWriter writer(calls, journals);
+    QtEventLoop eventLoop;
+    QtPrompts prompts(eventLoop);
+    QtPickers pickers(eventLoop);
+    QtFileManager fileManager;
+    IniSettingsStore settings;
+    Form1 form1({textio, writer, ansi, prompts, pickers, settings, fileManager, eventLoop,
+                 ProgramFolder(), u"/"});
+    prompts.SetOwner(&form1);
+    pickers.SetOwner(&form1);
+    form1.Form_Load();
+    Recovery(calls, journals, prompts).Run();
+    form1.show();
+    UntilUsable(form1);
+    std::printf("%.6f\n", Now());
+}
+
+} // namespace
+} // namespace vexmarrow::bench
+
+int main(int argc, char** argv) {
+    using namespace vexmarrow::bench;
+    const QApplication application(argc, argv);
+    QFont font = QApplication::font();
+    font.setFamily(QStringLiteral("Arial"));
+    QApplication::setFont(font);
+
+    const std::vector<const char*> arguments(argv + 1, argv + argc);
+    const std::string command = arguments.empty() ? "" : arguments[0];
+    if (command == "start") {
+        Start();
+    } else if (command == "list" && arguments.size() == 4) {
+        List(arguments[1], arguments[2], arguments[3]);
+    } else if (arguments.size() == (command == "sets" ? 4 : 5)) {
+        Run(arguments);
+    } else {
+        Fail("the arguments stand at the top of run_bench.cpp");
+    }
+    return 0;
+}
