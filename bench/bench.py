@@ -1,0 +1,435 @@
+# SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+# SPDX-License-Identifier: MIT
+"""Measures the program beside the tools that copy and edit files; bench.sh starts it."""
+
+import argparse
+import json
+import os
+import re
+import shutil
+import statistics
+import sys
+import time
+
+from corpus import CODE_PAGE, HALF, HALF_FIELD, Corpus, in_code_page, replaced, replaced_in_part
+from measure import (Contender, Failed, Sample, Table, Tree, check, compete, figures, median, process, read,
+                     spread)
+
+MIB = 1 << 20
+COPY = ["cp", "--reflink=never"]
+PLAIN = dict(os.environ, LC_ALL="C")  # the other tools see bytes, which is what they are quickest with
+ROWS = {}
+
+PERL_SETS = r"""
+open my $sets, "<:raw", shift or die; my @pairs = map { chomp; [split /::/, $_, 2] } <$sets>;
+for my $path (@ARGV) {
+    open my $in, "<:raw", $path or die; local $/; my $text = <$in>;
+    for (@pairs) {
+        my ($find, $replace) = @$_;
+        for (my $at = 0; ($at = index $text, $find, $at) >= 0; $at += length $replace) {
+            substr $text, $at, length $find, $replace;
+        }
+    }
+    open my $out, ">:raw", $path or die; print $out $text; close $out or die;
+}"""
+
+
+def row(name):
+    def keep(function):
+        ROWS[name] = function
+        return function
+    return keep
+
+
+def sed_script(pairs):
+    escape = lambda text, special: "".join("\\" + c if c in special else c for c in text)
+    return "".join("s/%s/%s/g\n" % (escape(a, r"[]*.^$\/"), escape(b, r"\/&")) for a, b in pairs)
+
+
+class Bench:
+    def __init__(self, options):
+        self.options = options
+        self.rounds = options.rounds or (2 if options.quick else 5)
+        self.programs = options.programs
+        self.places = {"ext4": options.disk, "tmpfs": options.memory}
+        quick = options.quick
+        self.cards, self.wide, self.big = (1000, 200, 16 * MIB) if quick else (10000, 2000, 256 * MIB)
+        self.room = (512 if quick else 4096) * MIB
+        self.few, self.rows = (100, 10000) if quick else (1000, 100000)
+        self.corpus = Corpus(self.cards, self.wide)
+        self.table = None
+        self.peaks = []
+        self.trees = {}
+        self.env = dict(os.environ, XDG_STATE_HOME=os.path.join(options.disk, "state"))
+
+    # What is worked on.
+
+    def tree(self, place, name, files):
+        folder = os.path.join(self.places[place], name)
+        if folder not in self.trees:
+            self.trees[folder] = Tree(folder, files)
+        return self.trees[folder]
+
+    def flat(self, files):
+        return {os.path.basename(name): data for name, data in files.items()}
+
+    def folder(self, place, name):
+        path = os.path.join(self.places[place], name)
+        os.makedirs(path, exist_ok=True)
+        return path
+
+    def file(self, name, text, encoding=CODE_PAGE):
+        path = os.path.join(self.options.disk, name)
+        with open(path, "w", encoding=encoding, newline="\n") as file:
+            file.write(text)
+        return path
+
+    def sets_file(self, pairs, encoding):
+        return self.file("sets-%d.%s" % (len(pairs), encoding),
+                         "".join("%s::%s\n" % pair for pair in pairs), encoding)
+
+    # Who works.
+
+    def run(self, work, mode, tree, pairs, folder="-"):
+        """Our own run over the files of a tree; its time is that from the click to the end."""
+        texts = [self.sets_file(pairs, "utf-8")] if mode == "sets" else list(pairs[0])
+        _, said = process([self.programs + "/run_bench", mode, tree.list, folder] + texts, env=self.env)
+        seconds, user, system, peak = said.split()
+        self.peaks.append((int(peak), work))
+        return Sample(float(seconds), float(user) + float(system))
+
+    def expected(self, files, pairs, mode="whole"):
+        """What must come of files: of all of them, or of a sample where that takes long."""
+        names = list(files) if len(pairs) <= 10 else list(files)[::max(1, len(files) // 200)]
+        if mode in ("fields", "values"):
+            return [(n, replaced_in_part(files[n], pairs, mode == "values")) for n in names]
+        return [(n, replaced(files[n], pairs)) for n in names]
+
+    def ours(self, name, mode, tree, pairs, work=None):
+        expected = self.expected(tree.files, pairs, mode)
+        return Contender(name, lambda: self.run(work or name, mode, tree, pairs), tree.restore,
+                         lambda: check("our run", tree.folder, expected))
+
+    def tool(self, name, command, tree, pairs=None, rounds=None, arguments=False):
+        """A tool that works on a tree; the paths are its arguments, or stand in its command."""
+        expected = self.expected(tree.files, pairs) if pairs else tree.files.items()
+        command = command + (list(tree.files) if arguments else [])
+        return Contender(name, lambda: process(command, tree.folder, env=PLAIN)[0], tree.restore,
+                         lambda: check(name, tree.folder, expected), rounds)
+
+    def sed(self, tree, pairs, rounds=None):
+        script = self.file("sed-%d" % len(pairs), sed_script(pairs))
+        return self.tool("sed -i", ["sed", "-i", "-f", script], tree, pairs, rounds, arguments=True)
+
+    def copy(self, tree, source):
+        return self.tool("cp -r", COPY + ["-r", source.folder + "/.", "."], tree)
+
+    def compete(self, contenders):
+        return compete(contenders, self.rounds, warm_up=not self.options.quick)
+
+    # The rows.
+
+    def in_place(self, place):
+        source, ours, sed, copy = (self.tree(place, name, self.corpus.cards)
+                                   for name in ("cards", "ours", "sed", "copy"))
+        work = "%d vCards, 1 pair, in place, %s" % (self.cards, place)
+        samples = self.compete([self.ours("ours", "whole", ours, [HALF], work),
+                                self.copy(copy, source), self.sed(sed, [HALF])])
+        self.table.compare(work, samples, "ours", "cp -r", 0.15 if place == "ext4" else 0.6)
+        self.table.compare(work, samples, "ours", "sed -i", 0.10 if place == "ext4" else 0.25)
+
+    @row("inplace")
+    def in_place_on_disk(self):
+        self.in_place("ext4")
+
+    @row("inplace-tmpfs")
+    def in_place_in_memory(self):
+        self.in_place("tmpfs")
+
+    @row("sets")
+    def sets(self):
+        pairs = self.corpus.sets(1000)
+        for place in self.places:
+            tree = self.tree(place, "ours", self.corpus.cards)
+            work = "%d vCards, 1,000 sets, in place, %s" % (self.cards, place)
+            samples = self.compete([self.ours("1,000 sets", "sets", tree, pairs, work),
+                                    self.ours("our 1 pair", "whole", tree, [HALF])])
+            self.table.compare(work, samples, "1,000 sets", "our 1 pair", 1.6)
+
+    @row("folder")
+    def into_folder(self):
+        source = self.tree("ext4", "cards", self.corpus.cards)
+        files = self.flat(self.corpus.cards)
+        expected = self.expected(files, [HALF])
+        ours, copy = self.tree("ext4", "flat-ours", files), self.tree("ext4", "flat-copy", files)
+        command = COPY + ["-t", copy.folder] + list(source.files)
+        work = "%d vCards, 1 pair, over outputs, ext4" % self.cards
+        samples = self.compete([
+            Contender("ours", lambda: self.run(work, "whole", source, [HALF], ours.folder), ours.restore,
+                      lambda: check("our run", ours.folder, expected)),
+            Contender("cp", lambda: process(command, source.folder)[0], copy.restore,
+                      lambda: check("cp", copy.folder, files.items()))])
+        self.table.compare(work, samples, "ours", "cp", 0.25)
+
+        # A new folder each time: deleting so many files would slow the next runs down.
+        turns = {"ours": 0, "cp": 0}
+
+        def next_folder(who):
+            turns[who] += 1
+            self.folder("ext4", "new-%s-%d" % (who, turns[who]))
+
+        target = lambda who: os.path.join(self.places["ext4"], "new-%s-%d" % (who, turns[who]))
+        work = "%d vCards, 1 pair, into an empty folder, ext4" % self.cards
+        samples = self.compete([
+            Contender("ours", lambda: self.run(work, "whole", source, [HALF], target("ours")),
+                      lambda: next_folder("ours"), lambda: check("our run", target("ours"), expected)),
+            Contender("cp", lambda: process(COPY + ["-t", target("cp")] + list(source.files), source.folder)[0],
+                      lambda: next_folder("cp"), lambda: check("cp", target("cp"), files.items()))])
+        self.table.compare(work, samples, "ours", "cp", 1.2)
+
+    @row("tools")
+    def sets_of_other_tools(self):
+        files = dict(list(self.corpus.cards.items())[:self.few])
+        pairs = self.corpus.sets(1000)
+        ours, sed, perl = (self.tree("ext4", "few-" + name, files) for name in ("ours", "sed", "perl"))
+        work = "%d vCards, 1,000 sets, in place, ext4" % self.few
+        perl_command = ["perl", "-e", PERL_SETS, self.sets_file(pairs, CODE_PAGE)]
+        samples = self.compete([
+            self.ours("ours", "sets", ours, pairs, work), self.sed(sed, pairs, rounds=1),
+            self.tool("perl", perl_command, perl, pairs, rounds=min(3, self.rounds), arguments=True)])
+        self.table.compare(work, samples, "ours", "sed -i", 1 / 300)
+        self.table.compare(work, samples, "ours", "perl", 1 / 25)
+
+    @row("sides")
+    def fields_and_values(self):
+        tree = self.tree("ext4", "ours", self.corpus.cards)
+        samples = self.compete([self.ours("fields", "fields", tree, [HALF_FIELD], "fields only"),
+                                self.ours("values", "values", tree, [HALF], "values only"),
+                                self.ours("our whole text", "whole", tree, [HALF])])
+        for name in ("fields", "values"):
+            self.table.compare("%d vCards, %s only, in place, ext4" % (self.cards, name), samples, name,
+                               "our whole text", 1.3)
+
+    def big_file(self, place):
+        data = self.corpus.big_file(self.big)
+        size = "one %d MB file" % (self.big // MIB)
+        source = self.tree(place, "big", {"big.vcf": data})
+        target = {who: os.path.join(self.folder(place, "big-" + who), "big.vcf")
+                  for who in ("1", "10", "1000", "cp", "sed")}
+
+        def remove(who):
+            if os.path.exists(target[who]):
+                os.remove(target[who])
+
+        def prove(who, path, count):
+            # Wholly for a few pairs; else both ends, as far as each piece is changed by itself.
+            pairs = [HALF] if count == 1 else self.corpus.sets(count)
+            result = read(path)
+            if count <= 10:
+                right = result == replaced(data, pairs)
+            else:
+                ends = [replaced(part, pairs) for part in (data[:MIB], data[-MIB:])]
+                right = result.startswith(ends[0]) and result.endswith(ends[1])
+            if not right:
+                raise Failed("%s has left wrong contents in %s" % (who, path))
+
+        def ours(count):
+            who, pairs = str(count), [HALF] if count == 1 else self.corpus.sets(count)
+            return Contender(
+                who, lambda: self.run("%s, %d pairs, new output, %s" % (size, count, place),
+                                      "whole" if count == 1 else "sets", source, pairs,
+                                      os.path.dirname(target[who])),
+                lambda: remove(who), lambda: prove("our run", target[who], count))
+
+        script = self.file("sed-1", sed_script([HALF]))
+        samples = self.compete([
+            ours(1), ours(10), ours(1000),
+            Contender("cp", lambda: process(COPY + [source.path("big.vcf"), target["cp"]])[0],
+                      lambda: remove("cp")),
+            Contender("sed", lambda: process(["sed", "-f", script, source.path("big.vcf")],
+                                             output=target["sed"], env=PLAIN)[0],
+                      lambda: remove("sed"), lambda: prove("sed", target["sed"], 1))])
+        for who, other, aim in (("1", "cp", 1.7), ("1", "sed", 0.2), ("10", "cp", 3), ("1000", "cp", 5)):
+            self.table.compare("%s, %s pairs, new output, %s" % (size, who, place), samples, who, other, aim)
+        for who in target:
+            remove(who)
+
+        work = "%s, 1 pair, in place, %s" % (size, place)
+        ours_tree, copy = (self.tree(place, "big-%s-in-place" % who, source.files) for who in ("ours", "copy"))
+        samples = self.compete([
+            self.ours("ours", "whole", ours_tree, [HALF], work),
+            self.tool("cp", COPY + [source.path("big.vcf"), "big.vcf"], copy)])
+        self.table.compare(work, samples, "ours", "cp", 4)
+        for tree in (source, ours_tree, copy):
+            os.remove(tree.path("big.vcf"))
+            del self.trees[tree.folder]
+
+    @row("big")
+    def big_on_disk(self):
+        self.big_file("ext4")
+
+    @row("big-tmpfs")
+    def big_in_memory(self):
+        self.big_file("tmpfs")
+
+    @row("utf16")
+    def utf16(self):
+        source, ours, copy = (self.tree("ext4", "utf16-" + name, self.corpus.utf16)
+                              for name in ("source", "ours", "copy"))
+        work = lambda count: "%d UTF-16 files, %s sets, in place, ext4" % (self.wide, count)
+        samples = self.compete([
+            self.ours("1", "sets", ours, [HALF], work("1")),
+            self.ours("1,000", "sets", ours, self.corpus.sets(1000), work("1,000")),
+            self.copy(copy, source)])
+        self.table.compare(work("1"), samples, "1", "cp -r", 0.5)
+        self.table.compare(work("1,000"), samples, "1,000", "cp -r", 0.8)
+
+    @row("cascade")
+    def cascade(self):
+        program = self.programs + "/cascade_bench"
+        if not os.path.exists(program):
+            print("cascade: left out, there is no cascade_bench in this build")
+            return
+        aims = {1: 0.6, 10: 0.2, 100: 0.15, 1000: 0.11}
+        shares = {count: [] for count in aims}
+        for _ in range(self.rounds):
+            _, said = process([program, "--benchmark_filter=^(memcpy|bytes/[0-9]+Pairs/65536)$",
+                               "--benchmark_format=json"])
+            for result in json.loads(said)["benchmarks"]:
+                found = re.match(r"bytes/(\d+)Pairs", result["name"])
+                if found:
+                    shares[int(found[1])].append(result["ofMemcpy"])
+        for count, aim in aims.items():
+            self.table.line("cascade alone, %d pairs: share of memcpy" % count, spread(shares[count]), "1",
+                            statistics.median(shares[count]), aim, at_least=True)
+
+    @row("list")
+    def file_list(self):
+        sizes = (self.rows // 10, self.rows)
+        kinds = {7: "/keep/odd-%d.txt", 8: "/other/%d.vcf", 9: "/keep/remove/%d.vcf"}  # a tenth of each
+        left = {"load": 10, "validate": 9, "keep": 8, "remove": 7, "clear": 0}  # tenths, afterwards
+        paths = {size: self.file("rows-%d" % size, "".join(
+            "/home/ann/addresses" + kinds.get(i % 10, "/keep/%d.vcf") % i + "\r\n" for i in range(size)))
+            for size in sizes}
+        samples = {}
+        for _ in range(self.rounds):
+            for size in sizes:
+                _, said = process([self.programs + "/run_bench", "list", paths[size], "/keep/", "/remove/"])
+                for line in said.splitlines():
+                    what, seconds, rows = line.split()
+                    if int(rows) != size // 10 * left[what]:
+                        raise Failed("%s rows are left of %d after %s" % (rows, size, what))
+                    samples.setdefault((what, size), []).append(Sample(float(seconds)))
+        for what in left:
+            long, short = samples[what, sizes[1]], samples[what, sizes[0]]
+            work = "list of %d rows: %s" % (sizes[1], what)
+            self.table.line(work, figures(long), "%d rows %s" % (sizes[0], figures(short)),
+                            median(long) / median(short), 12)
+            self.table.line(work, figures(long), "1 s", median(long), 1)
+
+    @row("start")
+    def start(self):
+        def started(*command):
+            begun = time.monotonic()  # which is the clock of all processes
+            sample, said = process(list(command), env=self.env)
+            return Sample(float(said) - begun, sample.cpu)
+
+        samples = compete([
+            Contender("ours", lambda: started(self.programs + "/run_bench", "start")),
+            Contender("empty window", lambda: started(self.programs + "/empty_window"))],
+            max(self.rounds, 10), warm_up=True)
+        self.table.compare("start to a usable window", samples, "ours", "empty window", 3)
+
+    @row("calls")
+    def system_calls(self):
+        """Counts over many and over few files; the difference tells what one file takes."""
+        many, few = self.few, self.few // 10
+        log = os.path.join(self.options.disk, "calls")
+
+        def count(files, make_command, who):
+            tree = self.tree("ext4", "calls-%s-%d" % (who, len(files)), files)
+            tree.restore()
+            command, cwd = make_command(tree)
+            process(["strace", "-f", "-c", "-U", "calls,name", "-o", log] + command, cwd, env=dict(
+                self.env, LC_ALL="C.UTF-8" if who == "ours" else "C"))
+            lines = (line.split() for line in read(log).decode().splitlines())
+            return {cells[1]: int(cells[0]) for cells in lines
+                    if len(cells) == 2 and cells[0].isdigit() and cells[1] != "total"}
+
+        def copy(tree):
+            source = self.tree("ext4", "calls-source-%d" % len(tree.files), tree.files)
+            return COPY + ["-r", source.folder + "/.", "."], tree.folder
+
+        script = self.file("sed-1", sed_script([HALF]))
+        commands = {
+            "ours": lambda tree: ([self.programs + "/run_bench", "whole", tree.list, "-", *HALF], None),
+            "cp -r": copy,
+            "sed -i": lambda tree: (["sed", "-i", "-f", script] + list(tree.files), tree.folder),
+            "perl -pi": lambda tree: (["perl", "-pi", "-e", "s/\\Q%s\\E/%s/g" % HALF] + list(tree.files),
+                                      tree.folder),
+        }
+        all_files = list(self.corpus.cards.items())
+        print("System calls per file, in place, 1 pair:")
+        for who, make_command in commands.items():
+            more, less = (count(dict(all_files[:size]), make_command, who.split()[0]) for size in (many, few))
+            each = {name: (more[name] - less.get(name, 0)) / (many - few) for name in more}
+            each = {name: calls for name, calls in each.items() if calls >= 0.05}
+            print("  %-9s %5.1f = %s" % (who, sum(each.values()), ", ".join(
+                "%s %.1f" % (name, each[name]) for name in sorted(each, key=each.get, reverse=True))))
+
+    def memory(self):
+        if self.peaks:
+            peak, work = max(self.peaks)
+            self.table.line("peak memory in MiB, largest of all runs", "%.1f" % (peak / MIB), work, peak / MIB, 64)
+
+
+def file_system(folder):
+    return process(["df", "--output=fstype", folder])[1].split()[-1]
+
+
+def introduce(bench):
+    """What a reader of the figures has to know about this machine and its files."""
+    with open("/proc/cpuinfo", encoding="utf-8") as file:
+        models = re.findall(r"model name\s*: (.*)", file.read()) or ["unknown processor"]
+    print("%s, %d cores, Linux %s, load %.1f; rounds: %d" % (
+        models[0], os.cpu_count(), os.uname().release, os.getloadavg()[0], bench.rounds))
+    for name, folder in bench.places.items():
+        if file_system(folder) != name:
+            print("What is called %s below is %s: VEXMARROW_BENCH_DISK and _MEMORY name places." % (
+                name, file_system(folder)))
+        if shutil.disk_usage(folder).free < bench.room:
+            raise Failed("%s has not the %d MB that the files need" % (folder, bench.room // MIB))
+    sample = list(bench.corpus.cards.values())[:500]
+    sets = in_code_page(bench.corpus.sets(1000))
+    half = sum(HALF[0].encode(CODE_PAGE) in data for data in bench.corpus.cards.values())
+    print("%d vCards of %d bytes on average; 1 pair hits %d of them, 1,000 sets make %.1f replacements in each" % (
+        bench.cards, sum(map(len, sample)) // len(sample), half,
+        sum(data.count(find) for data in sample for find, _ in sets) / len(sample)))
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("rows", nargs="*", metavar="ROW", help="of: " + " ".join(ROWS))
+    parser.add_argument("--rounds", type=int, help="of each work (5)")
+    parser.add_argument("--quick", action="store_true", help="few files and rounds: only to see that it works")
+    parser.add_argument("--programs", required=True, help=argparse.SUPPRESS)
+    parser.add_argument("--disk", required=True, help=argparse.SUPPRESS)
+    parser.add_argument("--memory", required=True, help=argparse.SUPPRESS)
+    options = parser.parse_args()
+    unknown = [name for name in options.rows if name not in ROWS]
+    if unknown:
+        parser.error("no such row: %s; there are: %s" % (" ".join(unknown), " ".join(ROWS)))
+    try:
+        bench = Bench(options)
+        introduce(bench)
+        bench.table = Table()
+        for name in options.rows or ROWS:
+            ROWS[name](bench)
+        bench.memory()
+    except Failed as failure:
+        sys.exit("bench: %s" % failure)
+    print("%d of the aims are met, %d are not." % (bench.table.met, bench.table.missed))
+
+
+if __name__ == "__main__":
+    main()

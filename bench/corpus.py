@@ -1,0 +1,121 @@
+# SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+# SPDX-License-Identifier: MIT
+"""The files and the pairs that the benchmarks work on: the same ones each time."""
+
+import base64
+import random
+
+SEED = 2026
+CODE_PAGE = "cp1252"
+BLOCK = 65536  # the program works on pieces of so many characters
+
+HALF = ("+49 (0)", "+49 ")  # in every other card, in one of its values
+HALF_FIELD = ("TYPE=OTHER", "TYPE=HOME")  # in every other card, in the field of a line
+
+FIRST = ("Anna", "Björn", "Chloë", "Denis", "Élodie", "François", "Gudrun", "Håkon", "Inés", "Jürgen",
+         "Karla", "Léa", "Márcia", "Niels", "Óscar", "Paul", "Renée", "Søren", "Tomás", "Ursula")
+HEADS = ("Al", "Ber", "Cor", "Dün", "El", "Fahr", "Gries", "Hal", "Il", "Jung", "Klein", "Lin", "Mühl",
+         "Nord", "Ober", "Pfar", "Quen", "Rös", "Sand", "Tann", "Unter", "Vor", "Wald", "Zier")
+MIDDLES = ("ten", "den", "gar", "mers", "nach", "lo", "ris", "stein", "vel", "wen")
+TAILS = ("berg", "dorf", "feld", "hausen", "heim", "hof", "ingen", "stätt", "tal", "weiler")
+NOTES = ("Prefers to be called after lunch.", "Met at the fair in spring; sends the catalogue.",
+         "Speaks Français et español.", "Invoices go to the head office.", "Deputy: see the list at reception.")
+
+
+def make_names(rng, count):
+    names = [head + middle + tail for head in HEADS for middle in MIDDLES for tail in TAILS]
+    return rng.sample(names, count)
+
+
+class Corpus:
+    def __init__(self, cards, utf16):
+        rng = random.Random(SEED)
+        names = make_names(rng, 1000)
+        self._companies = [name + " GmbH" for name in names[:200]]
+        self._streets = [name + " Straße" for name in names[200:700]]
+        self._towns = ["Bad " + name for name in names[700:]]
+        # Each card has a company, two streets and two towns: five replacements.
+        pairs = ([(a, a[:-5] + " AG") for a in self._companies] +
+                 [(a, a[:-3] + "..") for a in self._streets] +
+                 [(a, a[4:] + " (Kurort)") for a in self._towns])
+        rng.shuffle(pairs)
+        self.pairs = pairs
+        self.cards = {}
+        for number in range(cards):
+            name = "%03d/contact-%05d.vcf" % (number * 100 // cards, number)
+            self.cards[name] = self._card(rng, number)
+        texts = list(self.cards.values())
+        self.utf16 = {"%02d/wide-%05d.vcf" % (i * 20 // utf16, i):
+                      b"\xff\xfe" + texts[i].decode(CODE_PAGE).encode("utf-16-le") for i in range(utf16)}
+
+    def _card(self, rng, number):
+        first, last = rng.choice(FIRST), rng.choice(HEADS) + rng.choice(TAILS)
+        company = rng.choice(self._companies)
+        site = "www.example%03d.com" % rng.randrange(1000)
+        digits = lambda count: "".join(rng.choices("0123456789", k=count))
+        lines = [
+            "BEGIN:VCARD", "VERSION:3.0",
+            "N:%s;%s;;;" % (last, first), "FN:%s %s" % (first, last),
+            "ORG:%s;%s" % (company, rng.choice(("Einkauf", "Vertrieb", "Büro", "Leitung"))),
+            "TITLE:%s" % rng.choice(("Geschäftsführer", "Buyer", "Secretary", "Directrice générale")),
+            "TEL;TYPE=WORK,VOICE:%s%s %s" % (HALF[0] if number % 2 else "+44 20", digits(3), digits(7)),
+            "TEL;TYPE=%s:+33 1 %s" % ("OTHER" if number // 2 % 2 else "CELL", digits(8)),
+            "EMAIL;TYPE=INTERNET:%s.%s@%s" % (last.lower(), digits(3), site[4:]),
+        ]
+        for kind in ("WORK", "HOME"):
+            lines.append("ADR;TYPE=%s:;;%s %s;%s;;%s;Deutschland" % (
+                kind, rng.choice(self._streets), digits(2), rng.choice(self._towns), digits(5)))
+        lines += [
+            "URL:https://%s/~%s" % (site, last.lower()),
+            "BDAY:%d-%02d-%02d" % (rng.randrange(1940, 2005), rng.randrange(1, 13), rng.randrange(1, 29)),
+            "NOTE:%s\\n%s" % (rng.choice(NOTES), rng.choice(NOTES)),
+            "UID:%s" % "-".join(digits(8) for _ in range(3)),
+        ]
+        text = "\r\n".join(lines).encode(CODE_PAGE, "replace")
+        size = max(2048, int(rng.gauss(4096, 200)))
+        photo = base64.b64encode(rng.randbytes((size - len(text) - 60) * 72 // 100))
+        folded = b"\r\n ".join(photo[at:at + 74] for at in range(0, len(photo), 74))
+        return text + b"\r\nPHOTO;ENCODING=b;TYPE=JPEG:" + folded + b"\r\nEND:VCARD\r\n"
+
+    def sets(self, count):
+        return self.pairs[:count]
+
+    def big_file(self, size):
+        """Cards one after another. Each block is filled up with a line of its own, so that nothing
+        lies across the border of two pieces, where the program by design does not find it and
+        other tools do."""
+        blocks, block = [], b""
+        for card in self.cards.values():
+            if len(block) + len(card) > BLOCK - 8:
+                blocks.append(block + b"X-PAD:" + b"." * (BLOCK - len(block) - 8) + b"\r\n")
+                block = b""
+            block += card
+        return (b"".join(blocks) * (size // (BLOCK * len(blocks)) + 1))[:size]
+
+
+def in_code_page(pairs):
+    return [(find.encode(CODE_PAGE), replace.encode(CODE_PAGE)) for find, replace in pairs]
+
+
+def replaced(data, pairs):
+    """What has to come of a file: the pairs one after the other."""
+    if data.startswith(b"\xff\xfe"):
+        text = data.decode("utf-16-le")
+        for find, replace in pairs:
+            text = text.replace(find, replace)
+        return text.encode("utf-16-le")
+    for find, replace in in_code_page(pairs):
+        data = data.replace(find, replace)
+    return data
+
+
+def replaced_in_part(data, pairs, part):
+    """The same where fields (0) or values (1) only are looked at: a line keeps the first two of
+    the parts between its colons."""
+    lines = []
+    for line in data.removesuffix(b"\r\n").split(b"\r\n"):
+        parts = line.split(b":")[:2]
+        if len(parts) > 1:
+            parts[part] = replaced(parts[part], pairs)
+        lines.append(b":".join(parts) + b"\r\n")
+    return b"".join(lines)
