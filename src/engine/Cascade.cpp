@@ -127,25 +127,30 @@ private:
         return (steps_.size() / 16 + 4) * text.size() + 16 * steps_.size() + 4096;
     }
 
-    /// Plans how to look for the find texts, with the first text at hand and again when there is
-    /// much more of it. The result does not depend on that, only how soon it is there.
+    /// Plans how to look for the find texts, with the first text at hand and again when there has
+    /// been so much that a better plan will pay. The result does not depend on that, only how soon
+    /// it is there.
     void Learn(View text) {
-        constexpr std::size_t kEnough = std::size_t{1} << 18;
-        constexpr std::size_t kMore = 8;
-        if (planAt_ > kEnough) {
+        constexpr std::size_t kSample = std::size_t{1} << 18;
+        constexpr std::array<std::size_t, 3> kPlanAgainAt{1U << 10, 1U << 16, 1U << 24};
+        if (planAt_ == View::npos) {
             return;
         }
-        sample_.append(text.substr(0, kEnough - sample_.size()));
-        if (sample_.size() < planAt_) {
+        seen_ += text.size();
+        sample_.append(text.substr(0, kSample - sample_.size()));
+        if (seen_ < planAt_) {
             return;
         }
-        planAt_ = std::clamp<std::size_t>(sample_.size() * kMore, 1024, kEnough);
         std::vector<const FindOne<Unit>*> finds;
+        finds.reserve(steps_.size());
         for (const Step<Unit>& step : steps_) {
             finds.push_back(&step.find);
         }
         any_ = FindAny<Unit>(finds, TextSample<Unit>(sample_));
-        if (sample_.size() == kEnough) {
+        const auto* const again = std::upper_bound(kPlanAgainAt.begin(), kPlanAgainAt.end(), seen_);
+        if (again != kPlanAgainAt.end()) {
+            planAt_ = *again;
+        } else {
             planAt_ = View::npos;
             String().swap(sample_);
         }
@@ -153,7 +158,8 @@ private:
 
     Steps<Unit> steps_;
     String sample_;
-    std::size_t planAt_ = 0; // when there is so much in sample_
+    std::size_t seen_ = 0;
+    std::size_t planAt_ = 0; // when so much has been seen
     FindAny<Unit> any_;
     std::array<bool, std::size_t{1} << (8 * sizeof(Unit))> inFindTexts_{};
     LineCascade<Unit> lines_{steps_, any_};
