@@ -19,8 +19,7 @@ class MemoryWriter final : public FileWriter {
 public:
     explicit MemoryWriter(std::string& file) : file_(file) {}
 
-    std::unique_ptr<PendingFile> Begin(std::u16string_view, WriteStart,
-                                       const SourceFile*) override {
+    std::unique_ptr<PendingFile> Begin(std::u16string_view, WriteStart, InputFile*) override {
         struct Pending final : PendingFile {
             explicit Pending(std::string& target) : file(target) { file.clear(); }
             void Append(std::string_view bytes) override { file += bytes; }

@@ -34,12 +34,9 @@ struct Refusal {
 /// report is due for every one of them.
 class Output {
 public:
-    Output(const RFTSFSO& textio, FileWriter& writer, const InputFile& input,
+    Output(const RFTSFSO& textio, FileWriter& writer, InputFile& input,
            const OutputLocation& location, const StatementNumbers& numbers)
-        : result_(
-              textio, writer,
-              SourceFile{input.Path(), input.Status(), input.Number(), input.IsLockedByOther()}),
-          numbers_(numbers) {
+        : result_(textio, writer, &input), numbers_(numbers) {
         Try(numbers_.outputPath, [&] { path_ = OutputPath(input.Path(), location); });
     }
 

@@ -82,6 +82,12 @@ void Report(Trap& trap, const Outcome& outcome, const StatementNumbers& numbers,
     }
 }
 
+/// Where the result takes the place of its input, one opening does for both.
+InputFile::Use UseOf(const OutputLocation& location) {
+    return location.Option5 && !location.Option4 ? InputFile::Use::ReadAndWrite
+                                                 : InputFile::Use::Read;
+}
+
 /// Whether a file can be worked on as the bytes that it consists of.
 template <typename Reader>
 const BasicCascade<char>* CascadeOfBytes(const Reader& reader, PreparedPairs& pairs,
@@ -160,7 +166,8 @@ void ReplaceText::ReplaceTextInFile(const std::u16string& path, std::u16string_v
     Trap trap(prompts_, u"ReplaceText.ReplaceTextInFile");
     const StatementNumbers numbers{.read = 1, .replace = 4, .outputPath = 5, .write = 6};
     std::optional<TextPieces> pieces;
-    if (trap.Do(numbers.read, [&] { pieces.emplace(textio_.ReadChunksByStream(path)); }) &&
+    if (trap.Do(numbers.read,
+                [&] { pieces.emplace(textio_.ReadChunksByStream(path, UseOf(location))); }) &&
         trap.Do(2, [&] { pairs_->UseLines(find, replace); })) {
         ReplaceInPieces(trap, *pieces, location, numbers);
     }
@@ -171,7 +178,8 @@ void ReplaceText::ReplaceTextInFileCombo(const std::u16string& path, const SetTe
     Trap trap(prompts_, u"ReplaceText.ReplaceTextInFileCombo");
     const StatementNumbers numbers;
     std::optional<TextPieces> pieces;
-    if (trap.Do(numbers.read, [&] { pieces.emplace(textio_.ReadTextChunks(path)); }) &&
+    if (trap.Do(numbers.read,
+                [&] { pieces.emplace(textio_.ReadTextChunks(path, UseOf(location))); }) &&
         trap.Do(numbers.replace, [&] { pairs_->UseSets(sets); })) {
         ReplaceInPieces(trap, *pieces, location, numbers);
     }
@@ -218,7 +226,8 @@ void ReplaceText::ReplaceInLines(std::u16string_view routine, Side side, const s
     Trap trap(prompts_, routine);
     const StatementNumbers numbers;
     std::optional<TextLines> lines;
-    if (!trap.Do(numbers.read, [&] { lines.emplace(textio_.OpenTextLines(path)); })) {
+    if (!trap.Do(numbers.read,
+                 [&] { lines.emplace(textio_.OpenTextLines(path, UseOf(location))); })) {
         return;
     }
     Outcome outcome;
@@ -237,8 +246,8 @@ void ReplaceText::ReplaceInLines(std::u16string_view routine, Side side, const s
     }
 }
 
-int ReplaceText::SizeOfNext(std::u16string_view path) {
-    return textio_.FileSize2(path);
+int ReplaceText::SizeOfNext(std::u16string_view path, const OutputLocation& location) {
+    return textio_.FileSize2(path, UseOf(location));
 }
 
 void ReplaceText::Settle() noexcept {

@@ -64,7 +64,7 @@ public:
                                    std::int32_t index);
 
     /// FileSize2 of a file that one of the routines may be called for next: it is opened only once.
-    int SizeOfNext(std::u16string_view path);
+    int SizeOfNext(std::u16string_view path, const OutputLocation& location);
 
     /// To be called when the last file is done: gives back what was kept at hand for the next.
     void Settle() noexcept;

@@ -12,6 +12,7 @@
 #include "journal/PutInPlace.h"
 #include "journal/Replacement.h"
 #include "journal/Whole.h"
+#include "textio/InputFile.h"
 
 #include <algorithm>
 #include <array>
@@ -25,7 +26,7 @@ namespace {
 /// user's own and open to nobody else.
 bool HoldsRecord(SystemCalls& calls, int descriptor, const FileStatus& status) {
     constexpr mode_t kOthersRights = 0077;
-    if (status.owner != ::geteuid() || (status.mode & kOthersRights) != 0) {
+    if ((status.mode & kOthersRights) != 0 || status.owner != ::geteuid()) {
         return false;
     }
     std::array<char, kRecordMark.size()> first{};
@@ -44,33 +45,33 @@ void RefuseToOpen(SystemCalls& calls, std::u16string_view path, const std::strin
     }
 }
 
-/// Refuses to write where a result would take the place of something else than what it was made
-/// from.
-void RefuseStranger(const SourceFile& source, std::u16string_view path, const FileStatus& target) {
-    if (target.SameFileAs(source.status)) {
-        if (!target.SameContentsAs(source.status)) {
-            throw FileFailure(kCouldNotWrite, path,
-                              u"Another program has changed it since it was read");
-        }
-    } else if (source.path == path) {
-        throw FileFailure(kCouldNotWrite, path,
-                          u"Another program has put another file in its place since it was read");
+void RefuseLocked(std::u16string_view path, int error) {
+    if (error != 0) {
+        throw error == EWOULDBLOCK ? FileFailure(kCouldNotWrite, path, kIsLocked)
+                                   : FileFailure(kCouldNotWrite, path, error);
     }
 }
 
 } // namespace
 
 std::unique_ptr<PendingFile> JournaledWriter::Begin(std::u16string_view path, WriteStart start,
-                                                    const SourceFile* source) {
+                                                    InputFile* source) {
     if (!looked_) { // a program that was killed meanwhile leaves some as well
         waiting_ = FilesThatWait(calls_, folders_, NameOfMachine());
         looked_ = true;
     }
     if (source != nullptr) {
-        RefuseWaiting(source->path, source->status);
+        RefuseWaiting(source->Path(), source->Status());
+    }
+    const bool samePath = source != nullptr && source->Path() == path;
+    if (samePath && source->IsWritable()) { // it need not be opened again
+        RefuseTarget(path, source->Number(), source->Status());
+        RefuseLocked(path, source->IsLockedByOther() ? EWOULDBLOCK : 0);
+        return std::make_unique<Replacement>(calls_, journal_, waiting_, path, Descriptor(calls_),
+                                             source->Status(), start, source);
     }
     const std::string nativePath = NativeName(path);
-    if (source == nullptr || source->path != path) {
+    if (!samePath) {
         RefuseToOpen(calls_, path, nativePath);
     }
     const OpenedInPlace opened = OpenInPlace(calls_, nativePath);
@@ -82,24 +83,32 @@ std::unique_ptr<PendingFile> JournaledWriter::Begin(std::u16string_view path, Wr
                                     : FileFailure(kCouldNotWrite, path, opened.reason);
     }
     Descriptor target(calls_, opened.descriptor);
-    const FileStatus& status = opened.status;
-    if (journal_.Is(status) || HoldsRecord(calls_, target.Number(), status)) {
-        throw FileFailure(kCouldNotWrite, path, u"It is a journal of this program");
+    RefuseTarget(path, target.Number(), opened.status);
+    RefuseWaiting(path, opened.status);
+    const bool isItsOwnSource = source != nullptr && opened.status.SameFileAs(source->Status());
+    if (samePath && !isItsOwnSource) {
+        throw FileFailure(kCouldNotWrite, path,
+                          u"Another program has put another file in its place");
     }
-    RefuseWaiting(path, status);
-    if (source != nullptr) {
-        RefuseStranger(*source, path, status);
-    }
-    const bool isItsOwnSource = source != nullptr && status.SameFileAs(source->status);
-    const int error = !isItsOwnSource         ? LockForWriting(calls_, target.Number())
-                      : source->lockedByOther ? EWOULDBLOCK
-                                              : 0;
-    if (error != 0) {
-        throw error == EWOULDBLOCK ? FileFailure(kCouldNotWrite, path, kIsLocked)
-                                   : FileFailure(kCouldNotWrite, path, error);
+    if (isItsOwnSource) {
+        RefuseLocked(path, source->IsLockedByOther() ? EWOULDBLOCK : 0);
+    } else {
+        RefuseLocked(path, LockForWriting(calls_, target.Number()));
     }
     return std::make_unique<Replacement>(calls_, journal_, waiting_, path, std::move(target),
-                                         status, start, isItsOwnSource ? source : nullptr);
+                                         opened.status, start, isItsOwnSource ? source : nullptr);
+}
+
+/// Refuses what is open for writing, but must not be written into.
+void JournaledWriter::RefuseTarget(std::u16string_view path, int descriptor,
+                                   const FileStatus& status) {
+    const std::u16string_view reason = ReasonToRefuse(descriptor, status);
+    if (!reason.empty()) {
+        throw FileFailure(kCouldNotWrite, path, reason);
+    }
+    if (journal_.Is(status) || HoldsRecord(calls_, descriptor, status)) {
+        throw FileFailure(kCouldNotWrite, path, u"It is a journal of this program");
+    }
 }
 
 void JournaledWriter::Settle() noexcept {

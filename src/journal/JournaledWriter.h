@@ -23,10 +23,11 @@ public:
         : calls_(calls), folders_(journalFolders), journal_(calls, journalFolders) {}
 
     std::unique_ptr<PendingFile> Begin(std::u16string_view path, WriteStart start,
-                                       const SourceFile* source) override;
+                                       InputFile* source) override;
     void Settle() noexcept override;
 
 private:
+    void RefuseTarget(std::u16string_view path, int descriptor, const FileStatus& status);
     void RefuseWaiting(std::u16string_view path, const FileStatus& file) const;
 
     SystemCalls& calls_;

@@ -94,19 +94,24 @@ OpenedInPlace OpenInPlace(SystemCalls& calls, const std::string& path) {
     }
     if (!file.IsOpen() || calls.Status(file.Number(), opened.status) != 0) {
         opened.error = errno;
-    } else if (!opened.status.IsRegular()) {
-        opened.reason = opened.status.IsFolder() ? u"It is a folder" : u"It is not a regular file";
-    } else if (!CanKeepSetIdBits(opened.status)) {
-        opened.reason = u"Its set-id bits would be lost, which only its owner can give back";
-    } else if (HasCapabilities(file.Number(), opened.status)) {
-        opened.reason = u"Its capabilities would be lost";
     } else {
-        opened.descriptor = file.Release();
+        opened.reason = ReasonToRefuse(file.Number(), opened.status);
+        opened.descriptor = opened.reason.empty() ? file.Release() : -1;
     }
     if (!opened.reason.empty()) {
         opened.error = EPERM;
     }
     return opened;
+}
+
+std::u16string_view ReasonToRefuse(int descriptor, const FileStatus& status) {
+    if (!status.IsRegular()) {
+        return status.IsFolder() ? u"It is a folder" : u"It is not a regular file";
+    }
+    if (!CanKeepSetIdBits(status)) {
+        return u"Its set-id bits would be lost, which only its owner can give back";
+    }
+    return HasCapabilities(descriptor, status) ? u"Its capabilities would be lost" : u"";
 }
 
 int LockForWriting(SystemCalls& calls, int descriptor) {

@@ -26,6 +26,9 @@ struct OpenedInPlace {
 /// set-id bits or capabilities by being written into.
 OpenedInPlace OpenInPlace(SystemCalls& calls, const std::string& path);
 
+/// Why a file must not be written into although it is open for that; empty when it may be.
+std::u16string_view ReasonToRefuse(int descriptor, const FileStatus& status);
+
 /// Takes the lock of an open file. Returns 0 when it is ours or the file system has no locks; else
 /// an errno, EWOULDBLOCK when another program has it.
 int LockForWriting(SystemCalls& calls, int descriptor);

@@ -6,11 +6,11 @@
 #include "base/Failure.h"
 #include "base/Text.h"
 #include "base/Utf8.h"
+#include "textio/InputFile.h"
 
 #include <cerrno>
 #include <chrono>
 #include <filesystem>
-#include <sys/file.h>
 #include <system_error>
 
 namespace vexmarrow {
@@ -31,14 +31,14 @@ std::int64_t Now() {
 
 Replacement::Replacement(SystemCalls& calls, Journal& journal, std::vector<FileStatus>& waiting,
                          std::u16string_view path, Descriptor target, const FileStatus& status,
-                         WriteStart start, const SourceFile* itself)
+                         WriteStart start, InputFile* itself)
     : calls_(calls),
       journal_(journal),
       waiting_(waiting),
       path_(path),
       target_(std::move(target)),
-      lockOfSource_(itself != nullptr ? itself->descriptor : -1) {
-    job_.descriptor = target_.Number();
+      itself_(itself) {
+    job_.descriptor = target_.IsOpen() ? target_.Number() : itself->Number();
     job_.old = status;
     job_.base = start == WriteStart::Append ? status.size : 0;
     JournalRecord record;
@@ -51,8 +51,11 @@ Replacement::Replacement(SystemCalls& calls, Journal& journal, std::vector<FileS
 
 /// Locks the file if it is not locked yet, and makes sure that it is what it was at the beginning.
 void Replacement::MakeSureOfTarget() {
-    if (lockOfSource_ >= 0) {
-        calls_.Lock(lockOfSource_, LOCK_UN);
+    if (!target_.IsOpen()) {
+        return; // locked since before it was read, and its reader has just looked
+    }
+    if (itself_ != nullptr) {
+        itself_->GiveUpLock();
         if (const int error = LockForWriting(calls_, target_.Number())) {
             throw error == EWOULDBLOCK ? FileFailure(kCouldNotWrite, path_, kIsLocked)
                                        : FileFailure(kCouldNotWrite, path_, error);
@@ -66,6 +69,10 @@ void Replacement::MakeSureOfTarget() {
     }
 }
 
+int Replacement::CloseTarget() {
+    return target_.IsOpen() ? target_.Close() : itself_->Close();
+}
+
 void Replacement::Commit() {
     waiting_.reserve(waiting_.size() + 1); // nothing may fail for want of memory further down
     MakeSureOfTarget();
@@ -74,7 +81,7 @@ void Replacement::Commit() {
     InPlaceResult result = PutInPlace(calls_, job_, journal_.Payload());
     // A file system on a network tells of a full disk only now. A signal has closed it all the
     // same.
-    if (target_.Close() != 0 && errno != EINTR && result.state == InPlaceState::Complete) {
+    if (CloseTarget() != 0 && errno != EINTR && result.state == InPlaceState::Complete) {
         result = {InPlaceState::Mixed, errno};
     }
     if (result.state != InPlaceState::Mixed) {

@@ -22,27 +22,28 @@ std::string FullPath(const std::string& path);
 std::int64_t Now();
 
 /// A result for an existing file, which is open. It is locked as well, unless it is its own source:
-/// reading goes on under the shared lock, which becomes this one's when the result is complete.
+/// reading goes on under that one's lock until the result is complete.
 class Replacement final : public PendingFile {
 public:
     /// `waiting` gets the file when it has to wait for recovery.
     Replacement(SystemCalls& calls, Journal& journal, std::vector<FileStatus>& waiting,
                 std::u16string_view path, Descriptor target, const FileStatus& status,
-                WriteStart start, const SourceFile* itself);
+                WriteStart start, InputFile* itself);
 
     void Append(std::string_view bytes) override { journal_.Append(bytes); }
     void Commit() override;
 
 private:
     void MakeSureOfTarget();
+    int CloseTarget();
 
     SystemCalls& calls_;
     Journal& journal_;
     std::vector<FileStatus>& waiting_;
     std::u16string path_;
-    Descriptor target_;
+    Descriptor target_; // not open when the source itself is written through
     InPlaceJob job_;
-    int lockOfSource_ = -1; // to be given up for the lock of the target
+    InputFile* itself_; // the source, when it is the same file
 };
 
 } // namespace vexmarrow

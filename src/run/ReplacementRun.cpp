@@ -54,7 +54,7 @@ void ReplacementRun::Start() {
     if (tab == kSinglePairTab) {
         ForEachRow(trap, [&](const std::u16string& path, std::size_t row) {
             // Empty files and those that cannot be opened are skipped in silence.
-            if (engine_.SizeOfNext(path) > 0) {
+            if (engine_.SizeOfNext(path, Location()) > 0) {
                 ReplaceSinglePair(path, row);
             }
         });

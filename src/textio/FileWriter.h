@@ -3,24 +3,16 @@
 
 #pragma once
 
-#include "textio/FileStatus.h"
-
 #include <memory>
 #include <string>
 #include <string_view>
 
 namespace vexmarrow {
 
+class InputFile;
+
 /// Whether a result takes the place of what its file holds, or is written after it.
 enum class WriteStart { Replace, Append };
-
-/// The file that a result was made from, as it was when its reading began.
-struct SourceFile {
-    std::u16string_view path;
-    FileStatus status;
-    int descriptor = -1;        ///< open for reading, with a shared lock
-    bool lockedByOther = false; ///< that is, without the lock
-};
 
 /// A result on its way into a file. Nothing of the file changes before Commit; dropping the object
 /// without Commit leaves everything as it was. Only one is under way at a time.
@@ -48,9 +40,10 @@ public:
     FileWriter& operator=(const FileWriter&) = delete;
 
     /// Begins a result for the file of that path. `source` is what it is made from, if that is a
-    /// file: where the result takes its place, it must still be what was read. Throws Failure.
+    /// file; it outlives the result. Where the result takes its place, it must still be what was
+    /// read: the caller has InputFile::CheckUnchanged look before Commit. Throws Failure.
     virtual std::unique_ptr<PendingFile> Begin(std::u16string_view path, WriteStart start,
-                                               const SourceFile* source = nullptr) = 0;
+                                               InputFile* source = nullptr) = 0;
 
     /// Gives back what was kept at hand for the next file. To be called when a piece of work is
     /// over; never fails.

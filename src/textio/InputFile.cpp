@@ -21,14 +21,21 @@ namespace {
 constexpr std::size_t kBlock = std::size_t{256} * 1024;
 
 /// O_NONBLOCK: opening a pipe must not wait for its other end. It means nothing to regular files.
-int OpenForReading(SystemCalls& calls, std::u16string_view path) {
-    return calls.Open(NativeName(path), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY, 0);
+int Open(SystemCalls& calls, std::u16string_view path, int access) {
+    return calls.Open(NativeName(path), access | O_NONBLOCK | O_CLOEXEC | O_NOCTTY, 0);
 }
 
 } // namespace
 
-InputFile::InputFile(SystemCalls& calls, std::u16string_view path)
-    : calls_(calls), path_(path), descriptor_(calls, OpenForReading(calls, path)) {
+InputFile::InputFile(SystemCalls& calls, std::u16string_view path, Use use)
+    : calls_(calls), path_(path), descriptor_(calls) {
+    if (use == Use::ReadAndWrite) {
+        descriptor_ = Descriptor(calls, Open(calls, path, O_RDWR));
+        writable_ = descriptor_.IsOpen();
+    }
+    if (!writable_) { // why it cannot be written is told by whoever writes it
+        descriptor_ = Descriptor(calls, Open(calls, path, O_RDONLY));
+    }
     if (!descriptor_.IsOpen() || calls_.Status(descriptor_.Number(), status_) != 0) {
         throw FileFailure(u"Could not open the file", path_, errno);
     }
@@ -38,7 +45,12 @@ InputFile::InputFile(SystemCalls& calls, std::u16string_view path)
     }
     // So that no other program of ours writes while this one reads. Many file systems have no
     // locks; then size and time must tell.
-    lockedByOther_ = calls_.Lock(descriptor_.Number(), LOCK_SH) != 0 && errno == EWOULDBLOCK;
+    lockedByOther_ = calls_.Lock(descriptor_.Number(), writable_ ? LOCK_EX : LOCK_SH) != 0 &&
+                     errno == EWOULDBLOCK;
+}
+
+void InputFile::GiveUpLock() {
+    calls_.Lock(descriptor_.Number(), LOCK_UN);
 }
 
 std::string_view InputFile::Peek(std::size_t least) {

@@ -18,7 +18,11 @@ namespace vexmarrow {
 /// refused without waiting for anything. All failures are thrown as Failure, with path and reason.
 class InputFile {
 public:
-    InputFile(SystemCalls& calls, std::u16string_view path);
+    /// What is to become of the file: one that is to be written as well is opened for both, if it
+    /// may be, and its lock is exclusive.
+    enum class Use { Read, ReadAndWrite };
+
+    InputFile(SystemCalls& calls, std::u16string_view path, Use use = Use::Read);
 
     /// The bytes that come next: at least `least`, fewer only when the file ends before that; more
     /// when they are at hand already. Valid until the next call of Peek.
@@ -34,11 +38,20 @@ public:
     /// into it, or has cut, removed or replaced it since it was opened. For the end of reading.
     void CheckUnchanged();
 
-    /// The file as it was when it was opened; it has a shared lock unless somebody is in the way.
+    /// The file as it was when it was opened.
     const FileStatus& Status() const { return status_; }
     const std::u16string& Path() const { return path_; }
-    int Number() const { return descriptor_.Number(); }
+
+    /// The lock is shared unless the file may be written; a program that has another is in the way.
     bool IsLockedByOther() const { return lockedByOther_; }
+    void GiveUpLock();
+
+    /// The open file, and whether it may be written through it.
+    int Number() const { return descriptor_.Number(); }
+    bool IsWritable() const { return writable_; }
+
+    /// Closes the file now; returns the system's answer.
+    int Close() { return descriptor_.Close(); }
 
 private:
     struct Free {
@@ -50,6 +63,7 @@ private:
     SystemCalls& calls_;
     std::u16string path_;
     Descriptor descriptor_;
+    bool writable_ = false;
     FileStatus status_;
     bool lockedByOther_ = false;
     std::uint64_t position_ = 0; // of the descriptor

@@ -34,14 +34,14 @@ constexpr std::array kMarks{
 
 bool RFTSFSO::DetectTextEncoding(std::u16string_view path) {
     flags_.IsUtf8 = false;
-    InputFile file = Open(path);
+    InputFile file = Open(path, Use::Read);
     return Detect(file);
 }
 
-int RFTSFSO::FileSize2(std::u16string_view path) {
+int RFTSFSO::FileSize2(std::u16string_view path, Use use) {
     opened_.reset();
     try {
-        opened_.emplace(calls_, path);
+        opened_.emplace(calls_, path, use);
     } catch (const Failure&) {
         return -1;
     }
@@ -49,9 +49,9 @@ int RFTSFSO::FileSize2(std::u16string_view path) {
 }
 
 /// What FileSize2 has opened is used once, and for nothing but the very same path.
-InputFile RFTSFSO::Open(std::u16string_view path) {
+InputFile RFTSFSO::Open(std::u16string_view path, Use use) {
     std::optional<InputFile> opened = std::exchange(opened_, std::nullopt);
-    return opened && opened->Path() == path ? std::move(*opened) : InputFile(calls_, path);
+    return opened && opened->Path() == path ? std::move(*opened) : InputFile(calls_, path, use);
 }
 
 bool RFTSFSO::Detect(InputFile& file) {
@@ -66,9 +66,9 @@ bool RFTSFSO::Detect(InputFile& file) {
 }
 
 /// The file is opened once for the detection and the reading that follows it.
-InputFile RFTSFSO::OpenDetected(std::u16string_view path) {
+InputFile RFTSFSO::OpenDetected(std::u16string_view path, Use use) {
     flags_.IsUtf8 = false;
-    InputFile file = Open(path);
+    InputFile file = Open(path, use);
     flags_.IsUnicode = Detect(file);
     return file;
 }
@@ -80,8 +80,8 @@ TextFormat RFTSFSO::DetectedFormat() const {
     return flags_.IsUnicode ? TextFormat::Utf16 : TextFormat::Ansi;
 }
 
-TextLines RFTSFSO::OpenTextLines(std::u16string_view path) {
-    InputFile file = OpenDetected(path);
+TextLines RFTSFSO::OpenTextLines(std::u16string_view path, Use use) {
+    InputFile file = OpenDetected(path, use);
     return {std::move(file), DetectedFormat(), ansi_.Page()};
 }
 
@@ -95,13 +95,13 @@ std::vector<std::u16string> RFTSFSO::ReadTextLines(std::u16string_view path) {
     return all;
 }
 
-TextPieces RFTSFSO::ReadTextChunks(std::u16string_view path) {
-    InputFile file = OpenDetected(path);
+TextPieces RFTSFSO::ReadTextChunks(std::u16string_view path, Use use) {
+    InputFile file = OpenDetected(path, use);
     return {std::move(file), DetectedFormat(), ansi_.Page()};
 }
 
-TextPieces RFTSFSO::ReadChunksByStream(std::u16string_view path) {
-    return {Open(path), flags_.IsUnicode ? TextFormat::Utf16 : TextFormat::Ansi, ansi_.Page()};
+TextPieces RFTSFSO::ReadChunksByStream(std::u16string_view path, Use use) {
+    return {Open(path, use), flags_.IsUnicode ? TextFormat::Utf16 : TextFormat::Ansi, ansi_.Page()};
 }
 
 } // namespace vexmarrow

@@ -28,6 +28,8 @@ struct EncodingFlags {
 /// it begins, IsUnicode is set once it has succeeded, even when reading fails after that.
 class RFTSFSO {
 public:
+    using Use = InputFile::Use;
+
     RFTSFSO(SystemCalls& calls, EncodingFlags& flags, const AnsiCodePage& ansi)
         : calls_(calls), flags_(flags), ansi_(ansi) {}
 
@@ -35,22 +37,22 @@ public:
     bool DetectTextEncoding(std::u16string_view path);
 
     /// Detects the encoding and reads the file as lines, one after another.
-    TextLines OpenTextLines(std::u16string_view path);
+    TextLines OpenTextLines(std::u16string_view path, Use use = Use::Read);
 
     /// The same, all lines at once.
     std::vector<std::u16string> ReadTextLines(std::u16string_view path);
 
     /// Detects the encoding and reads the file as pieces.
-    TextPieces ReadTextChunks(std::u16string_view path);
+    TextPieces ReadTextChunks(std::u16string_view path, Use use = Use::Read);
 
     /// Reads the file as pieces of kPieceSize characters, the last one shorter, without a
     /// detection: the flags stand as some earlier one has left them.
-    TextPieces ReadChunksByStream(std::u16string_view path);
+    TextPieces ReadChunksByStream(std::u16string_view path, Use use = Use::Read);
 
     /// The size of a regular file in bytes, by really opening it for reading: -1 when that fails.
     /// Only the low 32 bits of the size count, as a signed number, so files of 2 GiB and more can
     /// give zero or a negative number. The file stays open for the reading that may come next.
-    int FileSize2(std::u16string_view path);
+    int FileSize2(std::u16string_view path, Use use = Use::Read);
 
     /// Closes a file that FileSize2 has left open.
     void ForgetSize() noexcept { opened_.reset(); }
@@ -59,9 +61,9 @@ public:
     const AnsiCodePage& Ansi() const { return ansi_; }
 
 private:
-    InputFile Open(std::u16string_view path);
+    InputFile Open(std::u16string_view path, Use use);
     bool Detect(InputFile& file);
-    InputFile OpenDetected(std::u16string_view path);
+    InputFile OpenDetected(std::u16string_view path, Use use);
     TextFormat DetectedFormat() const;
 
     SystemCalls& calls_;

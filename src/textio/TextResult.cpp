@@ -47,7 +47,7 @@ bool TextResult::Start(std::u16string_view path, std::int32_t WriteMode) {
     }
     const WriteStart start = WriteMode <= 1 ? WriteStart::Replace : WriteStart::Append;
     file_.reset(); // only one result is under way at a time
-    file_ = writer_.Begin(path, start, source_ ? &*source_ : nullptr);
+    file_ = writer_.Begin(path, start, source_);
     return start == WriteStart::Replace || !IsExistingFile(path);
 }
 

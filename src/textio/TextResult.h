@@ -7,7 +7,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -21,7 +20,7 @@ class TextResult {
 public:
     /// Text is encoded as the flags and code page of `textio` stand at each write. `source` is the
     /// file that the result is made from, if it is made from one.
-    TextResult(const RFTSFSO& textio, FileWriter& writer, std::optional<SourceFile> source = {})
+    TextResult(const RFTSFSO& textio, FileWriter& writer, InputFile* source = nullptr)
         : textio_(textio), writer_(writer), source_(source) {}
 
     /// Adds `text`, with nothing after it, to the file of that path. A WriteMode of 1 or less
@@ -45,7 +44,7 @@ private:
 
     const RFTSFSO& textio_;
     FileWriter& writer_;
-    std::optional<SourceFile> source_;
+    InputFile* source_;
     std::string bytes_; // of one write, kept for the next
     std::unique_ptr<PendingFile> file_;
 };

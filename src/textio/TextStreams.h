@@ -48,7 +48,7 @@ public:
     TextFormat Format() const { return format_; }
 
     /// The file that is read.
-    const InputFile& File() const { return file_; }
+    InputFile& File() { return file_; }
 
 private:
     bool NextOfStream(std::string_view& bytes);
@@ -80,7 +80,7 @@ public:
     TextFormat Format() const { return format_; }
 
     /// The file that is read.
-    const InputFile& File() const { return file_; }
+    InputFile& File() { return file_; }
 
 private:
     bool NextOfStream(std::string_view& bytes);

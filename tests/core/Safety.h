@@ -6,6 +6,7 @@
 #include "core/Core.h"
 #include "journal/KeptCopies.h"
 #include "journal/Recovery.h"
+#include "textio/InputFile.h"
 
 namespace vexmarrow::test {
 
@@ -15,6 +16,7 @@ struct Write {
     std::string text;
     WriteStart start = WriteStart::Replace;
     bool nameless = true; ///< the file system has files without a name
+    bool itself = false;  ///< the text is made from the file's own, which is read first
 
     std::string Result() const {
         return start == WriteStart::Append && old != "-" ? old + text : text;
@@ -51,14 +53,23 @@ struct Safety : testing::Test {
     std::string Do(const Write& write, FaultySystemCalls& calls) const {
         calls.lacksNamelessFiles = !write.nameless;
         JournaledWriter writer(calls, Journals());
-        return Do(write, writer);
+        return Do(write, writer, &calls);
     }
-    std::string Do(const Write& write, FileWriter& writer) const {
+    std::string Do(const Write& write, FileWriter& writer, SystemCalls* calls = nullptr) const {
         try {
-            const auto file = writer.Begin(folder.Path("f"), write.start, nullptr);
+            std::optional<InputFile> source;
+            if (write.itself) {
+                source.emplace(*calls, folder.Path("f"), InputFile::Use::ReadAndWrite);
+                source->PeekAll();
+            }
+            const auto file =
+                writer.Begin(folder.Path("f"), write.start, source ? &*source : nullptr);
             const std::size_t half = write.text.size() / 2;
             file->Append(std::string_view(write.text).substr(0, half));
             file->Append(std::string_view(write.text).substr(half));
+            if (source) {
+                source->CheckUnchanged();
+            }
             file->Commit();
             return {};
         } catch (const Failure& failure) {

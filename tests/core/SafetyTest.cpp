@@ -23,12 +23,13 @@ const std::string kLarge = [] {
 }();
 
 const Write kWrites[] = {
-    {"0123456789", "new"},                       // shorter
-    {"0123456789", "newnewnewn"},                // equally long
-    {"0123456789", "newnewnewnewnew"},           // longer
-    {"0123456789", ""},                          // empty
-    {"0123456789", "new", WriteStart::Append},   //
-    {kLarge.substr(1), kLarge + "end"},          // the payload leaves memory early
+    {"0123456789", "new"},                     // shorter
+    {"0123456789", "newnewnewn"},              // equally long
+    {"0123456789", "newnewnewnewnew"},         // longer
+    {"0123456789", ""},                        // empty
+    {"0123456789", "new", WriteStart::Append}, //
+    {kLarge.substr(1), kLarge + "end"},        // the payload leaves memory early
+    {"0123456789", "newnewnewnewnew", WriteStart::Replace, true, true},
     {"-", "newnew"},                             // created
     {"-", "newnew", WriteStart::Replace, false}, // where every file has a name
     {"-", kLarge, WriteStart::Replace, false},   //

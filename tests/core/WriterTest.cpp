@@ -225,10 +225,10 @@ TEST_F(WriterTest, AnInputThatChangesWhileItIsReadIsNotWritten) {
             }
         }
     }
-    // Between the last read and the opening for writing.
+    // Between the last read and the writing.
     folder.Write("f", "abc");
     calls.beforeCall = [&, n = 0](Calls::Kind kind) mutable {
-        if (kind == Calls::kOpen && ++n == 2) {
+        if (kind == Calls::kStatus && ++n == 2) {
             folder.Write("f", "edited");
         }
     };
