@@ -61,6 +61,16 @@ private:
     std::basic_string<Unit> changed_;
 };
 
+/// What `work` makes of a file; a failure of its preparations is one before there is a result.
+template <typename Work>
+Outcome OutcomeOf(const StatementNumbers& numbers, Work&& work) {
+    Outcome outcome;
+    if (auto failure = FailureOf([&] { outcome = std::forward<Work>(work)(); })) {
+        outcome.broken = Refusal{numbers.replace, std::move(*failure)};
+    }
+    return outcome;
+}
+
 /// Shows what went wrong with a file: one report when there is no result; else, for every piece or
 /// line, the sentences that are due for each, and after them why it could not be written.
 void Report(Trap& trap, const Outcome& outcome, const StatementNumbers& numbers,
@@ -169,7 +179,7 @@ void ReplaceText::ReplaceTextInFile(const std::u16string& path, std::u16string_v
     if (trap.Do(numbers.read,
                 [&] { pieces.emplace(textio_.ReadChunksByStream(path, UseOf(location))); }) &&
         trap.Do(2, [&] { pairs_->UseLines(find, replace); })) {
-        ReplaceInPieces(trap, *pieces, location, numbers);
+        ReplaceInPieces(trap, pieces, location, numbers);
     }
 }
 
@@ -181,27 +191,28 @@ void ReplaceText::ReplaceTextInFileCombo(const std::u16string& path, const SetTe
     if (trap.Do(numbers.read,
                 [&] { pieces.emplace(textio_.ReadTextChunks(path, UseOf(location))); }) &&
         trap.Do(numbers.replace, [&] { pairs_->UseSets(sets); })) {
-        ReplaceInPieces(trap, *pieces, location, numbers);
+        ReplaceInPieces(trap, pieces, location, numbers);
     }
 }
 
-void ReplaceText::ReplaceInPieces(Trap& trap, TextPieces& pieces, const OutputLocation& location,
-                                  const StatementNumbers& numbers) {
+void ReplaceText::ReplaceInPieces(Trap& trap, std::optional<TextPieces>& pieces,
+                                  const OutputLocation& location, const StatementNumbers& numbers) {
     PreparedPairs& pairs = pairs_->Present();
     const auto run = [&]<typename Unit>(const BasicCascade<Unit>& cascade) {
-        Output output(textio_, writer_, pieces.File(), location, numbers);
+        Output output(textio_, writer_, pieces->File(), location, numbers);
         std::basic_string<Unit> changed;
-        return WriteChanged<Unit>(pieces, output, numbers, [&](std::basic_string_view<Unit> piece) {
-            return cascade.Apply(piece, changed) ? std::basic_string_view<Unit>(changed) : piece;
-        });
+        return WriteChanged<Unit>(
+            *pieces, output, numbers, [&](std::basic_string_view<Unit> piece) {
+                return cascade.Apply(piece, changed) ? std::basic_string_view<Unit>(changed)
+                                                     : piece;
+            });
     };
-    Outcome outcome;
-    if (trap.Do(numbers.replace, [&] {
-            const BasicCascade<char>* const ofBytes = CascadeOfBytes(pieces, pairs, textio_);
-            outcome = ofBytes != nullptr ? run(*ofBytes) : run(pairs.OfCharacters());
-        })) {
-        Report(trap, outcome, numbers, pairs.Partnerless());
-    }
+    const Outcome outcome = OutcomeOf(numbers, [&] {
+        const BasicCascade<char>* const ofBytes = CascadeOfBytes(*pieces, pairs, textio_);
+        return ofBytes != nullptr ? run(*ofBytes) : run(pairs.OfCharacters());
+    });
+    pieces.reset(); // a box may be open for hours, and the file is locked until it is closed
+    Report(trap, outcome, numbers, pairs.Partnerless());
 }
 
 void ReplaceText::ReplaceTextInFileFieldOnly(const std::u16string& path, std::u16string_view find,
@@ -230,20 +241,19 @@ void ReplaceText::ReplaceInLines(std::u16string_view routine, Side side, const s
                  [&] { lines.emplace(textio_.OpenTextLines(path, UseOf(location))); })) {
         return;
     }
-    Outcome outcome;
     const auto run = [&]<typename Unit>(const BasicCascade<Unit>& pair) {
         Output output(textio_, writer_, lines->File(), location, numbers);
         return WriteChanged<Unit>(*lines, output, numbers,
                                   LineChange<Unit>(pair, side == Side::Field));
     };
-    if (trap.Do(numbers.replace, [&] {
-            pairs_->UseWhole(find, replace);
-            PreparedPairs& pair = pairs_->Present();
-            const BasicCascade<char>* const ofBytes = CascadeOfBytes(*lines, pair, textio_);
-            outcome = ofBytes != nullptr ? run(*ofBytes) : run(pair.OfCharacters());
-        })) {
-        Report(trap, outcome, numbers, {});
-    }
+    const Outcome outcome = OutcomeOf(numbers, [&] {
+        pairs_->UseWhole(find, replace);
+        PreparedPairs& pair = pairs_->Present();
+        const BasicCascade<char>* const ofBytes = CascadeOfBytes(*lines, pair, textio_);
+        return ofBytes != nullptr ? run(*ofBytes) : run(pair.OfCharacters());
+    });
+    lines.reset(); // a box may be open for hours, and the file is locked until it is closed
+    Report(trap, outcome, numbers, {});
 }
 
 int ReplaceText::SizeOfNext(std::u16string_view path, const OutputLocation& location) {

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -73,8 +74,8 @@ private:
     enum class Side { Field, Data };
     class Pairs;
 
-    void ReplaceInPieces(Trap& trap, TextPieces& pieces, const OutputLocation& location,
-                         const StatementNumbers& numbers);
+    void ReplaceInPieces(Trap& trap, std::optional<TextPieces>& pieces,
+                         const OutputLocation& location, const StatementNumbers& numbers);
     void ReplaceInLines(std::u16string_view routine, Side side, const std::u16string& path,
                         std::u16string_view find, std::u16string_view replace,
                         const OutputLocation& location);

@@ -218,6 +218,9 @@ TEST_F(EngineTest, AFailedReadIsOneReportAndNothingIsWritten) {
 TEST_F(EngineTest, AFailedWriteIsReportedForEveryPieceOrLineInTheOrderOfTheStatements) {
     folder.Write("pieces", std::string(65537, 'a'));
     folder.Write("lines", "a:a\r\nb");
+    prompts.whenShown = [&](const Box&) {
+        EXPECT_EQ(calls.openFiles, 0) << "a file stays locked while a box is open";
+    };
     const OutputLocation gone{true, false, folder.Path("gone")};
     const std::string pair = At(kWhole, kReplacing), write = At(kWhole, kWriting);
     EXPECT_EQ(Replace(kWhole, "pieces", u"a\r\nb\r\nc", u"1", gone),
