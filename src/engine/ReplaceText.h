@@ -40,6 +40,8 @@ class ReplaceText {
 public:
     ReplaceText(RFTSFSO& textio, FileWriter& writer, Prompts& prompts);
     ~ReplaceText();
+    ReplaceText(const ReplaceText&) = delete;
+    ReplaceText& operator=(const ReplaceText&) = delete;
 
     /// Whole text, single pair: the lines of `find` and `replace` (separated by CR LF) are the
     /// pairs. An empty `replace` deletes every find line; else a find line without a partner is

@@ -83,7 +83,7 @@ public:
     InputFile& File() { return file_; }
 
 private:
-    bool NextOfStream(std::string_view& bytes);
+    bool NextOfStream(std::string_view& line);
     bool NextOfUtf8(std::u16string_view& line);
 
     InputFile file_;
