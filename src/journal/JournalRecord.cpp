@@ -80,11 +80,12 @@ XXH3_state_t* StateOf(void* state) {
 }
 
 bool MakesSense(const JournalRecord& record) {
+    constexpr std::uint64_t kLargestFile = std::numeric_limits<std::int64_t>::max();
     const bool known =
         record.kind == RecordKind::Replacement || record.kind == RecordKind::Creation;
     return known && !record.path.empty() && record.path.find('\0') == std::string::npos &&
-           record.payloadSize <= std::numeric_limits<std::int64_t>::max() - record.base &&
-           record.base <= record.target.size;
+           record.target.size <= kLargestFile && record.base <= record.target.size &&
+           record.payloadSize <= kLargestFile - record.base;
 }
 
 } // namespace
