@@ -92,6 +92,7 @@ void ReplacementRun::ForEachRow(Trap& trap, HandOver handOver) {
             trap.Do(6, [&] { path = list_.Row(row); });
             trap.Do(7, [&] { handOver(path, row); });
         }
+        engine_.Settle(); // a box may be open for hours, and no file is to stay locked meanwhile
         trap.Do(8, [&] { prompts_.ShowMessage(u"Done."); });
     }
     trap.Do(9, [&] { pointer_.SetPointer(MousePointer::Default); });

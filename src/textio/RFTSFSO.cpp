@@ -45,7 +45,11 @@ int RFTSFSO::FileSize2(std::u16string_view path, Use use) {
     } catch (const Failure&) {
         return -1;
     }
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(opened_->Status().size));
+    const auto size = static_cast<std::int32_t>(static_cast<std::uint32_t>(opened_->Status().size));
+    if (size <= 0) {
+        opened_.reset(); // nobody will read it
+    }
+    return size;
 }
 
 /// What FileSize2 has opened is used once, and for nothing but the very same path.

@@ -50,6 +50,24 @@ struct RunTest : Core {
     }
 };
 
+TEST_F(RunTest, NothingIsOpenWhileTheEndIsTold) {
+    AddFiles({"f", "empty"}, "");
+    folder.Write("f", "a");
+    list.Add({folder.Path("f")});
+    int told = 0;
+    prompts.whenShown = [&](const Box&) {
+        ++told;
+        EXPECT_EQ(calls.openFiles, 0);
+        EXPECT_EQ(state.Exists("first") ? state.Names("first") : Strings{}, Strings{});
+    };
+    inputs.texts[0] = u"a";
+    for (const std::string& options : {"35"s, "5"s}) { // the second one reads no file at all
+        inputs.options = options;
+        EXPECT_EQ(Run(), done);
+    }
+    EXPECT_EQ(told, 2);
+}
+
 TEST_F(RunTest, ChecksAndRoutes) {
     AddFiles({"f"}, "");
     sets.Add(u"a", u"s");
