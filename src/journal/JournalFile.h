@@ -36,6 +36,7 @@ public:
     void Remove();
 
     const std::string& Path() const { return path_; }
+    int Number() const { return file_.Number(); }
     const FileStatus& Status() const { return status_; }
 
 private:

@@ -47,8 +47,7 @@ void RefuseToOpen(SystemCalls& calls, std::u16string_view path, const std::strin
 
 void RefuseLocked(std::u16string_view path, int error) {
     if (error != 0) {
-        throw error == EWOULDBLOCK ? FileFailure(kCouldNotWrite, path, kIsLocked)
-                                   : FileFailure(kCouldNotWrite, path, error);
+        throw LockFailure(kCouldNotWrite, path, error);
     }
 }
 
@@ -79,8 +78,7 @@ std::unique_ptr<PendingFile> JournaledWriter::Begin(std::u16string_view path, Wr
         return std::make_unique<Creation>(calls_, journal_, path);
     }
     if (opened.error != 0) {
-        throw opened.reason.empty() ? FileFailure(kCouldNotWrite, path, opened.error)
-                                    : FileFailure(kCouldNotWrite, path, opened.reason);
+        throw OpenFailure(kCouldNotWrite, path, opened);
     }
     Descriptor target(calls_, opened.descriptor);
     RefuseTarget(path, target.Number(), opened.status);

@@ -3,6 +3,7 @@
 
 #include "journal/PutInPlace.h"
 
+#include "base/Failure.h"
 #include "journal/Whole.h"
 #include "textio/SystemCalls.h"
 
@@ -116,6 +117,17 @@ std::u16string_view ReasonToRefuse(int descriptor, const FileStatus& status) {
 
 int LockForWriting(SystemCalls& calls, int descriptor) {
     return calls.Lock(descriptor, LOCK_EX) == 0 || IsLackOfLocks(errno) ? 0 : errno;
+}
+
+Failure OpenFailure(std::u16string_view doing, std::u16string_view path,
+                    const OpenedInPlace& opened) {
+    return opened.reason.empty() ? FileFailure(doing, path, opened.error)
+                                 : FileFailure(doing, path, opened.reason);
+}
+
+Failure LockFailure(std::u16string_view doing, std::u16string_view path, int error) {
+    return error == EWOULDBLOCK ? FileFailure(doing, path, u"It is locked by another program")
+                                : FileFailure(doing, path, error);
 }
 
 mode_t ModeToGiveBack(mode_t present, mode_t before) {

@@ -12,6 +12,7 @@
 
 namespace vexmarrow {
 
+class Failure;
 class SystemCalls;
 
 /// An existing file that was opened for writing, or why it was not.
@@ -33,7 +34,10 @@ std::u16string_view ReasonToRefuse(int descriptor, const FileStatus& status);
 /// an errno, EWOULDBLOCK when another program has it.
 int LockForWriting(SystemCalls& calls, int descriptor);
 
-inline constexpr std::u16string_view kIsLocked = u"It is locked by another program";
+/// The failure of either: `doing` "path": the reason.
+Failure OpenFailure(std::u16string_view doing, std::u16string_view path,
+                    const OpenedInPlace& opened);
+Failure LockFailure(std::u16string_view doing, std::u16string_view path, int error);
 
 /// The mode that a file is to have again that was being written: the present one, with the set-id
 /// bits that it had before, if these are all that it lacks.

@@ -28,16 +28,16 @@ namespace {
 /// What the sources below answer where there are fewer bytes than there should be.
 constexpr int kEnded = ENODATA;
 
-/// The bytes of an open file from an offset on.
+/// The bytes of an open file that begin at an offset.
 class FileBytes final : public ByteSource {
 public:
-    FileBytes(SystemCalls& calls, int descriptor)
-        : calls_(calls), descriptor_(descriptor), block_(kCopyBlock, '\0') {}
+    FileBytes(SystemCalls& calls, int descriptor, std::uint64_t begin = 0)
+        : calls_(calls), descriptor_(descriptor), begin_(begin), block_(kCopyBlock, '\0') {}
 
     int Show(std::uint64_t offset, std::size_t most, std::string_view& bytes) override {
         std::size_t got = 0;
         const int error = ReadWhole(calls_, descriptor_, block_.data(),
-                                    std::min(most, block_.size()), offset, got);
+                                    std::min(most, block_.size()), begin_ + offset, got);
         bytes = std::string_view(block_).substr(0, got);
         return error == 0 && got == 0 ? kEnded : error;
     }
@@ -45,28 +45,13 @@ public:
 private:
     SystemCalls& calls_;
     int descriptor_;
+    std::uint64_t begin_;
     std::string block_;
 };
 
-/// The payload of a record.
-class PayloadBytes final : public ByteSource {
-public:
-    PayloadBytes(JournalFile& journal, std::uint64_t offset)
-        : journal_(journal), offset_(offset), block_(kCopyBlock, '\0') {}
-
-    int Show(std::uint64_t offset, std::size_t most, std::string_view& bytes) override {
-        std::size_t got = 0;
-        const int error =
-            journal_.Read(offset_ + offset, block_.data(), std::min(most, block_.size()), got);
-        bytes = std::string_view(block_).substr(0, got);
-        return error == 0 && got == 0 ? kEnded : error;
-    }
-
-private:
-    JournalFile& journal_;
-    std::uint64_t offset_;
-    std::string block_;
-};
+FileBytes PayloadOf(SystemCalls& calls, const LeftJournal& journal) {
+    return {calls, journal.file.Number(), journal.header.payloadOffset};
+}
 
 std::u16string LocalTime(std::int64_t nanoseconds) {
     constexpr std::int64_t kPerSecond = 1'000'000'000;
@@ -87,9 +72,9 @@ std::u16string Reason(int error) {
 }
 
 /// Whether the payload is what was written. Throws Failure when it cannot be read.
-bool PayloadIsWhole(LeftJournal& journal) {
+bool PayloadIsWhole(SystemCalls& calls, const LeftJournal& journal) {
     const JournalRecord& record = journal.header.record;
-    PayloadBytes payload(journal.file, journal.header.payloadOffset);
+    FileBytes payload = PayloadOf(calls, journal);
     Checksum checksum;
     for (std::uint64_t done = 0; done < record.payloadSize;) {
         const std::uint64_t left = record.payloadSize - done;
@@ -109,12 +94,13 @@ bool PayloadIsWhole(LeftJournal& journal) {
 }
 
 /// Whether the file is as the record wants it. Throws Failure when that cannot be told.
-bool HasPayloadAlready(LeftJournal& journal, ByteSource& present, const FileStatus& status) {
+bool HasPayloadAlready(SystemCalls& calls, const LeftJournal& journal, ByteSource& present,
+                       const FileStatus& status) {
     const JournalRecord& record = journal.header.record;
     if (status.size != record.base + record.payloadSize) {
         return false;
     }
-    PayloadBytes payload(journal.file, journal.header.payloadOffset);
+    FileBytes payload = PayloadOf(calls, journal);
     for (std::uint64_t done = 0; done < record.payloadSize;) {
         const std::uint64_t left = record.payloadSize - done;
         std::string_view wanted;
@@ -198,7 +184,7 @@ void Recovery::SettleReplacement(LeftJournal& journal) {
         throw FileFailure(u"Could not look at the file", path, error);
     }
     const bool same = error == 0 && status.IsRegular() && status.SameFileAs(record.target);
-    if (!PayloadIsWhole(journal)) {
+    if (!PayloadIsWhole(calls_, journal)) {
         if (same && status.SameContentsAs(record.target)) {
             journal.file.Remove(); // the program was killed before it touched the file
         } else {
@@ -220,7 +206,7 @@ void Recovery::SettleReplacement(LeftJournal& journal) {
         throw FileFailure(u"Could not open the file", path, errno);
     }
     FileBytes bytes(calls_, present.Number());
-    if (HasPayloadAlready(journal, bytes, status)) {
+    if (HasPayloadAlready(calls_, journal, bytes, status)) {
         Finish(journal, present, status);
     } else if (UserWants(record, status)) {
         Complete(journal, present, status);
@@ -238,8 +224,8 @@ bool Recovery::UserWants(const JournalRecord& record, const FileStatus& status) 
                    LocalTime(record.begun), u"\r\nThe file was last changed: ",
                    LocalTime(status.modified),
                    u"\r\n\r\nComplete the file now?\r\n\r\nYes: the file gets its new text; a copy "
+                   u"of what it holds at present is kept.\r\nNo: the file stays as it is; a copy "
                    u"of "
-                   u"what it holds at present is kept.\r\nNo: the file stays as it is; a copy of "
                    u"its new text is kept.\r\n\r\nThe copy goes into this folder:\r\n",
                    TextFromNativeName(KeptFolder(folders_.front()))),
                BoxStyle::Question) == Answer::Yes;
@@ -252,12 +238,10 @@ void Recovery::Complete(LeftJournal& journal, const Descriptor& present, const F
     const OpenedInPlace opened = OpenInPlace(calls_, record.path);
     Descriptor target(calls_, opened.descriptor);
     if (opened.error != 0) {
-        throw opened.reason.empty() ? FileFailure(kCouldNotComplete, path, opened.error)
-                                    : FileFailure(kCouldNotComplete, path, opened.reason);
+        throw OpenFailure(kCouldNotComplete, path, opened);
     }
     if (const int error = LockForWriting(calls_, target.Number())) {
-        throw error == EWOULDBLOCK ? FileFailure(kCouldNotComplete, path, kIsLocked)
-                                   : FileFailure(kCouldNotComplete, path, error);
+        throw LockFailure(kCouldNotComplete, path, error);
     }
     InPlaceJob job;
     if (calls_.Status(target.Number(), job.old) != 0 || !job.old.SameFileAs(status) ||
@@ -273,7 +257,7 @@ void Recovery::Complete(LeftJournal& journal, const Descriptor& present, const F
     job.old.mode = ModeToGiveBack(job.old.mode, record.target.mode);
     job.base = record.base;
     job.size = record.payloadSize;
-    PayloadBytes payload(journal.file, journal.header.payloadOffset);
+    FileBytes payload = PayloadOf(calls_, journal);
     InPlaceResult result = PutInPlace(calls_, job, payload);
     if (target.Close() != 0 && errno != EINTR && result.error == 0) {
         result.error = errno;
@@ -300,7 +284,7 @@ void Recovery::Finish(LeftJournal& journal, const Descriptor& present, const Fil
 
 void Recovery::KeepPayload(LeftJournal& journal, std::u16string_view why) {
     const JournalRecord& record = journal.header.record;
-    PayloadBytes payload(journal.file, journal.header.payloadOffset);
+    FileBytes payload = PayloadOf(calls_, journal);
     const std::string place =
         KeepCopy(calls_, folders_, "new", NameOf(record.path), payload, record.payloadSize);
     journal.file.Remove();

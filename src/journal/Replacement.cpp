@@ -57,8 +57,7 @@ void Replacement::MakeSureOfTarget() {
     if (itself_ != nullptr) {
         itself_->GiveUpLock();
         if (const int error = LockForWriting(calls_, target_.Number())) {
-            throw error == EWOULDBLOCK ? FileFailure(kCouldNotWrite, path_, kIsLocked)
-                                       : FileFailure(kCouldNotWrite, path_, error);
+            throw LockFailure(kCouldNotWrite, path_, error);
         }
     }
     FileStatus now;
@@ -96,7 +95,7 @@ void Replacement::Commit() {
     if (result.state == InPlaceState::Mixed) {
         const std::string reason = std::generic_category().message(result.error);
         throw FileFailure(kCouldNotWrite, path_,
-                          Concat(u"it is written in part (", TextFromUtf8(reason),
+                          Concat(u"It is written in part (", TextFromUtf8(reason),
                                  u"), and will be completed at the next start of the program"));
     }
 }
