@@ -20,6 +20,11 @@ void TryPage(const CodePage& page, std::string_view bytes, const std::u16string&
     std::string encoded;
     page.Encode(decoded, encoded);
     Require(encoded == bytes, "bytes come back from their characters");
+    if (page.HasLongCharacters()) {
+        Require(page.SearchableBytes(decoded).has_value() == page.IsExactInBytes(bytes),
+                "a text without stray bytes can be found in its bytes, and no other can");
+        return;
+    }
     encoded.clear();
     decoded.clear();
     page.Encode(text, encoded);
@@ -47,7 +52,7 @@ std::u16string ByIcu(std::string_view bytes) {
 void TryInput(Input input) {
     static const AnsiCodePage pages[] = {
         AnsiCodePage(u"windows-1252"), AnsiCodePage(u"windows-1255"), AnsiCodePage(u"windows-874"),
-        AnsiCodePage(u"iso-8859-6"), AnsiCodePage(u"us-ascii")};
+        AnsiCodePage(u"iso-8859-6"),   AnsiCodePage(u"us-ascii"),     AnsiCodePage(u"UTF-8")};
     const AnsiCodePage& ansi = pages[input.Byte() % std::size(pages)];
     const std::string_view bytes = input.Rest();
     TryPage(ansi.Page(), bytes, input.Text());

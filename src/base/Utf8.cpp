@@ -3,8 +3,12 @@
 
 #include "base/Utf8.h"
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <type_traits>
 
 namespace vexmarrow {
 namespace {
@@ -19,7 +23,7 @@ constexpr bool IsLowSurrogate(char32_t unit) {
 /// What a lead byte asks for: how many bytes follow, and the range of the first of them (the range
 /// is what rules out overlong forms, surrogates and code points above U+10FFFF).
 struct Lead {
-    int following = 0; // 0: not a lead byte
+    std::uint8_t following = 0; // 0: not a lead byte
     std::uint8_t low = 0x80;
     std::uint8_t high = 0xBF;
 };
@@ -39,57 +43,99 @@ constexpr Lead LeadOf(std::uint8_t byte) {
     return {};
 }
 
-void AppendCodePoint(char32_t point, std::u16string& out) {
-    if (point < 0x10000) {
-        out.push_back(static_cast<char16_t>(point));
-    } else {
-        out.push_back(static_cast<char16_t>(0xD7C0 + (point >> 10)));
-        out.push_back(static_cast<char16_t>(0xDC00 + (point & 0x3FF)));
-    }
-}
+/// A character of several bytes, or a maximal ill-formed part.
+struct Part {
+    std::size_t length = 1;
+    bool whole = false;
+    bool open = false; // it is ill-formed only because the bytes end here
+    char32_t point = 0;
 
-/// Decodes `bytes`; `malformed(part)` appends what a maximal ill-formed part becomes.
-template <typename OnMalformed>
-std::u16string Decode(std::string_view bytes, OnMalformed malformed) {
-    std::u16string out;
-    out.reserve(bytes.size());
+    std::size_t Units() const { return !whole ? length : length == 4 ? 2 : 1; }
+};
+
+/// The part that begins with a byte that is not ASCII.
+Part PartAt(std::string_view bytes, std::size_t at) {
     const auto byteAt = [&](std::size_t i) { return static_cast<std::uint8_t>(bytes[i]); };
-    std::size_t at = 0;
-    while (at < bytes.size()) {
-        const std::uint8_t first = byteAt(at);
-        if (first < 0x80) {
-            out.push_back(first);
-            ++at;
-            continue;
+    const Lead lead = LeadOf(byteAt(at));
+    Part part;
+    part.point = byteAt(at) & (0x3FU >> lead.following);
+    std::uint8_t low = lead.low;
+    std::uint8_t high = lead.high;
+    while (part.length <= lead.following) {
+        if (at + part.length == bytes.size()) {
+            part.open = true;
+            return part;
         }
-        const Lead lead = LeadOf(first);
-        char32_t point = first & (0x3FU >> lead.following);
-        std::size_t length = 1;
-        std::uint8_t low = lead.low;
-        std::uint8_t high = lead.high;
-        bool whole = lead.following > 0;
-        for (int i = 0; i < lead.following; ++i) {
-            if (at + length >= bytes.size() || byteAt(at + length) < low ||
-                byteAt(at + length) > high) {
-                whole = false;
-                break;
-            }
-            point = (point << 6) | (byteAt(at + length) & 0x3FU);
-            ++length;
-            low = 0x80;
-            high = 0xBF;
+        const std::uint8_t byte = byteAt(at + part.length);
+        if (byte < low || byte > high) {
+            return part;
         }
-        if (whole) {
-            AppendCodePoint(point, out);
-        } else {
-            malformed(bytes.substr(at, length), out);
-        }
-        at += length;
+        part.point = (part.point << 6) | (byte & 0x3FU);
+        ++part.length;
+        low = 0x80;
+        high = 0xBF;
     }
-    return out;
+    part.whole = lead.following > 0;
+    return part;
 }
 
-void AppendUtf8(char32_t point, std::string& out) {
+/// How many characters of ASCII `units` begin with: four words at a time, because most text is
+/// ASCII and little of it is not.
+template <typename Unit>
+std::size_t AsciiRun(std::basic_string_view<Unit> units) {
+    constexpr std::size_t kStep = 32 / sizeof(Unit);
+    constexpr std::uint64_t kNotAscii =
+        sizeof(Unit) == 1 ? 0x8080'8080'8080'8080U : 0xFF80'FF80'FF80'FF80U;
+    std::size_t run = 0;
+    for (; run + kStep <= units.size(); run += kStep) {
+        std::array<std::uint64_t, 4> words{};
+        std::memcpy(words.data(), units.data() + run, sizeof(words));
+        if (((words[0] | words[1] | words[2] | words[3]) & kNotAscii) != 0) {
+            break;
+        }
+    }
+    while (run < units.size() && std::make_unsigned_t<Unit>(units[run]) < 0x80) {
+        ++run;
+    }
+    return run;
+}
+
+/// Appends the characters of `bytes`; `malformed(part)` appends what a maximal ill-formed part
+/// becomes: at most one unit for each of its bytes.
+template <typename OnMalformed>
+void Decode(std::string_view bytes, std::u16string& out, OnMalformed malformed) {
+    std::size_t end = out.size();
+    out.resize(end + bytes.size()); // no character has more units than bytes
+    for (std::size_t at = 0; at < bytes.size();) {
+        const std::size_t run = AsciiRun(bytes.substr(at));
+        std::copy_n(bytes.data() + at, run, out.data() + end);
+        at += run;
+        end += run;
+        while (at < bytes.size() && static_cast<std::uint8_t>(bytes[at]) >= 0x80) {
+            const Part part = PartAt(bytes, at);
+            if (!part.whole) {
+                end = malformed(bytes.substr(at, part.length), out, end);
+            } else if (part.point < 0x10000) {
+                out[end++] = static_cast<char16_t>(part.point);
+            } else {
+                out[end++] = static_cast<char16_t>(0xD7C0 + (part.point >> 10));
+                out[end++] = static_cast<char16_t>(0xDC00 + (part.point & 0x3FF));
+            }
+            at += part.length;
+        }
+    }
+    out.resize(end);
+}
+
+/// Each byte of an ill-formed part is a lone low surrogate.
+std::size_t KeepBytes(std::string_view part, std::u16string& out, std::size_t end) {
+    for (const char byte : part) {
+        out[end++] = static_cast<char16_t>(0xDC00 + static_cast<std::uint8_t>(byte));
+    }
+    return end;
+}
+
+void AppendPoint(char32_t point, std::string& out) {
     const auto put = [&](char32_t byte) { out.push_back(static_cast<char>(byte)); };
     if (point < 0x80) {
         put(point);
@@ -108,35 +154,99 @@ void AppendUtf8(char32_t point, std::string& out) {
     }
 }
 
+/// Appends the bytes of `text`; `lone(unit)` appends what becomes of a lone surrogate that stands
+/// for no byte.
+template <typename OnLone>
+void Encode(std::u16string_view text, std::string& bytes, OnLone lone) {
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t run = AsciiRun(text.substr(i));
+        const std::size_t end = bytes.size();
+        bytes.resize(end + run);
+        std::copy_n(text.data() + i, run, bytes.data() + end);
+        i += run;
+        for (; i < text.size() && text[i] >= 0x80; ++i) {
+            const char32_t unit = text[i];
+            if (IsHighSurrogate(unit) && i + 1 < text.size() && IsLowSurrogate(text[i + 1])) {
+                ++i;
+                AppendPoint(0x10000 + ((unit - 0xD800) << 10) + (text[i] - 0xDC00U), bytes);
+            } else if (unit >= 0xDC80 && unit <= 0xDCFF) {
+                bytes.push_back(static_cast<char>(unit - 0xDC00));
+            } else if (IsHighSurrogate(unit) || IsLowSurrogate(unit)) {
+                lone(unit);
+            } else {
+                AppendPoint(unit, bytes);
+            }
+        }
+    }
+}
+
 } // namespace
 
 std::u16string TextFromUtf8(std::string_view bytes) {
-    return Decode(bytes, [](std::string_view, std::u16string& out) { out.push_back(u'\uFFFD'); });
+    std::u16string text;
+    Decode(bytes, text, [](std::string_view, std::u16string& out, std::size_t end) {
+        out[end] = u'\uFFFD';
+        return end + 1;
+    });
+    return text;
 }
 
 std::u16string TextFromNativeName(std::string_view bytes) {
-    return Decode(bytes, [](std::string_view part, std::u16string& out) {
-        for (const char byte : part) {
-            out.push_back(static_cast<char16_t>(0xDC00 + static_cast<std::uint8_t>(byte)));
-        }
-    });
+    std::u16string text;
+    Decode(bytes, text, KeepBytes);
+    return text;
 }
 
 std::string NativeName(std::u16string_view text) {
     std::string bytes;
     bytes.reserve(text.size());
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char32_t unit = text[i];
-        if (IsHighSurrogate(unit) && i + 1 < text.size() && IsLowSurrogate(text[i + 1])) {
-            AppendUtf8(0x10000 + ((unit - 0xD800) << 10) + (text[i + 1] - 0xDC00U), bytes);
-            ++i;
-        } else if (unit >= 0xDC80 && unit <= 0xDCFF) {
-            bytes.push_back(static_cast<char>(unit - 0xDC00));
-        } else {
-            AppendUtf8(unit, bytes);
+    Encode(text, bytes, [&](char32_t unit) { AppendPoint(unit, bytes); });
+    return bytes;
+}
+
+void DecodeUtf8(std::string_view bytes, std::u16string& text) {
+    Decode(bytes, text, KeepBytes);
+}
+
+void EncodeUtf8(std::u16string_view text, std::string& bytes, char lacking) {
+    Encode(text, bytes, [&](char32_t) { bytes.push_back(lacking); });
+}
+
+bool IsUtf8(std::string_view bytes) {
+    for (std::size_t at = AsciiRun(bytes); at < bytes.size(); at += AsciiRun(bytes.substr(at))) {
+        while (at < bytes.size() && static_cast<std::uint8_t>(bytes[at]) >= 0x80) {
+            const Part part = PartAt(bytes, at);
+            if (!part.whole) {
+                return false;
+            }
+            at += part.length;
         }
     }
-    return bytes;
+    return true;
+}
+
+Utf8Stretch MeasureUtf8(std::string_view bytes, std::size_t most, bool more) {
+    Utf8Stretch stretch;
+    while (stretch.bytes < bytes.size() && stretch.units < most) {
+        const std::size_t run = AsciiRun(bytes.substr(stretch.bytes, most - stretch.units));
+        stretch.bytes += run;
+        stretch.units += run;
+        while (stretch.bytes < bytes.size() && stretch.units < most &&
+               static_cast<std::uint8_t>(bytes[stretch.bytes]) >= 0x80) {
+            const Part part = PartAt(bytes, stretch.bytes);
+            if (part.open && more) {
+                return stretch;
+            }
+            if (!part.whole && part.length > most - stretch.units) { // its bytes can be parted
+                stretch.bytes += most - stretch.units;
+                stretch.units = most;
+            } else {
+                stretch.bytes += part.length;
+                stretch.units += part.Units();
+            }
+        }
+    }
+    return stretch;
 }
 
 } // namespace vexmarrow

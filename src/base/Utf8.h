@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -21,5 +22,29 @@ std::u16string TextFromNativeName(std::string_view bytes);
 /// The bytes of a name or path: the inverse of TextFromNativeName. A lone surrogate that stands
 /// for no byte is encoded as if it were a character, which names no file that could be listed.
 std::string NativeName(std::u16string_view text);
+
+// UTF-8 as a code page, where any bytes come out as they went in.
+
+/// Appends the characters of `bytes` to `text`, bytes that are not UTF-8 as TextFromNativeName has
+/// them.
+void DecodeUtf8(std::string_view bytes, std::u16string& text);
+
+/// Appends the bytes of `text` to `bytes`: the inverse of DecodeUtf8, and `lacking` for each lone
+/// surrogate that stands for no byte.
+void EncodeUtf8(std::u16string_view text, std::string& bytes, char lacking);
+
+/// Whether `bytes` are well-formed UTF-8 from the first to the last.
+bool IsUtf8(std::string_view bytes);
+
+/// Bytes at the beginning of others, and how many 16-bit units DecodeUtf8 makes of them.
+struct Utf8Stretch {
+    std::size_t bytes = 0;
+    std::size_t units = 0;
+};
+
+/// The stretch of `most` units at the beginning of `bytes`: of one more when a character of two
+/// lies across its end, of fewer when the bytes end before that. With `more`, they go on where
+/// they end, and a character of which only a part is there is left out.
+Utf8Stretch MeasureUtf8(std::string_view bytes, std::size_t most, bool more);
 
 } // namespace vexmarrow

@@ -27,11 +27,13 @@ struct BasicReplacementPair {
 template <typename Unit>
 class BasicCascade {
 public:
+    using View = std::basic_string_view<Unit>;
+
     explicit BasicCascade(std::vector<BasicReplacementPair<Unit>> pairs);
 
     /// Puts the replaced text into `result`, in which `text` must not lie. Returns false if nothing
     /// was found: then `result` means nothing, and the text stays as it is.
-    bool Apply(std::basic_string_view<Unit> text, std::basic_string<Unit>& result) const {
+    bool Apply(View text, std::basic_string<Unit>& result) const {
         return way_->Apply(text, result);
     }
 

@@ -11,22 +11,13 @@
 namespace vexmarrow {
 namespace {
 
-/// The bytes of a text; nothing when it cannot be written in the page.
-std::optional<std::string> BytesOf(std::u16string_view text, const CodePage& page) {
-    std::string bytes;
-    page.Encode(text, bytes);
-    std::u16string again;
-    page.Decode(bytes, again);
-    return again == text ? std::optional(std::move(bytes)) : std::nullopt;
-}
-
 std::optional<std::vector<BasicReplacementPair<char>>>
 BytePairs(const std::vector<ReplacementPair>& pairs, const CodePage& page) {
     std::vector<BasicReplacementPair<char>> all;
     all.reserve(pairs.size());
     for (const ReplacementPair& pair : pairs) {
-        std::optional<std::string> find = BytesOf(pair.find, page);
-        std::optional<std::string> replace = BytesOf(pair.replace, page);
+        std::optional<std::string> find = page.SearchableBytes(pair.find);
+        std::optional<std::string> replace = page.SearchableBytes(pair.replace);
         if (!find || !replace) {
             return std::nullopt;
         }
@@ -42,6 +33,24 @@ std::u16string Quoted(std::u16string_view text) {
 }
 
 } // namespace
+
+bool ByteCascade::Apply(View text, std::string& result) const {
+    if (!bytes_.Apply(text, result)) {
+        return false; // where no bytes are found, no characters are
+    }
+    if (page_.IsExactInBytes(text)) {
+        return true;
+    }
+    std::u16string characters;
+    page_.Decode(text, characters);
+    std::u16string changed;
+    if (!pairs_.OfCharacters().Apply(characters, changed)) {
+        return false;
+    }
+    result.clear();
+    page_.Encode(changed, result);
+    return true;
+}
 
 PreparedPairs::PreparedPairs(std::span<const std::u16string> find,
                              std::span<const std::u16string> replace) {
@@ -64,11 +73,11 @@ const BasicCascade<char16_t>& PreparedPairs::OfCharacters() {
     return *ofCharacters_;
 }
 
-const BasicCascade<char>* PreparedPairs::OfBytes(const AnsiCodePage& ansi) {
+const ByteCascade* PreparedPairs::OfBytes(const AnsiCodePage& ansi) {
     if (!askedForBytes_ || codePage_ != ansi.Revision()) {
         ofBytes_.reset();
         if (auto pairs = BytePairs(pairs_, ansi.Page())) {
-            ofBytes_.emplace(std::move(*pairs));
+            ofBytes_.emplace(ansi.Page(), std::move(*pairs), *this);
         }
         askedForBytes_ = true;
         codePage_ = ansi.Revision();

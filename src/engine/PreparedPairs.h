@@ -10,17 +10,43 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace vexmarrow {
 
 class AnsiCodePage;
+class CodePage;
+class PreparedPairs;
+
+/// Replaces the bytes of texts in a code page, with the same result as decoding them, replacing
+/// characters and encoding them again.
+class ByteCascade {
+public:
+    using View = std::string_view;
+
+    /// `bytes` are those of `pairs`, which must outlive this.
+    ByteCascade(const CodePage& page, std::vector<BasicReplacementPair<char>> bytes,
+                PreparedPairs& pairs)
+        : page_(page), bytes_(std::move(bytes)), pairs_(pairs) {}
+
+    /// As BasicCascade does.
+    bool Apply(View text, std::string& result) const;
+
+private:
+    const CodePage& page_;
+    BasicCascade<char> bytes_;
+    PreparedPairs& pairs_;
+};
 
 /// Find and replace texts that belong together by their numbers, made ready for many files.
 class PreparedPairs {
 public:
     /// Find text i goes with replace text i.
     PreparedPairs(std::span<const std::u16string> find, std::span<const std::u16string> replace);
+    PreparedPairs(const PreparedPairs&) = delete;
+    PreparedPairs& operator=(const PreparedPairs&) = delete;
+    ~PreparedPairs() = default;
 
     /// A sentence for each find text without a partner, which makes no pair.
     const std::vector<std::u16string>& Partnerless() const { return partnerless_; }
@@ -28,16 +54,15 @@ public:
     /// Replaces characters.
     const BasicCascade<char16_t>& OfCharacters();
 
-    /// Replaces the bytes of a text in the code page, with the same result as decoding it,
-    /// replacing characters and encoding it again. Null when a text of a pair holds a character
-    /// that the page lacks: a pair may insert one and a later pair find it.
-    const BasicCascade<char>* OfBytes(const AnsiCodePage& ansi);
+    /// Replaces bytes of the code page. Null when a text of a pair holds a character that the page
+    /// lacks, or half of one: a pair may insert it and a later pair find it.
+    const ByteCascade* OfBytes(const AnsiCodePage& ansi);
 
 private:
     std::vector<ReplacementPair> pairs_;
     std::vector<std::u16string> partnerless_;
     std::optional<BasicCascade<char16_t>> ofCharacters_;
-    std::optional<BasicCascade<char>> ofBytes_;
+    std::optional<ByteCascade> ofBytes_;
     bool askedForBytes_ = false;
     std::uint64_t codePage_ = 0; // the choice of the page that the bytes are of
 };

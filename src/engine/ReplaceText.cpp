@@ -24,12 +24,13 @@ std::vector<std::u16string> LinesOf(std::u16string_view text) {
 
 /// Cuts lines at their colons and puts them together again with one of the two sides replaced. The
 /// value ends at the second colon, and the rest is lost.
-template <typename Unit>
+template <typename Cascade>
 class LineChange {
 public:
-    using View = std::basic_string_view<Unit>;
+    using View = typename Cascade::View;
+    using Unit = typename View::value_type;
 
-    LineChange(const BasicCascade<Unit>& pair, bool inField) : pair_(pair), inField_(inField) {}
+    LineChange(const Cascade& pair, bool inField) : pair_(pair), inField_(inField) {}
 
     /// The line with its end; valid until the next call.
     View operator()(View line) {
@@ -55,7 +56,7 @@ private:
         line_ += isToChange && pair_.Apply(side, changed_) ? View(changed_) : side;
     }
 
-    const BasicCascade<Unit>& pair_;
+    const Cascade& pair_;
     bool inField_;
     std::basic_string<Unit> line_;
     std::basic_string<Unit> changed_;
@@ -100,8 +101,8 @@ InputFile::Use UseOf(const OutputLocation& location) {
 
 /// Whether a file can be worked on as the bytes that it consists of.
 template <typename Reader>
-const BasicCascade<char>* CascadeOfBytes(const Reader& reader, PreparedPairs& pairs,
-                                         const RFTSFSO& textio) {
+const ByteCascade* CascadeOfBytes(const Reader& reader, PreparedPairs& pairs,
+                                  const RFTSFSO& textio) {
     return reader.Format() == TextFormat::Ansi ? pairs.OfBytes(textio.Ansi()) : nullptr;
 }
 
@@ -198,17 +199,17 @@ void ReplaceText::ReplaceTextInFileCombo(const std::u16string& path, const SetTe
 void ReplaceText::ReplaceInPieces(Trap& trap, std::optional<TextPieces>& pieces,
                                   const OutputLocation& location, const StatementNumbers& numbers) {
     PreparedPairs& pairs = pairs_->Present();
-    const auto run = [&]<typename Unit>(const BasicCascade<Unit>& cascade) {
+    const auto run = [&]<typename Cascade>(const Cascade& cascade) {
+        using View = typename Cascade::View;
+        using Unit = typename View::value_type;
         Output output(textio_, writer_, pieces->File(), location, numbers);
         std::basic_string<Unit> changed;
-        return WriteChanged<Unit>(
-            *pieces, output, numbers, [&](std::basic_string_view<Unit> piece) {
-                return cascade.Apply(piece, changed) ? std::basic_string_view<Unit>(changed)
-                                                     : piece;
-            });
+        return WriteChanged<Unit>(*pieces, output, numbers, [&](View piece) {
+            return cascade.Apply(piece, changed) ? View(changed) : piece;
+        });
     };
     const Outcome outcome = OutcomeOf(numbers, [&] {
-        const BasicCascade<char>* const ofBytes = CascadeOfBytes(*pieces, pairs, textio_);
+        const ByteCascade* const ofBytes = CascadeOfBytes(*pieces, pairs, textio_);
         return ofBytes != nullptr ? run(*ofBytes) : run(pairs.OfCharacters());
     });
     pieces.reset(); // a box may be open for hours, and the file is locked until it is closed
@@ -241,15 +242,15 @@ void ReplaceText::ReplaceInLines(std::u16string_view routine, Side side, const s
                  [&] { lines.emplace(textio_.OpenTextLines(path, UseOf(location))); })) {
         return;
     }
-    const auto run = [&]<typename Unit>(const BasicCascade<Unit>& pair) {
+    const auto run = [&]<typename Cascade>(const Cascade& pair) {
         Output output(textio_, writer_, lines->File(), location, numbers);
-        return WriteChanged<Unit>(*lines, output, numbers,
-                                  LineChange<Unit>(pair, side == Side::Field));
+        return WriteChanged<typename Cascade::View::value_type>(
+            *lines, output, numbers, LineChange<Cascade>(pair, side == Side::Field));
     };
     const Outcome outcome = OutcomeOf(numbers, [&] {
         pairs_->UseWhole(find, replace);
         PreparedPairs& pair = pairs_->Present();
-        const BasicCascade<char>* const ofBytes = CascadeOfBytes(*lines, pair, textio_);
+        const ByteCascade* const ofBytes = CascadeOfBytes(*lines, pair, textio_);
         return ofBytes != nullptr ? run(*ofBytes) : run(pair.OfCharacters());
     });
     lines.reset(); // a box may be open for hours, and the file is locked until it is closed

@@ -9,10 +9,11 @@
 
 #include <unicode/ucnv.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdlib>
-#include <optional>
+#include <utility>
 
 namespace vexmarrow {
 namespace {
@@ -69,6 +70,22 @@ public:
         return static_cast<std::uint8_t>(ByteOf(character));
     }
 
+    std::optional<std::string> SearchableBytes(std::u16string_view text) const override {
+        std::string bytes;
+        Encode(text, bytes);
+        std::u16string again;
+        Decode(bytes, again);
+        return again == text ? std::optional(std::move(bytes)) : std::nullopt;
+    }
+
+    bool IsExactInBytes(std::string_view /*bytes*/) const override { return true; }
+    bool HasLongCharacters() const override { return false; }
+
+    Stretch Measure(std::string_view bytes, std::size_t most, bool /*more*/) const override {
+        const std::size_t count = std::min(bytes.size(), most);
+        return {count, count};
+    }
+
 private:
     /// encode_ holds zero for what the page lacks, which is right for U+0000 alone.
     char ByteOf(char16_t character) const {
@@ -83,6 +100,39 @@ private:
 
 Failure Refused(std::u16string_view name, std::u16string_view reason) {
     return Failure(Concat(u"The code page \"", name, u"\" cannot be used: ", reason, u"."));
+}
+
+constexpr std::u16string_view kUtf8 = u"UTF-8";
+
+constexpr std::array kChoosable{
+    ChoosableCodePage{u"windows-1250", u"Central European"},
+    ChoosableCodePage{u"windows-1251", u"Cyrillic"},
+    ChoosableCodePage{u"windows-1252", u"Western European"},
+    ChoosableCodePage{u"windows-1253", u"Greek"},
+    ChoosableCodePage{u"windows-1254", u"Turkish"},
+    ChoosableCodePage{u"windows-1255", u"Hebrew"},
+    ChoosableCodePage{u"windows-1256", u"Arabic"},
+    ChoosableCodePage{u"windows-1257", u"Baltic"},
+    ChoosableCodePage{u"windows-1258", u"Vietnamese"},
+    ChoosableCodePage{u"windows-874", u"Thai"},
+    ChoosableCodePage{kUtf8, u"all languages"},
+};
+
+/// The converter that ICU has under a name or one of its aliases; empty when there is none.
+std::string_view ConverterName(std::u16string_view name) {
+    UErrorCode error = U_ZERO_ERROR;
+    const char* const canonical = ucnv_getAlias(NativeName(name).c_str(), 0, &error);
+    return U_SUCCESS(error) && canonical != nullptr ? canonical : "";
+}
+
+/// A page's name as users choose it.
+std::u16string_view UsualName(std::u16string_view name) {
+    const std::string_view converter = ConverterName(name);
+    const auto* const found =
+        std::find_if(kChoosable.begin(), kChoosable.end(), [&](const ChoosableCodePage& page) {
+            return !converter.empty() && ConverterName(page.name) == converter;
+        });
+    return found != kChoosable.end() ? found->name : name;
 }
 
 /// Which languages have a page other than windows-1252.
@@ -104,6 +154,14 @@ constexpr std::array kPages{
 };
 
 } // namespace
+
+std::span<const ChoosableCodePage> ChoosableCodePages() {
+    return kChoosable;
+}
+
+std::unique_ptr<const CodePage> MakeCodePage(std::u16string_view name) {
+    return UsualName(name) == kUtf8 ? MakeUtf8CodePage() : MakeSingleByteCodePage(name);
+}
 
 std::unique_ptr<const CodePage> MakeSingleByteCodePage(std::u16string_view name) {
     const std::string icuName = NativeName(name);
@@ -139,7 +197,7 @@ std::unique_ptr<const CodePage> MakeSingleByteCodePage(std::u16string_view name)
         taken[*character] = true;
         table[i] = *character;
     }
-    return std::make_unique<SingleByteCodePage>(name, table);
+    return std::make_unique<SingleByteCodePage>(UsualName(name), table);
 }
 
 std::u16string_view CodePageForLocale(std::string_view locale) {
@@ -168,6 +226,15 @@ std::u16string_view CodePageOfEnvironment() {
     return u"windows-1252";
 }
 
-AnsiCodePage::AnsiCodePage(std::u16string_view name) : page_(MakeSingleByteCodePage(name)) {}
+void AnsiCodePage::Choose(std::u16string_view name) {
+    const std::u16string_view usual = UsualName(name);
+    auto same = std::find_if(made_.begin(), made_.end(),
+                             [&](const auto& page) { return page->Name() == usual; });
+    if (same == made_.end()) {
+        same = made_.insert(made_.end(), MakeCodePage(name));
+    }
+    page_ = same->get();
+    ++revision_;
+}
 
 } // namespace vexmarrow

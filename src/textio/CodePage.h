@@ -3,10 +3,14 @@
 
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vexmarrow {
 
@@ -19,7 +23,8 @@ class CodePage {
 public:
     virtual ~CodePage() = default;
 
-    /// The name by which the page was asked for.
+    /// The name of the page: that of ChoosableCodePages if it is one of those, else the one by
+    /// which it was asked for.
     virtual std::u16string_view Name() const = 0;
 
     /// Appends the characters of `bytes` to `text`.
@@ -30,13 +35,54 @@ public:
 
     /// The code of one character, that of kLackingCharacter when the page lacks it.
     virtual int CodeOf(char16_t character) const = 0;
+
+    /// The bytes by which `text` can be found in, and put into, the bytes of texts of this page,
+    /// with the same result as if they were characters. Nothing when the page lacks one of its
+    /// characters, or when it holds half a character.
+    virtual std::optional<std::string> SearchableBytes(std::u16string_view text) const = 0;
+
+    /// Whether the bytes of a text can be changed several times over, each time by finding and
+    /// replacing SearchableBytes, with the same result as if they were characters: not when taking
+    /// something out may bring parts together that make a new character.
+    virtual bool IsExactInBytes(std::string_view bytes) const = 0;
+
+    /// Whether there are characters of several bytes: then Measure tells how many characters there
+    /// are.
+    virtual bool HasLongCharacters() const = 0;
+
+    /// Bytes at the beginning of a text, and how many 16-bit characters they are.
+    struct Stretch {
+        std::size_t bytes = 0;
+        std::size_t characters = 0;
+    };
+
+    /// The stretch of `most` characters at the beginning of `bytes`: of one more when a character
+    /// of two units lies across its end, of fewer when the bytes end before that. With `more`, the
+    /// text goes on where the bytes end, and a character of which only a part is there is left
+    /// out.
+    virtual Stretch Measure(std::string_view bytes, std::size_t most, bool more) const = 0;
 };
+
+/// A page that users can choose, and the languages it is for.
+struct ChoosableCodePage {
+    std::u16string_view name;
+    std::u16string_view languages;
+};
+std::span<const ChoosableCodePage> ChoosableCodePages();
+
+/// The page of that name: UTF-8, or one that MakeSingleByteCodePage makes. Case, hyphens and the
+/// like do not matter. Throws Failure.
+std::unique_ptr<const CodePage> MakeCodePage(std::u16string_view name);
 
 /// Makes a single-byte page from ICU's table of that name. The table is one to one: bytes 80 to 9F
 /// without a character of their own are the control characters of the same value, and any other
 /// byte b without one, or with the character of a lower byte, is U+F700 + b. Throws Failure when
 /// there is no such page, when it is not single-byte, or when bytes 00 to 7F are not ASCII.
 std::unique_ptr<const CodePage> MakeSingleByteCodePage(std::u16string_view name);
+
+/// UTF-8 without a mark: bytes that are not UTF-8 are lone surrogates (base/Utf8.h) and come out
+/// as they went in.
+std::unique_ptr<const CodePage> MakeUtf8CodePage();
 
 /// ICU's name of the page that goes with a user's language, given as a POSIX locale such as
 /// "de_DE.UTF-8": "windows-1252" for all languages that have no page of their own.
@@ -48,21 +94,21 @@ std::u16string_view CodePageOfEnvironment();
 /// The code page in force for all text without mark: process-wide, made once.
 class AnsiCodePage {
 public:
-    explicit AnsiCodePage(std::u16string_view name);
+    explicit AnsiCodePage(std::u16string_view name) { Choose(name); }
 
+    /// The page; it stays for whoever reads by it even when another one is chosen meanwhile.
     const CodePage& Page() const { return *page_; }
 
-    /// Puts another page in force; throws Failure and keeps the present one when it is refused.
-    void Choose(std::u16string_view name) {
-        page_ = MakeSingleByteCodePage(name);
-        ++revision_;
-    }
+    /// Puts another page in force, from the next file on that is read; throws Failure and keeps
+    /// the present one when it is refused.
+    void Choose(std::u16string_view name);
 
     /// A number that every choice raises.
     std::uint64_t Revision() const { return revision_; }
 
 private:
-    std::unique_ptr<const CodePage> page_;
+    std::vector<std::unique_ptr<const CodePage>> made_; // one of each
+    const CodePage* page_ = nullptr;
     std::uint64_t revision_ = 0;
 };
 

@@ -8,6 +8,7 @@
 #include "textio/RFTSFSO.h"
 
 #include <bit>
+#include <utility>
 
 namespace vexmarrow {
 namespace {
@@ -28,10 +29,24 @@ void TextResult::WriteTextFile(std::u16string_view text, std::u16string_view pat
         }
         file_->Append(BytesOf(text));
     } else {
-        bytes_.clear();
-        textio_.Ansi().Page().Encode(text, bytes_);
+        Encode(text);
         file_->Append(bytes_);
     }
+}
+
+/// Puts the bytes of text in the code page into bytes_.
+void TextResult::Encode(std::u16string_view text) {
+    bytes_.clear();
+    std::u16string joined;
+    if (!heldBack_.empty()) {
+        joined = std::exchange(heldBack_, {}).append(text);
+        text = joined;
+    }
+    if (!text.empty() && text.back() >= 0xD800 && text.back() <= 0xDBFF) {
+        heldBack_ = text.back();
+        text.remove_suffix(1);
+    }
+    textio_.Ansi().Page().Encode(text, bytes_);
 }
 
 void TextResult::WriteTextFile(std::string_view bytes, std::u16string_view path,
@@ -47,12 +62,18 @@ bool TextResult::Start(std::u16string_view path, std::int32_t WriteMode) {
     }
     const WriteStart start = WriteMode <= 1 ? WriteStart::Replace : WriteStart::Append;
     file_.reset(); // only one result is under way at a time
+    heldBack_.clear();
     file_ = writer_.Begin(path, start, source_);
     return start == WriteStart::Replace || !IsExistingFile(path);
 }
 
 void TextResult::Commit() {
     if (file_) {
+        if (!heldBack_.empty()) { // its other half never came
+            bytes_.clear();
+            textio_.Ansi().Page().Encode(heldBack_, bytes_);
+            file_->Append(bytes_);
+        }
         file_->Commit();
         file_.reset();
     }

@@ -41,11 +41,14 @@ public:
 
 private:
     bool Start(std::u16string_view path, std::int32_t WriteMode);
+    void Encode(std::u16string_view text);
 
     const RFTSFSO& textio_;
     FileWriter& writer_;
     InputFile* source_;
     std::string bytes_; // of one write, kept for the next
+    /// The first half of a character whose second half may come with the next write.
+    std::u16string heldBack_;
     std::unique_ptr<PendingFile> file_;
 };
 

@@ -18,6 +18,9 @@ namespace {
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 constexpr std::string_view kUtf16Mark = "\xFF\xFE";
 
+/// Bytes of each half of a character with two units.
+constexpr std::size_t kHalf = 2;
+
 /// How much of a file a search for the end of a line looks at first.
 constexpr std::size_t kFirstLook = 4096;
 
@@ -112,7 +115,13 @@ TextPieces::TextPieces(InputFile file, TextFormat format, const CodePage& page)
 
 bool TextPieces::NextOfStream(std::string_view& bytes) {
     const std::size_t most = kPieceSize * BytesPerCharacter(format_);
-    bytes = format_ == TextFormat::Utf8 ? file_.PeekAll() : file_.Peek(most).substr(0, most);
+    if (format_ == TextFormat::Utf8) {
+        bytes = file_.PeekAll();
+    } else if (format_ == TextFormat::Ansi && page_.HasLongCharacters()) {
+        bytes = PeekLongCharacters();
+    } else {
+        bytes = file_.Peek(most).substr(0, most);
+    }
     if (bytes.empty() && begun_) {
         return false;
     }
@@ -121,13 +130,57 @@ bool TextPieces::NextOfStream(std::string_view& bytes) {
     return true;
 }
 
+/// A piece of text in which characters take several bytes, and some of them two units.
+std::string_view TextPieces::PeekLongCharacters() {
+    constexpr std::size_t kLongest = 4; // bytes of a character
+    partedAtBegin_ = std::exchange(partedAtEnd_, {});
+    std::size_t length = partedAtBegin_.empty() ? 0 : kHalf;
+    std::size_t characters = partedAtBegin_.empty() ? 0 : 1;
+    std::string_view bytes;
+    for (bool more = true; more && characters < kPieceSize;) {
+        const std::size_t lacking = kPieceSize - characters;
+        const std::size_t least = length + std::max(lacking, kFirstLook) + kLongest - 1;
+        bytes = file_.Peek(least);
+        more = bytes.size() >= least;
+        if (bytes.size() - length <= lacking && !more) { // most files: there is nothing to count
+            return bytes;
+        }
+        const CodePage::Stretch stretch = page_.Measure(bytes.substr(length), lacking, more);
+        length += stretch.bytes;
+        characters += stretch.characters;
+    }
+    if (characters > kPieceSize) {
+        page_.Decode(bytes.substr(length - 2 * kHalf, 2 * kHalf), partedAtEnd_);
+        length -= kHalf;
+    }
+    return bytes.substr(0, length);
+}
+
+void TextPieces::Decode(std::string_view bytes) {
+    if (format_ == TextFormat::Utf8) {
+        text_ = TextFromUtf8(bytes);
+        return;
+    }
+    if (!partedAtBegin_.empty()) {
+        bytes.remove_prefix(kHalf);
+    }
+    if (!partedAtEnd_.empty()) {
+        bytes.remove_suffix(kHalf);
+    }
+    DecodeStream(bytes, format_, page_, text_);
+    if (!partedAtBegin_.empty()) {
+        text_.insert(text_.begin(), partedAtBegin_.back());
+    }
+    if (!partedAtEnd_.empty()) {
+        text_.push_back(partedAtEnd_.front());
+    }
+}
+
 bool TextPieces::Next(std::u16string_view& piece) {
     std::string_view bytes;
     const bool found = NextOfStream(bytes);
-    if (found && format_ == TextFormat::Utf8) {
-        text_ = TextFromUtf8(bytes);
-    } else if (found) {
-        DecodeStream(bytes, format_, page_, text_);
+    if (found) {
+        Decode(bytes);
     }
     piece = text_;
     return found;

@@ -39,7 +39,8 @@ public:
     /// one.
     bool Next(std::u16string_view& piece);
 
-    /// The same in the bytes of the file, for text in the code page only.
+    /// The same in the bytes of the file, for text in the code page only. Of a character that lies
+    /// across the end of a piece, half of the bytes are in each.
     bool Next(std::string_view& piece);
 
     /// Makes sure that the file was not changed while it was read.
@@ -52,12 +53,17 @@ public:
 
 private:
     bool NextOfStream(std::string_view& bytes);
+    std::string_view PeekLongCharacters();
+    void Decode(std::string_view bytes);
 
     InputFile file_;
     TextFormat format_;
     const CodePage& page_;
     bool begun_ = false;
     std::u16string text_; // the piece that is shown
+    // The two units of a character that lies across the beginning or the end of that piece.
+    std::u16string partedAtBegin_;
+    std::u16string partedAtEnd_;
 };
 
 /// A text file on its way in, line by line, without the line ends. UTF-8 is divided by

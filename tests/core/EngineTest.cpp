@@ -3,6 +3,7 @@
 
 #include "base/Text.h"
 #include "core/Core.h"
+#include "support/PlainCascade.h"
 
 #include <cerrno>
 #include <random>
@@ -77,8 +78,13 @@ TEST_F(EngineTest, WhatBecomesOfAFile) {
                 {kWhole, kMark8 + "\xC3\xA9", u"\u00C3", u"A", kMark8 + "A\xA9"},
                 {kWhole, "ab", u"a\r\n?", u"\u0416\r\n!", "?b"},
                 {kSets, kMark8 + "\xC3\xA9\xD0\x96", u"\u00E9", u"E", "E?"},
-                {kField, kMark8 + "N:\xC3\xA9\r\n", u"N", u"M", "M:\xE9\r\n\r\n"}};
+                {kField, kMark8 + "N:\xC3\xA9\r\n", u"N", u"M", "M:\xE9\r\n\r\n"},
+                {kWhole, kMark8 + "\xC3\xA9\xC3", u"\u00E9", u"\u0416", kMark8 + "\xD0\x96\xC3"},
+                {kSets, kMark8 + "\xC3\xA9\xFF", u"\u00E9", u"\u0416", "\xD0\x96\xEF\xBF\xBD"},
+                {kData, "\xC3\xA9:\xC3\xA9", u"\u00E9", u"", "\xC3\xA9:\r\n"},
+                {kSets, "\xC3-\xA9", u"-\r\n\u00E9", u"\r\nno", "\xC3\xA9"}};
     for (const auto& row : rows) {
+        ansi.Choose(&row < &rows[5] ? u"windows-1252" : u"UTF-8");
         folder.Write("f", row.input);
         EXPECT_EQ(Replace(row.routine, "f", row.find, row.replace), Strings{});
         EXPECT_EQ(folder.Read("f"), row.output);
@@ -87,50 +93,73 @@ TEST_F(EngineTest, WhatBecomesOfAFile) {
     EXPECT_EQ(calls.openFiles, 0);
 }
 
-// A pair whose text the code page lacks sends a file down the way of characters.
+// Files of a code page are mostly worked on in bytes. What must come out is told in characters:
+// cut into pieces, changed one pair after the other, and encoded together.
 TEST_F(EngineTest, BytesAndCharactersComeToTheSame) {
     std::mt19937 random(7);
-    const std::string letters = "ab:\r\n\xE9\x80\x81?";
-    for (int round = 0; round < 300; ++round) {
-        const auto text = [&](std::size_t most) {
-            std::string bytes(random() % (most + 1), '-');
-            for (char& byte : bytes) {
-                byte = letters[random() % letters.size()];
-            }
-            std::u16string characters;
-            ansi.Page().Decode(bytes, characters);
-            return characters;
-        };
+    const Strings letters{"a",  "b",    ":",    "\n",       "\r\n",         "?",    "\xC3\xA9",
+                          "\r", "\xC3", "\xA9", "\xF0\x9F", "\xED\xA0\xBD", "\x81", "\x98\x80"};
+    const std::string smile = "\xF0\x9F\x98\x80";
+    const auto text = [&](std::size_t most, std::size_t kinds) {
+        std::string bytes;
+        for (std::size_t count = random() % (most + 1); count > 0; --count) {
+            bytes += random() % 8 == 0 ? smile : letters[random() % kinds];
+        }
+        return bytes;
+    };
+    const auto decoded = [&](const std::string& bytes) {
+        std::u16string characters;
+        ansi.Page().Decode(bytes, characters);
+        return characters;
+    };
+    const auto encoded = [&](std::u16string_view characters) {
+        std::string bytes;
+        ansi.Page().Encode(characters, bytes);
+        return bytes;
+    };
+    for (int round = 0; round < 1000; ++round) {
+        ansi.Choose(round % 2 == 0 ? u"UTF-8" : u"windows-1252");
+        const std::size_t kinds = round % 6 == 0 ? letters.size() : 7; // mostly whole characters
         Texts find(1 + random() % 4), replace(find.size());
         for (std::size_t i = 0; i < find.size(); ++i) {
-            find[i] = text(3);
-            replace[i] = text(3);
+            find[i] = decoded(text(3, kinds));
+            replace[i] = decoded(text(2, kinds));
+            if (round % 16 == 0) { // half a smile, or what the page lacks
+                find[i] += u"\xD83D\xDE00\u0416"s[random() % 3];
+                replace[i] += u"\xD83D\xDE00\u0416"s[random() % 3];
+            }
         }
-        std::string before;
-        ansi.Page().Encode(text(400), before);
-        const auto prepare = [&](const std::string& bytes, const std::string& characters) {
-            folder.Remove("bytes"); // overwriting a file that was cut waits for the disk
-            folder.Remove("characters");
-            folder.Write("bytes", bytes);
-            folder.Write("characters", characters);
-        };
-        prepare(before, before);
-        engine.ReplaceTextInFileCombo(folder.Path("bytes"), {find, replace}, kInPlace, 1);
-        find.push_back(u"\u0416");
-        replace.push_back(u"x");
-        engine.ReplaceTextInFileCombo(folder.Path("characters"), {find, replace}, kInPlace, 1);
-        ASSERT_EQ(folder.Read("bytes"), folder.Read("characters")) << "round " << round;
+        const std::string before = (random() % 4 == 0 ? std::string(65'520, '-') : "") +
+                                   text(40, 7) + text(40, letters.size());
+        folder.Remove("f"); // overwriting a file that was cut waits for the disk
+        folder.Write("f", before);
+        engine.ReplaceTextInFileCombo(folder.Path("f"), {find, replace}, kInPlace, 1);
+        std::u16string after;
+        for (std::u16string rest = decoded(before); !rest.empty(); rest.erase(0, kPieceSize)) {
+            std::u16string piece = rest.substr(0, kPieceSize);
+            for (std::size_t i = 0; i < find.size(); ++i) {
+                piece = PlainStep(piece, ReplacementPair{find[i], replace[i]});
+            }
+            after += piece;
+        }
+        ASSERT_TRUE(folder.Read("f") == encoded(after))
+            << "round " << round << testing::PrintToString(find) << testing::PrintToString(replace);
         for (const std::size_t routine : {kField, kData}) {
-            std::u16string characters;
-            ansi.Page().Decode(before, characters);
-            prepare(before, Utf16(characters));
-            Replace(routine, "bytes", find[0], replace[0]);
+            folder.Remove("f");
+            folder.Remove("characters");
+            folder.Write("f", before);
+            folder.Write("characters", Utf16(decoded(before)));
+            Replace(routine, "f", find[0], replace[0]);
             Replace(routine, "characters", find[0], replace[0]);
-            std::u16string result;
-            ansi.Page().Decode(folder.Read("bytes"), result);
-            ASSERT_EQ(Utf16(result), folder.Read("characters")) << "round " << round;
+            TextPieces characters = textio.ReadTextChunks(folder.Path("characters"));
+            std::u16string expected;
+            for (std::u16string_view piece; characters.Next(piece);) {
+                expected += piece;
+            }
+            ASSERT_TRUE(folder.Read("f") == encoded(expected)) << "round " << round;
         }
     }
+    ansi.Choose(u"windows-1252");
     folder.Write("f", "ab");
     Replace(kSets, "f", u"a\r\n\u0416", u"\u0416\r\nb");
     EXPECT_EQ(folder.Read("f"), "bb") << "a later pair finds what the page lacks";
@@ -178,6 +207,29 @@ TEST_F(EngineTest, NoMatchCrossesACutBetweenPieces) {
                     << kRoutines[routine] << " at " << at << " after " << mark;
             }
         }
+    }
+    ansi.Choose(u"UTF-8"); // characters are units of 16 bits, whatever they take in the file
+    const auto times = [](int count, const std::string& what) {
+        std::string all;
+        for (; count > 0; --count) {
+            all += what;
+        }
+        return all;
+    };
+    const std::string smile = "\xF0\x9F\x98\x80", other = "\xF0\x9F\x98\x81", letter = "\xC3\xA9";
+    for (const auto& [bytes, found] :
+         std::map<std::string, bool>{{times(65534, letter) + "ab", true},
+                                     {times(65535, letter) + "ab", false},
+                                     {times(65535, "-") + "ab", false},
+                                     {times(32767, other) + "ab", true},
+                                     {times(32767, other) + "-ab", false},
+                                     {times(65535, "-") + smile + times(65534, "-") + "ab", false},
+                                     {times(65535, "-") + smile + times(65533, "-") + "ab", true},
+                                     {times(65534, "-") + smile, true},
+                                     {times(65535, "-") + smile, false}}) {
+        folder.Write("f", bytes);
+        Replace(kSets, "f", u"ab\r\n\U0001F600", u"\u00E9\r\nx");
+        EXPECT_EQ(folder.Read("f") != bytes, found) << bytes.size();
     }
 }
 

@@ -38,6 +38,18 @@ TEST(Utf8, IsReadAsIcuReadsItAndNamesComeBackByteForByte) {
         const std::u16string name = TextFromNativeName(bytes);
         ASSERT_EQ(NativeName(name), bytes) << testing::PrintToString(bytes);
         ASSERT_EQ(name == text, text.find(u'\uFFFD') == std::u16string::npos);
+        ASSERT_EQ(IsUtf8(bytes), name == text);
+        const std::size_t most = random() % 40;
+        const Utf8Stretch stretch = MeasureUtf8(bytes, most, false);
+        const bool parts = stretch.units == most + 1; // a character of two units
+        ASSERT_TRUE(parts ? name[most] >= 0xDC00 : stretch.units == std::min(most, name.size()));
+        ASSERT_EQ(NativeName(name.substr(0, stretch.units)), bytes.substr(0, stretch.bytes));
+        const std::size_t there = random() % (bytes.size() + 1);
+        const std::size_t taken = MeasureUtf8(bytes.substr(0, there), 40, true).bytes;
+        ASSERT_TRUE(taken <= there && taken + 3 >= there);
+        ASSERT_EQ(TextFromNativeName(bytes.substr(0, taken)) +
+                      TextFromNativeName(bytes.substr(taken)),
+                  name);
     }
     EXPECT_EQ(TextFromNativeName("a\xE9\xF0\x9F"), (std::u16string{u'a', 0xDCE9, 0xDCF0, 0xDC9F}));
 }
@@ -77,8 +89,8 @@ TEST(CodePage, EveryByteComesOutAsItWentIn) {
 TEST(CodePage, ARefusedPageLeavesTheOneInForce) {
     AnsiCodePage ansi(u"windows-1251");
     for (const std::u16string_view name :
-         {u"utf-8", u"UTF-16LE", u"utf-7", u"shift_jis", u"gb18030", u"big5", u"euc-kr",
-          u"iso-2022-jp", u"hz", u"ibm-37", u"ibm-1047", u"", u" ", u"no such page", u"\u0416"}) {
+         {u"UTF-16LE", u"utf-7", u"shift_jis", u"gb18030", u"big5", u"euc-kr", u"iso-2022-jp",
+          u"hz", u"ibm-37", u"ibm-1047", u"", u" ", u"no such page", u"\u0416"}) {
         EXPECT_THROW(ansi.Choose(name), Failure) << NativeName(name);
         EXPECT_EQ(ansi.Page().Name(), u"windows-1251");
     }

@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "base/Utf8.h"
+#include "textio/CodePage.h"
+
+namespace vexmarrow {
+namespace {
+
+class Utf8CodePage final : public CodePage {
+public:
+    std::u16string_view Name() const override { return u"UTF-8"; }
+
+    void Decode(std::string_view bytes, std::u16string& text) const override {
+        DecodeUtf8(bytes, text);
+    }
+
+    void Encode(std::u16string_view text, std::string& bytes) const override {
+        EncodeUtf8(text, bytes, kLackingCharacter);
+    }
+
+    int CodeOf(char16_t character) const override { return character; }
+
+    std::optional<std::string> SearchableBytes(std::u16string_view text) const override {
+        std::string bytes;
+        EncodeUtf8(text, bytes, '\xFF'); // which is never UTF-8
+        return IsUtf8(bytes) ? std::optional(std::move(bytes)) : std::nullopt;
+    }
+
+    bool IsExactInBytes(std::string_view bytes) const override { return IsUtf8(bytes); }
+    bool HasLongCharacters() const override { return true; }
+
+    Stretch Measure(std::string_view bytes, std::size_t most, bool more) const override {
+        const Utf8Stretch stretch = MeasureUtf8(bytes, most, more);
+        return {stretch.bytes, stretch.units};
+    }
+};
+
+} // namespace
+
+std::unique_ptr<const CodePage> MakeUtf8CodePage() {
+    return std::make_unique<Utf8CodePage>();
+}
+
+} // namespace vexmarrow
