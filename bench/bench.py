@@ -11,7 +11,8 @@ import statistics
 import sys
 import time
 
-from corpus import CODE_PAGE, HALF, HALF_FIELD, Corpus, in_code_page, replaced, replaced_in_part
+from corpus import (CODE_PAGE, HALF, HALF_FIELD, Corpus, cyrillic_file, cyrillic_pairs, in_code_page,
+                    replaced, replaced_in_part)
 from measure import (Contender, Failed, Sample, Table, Tree, check, compete, figures, median, process, read,
                      spread)
 
@@ -90,10 +91,11 @@ class Bench:
 
     # Who works.
 
-    def run(self, work, mode, tree, pairs, folder="-"):
+    def run(self, work, mode, tree, pairs, folder="-", page="windows-1252"):
         """Our own run over the files of a tree; its time is that from the click to the end."""
         texts = [self.sets_file(pairs, "utf-8")] if mode == "sets" else list(pairs[0])
-        _, said = process([self.programs + "/run_bench", mode, tree.list, folder] + texts, env=self.env)
+        _, said = process([self.programs + "/run_bench", mode, tree.list, folder] + texts,
+                          env=dict(self.env, VEXMARROW_BENCH_PAGE=page))
         seconds, user, system, peak = said.split()
         self.peaks.append((int(peak), work))
         return Sample(float(seconds), float(user) + float(system))
@@ -283,6 +285,34 @@ class Bench:
             self.copy(copy, source)])
         self.table.compare(work("1"), samples, "1", "cp -r", 0.5)
         self.table.compare(work("1,000"), samples, "1,000", "cp -r", 0.8)
+
+    def in_encoding(self, work, files, page, encoding, pairs):
+        """A run over files of a code page, once they are in that encoding, which is also the page in
+        force."""
+        files = {name: data.decode(page).encode(encoding) for name, data in files.items()}
+        tree = self.tree("tmpfs", "%s-%s" % (encoding, "-".join(work.split()[:3])), files)
+        many = len(pairs) > 10 and sum(map(len, files.values())) > 8 * MIB
+        proven = list(files)[::max(1, len(files) // 200)] if len(files) > 1 else [] if many else list(files)
+        expected = [(name, replaced(files[name], pairs, encoding)) for name in proven]
+        mode = "whole" if len(pairs) == 1 else "sets"
+        return Contender(encoding, lambda: self.run(work, mode, tree, pairs, page=encoding), tree.restore,
+                         lambda: check("our run", tree.folder, expected))
+
+    @row("utf8")
+    def utf8(self):
+        size = self.big // 4
+        mib = size // MIB
+        western = lambda count: [HALF] if count == 1 else self.corpus.sets(count)
+        # Of Cyrillic, UTF-8 makes twice as many bytes.
+        for what, files, page, pairs_of, aim in (
+                ("%d vCards" % self.cards, self.corpus.cards, CODE_PAGE, western, 1.2),
+                ("%d MB file" % mib, {"big.vcf": self.corpus.big_file(size)}, CODE_PAGE, western, 1.2),
+                ("%d MB Cyrillic" % mib, {"big.vcf": cyrillic_file(size)}, "cp1251", cyrillic_pairs, 2.4)):
+            for count in (1, 1000):
+                work = "%s in UTF-8, %d pairs, in place, tmpfs" % (what, count)
+                samples = self.compete([self.in_encoding(work, files, page, encoding, pairs_of(count))
+                                        for encoding in (page, "utf-8")])
+                self.table.compare(work, samples, "utf-8", page, aim)
 
     @row("cascade")
     def cascade(self):

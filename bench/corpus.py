@@ -93,18 +93,33 @@ class Corpus:
         return (b"".join(blocks) * (size // (BLOCK * len(blocks)) + 1))[:size]
 
 
-def in_code_page(pairs):
-    return [(find.encode(CODE_PAGE), replace.encode(CODE_PAGE)) for find, replace in pairs]
+def cyrillic_file(size):
+    """Lines of letters that each take two bytes in UTF-8. A whole number of lines makes a block."""
+    rng = random.Random(SEED)
+    words = ["".join(chr(0x430 + rng.randrange(32)) for _ in range(7)) for _ in range(2000)]
+    lines = [" ".join(rng.choices(words, k=16))[:126] + "\r\n" for _ in range(4096)]
+    block = "".join(lines).encode("cp1251")
+    return block * (size // len(block))
 
 
-def replaced(data, pairs):
+def cyrillic_pairs(count):
+    """The first is found often; of the others most are found nowhere."""
+    letters = lambda number: "".join(chr(0x430 + (number * 7 >> shift) % 32) for shift in (0, 3, 6, 9, 12))
+    return [("\u043e\u043d", "\u043d")] + [(letters(i), letters(i)[:2]) for i in range(1, count)]
+
+
+def in_code_page(pairs, page=CODE_PAGE):
+    return [(find.encode(page), replace.encode(page)) for find, replace in pairs]
+
+
+def replaced(data, pairs, page=CODE_PAGE):
     """What has to come of a file: the pairs one after the other."""
     if data.startswith(b"\xff\xfe"):
         text = data.decode("utf-16-le")
         for find, replace in pairs:
             text = text.replace(find, replace)
         return text.encode("utf-16-le")
-    for find, replace in in_code_page(pairs):
+    for find, replace in in_code_page(pairs, page):
         data = data.replace(find, replace)
     return data
 

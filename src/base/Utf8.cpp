@@ -100,6 +100,45 @@ std::size_t AsciiRun(std::basic_string_view<Unit> units) {
     return run;
 }
 
+/// Some well-formed UTF-8 with which `bytes` begin, and its units; nothing when there are few bytes
+/// or something is wrong with them. Compilers make vector instructions of the loop as long as all
+/// in it are bytes.
+Utf8Stretch WholeBlock(std::string_view bytes) {
+    constexpr std::size_t kBlock = 128;
+    constexpr std::size_t kBefore = 3; // so far is a character's last byte from its first
+    if (bytes.size() < kBlock) {
+        return {};
+    }
+    // A character may go on behind the block: the last one is left out unless it is of ASCII.
+    std::size_t end = kBlock;
+    while (end > kBlock - kBefore && (static_cast<std::uint8_t>(bytes[end - 1]) & 0xC0U) == 0x80) {
+        --end;
+    }
+    end = static_cast<std::uint8_t>(bytes[end - 1]) >= 0x80 ? end - 1 : end;
+
+    std::array<std::uint8_t, kBefore + kBlock> block{};
+    std::memcpy(block.data() + kBefore, bytes.data(), end);
+    const std::uint8_t* const at = block.data() + kBefore;
+    std::uint8_t wrong = 0;
+    std::uint8_t units = 0; // no more than bytes
+    for (std::ptrdiff_t i = 0; i < static_cast<std::ptrdiff_t>(kBlock); ++i) {
+        const std::uint8_t byte = at[i];
+        const std::uint8_t before = at[i - 1];
+        const bool follows = (byte & 0xC0U) == 0x80;
+        const bool must = (before >= 0xC0) | (at[i - 2] >= 0xE0) | (at[i - 3] >= 0xF0);
+        // Overlong forms, surrogates, and what lies above U+10FFFF.
+        const bool never = (byte == 0xC0) | (byte == 0xC1) | (byte >= 0xF5) |
+                           ((before == 0xE0) & (byte < 0xA0)) |
+                           ((before == 0xED) & (byte >= 0xA0)) |
+                           ((before == 0xF0) & (byte < 0x90)) | ((before == 0xF4) & (byte >= 0x90));
+        wrong |= static_cast<std::uint8_t>((follows != must) | never);
+        const auto one = static_cast<std::uint8_t>(!follows);
+        const auto another = static_cast<std::uint8_t>(byte >= 0xF0);
+        units = static_cast<std::uint8_t>(units + one + another);
+    }
+    return wrong != 0 ? Utf8Stretch() : Utf8Stretch{end, units - (kBlock - end)};
+}
+
 /// Appends the characters of `bytes`; `malformed(part)` appends what a maximal ill-formed part
 /// becomes: at most one unit for each of its bytes.
 template <typename OnMalformed>
@@ -213,36 +252,41 @@ void EncodeUtf8(std::u16string_view text, std::string& bytes, char lacking) {
 }
 
 bool IsUtf8(std::string_view bytes) {
-    for (std::size_t at = AsciiRun(bytes); at < bytes.size(); at += AsciiRun(bytes.substr(at))) {
-        while (at < bytes.size() && static_cast<std::uint8_t>(bytes[at]) >= 0x80) {
-            const Part part = PartAt(bytes, at);
-            if (!part.whole) {
-                return false;
-            }
-            at += part.length;
+    std::size_t at = AsciiRun(bytes);
+    while (at < bytes.size()) {
+        const std::size_t block = WholeBlock(bytes.substr(at)).bytes;
+        const Part part = block > 0 ? Part{} : PartAt(bytes, at);
+        if (block == 0 && !part.whole) {
+            return false;
         }
+        at += block > 0 ? block : part.length;
+        at += AsciiRun(bytes.substr(at));
     }
     return true;
 }
 
 Utf8Stretch MeasureUtf8(std::string_view bytes, std::size_t most, bool more) {
     Utf8Stretch stretch;
+    const auto take = [&](std::size_t length, std::size_t units) {
+        stretch.bytes += length;
+        stretch.units += units;
+    };
     while (stretch.bytes < bytes.size() && stretch.units < most) {
-        const std::size_t run = AsciiRun(bytes.substr(stretch.bytes, most - stretch.units));
-        stretch.bytes += run;
-        stretch.units += run;
-        while (stretch.bytes < bytes.size() && stretch.units < most &&
-               static_cast<std::uint8_t>(bytes[stretch.bytes]) >= 0x80) {
-            const Part part = PartAt(bytes, stretch.bytes);
+        const std::string_view rest = bytes.substr(stretch.bytes);
+        const std::size_t room = most - stretch.units;
+        if (const std::size_t run = AsciiRun(rest.substr(0, room)); run > 0) {
+            take(run, run);
+        } else if (const Utf8Stretch block = WholeBlock(rest.substr(0, room)); block.bytes > 0) {
+            take(block.bytes, block.units);
+        } else {
+            const Part part = PartAt(rest, 0);
             if (part.open && more) {
-                return stretch;
+                break;
             }
-            if (!part.whole && part.length > most - stretch.units) { // its bytes can be parted
-                stretch.bytes += most - stretch.units;
-                stretch.units = most;
+            if (!part.whole && part.length > room) { // its bytes can be parted
+                take(room, room);
             } else {
-                stretch.bytes += part.length;
-                stretch.units += part.Units();
+                take(part.length, part.Units());
             }
         }
     }

@@ -38,7 +38,7 @@ bool ByteCascade::Apply(View text, std::string& result) const {
     if (!bytes_.Apply(text, result)) {
         return false; // where no bytes are found, no characters are
     }
-    if (page_.IsExactInBytes(text)) {
+    if (!several_ || page_.IsExactInBytes(text)) {
         return true;
     }
     std::u16string characters;

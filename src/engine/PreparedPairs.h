@@ -28,13 +28,14 @@ public:
     /// `bytes` are those of `pairs`, which must outlive this.
     ByteCascade(const CodePage& page, std::vector<BasicReplacementPair<char>> bytes,
                 PreparedPairs& pairs)
-        : page_(page), bytes_(std::move(bytes)), pairs_(pairs) {}
+        : page_(page), several_(bytes.size() > 1), bytes_(std::move(bytes)), pairs_(pairs) {}
 
     /// As BasicCascade does.
     bool Apply(View text, std::string& result) const;
 
 private:
     const CodePage& page_;
+    bool several_; // so that one can find what another has made
     BasicCascade<char> bytes_;
     PreparedPairs& pairs_;
 };

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <string_view>
+#include <type_traits>
 
 namespace vexmarrow {
 
@@ -27,8 +28,13 @@ constexpr std::array<double, 128> kAsciiShares = [] {
 template <typename Unit>
 double UnitShare(Unit unit) {
     constexpr double kOutsideAscii = 0.006;
-    const auto value = static_cast<char32_t>(unit); // large if a char is negative
-    return value < kAsciiShares.size() ? kAsciiShares[value] : kOutsideAscii;
+    // In UTF-8 these begin the characters of a script, so there are more of them than of others.
+    constexpr double kFirstOfSeveral = 0.03;
+    const auto value = static_cast<char32_t>(std::make_unsigned_t<Unit>(unit));
+    if (value < kAsciiShares.size()) {
+        return kAsciiShares[value];
+    }
+    return sizeof(Unit) == 1 && value >= 0xC0 ? kFirstOfSeveral : kOutsideAscii;
 }
 
 } // namespace vexmarrow

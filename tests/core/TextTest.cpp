@@ -27,11 +27,21 @@ std::u16string ByIcu(std::string_view bytes) {
 TEST(Utf8, IsReadAsIcuReadsItAndNamesComeBackByteForByte) {
     const std::string hostile = "aZ\x7F\x80\x8F\x90\x9F\xA0\xBF\xC0\xC1\xC2\xDF\xE0\xE1\xEC\xED\xEE"
                                 "\xEF\xF0\xF1\xF3\xF4\xF5\xF8\xFE\xFF";
+    const Strings well{"a", "\xC3\xA9", "\xE2\x82\xAC", "\xF0\x9F\x98\x80"};
+    const Strings ill{"\xC0\xAF",         "\xC1\xBF",         "\xE0\x9F\xBF",
+                      "\xED\xA0\x80",     "\xF0\x8F\xBF\xBF", "\xF4\x90\x80\x80",
+                      "\xF5\x80\x80\x80", "\xE2\x82",         "\xF0\x9F\x98"};
     std::mt19937 random(20260101);
     for (int round = 0; round < 40000; ++round) {
-        std::string bytes(random() % 40, '\0');
+        std::string bytes(random() % (round % 4 == 0 ? 5 : 40), '\0');
         for (char& byte : bytes) {
             byte = random() % 8 == 0 ? static_cast<char>(random()) : hostile[random() % 27];
+        }
+        for (std::size_t i = round % 4 == 0 ? 120 : 0; i > 0; --i) { // so much is read at a glance
+            bytes.insert(i % 2 == 0 ? 0 : bytes.size(), well[random() % 4]);
+        }
+        if (round % 8 == 0) {
+            bytes.insert(bytes.size() / 2, ill[random() % ill.size()]);
         }
         const std::u16string text = TextFromUtf8(bytes);
         ASSERT_EQ(text, ByIcu(bytes)) << testing::PrintToString(bytes);
@@ -39,13 +49,13 @@ TEST(Utf8, IsReadAsIcuReadsItAndNamesComeBackByteForByte) {
         ASSERT_EQ(NativeName(name), bytes) << testing::PrintToString(bytes);
         ASSERT_EQ(name == text, text.find(u'\uFFFD') == std::u16string::npos);
         ASSERT_EQ(IsUtf8(bytes), name == text);
-        const std::size_t most = random() % 40;
+        const std::size_t most = random() % (round % 4 == 0 ? 400 : 40);
         const Utf8Stretch stretch = MeasureUtf8(bytes, most, false);
         const bool parts = stretch.units == most + 1; // a character of two units
         ASSERT_TRUE(parts ? name[most] >= 0xDC00 : stretch.units == std::min(most, name.size()));
         ASSERT_EQ(NativeName(name.substr(0, stretch.units)), bytes.substr(0, stretch.bytes));
         const std::size_t there = random() % (bytes.size() + 1);
-        const std::size_t taken = MeasureUtf8(bytes.substr(0, there), 40, true).bytes;
+        const std::size_t taken = MeasureUtf8(bytes.substr(0, there), bytes.size(), true).bytes;
         ASSERT_TRUE(taken <= there && taken + 3 >= there);
         ASSERT_EQ(TextFromNativeName(bytes.substr(0, taken)) +
                       TextFromNativeName(bytes.substr(taken)),
