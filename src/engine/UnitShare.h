@@ -28,8 +28,8 @@ constexpr std::array<double, 128> kAsciiShares = [] {
 template <typename Unit>
 double UnitShare(Unit unit) {
     constexpr double kOutsideAscii = 0.006;
-    // In UTF-8 these begin the characters of a script, so there are more of them than of others.
-    constexpr double kFirstOfSeveral = 0.03;
+    // In UTF-8 these begin all characters of a script: the others are the better choice.
+    constexpr double kFirstOfSeveral = 0.007;
     const auto value = static_cast<char32_t>(std::make_unsigned_t<Unit>(unit));
     if (value < kAsciiShares.size()) {
         return kAsciiShares[value];
