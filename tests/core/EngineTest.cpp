@@ -165,6 +165,23 @@ TEST_F(EngineTest, BytesAndCharactersComeToTheSame) {
     EXPECT_EQ(folder.Read("f"), "bb") << "a later pair finds what the page lacks";
 }
 
+TEST_F(EngineTest, AnyBytesComeOutOfAnyPageAsTheyWentIn) {
+    std::mt19937 random(11);
+    for (const ChoosableCodePage& page : ChoosableCodePages()) {
+        ansi.Choose(page.name);
+        std::string bytes = "-"; // and no mark
+        for (int i = 0; i < 200'000; ++i) {
+            bytes += static_cast<char>(random() % 3 == 0 ? 0xC0 + random() % 64 : random());
+        }
+        folder.Write("f", bytes);
+        for (const std::u16string_view find : {u"nowhere", u"\xDC00"}) { // as bytes, as characters
+            Replace(kWhole, "f", find, u"?");
+            Replace(kSets, "f", find, u"?");
+            EXPECT_TRUE(folder.Read("f") == bytes) << NativeName(page.name);
+        }
+    }
+}
+
 TEST_F(EngineTest, PairsStayReadyUntilTheyChange) {
     const auto result = [&](std::u16string_view find, std::u16string_view replace) {
         folder.Write("f", "a:a\xE9");

@@ -65,6 +65,17 @@ class OracleTest(unittest.TestCase):
         oracle.result(b"\xef\xbb\xbf", SETS, sets=[])
         self.assertEqual(oracle.result(b"ab", WHOLE, "a", "c"), b"cb")
 
+    def test_utf8_as_the_code_page(self):
+        smile = "\U0001f600"
+        for data, sets, expected in (
+                (b"\xc3\xa9\xe9\xf0\x9f", [("\u00e9", "\u0416" + smile)], b"\xd0\x96\xf0\x9f\x98\x80\xe9\xf0\x9f"),
+                (b"\xc3-\xa9", [("-", ""), ("\u00e9", "no")], b"\xc3\xa9"),
+                (b"\xef\xbb\xbf\xc3\xa9\xff", [("\u00e9", "e")], b"e\xef\xbf\xbd"),
+                (smile.encode(), [("\ud83d", "x")], b"x?"),
+                (b"." * (PIECE - 1) + smile.encode() * 2, [(smile, "x")], b"." * (PIECE - 1) + smile.encode() + b"x")):
+            with self.subTest(data=data[-20:], sets=sets):
+                self.assertEqual(Oracle("UTF-8").result(data, SETS, sets=sets), expected)
+
     def test_find_lines_without_partner_are_reported(self):
         oracle = Oracle()
         self.assertEqual(oracle.result(b"AB", WHOLE, "A\nB\n", "1"), b"1B")

@@ -259,6 +259,16 @@ class Program(Controls):
         self.press("Save Sets")
         self._accept_file_dialog("Save", "File name:", path, "Save")
 
+    def load_sets(self, path, separator=None):
+        """Loads a sets file through its dialog; without a separator, with the one that stands there."""
+        self.press("Load Sets")
+        dialog = self.dialog("Load Sets")
+        dialog.type("File To Load:", path)
+        if separator is not None:
+            dialog.type("Separator:", separator)
+        dialog.press("Load")
+        self.wait_closed(dialog)
+
     def add_folder(self, folder, count):
         """Adds a folder of `count` files through the folder dialog; waits for their rows."""
         before = self.row_count()

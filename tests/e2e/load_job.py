@@ -28,15 +28,6 @@ class LoadSetsTest(WindowTest):
         "hi::hello", "peter::pete",
     ]
 
-    def load(self, program, path, separator=None):
-        program.press("Load Sets")
-        dialog = program.dialog("Load Sets")
-        dialog.type(self.FILE, path)
-        if separator is not None:
-            dialog.type(self.SEPARATOR, separator)
-        dialog.press("Load")
-        program.wait_closed(dialog)
-
     def test_round_trip(self):
         sets = [("TEL", "FON"), ("FON", ""), (" \u00e9 ", "\u20ac"), ("", "x"), ("TEL", "FON")]
         lines = "".join("%s::%s\r\n" % pair for pair in sets).encode("cp1252")
@@ -49,8 +40,8 @@ class LoadSetsTest(WindowTest):
             wait_until(lambda: os.path.exists(path), "the sets file")
             self.assertEqual(read(path), lines)
             program.press("Clear")
-            self.load(program, path)
-            self.load(program, path)
+            program.load_sets(path)
+            program.load_sets(path)
             self.assertEqual(program.sets(), sets * 2)
             write(again, b"old")
             for button, expected in (("No", b"old"), ("Yes", lines * 2)):
@@ -71,7 +62,7 @@ class LoadSetsTest(WindowTest):
         with self.program() as program:
             program.tab(SETS)
             for number, (separator, data, loaded) in enumerate(contents):
-                self.load(program, self.file("%d.txt" % number, data=data), separator)
+                program.load_sets(self.file("%d.txt" % number, data=data), separator)
                 sets += loaded
                 self.assertEqual(program.sets(), sets)
             program.tab(SINGLE)
@@ -82,7 +73,7 @@ class LoadSetsTest(WindowTest):
             program.replace_all()
             self.assertEqual(faults(Oracle().run(samples(), results, SETS, sets=sets)), [])
         with self.program() as program:  # the separator is remembered
-            self.load(program, os.path.join(self.work, "2.txt"))
+            program.load_sets(os.path.join(self.work, "2.txt"))
             self.assertEqual(program.sets(), contents[2][2])
 
     def test_what_the_dialog_says(self):

@@ -62,6 +62,7 @@ class ResultsTest(WindowTest):
             "empty.vcf": b"",
             "zo\u00e9 & s\u00f6hne; 50%, <b>(2)#.vcf": read(os.path.join(SAMPLES, "western-accents-2-1.vcf")),
             "utf-8 mark alone.vcf": b"\xef\xbb\xbf",
+            "some of it is utf-8.vcf": b"N:\xc3\xa9\xe9;\xf0\x9f\x9a\xa2\xf0\x9f\xc3e\xa9\r\n" * 9000,
             "utf-16 big-endian.vcf": b"\xfe\xff" + "TEL:e\r\n".encode("utf-16-be") + b"e",
         }
         for name, content in data.items():
@@ -69,9 +70,16 @@ class ResultsTest(WindowTest):
         return [os.path.join(folder, name) for name in sorted(data)]
 
     def test_results_in_a_folder(self):
+        self.results_in_a_folder("windows-1252")
+
+    def test_results_in_a_folder_with_utf8_as_the_code_page(self):
+        write(os.path.join(self.work, "config", "Quillmoor.ini"), b"[Vexmarrow%20Software]\nAnsiCodePage=UTF-8\n")
+        self.results_in_a_folder("UTF-8")
+
+    def results_in_a_folder(self, page):
         paths = self.made_files() + samples()
         before = {path: read(path) for path in paths}
-        oracle = Oracle()
+        oracle = Oracle(page)
         with self.program() as program:
             program.add_files(paths)
             self.assertEqual(program.rows(), paths)

@@ -21,27 +21,32 @@ UTF8_MARK = b"\xef\xbb\xbf"
 UTF16_MARK = b"\xff\xfe"
 
 
-def _code_page():
-    """The 256 characters of windows-1252; a byte that it leaves open is the control of that value."""
-    table = []
-    for byte in range(256):
-        try:
-            table.append(bytes([byte]).decode("cp1252"))
-        except UnicodeDecodeError:
-            table.append(chr(byte))
-    return table
+class SingleBytePage:
+    """windows-1252; a byte that it leaves open is the control of that value."""
+
+    _DECODE = [bytes([byte]).decode("cp1252", "ignore") or chr(byte) for byte in range(256)]
+    _ENCODE = {character: byte for byte, character in enumerate(_DECODE)}
+
+    def decode(self, data):
+        return "".join(self._DECODE[byte] for byte in data)
+
+    def encode(self, text):
+        return bytes(self._ENCODE.get(unit, ord("?")) for unit in text)
 
 
-_DECODE = _code_page()
-_ENCODE = {character: byte for byte, character in enumerate(_DECODE)}
+class Utf8Page:
+    """UTF-8 as a code page: a byte that is no part of a character is a unit of its own."""
+
+    def decode(self, data):
+        return units(data.decode("utf-8", "surrogateescape"))
+
+    def encode(self, text):
+        whole = text.encode("utf-16-le", "surrogatepass").decode("utf-16-le", "surrogatepass")
+        return b"".join(b"?" if re.match("[\ud800-\udc7f\udd00-\udfff]", character)
+                        else character.encode("utf-8", "surrogateescape") for character in whole)
 
 
-def from_ansi(data):
-    return "".join(_DECODE[byte] for byte in data)
-
-
-def to_ansi(text):
-    return bytes(_ENCODE.get(unit, ord("?")) for unit in text)
+PAGES = {"windows-1252": SingleBytePage(), "UTF-8": Utf8Page()}
 
 
 def from_utf16(data):
@@ -85,7 +90,8 @@ def replace_all(text, find, replacement):
 class Oracle:
     """The program as far as its results go; it remembers what the program remembers between files."""
 
-    def __init__(self):
+    def __init__(self, page="windows-1252"):
+        self.page = PAGES[page]
         self.unicode = False
         self.reports = 0
 
@@ -95,10 +101,10 @@ class Oracle:
         return data[:3] == UTF8_MARK
 
     def _decode(self, data):
-        return from_utf16(data) if self.unicode else from_ansi(data)
+        return from_utf16(data) if self.unicode else self.page.decode(data)
 
     def _encode(self, text):
-        return to_utf16(text) if self.unicode else to_ansi(text)
+        return to_utf16(text) if self.unicode else self.page.encode(text)
 
     def _pieces(self, data):
         text = self._decode(data)

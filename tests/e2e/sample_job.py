@@ -15,7 +15,7 @@ import sys
 import tempfile
 
 import driver
-from oracle import UTF16_MARK, WHOLE, Oracle, faults, from_ansi, from_utf16, split_lines
+from oracle import PAGES, UTF16_MARK, WHOLE, Oracle, faults, from_utf16, split_lines
 
 FIND = "brightwater.example\nBrightwater Ferries"
 REPLACE = "clearbrook.example\nClearbrook Lines"
@@ -28,7 +28,7 @@ def readable_lines(data):
     try:
         return split_lines(data.decode("utf-8-sig"))
     except UnicodeDecodeError:
-        return split_lines(from_ansi(data))
+        return split_lines(PAGES["windows-1252"].decode(data))
 
 
 def show_changes(path, result):
