@@ -101,6 +101,12 @@ TEST_F(Files, UnusualCharacters) {
         EXPECT_TRUE(HasUnusualCharacters(std::u16string{u'a', unusual}, *page))
             << static_cast<int>(unusual);
     }
+    const auto utf8 = MakeUtf8CodePage();
+    EXPECT_FALSE(HasUnusualCharacters(u" ~caf\u00E9\u20AC\u0178\u0416\U0001F600\xDCE9", *utf8));
+    for (const char16_t unusual : u"\t\x1F?\x7F\u0081\u009F"s) {
+        EXPECT_TRUE(HasUnusualCharacters(std::u16string{u'a', unusual}, *utf8))
+            << static_cast<int>(unusual);
+    }
 }
 
 TEST_F(Files, Attributes) {

@@ -79,6 +79,11 @@ TEST_F(ListSourcesTest, ListFiles) {
     adding.LoadListFiles();
     EXPECT_EQ(list.Row(list.Count() - 1) + list.Row(list.Count()), u"\u0416 x");
     EXPECT_EQ(replaced(), Utf16(u"cd"));
+    ansi.Choose(u"UTF-8"); // in which every name can be written down
+    folder.Write("utf8", "/\xC3\xA9\xE9.vcf\n");
+    pickers.files = {{folder.Path("utf8")}};
+    adding.LoadListFiles();
+    EXPECT_EQ(list.Row(list.Count()), TextFromNativeName("/\xC3\xA9\xE9.vcf"));
     loop.whenTold[loop.told.size() + 2] = [] { throw ProgramEnded(); };
     pickers.files = {{folder.Path("ansi")}};
     EXPECT_THROW(adding.LoadListFiles(), ProgramEnded);
@@ -201,6 +206,8 @@ TEST_F(ListSourcesTest, SetsLoaded) {
     }
     EXPECT_EQ(load(kMark8 + "\xD0\x96::b\r\nc::\nd\r\n", u"::"), "(\xD0\x96)(c)=(b)(\nd)=");
     EXPECT_EQ(load(Utf16(u"\u0416::b\nc::d\n"), u"::"), "(\xD0\x96)(c)=(b)(d)=");
+    ansi.Choose(u"UTF-8");
+    EXPECT_EQ(load("\xD0\x96::\xC3\xA9\nc::d", u"::"), "(\xD0\x96)(c)=(\xC3\xA9)(d)=");
     sets = SetList();
     for (std::size_t i = 0; i < 10'000; ++i) {
         sets.Add(std::u16string(i % 7, u'\u00E9') + u":f", std::u16string(i % 5, u' '));

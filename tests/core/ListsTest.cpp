@@ -200,6 +200,9 @@ TEST_F(ListsTest, SetsSaved) {
     EXPECT_EQ(folder.Read("f"), "a::b\r\nc::\r\n") << "No leaves the file";
     save("f", {Answer::Yes});
     EXPECT_EQ(folder.Read("f"), "a::b\r\nc::\r\n?\xE9::::\n\r\n");
+    ansi.Choose(u"UTF-8");
+    save("f", {Answer::Yes});
+    EXPECT_EQ(folder.Read("f"), "a::b\r\nc::\r\n\xD0\x96\xC3\xA9::::\n\r\n");
     EXPECT_EQ(save("", {Answer::Yes}), (Strings{question + " ?", report})); // a folder
     EXPECT_EQ(save("gone/f"), Strings{report});
     EXPECT_TRUE(flags.IsUtf8 && flags.IsUnicode);
