@@ -14,6 +14,7 @@
 #         bench    what the benchmarks need besides: their library, and the tools
 #                  that the program is measured against
 #         check    what checks the format and the soundness of the code
+#         pictures what gives the window the dark colours of a desktop, for pictures of it
 #         fuzz     what builds and runs the fuzz targets: the compiler that has
 #                  libFuzzer, its runtime, and what names lines in its reports
 set -euo pipefail
@@ -28,6 +29,7 @@ packages_of() {
         libxtst6 scrot x11-utils wmctrl ;;
     bench) echo libbenchmark-dev strace perl sed coreutils ;;
     check) echo clang-format clang-tidy ;;
+    pictures) echo qt6ct ;;
     fuzz) echo clang libclang-rt-14-dev llvm cmake ninja-build pkg-config libicu-dev libxxhash-dev ;;
     *) return 1 ;;
     esac
@@ -40,6 +42,7 @@ reason_of() {
     test) echo "to build and run the tests, and the window where there is no display" ;;
     bench) echo "to measure how fast it is" ;;
     check) echo "to check the code" ;;
+    pictures) echo "to take pictures of the window in dark colours" ;;
     fuzz) echo "to build and run the fuzz targets" ;;
     esac
 }

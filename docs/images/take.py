@@ -1,0 +1,70 @@
+# SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+# SPDX-License-Identifier: MIT
+"""Does a small job in the real window and takes a picture after each of its three steps.
+
+    on-virtual-display.sh /usr/bin/python3 take.py PROGRAM FOLDER light|dark
+
+The sample files are copied to a folder whose name is to be seen in the pictures.
+"""
+
+import os
+import shutil
+import sys
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "tests", "e2e"))
+
+import bus  # noqa: E402 (they lie in the folder that was just named)
+import driver  # noqa: E402
+
+DARK = "/usr/share/qt6ct/colors/darker.conf"
+
+
+def darken():
+    """Has the toolkit take the dark colours of a desktop."""
+    folder = os.path.join(os.environ["XDG_CONFIG_HOME"], "qt6ct")
+    os.makedirs(folder)
+    with open(os.path.join(folder, "qt6ct.conf"), "w", encoding="utf-8") as file:
+        file.write("[Appearance]\ncolor_scheme_path=%s\ncustom_palette=true\nstyle=Fusion\n" % DARK)
+    os.environ["QT_QPA_PLATFORMTHEME"] = "qt6ct"
+
+
+def take(program, path):
+    """A picture of the main window without its frame, as it is when it has come to rest."""
+    area = program.window.queryComponent().getExtents(bus.pyatspi.DESKTOP_COORDS)
+    driver.tool("scrot", "--overwrite", "--delay", "1", "--autoselect",
+                "%d,%d,%d,%d" % (area.x, area.y, area.width, area.height), path)
+
+
+def main(executable, folder, look):
+    if look == "dark":
+        darken()
+    home = "/tmp/ann"  # as it is to be read in the pictures
+    os.mkdir(home)
+    try:
+        place = os.path.join(home, "Contacts")
+        shutil.copytree(os.path.join(os.path.dirname(executable), "Samples"), place)
+        results = os.path.join(home, "Changed")
+        os.mkdir(results)
+        program = driver.Program(executable)
+        try:
+            program.add_files([os.path.join(place, name) for name in sorted(os.listdir(place))])
+            program.choose(driver.TO_FOLDER)
+            program.type(driver.TO_FOLDER, results + "/")
+            take(program, os.path.join(folder, "1-files-%s.png" % look))
+            program.tab(driver.SINGLE)
+            program.type(driver.FIND, "Brightwater Ferries\nbrightwater.example")
+            program.type(driver.REPLACE, "Clearbrook Lines\nclearbrook.example")
+            take(program, os.path.join(folder, "2-texts-%s.png" % look))
+            program.press("Start Replacing")
+            program.box()
+            take(program, os.path.join(folder, "3-done-%s.png" % look))
+            program.confirm("Done.")
+            program.close()
+        finally:
+            program.kill()
+    finally:
+        shutil.rmtree(home)
+
+
+if __name__ == "__main__":
+    main(*map(os.path.abspath, sys.argv[1:3]), sys.argv[3])
