@@ -9,14 +9,17 @@
 #
 # Groups: build    what compiles the program and what it needs to show its window
 #         wayland  what its window needs where there is no X server
-#         test     what the tests need besides: test library, virtual display,
-#                  window manager, accessibility bus
+#         desktop  what uses the window where nobody is: virtual display, window
+#                  manager, accessibility bus
+#         test     what the tests need besides: test library, and the same
 #         bench    what the benchmarks need besides: their library, and the tools
 #                  that the program is measured against
 #         check    what checks the format and the soundness of the code
 #         pictures what gives the window the dark colours of a desktop, for pictures of it
 #         fuzz     what builds and runs the fuzz targets: the compiler that has
 #                  libFuzzer, its runtime, and what names lines in its reports
+#         package  what makes the Debian package and checks it
+#         packagetest  what makes a clean root to install it in
 set -euo pipefail
 
 say() { printf '%s\n' "$*"; }
@@ -25,12 +28,15 @@ packages_of() {
     case $1 in
     build) echo g++ cmake ninja-build pkg-config qt6-base-dev libicu-dev libxxhash-dev fonts-liberation ;;
     wayland) echo qt6-wayland ;;
-    test) echo libgtest-dev libgmock-dev xvfb openbox dbus at-spi2-core python3 python3-pyatspi \
-        libxtst6 scrot x11-utils wmctrl ;;
+    desktop) echo xvfb openbox dbus at-spi2-core python3 python3-pyatspi libxtst6 scrot x11-utils \
+        wmctrl ;;
+    test) echo libgtest-dev libgmock-dev "$(packages_of desktop)" ;;
     bench) echo libbenchmark-dev strace perl sed coreutils ;;
     check) echo clang-format clang-tidy ;;
     pictures) echo qt6ct ;;
     fuzz) echo clang libclang-rt-14-dev llvm cmake ninja-build pkg-config libicu-dev libxxhash-dev ;;
+    package) echo dpkg-dev file binutils lintian desktop-file-utils appstream man-db librsvg2-bin ;;
+    packagetest) echo debootstrap ;;
     *) return 1 ;;
     esac
 }
@@ -39,11 +45,14 @@ reason_of() {
     case $1 in
     build) echo "to build the program and to show its window" ;;
     wayland) echo "to show the window on this desktop" ;;
+    desktop) echo "to show and use the window where there is no display" ;;
     test) echo "to build and run the tests, and the window where there is no display" ;;
     bench) echo "to measure how fast it is" ;;
     check) echo "to check the code" ;;
     pictures) echo "to take pictures of the window in dark colours" ;;
     fuzz) echo "to build and run the fuzz targets" ;;
+    package) echo "to make and check the Debian package" ;;
+    packagetest) echo "to install the package in a clean root" ;;
     esac
 }
 

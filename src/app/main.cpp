@@ -17,6 +17,7 @@
 
 #include <QApplication>
 #include <QFont>
+#include <QIcon>
 #include <QStandardPaths>
 
 #include <csignal>
@@ -29,6 +30,9 @@ int main(int argc, char** argv) {
     std::signal(SIGXFSZ, SIG_IGN); // NOLINT(cert-err33-c)
 
     const QApplication application(argc, argv);
+    QApplication::setApplicationVersion(QStringLiteral(VEXMARROW_VERSION));
+    QApplication::setDesktopFileName(QStringLiteral(VEXMARROW_DESKTOP_ID));
+    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral(VEXMARROW_DESKTOP_ID)));
     QFont font = QApplication::font();
     font.setFamily(QStringLiteral("Arial"));
     QApplication::setFont(font);
