@@ -10,6 +10,7 @@
 #                                         the source in another folder; both must be the same,
 #                                         byte for byte
 set -euo pipefail
+umask 022 # the folders in the package get the rights that this leaves
 cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")"
 
 twice=

@@ -58,7 +58,7 @@ def do_job(program, paths, results, picture):
 
 
 def main(executable, picture):
-    folder = os.path.join(os.path.dirname(executable), "Samples")
+    folder = os.path.join(os.path.dirname(os.path.realpath(executable)), "Samples")
     paths = [os.path.join(folder, name) for name in sorted(os.listdir(folder))]
     with tempfile.TemporaryDirectory(prefix="vexmarrow-results.") as results:
         program = driver.Program(executable)
