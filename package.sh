@@ -37,14 +37,14 @@ scripts/install-packages.sh build package
 scripts/build.sh release vexmarrow vexmarrow_papers
 
 mkdir -p build/package
-rm -f build/package/*.deb
+rm -f build/package/*.deb build/package/*.deb.txt
 log=$PWD/build/package/package.log
 if ! (cd build/release && cpack -B ../package) >"$log" 2>&1 </dev/null; then
     cat "$log" >&2
     echo "The package could not be made; the lines above are also in $log" >&2
     exit 1
 fi
-package=$(ls build/package/*.deb)
+package=$(echo build/package/*.deb)
 echo "The package: $package ($(stat -c %s "$package") bytes)"
 [ -n "$twice" ] || exit 0
 

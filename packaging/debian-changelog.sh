@@ -5,16 +5,16 @@
 # Writes the changelog of the Debian package: what CHANGELOG.md says, in the
 # form that Debian's tools read.
 #
-#     debian-changelog.sh CHANGELOG.md
+#     debian-changelog.sh CHANGELOG.md MAINTAINER
 set -euo pipefail
 
-author='The Vexmarrow authors <vexmarrow@vexmarrow.example>'
+maintainer=$2
 date=
 
 # A release ends with who made it, and when.
 end_release() {
     if [ -n "$date" ]; then
-        printf '\n -- %s  %s\n' "$author" "$(LC_ALL=C date -u -R -d "$date")"
+        printf '\n -- %s  %s\n' "$maintainer" "$(LC_ALL=C date -u -R -d "$date")"
     fi
 }
 

@@ -10,8 +10,12 @@
 set -euo pipefail
 cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")/.."
 
-package=${1:-$(ls build/package/*.deb)}
-id=org.vexmarrow.Vexmarrow
+package=${1:-$(echo build/package/*.deb)}
+if [ ! -f "$package" ]; then
+    echo "check-package: there is no package $package; ./package.sh makes one" >&2
+    exit 1
+fi
+id=$(sed -n 's/^set(VEXMARROW_DESKTOP_ID \(.*\))$/\1/p' CMakeLists.txt)
 
 tree=$(mktemp -d)
 trap 'rm -rf "$tree"' EXIT
@@ -43,7 +47,7 @@ heading='^## \[\([0-9.]*\)\] - [0-9-]*$'
 day=$(first_of '^## \[[0-9.]*\] - \([0-9-]*\)$' CHANGELOG.md)
 
 same() {
-    [ -n "$3" ] && [ "$2" = "$3" ] || fault "$1: \"$2\" where \"$3\" was expected"
+    if [ -z "$3" ] || [ "$2" != "$3" ]; then fault "$1: \"$2\" where \"$3\" was expected"; fi
 }
 same "version of the package" "$(dpkg-deb -f "$package" Version)" "$version"
 same "newest version in CHANGELOG.md" "$(first_of "$heading" CHANGELOG.md)" "$version"
@@ -66,6 +70,7 @@ appstreamcli validate --no-net "$metainfo" >"$tree/said" 2>&1 ||
     { fault "the metainfo is not valid"; cat "$tree/said" >&2; }
 appstreamcli validate-tree --no-net "$tree" >"$tree/said" 2>&1 ||
     { fault "the metainfo does not fit the rest"; cat "$tree/said" >&2; }
+# shellcheck disable=SC2016
 silent env LC_ALL=C.UTF-8 MANROFFSEQ='' MANWIDTH=80 \
     sh -c 'man --warnings -E UTF-8 -l -Tutf8 -Z "$1" >/dev/null' man "$tree/vexmarrow.1"
 

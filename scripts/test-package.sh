@@ -27,7 +27,7 @@ die() {
 }
 
 user=tester
-id=org.vexmarrow.Vexmarrow
+id=$(sed -n 's/^set(VEXMARROW_DESKTOP_ID \(.*\))$/\1/p' "$project/CMakeLists.txt")
 
 # --- the part inside the namespaces; its variables: root, package
 
@@ -49,12 +49,25 @@ quietly() {
 }
 apt() { quietly in_root apt-get -q -y --no-install-recommends "$@"; }
 
+# Where apt has a release from. The distribution's own source comes first; others may have a release
+# of that name, too.
+# shellcheck disable=SC2016
+source_of() {
+    {
+        apt-get indextargets --format '$(CODENAME) $(SITE)' 'Created-By: Packages' 'Origin: Debian'
+        apt-get indextargets --format '$(CODENAME) $(SITE)' 'Created-By: Packages'
+    } | sed -n "s/^$1 //p" | sed 1q
+}
+
 make_root() {
     local release site keys=() more=()
     # shellcheck source=/dev/null
     release=$(. /etc/os-release && echo "${VERSION_CODENAME:?}")
-    site=$(apt-get indextargets --format '$(RELEASE) $(SITE)' 'Created-By: Packages' |
-        sed -n "s/^$release //p" | head -n 1)
+    site=$(source_of "$release")
+    if [ -z "$site" ]; then
+        quietly apt-get -q update
+        site=$(source_of "$release")
+    fi
     [ -n "$site" ] || die "apt knows no source for $release"
     if [[ $site == https:* ]]; then more=(--include=ca-certificates); fi
     if [ -f /usr/share/keyrings/debian-archive-keyring.gpg ]; then
@@ -204,8 +217,9 @@ fi
 
 # --- the part outside
 
-package=${1:-$(ls "$project"/build/package/*.deb)}
-package=$(readlink -e "$package") || die "there is no package $1; ./package.sh makes one"
+package=${1:-$(echo "$project"/build/package/*.deb)}
+[ -f "$package" ] || die "there is no package $package; ./package.sh makes one"
+package=$(readlink -f "$package")
 [ "$(id -u)" -eq 0 ] || die "this must be root: sudo scripts/test-package.sh"
 "$project/scripts/install-packages.sh" packagetest
 
