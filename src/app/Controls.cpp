@@ -5,23 +5,54 @@
 
 #include "app/Strings.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
+#include <QComboBox>
+#include <QItemSelectionModel>
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
 
+#include <algorithm>
 #include <memory>
 
 namespace vexmarrow {
 
+namespace {
+
+QString NameOf(std::u16string_view caption) {
+    return ToQString(caption).remove(u'&').trimmed();
+}
+
+class SmallButton final : public QPushButton {
+public:
+    using QPushButton::QPushButton;
+    QSize sizeHint() const override {
+        constexpr int kCharacters = 7;
+        return {fontMetrics().averageCharWidth() * kCharacters, QPushButton::sizeHint().height()};
+    }
+};
+
+} // namespace
+
 void Name(QWidget* control, std::u16string_view name, std::u16string_view accessibleName) {
     control->setObjectName(ToQString(name));
-    control->setAccessibleName(ToQString(accessibleName).trimmed());
+    control->setAccessibleName(NameOf(accessibleName));
 }
 
 QPushButton* MakeButton(QWidget* parent, std::u16string_view name, std::u16string_view caption) {
     auto* const button = new QPushButton(ToQString(caption), parent);
+    button->setAutoDefault(true); // Enter presses it, also where there is no dialog
     Name(button, name, caption);
+    return button;
+}
+
+QPushButton* MakeSmallButton(QWidget* parent, std::u16string_view name, std::u16string_view caption,
+                             std::u16string_view accessibleName) {
+    auto* const button = new SmallButton(ToQString(caption), parent);
+    button->setAutoDefault(true);
+    button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    Name(button, name, accessibleName);
     return button;
 }
 
@@ -36,7 +67,7 @@ QLabel* MakeLabel(QWidget* parent, std::u16string_view name, std::u16string_view
     auto* const label = new QLabel(ToQString(caption), parent);
     Name(label, name, caption);
     label->setBuddy(control);
-    control->setAccessibleName(ToQString(caption).trimmed());
+    control->setAccessibleName(NameOf(caption));
     return label;
 }
 
@@ -50,6 +81,19 @@ void SetOption(QRadioButton* option, bool value) {
     option->setAutoExclusive(value);
     option->setChecked(value);
     option->setAutoExclusive(true);
+}
+
+void MakeOneStop(const std::vector<QRadioButton*>& options) {
+    const auto follow = [options] {
+        const bool none = std::none_of(options.begin(), options.end(),
+                                       [](const QRadioButton* each) { return each->isChecked(); });
+        for (QRadioButton* const each : options) {
+            each->setFocusPolicy(none || each->isChecked() ? Qt::StrongFocus : Qt::ClickFocus);
+        }
+    };
+    for (const QRadioButton* const option : options) {
+        QObject::connect(option, &QRadioButton::toggled, option, follow);
+    }
 }
 
 void OnPress(QRadioButton* option, std::function<void()> operation) {
@@ -68,6 +112,20 @@ void OnPress(QRadioButton* option, std::function<void()> operation) {
                              operation();
                          }
                      });
+}
+
+void ObeySelection(QComboBox* combo) {
+    const QAbstractItemView* const view = combo->view();
+    const auto obey = [combo, view] {
+        // The user's own hand, too, selects on its way, but moves the current entry along.
+        const QModelIndexList selected = view->selectionModel()->selectedIndexes();
+        if (selected.size() == 1 && selected.front() != view->currentIndex()) {
+            combo->hidePopup();
+            combo->setCurrentIndex(selected.front().row());
+        }
+    };
+    QObject::connect(view->selectionModel(), &QItemSelectionModel::selectionChanged, combo, obey,
+                     Qt::QueuedConnection);
 }
 
 } // namespace vexmarrow

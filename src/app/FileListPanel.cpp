@@ -15,7 +15,7 @@ namespace vexmarrow {
 namespace {
 
 constexpr std::u16string_view kHint =
-    u"Drag and drop files here. Double-click item to remove it. Move | line to right and out of "
+    u"Drag and drop files here. Dou&ble-click item to remove it. Move | line to right and out of "
     u"window to reveal full names.";
 
 } // namespace
@@ -23,17 +23,17 @@ constexpr std::u16string_view kHint =
 FileListPanel::FileListPanel(FileList& list, QWidget* parent)
     : QWidget(parent),
       ListView1(new FileListView(list, this)),
-      PushButton13(MakeButton(this, u"PushButton13", u"Add VCF File(s)")),
-      PushButton3(MakeButton(this, u"PushButton3", u"Add All VCF File(s) In Folder")),
-      PushButton9(MakeButton(this, u"PushButton9", u"Load List Of Files From File")),
-      PushButton17(MakeButton(this, u"PushButton17", u"Remove Filenames Contain. X")),
-      PushButton11(MakeButton(this, u"PushButton11", u"Remove Filenames Not Cont. X")),
-      PushButton2(MakeButton(this, u"PushButton2", u"Clear List")),
-      PushButton8(MakeButton(this, u"PushButton8", u"Load Sample/Example Files")),
-      PushButton5(MakeButton(this, u"PushButton5", u"Help")) {
+      PushButton13(MakeButton(this, u"PushButton13", u"&Add VCF File(s)")),
+      PushButton3(MakeButton(this, u"PushButton3", u"Add All VCF File(s) &In Folder")),
+      PushButton9(MakeButton(this, u"PushButton9", u"Load List &Of Files From File")),
+      PushButton17(MakeButton(this, u"PushButton17", u"Remove Filenames Contain. &X")),
+      PushButton11(MakeButton(this, u"PushButton11", u"Remove Filenames &Not Cont. X")),
+      PushButton2(MakeButton(this, u"PushButton2", u"Clear Lis&t")),
+      PushButton8(MakeButton(this, u"PushButton8", u"Load Sample/&Example Files")),
+      PushButton5(MakeButton(this, u"PushButton5", u"&Help")) {
     Name(ListView1, u"ListView1", u"File(s)");
-    ListView1->setAccessibleDescription(ToQString(kHint));
-    ListView1->setToolTip(ToQString(kHint));
+    ListView1->setToolTip(ToQString(kHint).remove(u'&'));
+    ListView1->setAccessibleDescription(ListView1->toolTip());
 
     auto* const hint = new QLabel(ToQString(kHint), this);
     hint->setWordWrap(true);

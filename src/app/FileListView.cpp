@@ -12,7 +12,9 @@
 #include <QHeaderView>
 #include <QMimeData>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScreen>
+#include <QStyleOption>
 #include <QSysInfo>
 
 namespace vexmarrow {
@@ -90,6 +92,17 @@ void FileListView::dropEvent(QDropEvent* event) {
         const Paths paths = PathsOf(event->mimeData()->data(UriList()));
         QMetaObject::invokeMethod(
             this, [this, paths] { Q_EMIT PathsDropped(paths); }, Qt::QueuedConnection);
+    }
+}
+
+void FileListView::paintEvent(QPaintEvent* event) {
+    QTreeView::paintEvent(event);
+    if (hasFocus() && !currentIndex().isValid()) { // there is no row to show the focus
+        QStyleOptionFocusRect option;
+        option.initFrom(viewport());
+        option.backgroundColor = palette().color(QPalette::Base);
+        QPainter painter(viewport());
+        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
     }
 }
 

@@ -17,8 +17,8 @@
 namespace vexmarrow {
 namespace {
 
-constexpr std::u16string_view kFindCaption = u" Find what (exact case):";
-constexpr std::u16string_view kReplaceCaption = u" Replace with:";
+constexpr std::u16string_view kFindCaption = u" Find &what (exact case):";
+constexpr std::u16string_view kReplaceCaption = u" &Replace with:";
 
 QComboBox* MakeCombo(QWidget* parent) {
     auto* const combo = new QComboBox(parent);
@@ -34,13 +34,13 @@ QComboBox* MakeCombo(QWidget* parent) {
 FindPanel::FindPanel(QWidget* parent)
     : QWidget(parent),
       TabControl1(new QTabWidget(this)),
-      Frame1(new QGroupBox(QStringLiteral("Find Options"), this)),
+      Frame1(new QGroupBox(QStringLiteral("&Find Options"), this)),
       Option1(MakeOption(Frame1, u"Option1", u"Find and replace in fields only")),
       Option2(MakeOption(Frame1, u"Option2", u"Find and replace in values only")),
       Option3(MakeOption(Frame1, u"Option3", u"Find and replace in fields and values")) {
     Name(TabControl1, u"TabControl1", u"Find and replace");
-    TabControl1->addTab(MakeSinglePairTab(), QStringLiteral("Single find and replace"));
-    TabControl1->addTab(MakeSetsTab(), QStringLiteral("Multiple find and replace (sets)"));
+    TabControl1->addTab(MakeSinglePairTab(), QStringLiteral("Sin&gle find and replace"));
+    TabControl1->addTab(MakeSetsTab(), QStringLiteral("M&ultiple find and replace (sets)"));
 
     Name(Frame1, u"Frame1", u"Find Options");
     auto* const options = new QVBoxLayout(Frame1);
@@ -48,6 +48,7 @@ FindPanel::FindPanel(QWidget* parent)
         options->addWidget(option);
     }
     options->addStretch();
+    MakeOneStop({Option1, Option2, Option3});
 
     auto* const row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
@@ -56,7 +57,6 @@ FindPanel::FindPanel(QWidget* parent)
 }
 
 QWidget* FindPanel::MakeSinglePairTab() {
-    constexpr int kLeastLines = 3;
     auto* const page = new QWidget(TabControl1);
     Text1 = new LinesEdit(page);
     Text2 = new LinesEdit(page);
@@ -64,9 +64,6 @@ QWidget* FindPanel::MakeSinglePairTab() {
     QLabel* const label2 = MakeLabel(page, u"Label2", kReplaceCaption, Text2);
     Text1->setObjectName(QStringLiteral("Text1"));
     Text2->setObjectName(QStringLiteral("Text2"));
-    for (LinesEdit* const box : {Text1, Text2}) {
-        box->setMinimumHeight(box->fontMetrics().lineSpacing() * kLeastLines);
-    }
 
     auto* const grid = new QGridLayout(page);
     grid->addWidget(label1, 0, 0);
@@ -87,11 +84,11 @@ QWidget* FindPanel::MakeSetsTab() {
     Combo2->setObjectName(QStringLiteral("Combo2"));
 
     auto* const buttons = new QHBoxLayout;
-    PushButton7 = MakeButton(page, u"PushButton7", u"Add Set");
-    PushButton6 = MakeButton(page, u"PushButton6", u"Remove Selected Set");
-    PushButton10 = MakeButton(page, u"PushButton10", u"Load Sets");
-    PushButton4 = MakeButton(page, u"PushButton4", u"Clear");
-    PushButton12 = MakeButton(page, u"PushButton12", u"Save Sets");
+    PushButton7 = MakeButton(page, u"PushButton7", u"A&dd Set");
+    PushButton6 = MakeButton(page, u"PushButton6", u"Re&move Selected Set");
+    PushButton10 = MakeButton(page, u"PushButton10", u"&Load Sets");
+    PushButton4 = MakeButton(page, u"PushButton4", u"&Clear");
+    PushButton12 = MakeButton(page, u"PushButton12", u"Sa&ve Sets");
     for (QPushButton* const button :
          {PushButton7, PushButton6, PushButton10, PushButton4, PushButton12}) {
         buttons->addWidget(button);

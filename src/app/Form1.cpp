@@ -3,6 +3,7 @@
 
 #include "app/Form1.h"
 
+#include "app/CodePageChooser.h"
 #include "app/Controls.h"
 #include "app/FileListPanel.h"
 #include "app/FileListView.h"
@@ -14,25 +15,26 @@
 #include "app/QtEventLoop.h"
 #include "app/SavePanel.h"
 #include "app/SetsView.h"
+#include "app/StatusLine.h"
 #include "app/Strings.h"
+#include "app/ToolTips.h"
 #include "base/Text.h"
 #include "shell/Prompts.h"
 #include "shell/SettingsStore.h"
 #include "shell/Titles.h"
 #include "shell/Trap.h"
 #include "shell/Values.h"
+#include "textio/CodePage.h"
 
 #include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QGroupBox>
-#include <QLabel>
 #include <QLineEdit>
-#include <QLocale>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
-#include <QStatusBar>
+#include <QScrollArea>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
@@ -43,7 +45,6 @@
 namespace vexmarrow {
 namespace {
 
-constexpr QSize kFirstSize(960, 680);
 constexpr double kShareOfScreen = 0.9; // leaves room for the frame of a window on a small screen
 
 } // namespace
@@ -62,15 +63,14 @@ Form1::Form1(const Services& services)
       run_(*this, fileList_, sets_, engine_, services.prompts, services.eventLoop, *this),
       files_(new FileListPanel(fileList_, this)),
       find_(new FindPanel(this)),
-      save_(new SavePanel(this)),
-      progress_(new QLabel(this)) {
+      save_(new SavePanel(this)) {
     setObjectName(QStringLiteral("Form1"));
     new SetsView(sets_, find_->Combo1, find_->Combo2, find_);
     LayOut();
     WireHandlers();
     WatchPointer();
     services_.eventLoop.SetProgressDisplay(
-        [this](const Progress& progress) { ShowProgress(progress); });
+        [this](const Progress& progress) { status_->ShowProgress(progress); });
 }
 
 Form1::~Form1() {
@@ -86,28 +86,45 @@ void Form1::LayOut() {
     column->addWidget(files_, 1);
     column->addWidget(find_);
     column->addWidget(save_);
-    setCentralWidget(centre);
+    // Where the screen is small and the letters are large, not all of it is in sight at once.
+    auto* const area = new QScrollArea(this);
+    area->setWidget(centre);
+    area->setWidgetResizable(true);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setFocusPolicy(Qt::NoFocus);
+    setCentralWidget(area);
 
-    progress_->setObjectName(QStringLiteral("Progress"));
-    statusBar()->addWidget(progress_, 1);
+    status_ = new StatusLine(this);
+    setStatusBar(status_);
     const QMargins margins = column->contentsMargins();
-    statusBar()->setContentsMargins(margins.left(), 0, margins.right(), 0);
-    resize(kFirstSize.boundedTo(screen()->availableSize() * kShareOfScreen));
+    status_->setContentsMargins(margins.left(), 0, margins.right(), 0);
+    status_->Combo3->ShowPage(services_.ansi.Page().Name());
+    SetToolTips(*this);
+    resize(FirstSize());
 
     // Reading order: the list and its buttons, what to find, where results go, start.
-    const std::array<QWidget*, 26> order{
+    const std::array<QWidget*, 28> order{
         files_->ListView1,    files_->PushButton13, files_->PushButton3, files_->PushButton9,
         files_->PushButton17, files_->PushButton11, files_->PushButton2, files_->PushButton8,
         files_->PushButton5,  find_->TabControl1,   find_->Text1,        find_->Text2,
         find_->Combo1,        find_->Combo2,        find_->PushButton7,  find_->PushButton6,
         find_->PushButton10,  find_->PushButton4,   find_->PushButton12, find_->Option1,
         find_->Option2,       find_->Option3,       save_->Option5,      save_->Option4,
-        save_->Text3,         save_->PushButton14,
+        save_->Text3,         save_->PushButton14,  save_->PushButton1,  status_->Combo3,
     };
     for (std::size_t i = 1; i < order.size(); ++i) {
         setTabOrder(order[i - 1], order[i]);
     }
-    setTabOrder(order.back(), save_->PushButton1);
+}
+
+QSize Form1::FirstSize() const {
+    constexpr int kCharacters = 137;
+    constexpr int kLines = 48;
+    const QFontMetrics metrics = fontMetrics();
+    const QSize roomy(metrics.averageCharWidth() * kCharacters, metrics.lineSpacing() * kLines);
+    const QSize needed =
+        files_->parentWidget()->minimumSizeHint() + QSize(0, status_->sizeHint().height());
+    return roomy.expandedTo(needed).boundedTo(screen()->availableSize() * kShareOfScreen);
 }
 
 void Form1::OnClick(QAbstractButton* button, void (Form1::*handler)()) {
@@ -131,6 +148,13 @@ void Form1::WireHandlers() {
     OnClick(files_->PushButton11, &Form1::PushButton11_Click);
     OnClick(files_->PushButton17, &Form1::PushButton17_Click);
     OnClick(find_->PushButton10, &Form1::PushButton10_Click);
+    const QAbstractItemModel* const rows = files_->ListView1->model();
+    const auto count = [this] { status_->ShowCount(fileList_.Count()); };
+    connect(rows, &QAbstractItemModel::rowsInserted, status_, count);
+    connect(rows, &QAbstractItemModel::rowsRemoved, status_, count);
+    connect(rows, &QAbstractItemModel::modelReset, status_, count);
+    connect(status_->Combo3, &CodePageChooser::Chosen, this,
+            [this](const QString& page) { RunHandler([&] { Combo3_Click(page); }); });
     connect(files_->ListView1, &QTreeView::doubleClicked, this, &Form1::ListView1_DblClick);
     connect(files_->ListView1, &FileListView::MouseMoved, this, &Form1::ListView1_MouseMove);
     connect(
@@ -145,7 +169,7 @@ void Form1::WatchPointer() {
         watch->Watch(button);
     }
     for (QWidget* const ground :
-         {centralWidget(), static_cast<QWidget*>(files_), static_cast<QWidget*>(find_),
+         {files_->parentWidget(), static_cast<QWidget*>(files_), static_cast<QWidget*>(find_),
           static_cast<QWidget*>(save_), static_cast<QWidget*>(find_->Frame1),
           static_cast<QWidget*>(save_->Frame2), save_->Frame4, static_cast<QWidget*>(save_->Text3),
           static_cast<QWidget*>(find_->TabControl1),
@@ -247,7 +271,7 @@ void Form1::ListView1_DblClick() {
 void Form1::ListView1_Drop(const std::vector<std::u16string>& paths) {
     fileAdding_.AddDropped(paths);
     if (pointer_ != Hourglass) {
-        progress_->clear();
+        status_->ClearProgress();
     }
 }
 
@@ -277,6 +301,15 @@ void Form1::TabControl1_SelectedChanged(int tab) {
 
 void Form1::Text3_Change() {
     outputChoice_.SaveFolder(Text3());
+}
+
+void Form1::Combo3_Click(const QString& page) {
+    Trap trap(services_.prompts, u"Form1.Combo3_Click");
+    const std::u16string name = ToText(page);
+    if (trap.Do(1, [&] { services_.ansi.Choose(name); })) {
+        trap.Do(2, [&] { services_.settings.SaveSetting(kCodePageSetting, name); });
+    }
+    status_->Combo3->ShowPage(services_.ansi.Page().Name());
 }
 
 std::u16string Form1::Text1() const {
@@ -317,7 +350,7 @@ int Form1::SelectedTab() const {
 
 void Form1::SetPointer(Shape shape) {
     if (shape != Hourglass) {
-        progress_->clear(); // also at the end of a run that had a scan inside
+        status_->ClearProgress(); // also at the end of a run that had a scan inside
     }
     ShowPointer(shape);
 }
@@ -343,15 +376,6 @@ void Form1::ShowPointer(Shape shape) {
     } else {
         unsetCursor();
     }
-}
-
-void Form1::ShowProgress(const Progress& progress) {
-    const QLocale locale;
-    QString text = ToQString(progress.item) + u' ' + locale.toString(progress.done);
-    if (progress.total > 0) {
-        text += QStringLiteral(" of ") + locale.toString(progress.total);
-    }
-    progress_->setText(text);
 }
 
 } // namespace vexmarrow

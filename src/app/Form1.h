@@ -23,7 +23,6 @@
 #include <vector>
 
 class QAbstractButton;
-class QLabel;
 
 namespace vexmarrow {
 
@@ -38,6 +37,7 @@ class QtEventLoop;
 class RFTSFSO;
 class SavePanel;
 class SettingsStore;
+class StatusLine;
 class Trap;
 
 /// What the main window works with; all of it outlives the window.
@@ -98,8 +98,10 @@ private:
     void SaveOutputOptions(); // Option4_Click, Option5_Click
     void TabControl1_SelectedChanged(int tab);
     void Text3_Change();
+    void Combo3_Click(const QString& page);
 
     void LayOut();
+    QSize FirstSize() const;
     void WireHandlers();
     void OnClick(QAbstractButton* button, void (Form1::*handler)());
     void WatchPointer();
@@ -112,7 +114,6 @@ private:
     void FollowOption4();
     void PointTo(Shape shape); // as the mouse moves: never replaces the hourglass
     void ShowPointer(Shape shape);
-    void ShowProgress(const Progress& progress);
 
     // RunInputs
     std::u16string Text1() const override;
@@ -144,7 +145,7 @@ private:
     FileListPanel* files_;
     FindPanel* find_;
     SavePanel* save_;
-    QLabel* progress_;
+    StatusLine* status_ = nullptr;
     Shape pointer_ = Default;
     QCursor hand_; // the custom pointer
 };

@@ -3,6 +3,7 @@
 
 // How the main window starts: its looks, and the user's last choices.
 
+#include "app/CodePageChooser.h"
 #include "app/Controls.h"
 #include "app/FileListPanel.h"
 #include "app/FileListView.h"
@@ -10,6 +11,7 @@
 #include "app/Form1.h"
 #include "app/Look.h"
 #include "app/SavePanel.h"
+#include "app/StatusLine.h"
 #include "app/Strings.h"
 #include "base/Failure.h"
 #include "base/Text.h"
@@ -50,6 +52,7 @@ void Form1::Form_Load() {
     trap.Do(3, [&] { samples_.RecordOnce(); });
     trap.Do(4, [&] { setWindowTitle(ToQString(kProductName)); });
     trap.Do(5, [&] { ChooseCodePage(); });
+    status_->Combo3->ShowPage(services_.ansi.Page().Name());
     trap.Do(6, [&] { LoadDragPointer(); });
     const int line = RestoreOptions(trap, 7);
     trap.Do(line, [&] { FollowOption4(); });
@@ -104,7 +107,7 @@ void Form1::LoadDragPointer() {
 }
 
 void Form1::ChooseCodePage() {
-    const std::u16string page = services_.settings.GetSetting(u"AnsiCodePage", u"");
+    const std::u16string page = services_.settings.GetSetting(kCodePageSetting, u"");
     if (!page.empty()) {
         services_.ansi.Choose(page);
     }

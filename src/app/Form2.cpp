@@ -6,6 +6,7 @@
 #include "app/Controls.h"
 #include "app/QtEventLoop.h"
 #include "app/Strings.h"
+#include "app/ToolTips.h"
 #include "sets/SetsLoading.h"
 #include "shell/Trap.h"
 
@@ -23,14 +24,15 @@ Form2::Form2(SetsLoading& loading, Prompts& prompts, const QCursor& overButtons,
       loading_(loading),
       prompts_(prompts),
       Text1(new QLineEdit(this)),
-      PushButton16(MakeButton(this, u"PushButton16", u"...")),
+      PushButton16(MakeSmallButton(this, u"PushButton16", u"...", u"Browse")),
       Text2(new QLineEdit(this)),
-      PushButton1(MakeButton(this, u"PushButton1", u"Load")),
-      PushButton2(MakeButton(this, u"PushButton2", u"Cancel")),
-      PushButton3(MakeButton(this, u"PushButton3", u"?")) {
+      PushButton1(MakeButton(this, u"PushButton1", u"&Load")),
+      PushButton2(MakeButton(this, u"PushButton2", u"&Cancel")),
+      PushButton3(MakeSmallButton(this, u"PushButton3", u"?", u"Format help")) {
     Name(this, u"Form2", u"Load Sets");
     setWindowTitle(QStringLiteral("Load Sets"));
     LayOut();
+    SetToolTips(*this);
     setPalette(owner->palette()); // which a skin may have changed
     for (QPushButton* const button : findChildren<QPushButton*>()) {
         button->setCursor(overButtons);
@@ -49,20 +51,14 @@ Form2::Form2(SetsLoading& loading, Prompts& prompts, const QCursor& overButtons,
 
 void Form2::LayOut() {
     constexpr int kCharacters = 45;
-    QLabel* const file = MakeLabel(this, u"Label1", u"File To Load:", Text1);
-    QLabel* const separator = MakeLabel(this, u"Label2", u"Separator:", Text2);
+    QLabel* const file = MakeLabel(this, u"Label1", u"&File To Load:", Text1);
+    QLabel* const separator = MakeLabel(this, u"Label2", u"&Separator:", Text2);
     for (QLineEdit* const box : {Text1, Text2}) {
         box->setMaxLength(std::numeric_limits<int>::max());
     }
     Text1->setObjectName(QStringLiteral("Text1"));
     Text1->setMinimumWidth(Text1->fontMetrics().averageCharWidth() * kCharacters);
     Text2->setObjectName(QStringLiteral("Text2"));
-    PushButton16->setAccessibleName(QStringLiteral("Browse"));
-    PushButton3->setAccessibleName(QStringLiteral("Format help"));
-    for (QPushButton* const button : {PushButton16, PushButton3}) {
-        button->setFixedWidth(button->fontMetrics().averageCharWidth() * 7);
-        button->setToolTip(button->accessibleName());
-    }
     PushButton1->setDefault(true);
 
     auto* const buttons = new QHBoxLayout;

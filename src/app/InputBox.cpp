@@ -3,6 +3,10 @@
 
 #include "app/InputBox.h"
 
+#include "app/Controls.h"
+#include "app/Strings.h"
+#include "app/ToolTips.h"
+
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -10,6 +14,7 @@
 #include <QVBoxLayout>
 
 #include <limits>
+#include <utility>
 
 namespace vexmarrow {
 
@@ -21,19 +26,22 @@ InputBox::InputBox(QWidget* owner, const QString& title, const QString& prompt,
     setAccessibleName(title);
     setObjectName(QStringLiteral("InputBox"));
 
-    auto* const label = new QLabel(prompt, this);
+    QLabel* const label = MakeLabel(this, u"Prompt", ToText(u'&' + prompt), answer_);
     label->setTextFormat(Qt::PlainText);
-    label->setBuddy(answer_);
+    answer_->setObjectName(QStringLiteral("Answer"));
     answer_->setMaxLength(std::numeric_limits<int>::max());
     answer_->setText(suggestion);
     answer_->selectAll();
     answer_->setMinimumWidth(answer_->fontMetrics().averageCharWidth() * kCharacters);
-    answer_->setAccessibleName(prompt.trimmed());
 
     auto* const buttons =
         new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-    buttons->button(QDialogButtonBox::Ok)->setText(QStringLiteral("OK"));
-    buttons->button(QDialogButtonBox::Cancel)->setText(QStringLiteral("Cancel"));
+    for (const auto& [which, caption] :
+         {std::pair{QDialogButtonBox::Ok, u"&OK"}, {QDialogButtonBox::Cancel, u"&Cancel"}}) {
+        const QString text = ToQString(caption);
+        buttons->button(which)->setText(text);
+        Name(buttons->button(which), ToText(text.mid(1)), caption);
+    }
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
@@ -42,6 +50,7 @@ InputBox::InputBox(QWidget* owner, const QString& title, const QString& prompt,
     column->addWidget(answer_);
     column->addStretch();
     column->addWidget(buttons);
+    SetToolTips(*this);
 }
 
 QString InputBox::Ask() {

@@ -78,6 +78,11 @@ QSize LinesEdit::sizeHint() const {
     return {QPlainTextEdit::sizeHint().width(), fontMetrics().lineSpacing() * kLines};
 }
 
+QSize LinesEdit::minimumSizeHint() const {
+    constexpr int kLines = 3;
+    return {QPlainTextEdit::minimumSizeHint().width(), fontMetrics().lineSpacing() * kLines};
+}
+
 void LinesEdit::keyPressEvent(QKeyEvent* event) {
     // Shift+Enter would insert U+2028, which looks like a new line and is none.
     if (event->matches(QKeySequence::InsertLineSeparator)) {

@@ -25,6 +25,7 @@ public:
 
     /// A few lines high, so that the room of a large window goes to others.
     QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;

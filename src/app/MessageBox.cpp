@@ -11,7 +11,6 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScreen>
-#include <QScrollArea>
 #include <QScrollBar>
 #include <QStyle>
 
@@ -25,6 +24,7 @@ namespace {
 constexpr qsizetype kLinesOfLabel = 60;
 constexpr qsizetype kCharactersOfLabel = 10'000;
 constexpr int kWidestLineInCharacters = 90;
+constexpr int kLinesInSight = 30;
 constexpr int kNarrowestInCharacters = 40; // the title is to be read, too
 constexpr double kShareOfScreen = 0.75;
 
@@ -84,7 +84,7 @@ MessageBox::MessageBox(QWidget* owner, const QString& title, const QString& text
                          Answer answer) {
         QPushButton* const button = buttons->addButton(which);
         button->setText(caption);
-        button->setAccessibleName(caption);
+        button->setAccessibleName(caption.mid(1));
         connect(button, &QPushButton::clicked, this, [this, answer] {
             answer_ = answer;
             accept();
@@ -92,12 +92,12 @@ MessageBox::MessageBox(QWidget* owner, const QString& title, const QString& text
         return button;
     };
     if (AsksYesNo(style)) {
-        QPushButton* const yes = add(QDialogButtonBox::Yes, QStringLiteral("Yes"), Answer::Yes);
-        add(QDialogButtonBox::No, QStringLiteral("No"), Answer::No);
+        QPushButton* const yes = add(QDialogButtonBox::Yes, QStringLiteral("&Yes"), Answer::Yes);
+        add(QDialogButtonBox::No, QStringLiteral("&No"), Answer::No);
         yes->setDefault(true);
         yes->setFocus();
     } else {
-        QPushButton* const ok = add(QDialogButtonBox::Ok, QStringLiteral("OK"), Answer::Ok);
+        QPushButton* const ok = add(QDialogButtonBox::Ok, QStringLiteral("&OK"), Answer::Ok);
         ok->setDefault(true);
         ok->setFocus();
     }
@@ -108,22 +108,15 @@ MessageBox::MessageBox(QWidget* owner, const QString& title, const QString& text
 QWidget* MessageBox::MakeText(const QString& text) {
     const QSize most = screen()->availableSize() * kShareOfScreen;
     const QFontMetrics metrics = fontMetrics();
+    const int widest = std::min(most.width(), metrics.averageCharWidth() * kWidestLineInCharacters);
     if (text.count(u'\n') >= kLinesOfLabel || text.size() >= kCharactersOfLabel) {
-        auto* const edit = new QPlainTextEdit(text, this);
-        edit->setReadOnly(true);
-        edit->setTabChangesFocus(true);
-        edit->setLineWrapMode(QPlainTextEdit::NoWrap);
-        edit->setMinimumSize(
-            std::min(most.width(), metrics.averageCharWidth() * kWidestLineInCharacters),
-            std::min(most.height(), metrics.lineSpacing() * 30));
-        return edit;
+        return MakeScrollingText(text, {widest, metrics.lineSpacing() * kLinesInSight});
     }
     auto* const label = new QLabel(this);
     label->setTextFormat(Qt::PlainText); // a path with "<" is no markup
     label->setText(text);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     label->setAlignment(Qt::AlignTop | Qt::AlignLeft);
-    const int widest = std::min(most.width(), metrics.averageCharWidth() * kWidestLineInCharacters);
     QSize size = label->sizeHint();
     if (size.width() > widest) {
         label->setWordWrap(true);
@@ -131,19 +124,26 @@ QWidget* MessageBox::MakeText(const QString& text) {
         size = QSize(std::max(widest, label->minimumSizeHint().width()), 0);
         size.setHeight(label->heightForWidth(size.width()));
     }
-    if (size.width() <= most.width() && size.height() <= most.height()) {
-        label->setMinimumSize(size);
-        return label;
+    if (size.width() > most.width() || size.height() > most.height()) {
+        delete label;
+        return MakeScrollingText(text, size);
     }
     label->setMinimumSize(size);
-    auto* const area = new QScrollArea(this);
-    area->setWidget(label);
-    area->setFrameShape(QFrame::NoFrame);
-    area->viewport()->setAutoFillBackground(false);
-    label->setAutoFillBackground(false);
-    const int bar = area->verticalScrollBar()->sizeHint().width();
-    area->setMinimumSize((size + QSize(bar, bar)).boundedTo(most));
-    return area;
+    return label;
+}
+
+QWidget* MessageBox::MakeScrollingText(const QString& text, const QSize& size) {
+    auto* const edit = new QPlainTextEdit(text, this);
+    edit->setReadOnly(true);
+    // With a cursor that tells whether the keys go there.
+    edit->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    edit->setTabChangesFocus(true);
+    edit->setLineWrapMode(QPlainTextEdit::NoWrap);
+    edit->setAccessibleName(windowTitle());
+    const int around = edit->verticalScrollBar()->sizeHint().width() + 2 * edit->frameWidth();
+    edit->setMinimumSize(
+        (size + QSize(around, around)).boundedTo(screen()->availableSize() * kShareOfScreen));
+    return edit;
 }
 
 Answer MessageBox::Ask() {

@@ -27,6 +27,7 @@ protected:
 
 private:
     QWidget* MakeText(const QString& text);
+    QWidget* MakeScrollingText(const QString& text, const QSize& size);
 
     Answer answer_;
 };

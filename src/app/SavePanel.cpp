@@ -17,27 +17,24 @@
 namespace vexmarrow {
 namespace {
 
-constexpr int kDarker = 140; // per cent, as QColor::darker takes it
+constexpr int kDarker = 140;              // per cent, as QColor::darker takes it
+constexpr int kLeastGrayUnderBlack = 115; // where black letters are as good to read as white ones
 
 } // namespace
 
 SavePanel::SavePanel(QWidget* parent)
     : QWidget(parent),
-      Frame2(new QGroupBox(QStringLiteral("Save Option"), this)),
+      Frame2(new QGroupBox(QStringLiteral("Save O&ption"), this)),
       Option5(MakeOption(Frame2, u"Option5", u"Save results in folder of original file")),
       Option4(MakeOption(Frame2, u"Option4", u"Save results to this folder:")),
       Frame4(new QWidget(Frame2)),
       Text3(new QLineEdit(Frame4)),
-      PushButton14(MakeButton(Frame4, u"PushButton14", u"...")),
-      PushButton1(MakeButton(this, u"PushButton1", u"Start Replacing")) {
+      PushButton14(MakeSmallButton(Frame4, u"PushButton14", u"...", u"Browse for output folder")),
+      PushButton1(MakeButton(this, u"PushButton1", u"&Start Replacing")) {
     Name(Frame2, u"Frame2", u"Save Option");
     Name(Frame4, u"Frame4", u"Output folder");
     Name(Text3, u"Text3", u"Save results to this folder:");
     Text3->setMaxLength(std::numeric_limits<int>::max());
-    Text3->setMinimumWidth(Text3->fontMetrics().averageCharWidth() * 24);
-    PushButton14->setAccessibleName(QStringLiteral("Browse for output folder"));
-    PushButton14->setToolTip(PushButton14->accessibleName());
-    PushButton14->setFixedWidth(PushButton14->fontMetrics().averageCharWidth() * 7);
 
     auto* const folder = new QHBoxLayout(Frame4);
     folder->setContentsMargins(0, 0, 0, 0);
@@ -51,9 +48,9 @@ SavePanel::SavePanel(QWidget* parent)
     lines->addWidget(Option5);
     lines->addLayout(second);
 
-    const QFontMetrics metrics = PushButton1->fontMetrics();
-    PushButton1->setMinimumSize(metrics.averageCharWidth() * 30, metrics.lineSpacing() * 4);
+    MakeOneStop({Option5, Option4});
     PushButton1->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    Measure();
     ColourStartButton();
 
     auto* const row = new QHBoxLayout(this);
@@ -66,7 +63,16 @@ void SavePanel::changeEvent(QEvent* event) {
     if (event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange) {
         ColourStartButton();
     }
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+        Measure();
+    }
     QWidget::changeEvent(event);
+}
+
+void SavePanel::Measure() {
+    const QFontMetrics metrics = fontMetrics();
+    Text3->setMinimumWidth(metrics.averageCharWidth() * 24);
+    PushButton1->setMinimumSize(metrics.averageCharWidth() * 30, metrics.lineSpacing() * 4);
 }
 
 void SavePanel::ColourStartButton() {
@@ -74,7 +80,7 @@ void SavePanel::ColourStartButton() {
     for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
         // Styles draw a button somewhat lighter than its colour.
         const QColor face = colours.color(group, QPalette::Highlight).darker(kDarker);
-        const bool dark = face.lightnessF() < 0.6F;
+        const bool dark = qGray(face.rgb()) < kLeastGrayUnderBlack;
         colours.setColor(group, QPalette::Button, face);
         colours.setColor(group, QPalette::ButtonText, dark ? Qt::white : Qt::black);
     }

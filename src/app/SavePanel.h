@@ -32,6 +32,7 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    void Measure();
     void ColourStartButton();
 };
 

@@ -3,6 +3,7 @@
 
 #include "app/SetsView.h"
 
+#include "app/Controls.h"
 #include "app/Strings.h"
 
 #include <QAbstractListModel>
@@ -52,6 +53,7 @@ SetsView::SetsView(SetList& sets, QComboBox* combo1, QComboBox* combo2, QObject*
     for (const Side& side : sides_) {
         side.combo->setModel(side.model);
         side.combo->setCurrentIndex(-1);
+        ObeySelection(side.combo);
     }
     const auto follow = [](const QComboBox* chosen, QComboBox* other) {
         connect(chosen, &QComboBox::currentIndexChanged, other, [other](int index) {

@@ -5,6 +5,7 @@
 
 #include "app/Controls.h"
 #include "app/Strings.h"
+#include "app/ToolTips.h"
 #include "base/Text.h"
 #include "shell/SettingsStore.h"
 #include "shell/Titles.h"
@@ -53,7 +54,7 @@ Splash::Splash(SettingsStore& settings, const std::u16string& programFolder)
       settings_(settings),
       folder_(Concat(programFolder, kSeparatorText, u"Splash", kSeparatorText)),
       Image1(new QLabel(this)),
-      Check1(new QCheckBox(QStringLiteral("Hide this at next startup"), this)),
+      Check1(new QCheckBox(QStringLiteral("&Hide this at next startup"), this)),
       Line1(MakeLine("Line1")),
       Line2(MakeLine("Line2")),
       Line3(MakeLine("Line3")),
@@ -62,6 +63,7 @@ Splash::Splash(SettingsStore& settings, const std::u16string& programFolder)
     Name(Image1, u"Image1", u"Tips");
     Name(Check1, u"Check1", u"Hide this at next startup");
     connect(Check1, &QCheckBox::toggled, this, &Splash::Check1_Click);
+    SetToolTips(*this);
 }
 
 QFrame* Splash::MakeLine(const char* name) {

@@ -73,7 +73,7 @@ private Q_SLOTS:
         auto role = QAccessible::NoRole;
         const Answer escaped = show([&](MessageBox& box) {
             for (const QPushButton* const button : box.findChildren<QPushButton*>()) {
-                buttons << button->text();
+                buttons << button->accessibleName();
             }
             for (const QLabel* const label : box.findChildren<QLabel*>()) {
                 icon = icon || !label->pixmap().isNull();
@@ -82,6 +82,7 @@ private Q_SLOTS:
                          Qt::PlainText);
             }
             title = box.windowTitle();
+            QCOMPARE(KeyboardFaults(box), QString());
             role = QAccessible::queryAccessibleInterface(&box)->role();
             QTest::keyClick(&box, Qt::Key_Escape);
         });
@@ -106,11 +107,12 @@ private Q_SLOTS:
     }
     void NeverLargerThanTheScreen() {
         QFETCH(const QString, text);
-        QString shown;
+        QString shown, faults;
         QRect frame;
         bool buttonInSight = false;
         WhileOpen<MessageBox>(
             [&](MessageBox& box) {
+                faults = KeyboardFaults(box);
                 frame = box.frameGeometry();
                 const auto* const button = box.findChild<QPushButton*>();
                 buttonInSight =
@@ -120,6 +122,7 @@ private Q_SLOTS:
                                         : box.findChildren<QLabel*>().constLast()->text();
             },
             [&] { return prompts_.ShowMessage(ToText(text), BoxStyle::Question, u""); });
+        QCOMPARE(faults, QString());
         const QSize screen = QGuiApplication::primaryScreen()->availableSize();
         QVERIFY(frame.width() <= screen.width() && frame.height() <= screen.height());
         QVERIFY(frame.width() > 100);
@@ -132,7 +135,11 @@ private Q_SLOTS:
         const auto ask = [&](const std::function<void(InputBox&)>& look) {
             return WhileOpen<InputBox>(look, [&] { return prompts_.AskForText(u"?", suggestion); });
         };
-        QCOMPARE(ask([](InputBox& box) { QTest::keyClick(&box, Qt::Key_Return); }), suggestion);
+        QCOMPARE(ask([](InputBox& box) {
+                     QCOMPARE(KeyboardFaults(box), QString());
+                     QTest::keyClick(&box, Qt::Key_Return);
+                 }),
+                 suggestion);
         QCOMPARE(ask([](InputBox& box) { QTest::keyClick(&box, Qt::Key_Escape); }),
                  std::u16string());
         QCOMPARE(ask([](InputBox& box) {
@@ -175,7 +182,9 @@ private Q_SLOTS:
                      QStringLiteral("Load Sets|::|Text1 File To Load:|PushButton16 Browse|"
                                     "Text2 Separator:|PushButton1 Load|PushButton2 Cancel|"
                                     "PushButton3 Format help"));
+            QCOMPARE(KeyboardFaults(form2), QString());
             window.settings.writes.clear();
+            separator.setFocus();
             QTest::keyClicks(&separator, QStringLiteral("x"));
             QTest::keyClick(&separator, Qt::Key_Return); // nothing to load: not a word
             separator.setText(QStringLiteral("=>"));
@@ -222,6 +231,7 @@ private Q_SLOTS:
         const int strip = qRound(300 / 1440.0 * splash.logicalDpiX());
         QCOMPARE(splash.frameGeometry().size(), tips.size() + QSize(0, strip));
         QCOMPARE(splash.windowTitle(), QStringLiteral("Vexmarrow Software"));
+        QCOMPARE(KeyboardFaults(splash), QString());
         splash.findChild<QCheckBox*>()->click();
         splash.findChild<QCheckBox*>()->click();
         const std::vector<TextPair> writes{{u"ShowAgain", u"1"}, {u"ShowAgain", u"0"}};

@@ -36,6 +36,7 @@ private Q_SLOTS:
     void cleanup() {
         QVERIFY(QGuiApplication::overrideCursor() == nullptr);
         QCOMPARE(window_->Find<QLabel>("Progress")->text(), QString());
+        QVERIFY(window_->Find<QWidget>("ProgressBar")->isHidden());
         QCOMPARE(window_->calls.openFiles, 0);
         window_.reset();
         folder_.reset();
@@ -140,6 +141,7 @@ private Q_SLOTS:
             QVERIFY(window_->Find<QLabel>("Progress")
                         ->text()
                         .startsWith(QStringLiteral("File 1 of 4")));
+            QVERIFY(window_->Find<QWidget>("ProgressBar")->isVisible());
             window_->Press("PushButton1"); // refused
             window_->SetText1(u"q");
         });
@@ -169,6 +171,16 @@ private Q_SLOTS:
         QCOMPARE(Run(), kDone);
         QCOMPARE(folder_->Read("out/1.vcf"), std::string("first"));
         QCOMPARE(folder_->Read("out/2.vcf"), std::string("second"));
+    }
+
+    void CodePageChosenDuringARun() {
+        AddFile("1.vcf", "\xE9");
+        AddFile("2.vcf", "\xE9");
+        window_->SetText1(u"\u00E9");
+        auto* const pages = window_->Find<QComboBox>("Combo3");
+        AfterResult("1.vcf", [&] { pages->setCurrentIndex(1); }); // Cyrillic
+        QCOMPARE(Run(), kDone);
+        QCOMPARE(folder_->Read("out/1.vcf") + folder_->Read("out/2.vcf"), std::string("b\xE9"));
     }
 
     void RowsRemovedDuringARun() {
@@ -222,6 +234,8 @@ private Q_SLOTS:
         window_->prompts.answers = {Answer::Yes};
         window_->Press("PushButton13");
         QCOMPARE(window_->Rows(), 50'001);
+        QCOMPARE(window_->Find<QLabel>("Count")->text(),
+                 QLocale().toString(50'001) + QStringLiteral(" files"));
         window_->Boxes();
         folder_->Remove("1.vcf");
         QCOMPARE(Run(), kDone);

@@ -7,7 +7,10 @@
 #include "app/Strings.h"
 #include "support/TestFolder.h"
 
+#include <QAbstractItemView>
+#include <QApplication>
 #include <QSettings>
+#include <QWheelEvent>
 
 namespace vexmarrow::test {
 namespace {
@@ -105,6 +108,44 @@ private Q_SLOTS:
         window.Find<QLineEdit>("Text3")->clear();
         QTest::keyClicks(window.Find<QLineEdit>("Text3"), QStringLiteral("/a"));
         QCOMPARE(Writes(window), QStringLiteral("Output Folder= Output Folder=/ Output Folder=/a"));
+    }
+
+    void CodePages() {
+        Window window;
+        window.settings.values[u"AnsiCodePage"] = u"iso-8859-15";
+        window.Open();
+        window.settings.writes.clear();
+        auto* const combo = window.Find<QComboBox>("Combo3");
+        auto* const view = combo->view();
+        const auto row = [&](int number) { return combo->model()->index(number, 0); };
+        const auto wheel = [&] {
+            QWheelEvent event({9, 9}, {9, 9}, {}, {0, 120}, {}, {}, Qt::NoScrollPhase, false);
+            QApplication::sendEvent(combo, &event);
+        };
+        QVERIFY(QTest::qWaitForWindowActive(window.form.get()));
+        combo->addItem(QStringLiteral("refused"), QStringLiteral("refused"));
+        using Step = std::pair<std::function<void()>, const char*>;
+        for (const auto& [choose, shown] :
+             {Step{wheel, "iso-8859-15"}, Step{[&] { combo->setCurrentIndex(11); }, "UTF-8"},
+              Step{[&] { combo->setCurrentIndex(11); }, ""},
+              Step{[&] { QTest::keyClick(combo, Qt::Key_Up); }, "windows-874"},
+              // As the accessibility bus does, and as the mouse does on its way.
+              Step{[&] { view->selectionModel()->select(row(2), QItemSelectionModel::Select); },
+                   "windows-1251"},
+              Step{[&] { view->setCurrentIndex(row(4)); }, ""},
+              Step{[&] { combo->setCurrentIndex(12); }, ""},
+              Step{[&] { combo->setFocus(), wheel(); }, "windows-1250"}}) {
+            choose();
+            QApplication::processEvents();
+            const QString chosen = QString::fromLatin1(shown);
+            const bool news = !chosen.isEmpty() && !chosen.startsWith(QStringLiteral("iso"));
+            QCOMPARE(Writes(window), news ? QStringLiteral("AnsiCodePage=") + chosen : QString());
+            const QString name = ToQString(window.ansi.Page().Name());
+            QCOMPARE(combo->currentData().toString(), name);
+            QVERIFY(chosen.isEmpty() || chosen == name);
+        }
+        QCOMPARE(window.Boxes(),
+                 QStringLiteral("in Zentavor2021/08/31.Form1.Combo3_Click at line 1"));
     }
 
     void BrowseForOutputFolder() {

@@ -6,6 +6,9 @@
 #include "app/LinesEdit.h"
 #include "app/Strings.h"
 
+#include <QAccessible>
+#include <QGroupBox>
+#include <QStyleFactory>
 #include <QTimer>
 
 namespace vexmarrow::test {
@@ -61,6 +64,102 @@ void Once(std::function<bool()> due, std::function<void()> action) {
                          }
                      });
     timer->start(0);
+}
+
+namespace {
+
+QString FaultsOfLetters(const QWidget& window) {
+    QString letters, faults;
+    const auto add = [&](const QString& caption, bool needed) {
+        const QString letter = QKeySequence::mnemonic(caption).toString().right(1);
+        if (letter.isEmpty() ? needed : letters.contains(letter)) {
+            faults += caption + QStringLiteral(": its letter\n");
+        }
+        letters += letter;
+    };
+    for (const auto* const widget : window.findChildren<QWidget*>()) {
+        const QString type = QString::fromLatin1(widget->metaObject()->className());
+        if (!widget->isVisible()) {
+            continue;
+        }
+        if (const auto* const label = qobject_cast<const QLabel*>(widget)) {
+            add(label->text(), label->buddy() != nullptr);
+        } else if (const auto* const button = qobject_cast<const QAbstractButton*>(widget)) {
+            const bool inGroup = type == QStringLiteral("QRadioButton"); // its title has the letter
+            add(button->text(), button->text().size() > 3 && !inGroup);
+        } else if (const auto* const group = qobject_cast<const QGroupBox*>(widget)) {
+            add(group->title(), true);
+        } else if (const auto* const tabs = qobject_cast<const QTabBar*>(widget)) {
+            add(tabs->tabText(0), true);
+            add(tabs->tabText(1), true);
+        }
+    }
+    return faults;
+}
+
+QString FaultsOfControl(QWidget& control) {
+    const auto* const accessible = QAccessible::queryAccessibleInterface(&control);
+    const QString name = accessible->text(QAccessible::Name);
+    const auto role = accessible->role();
+    const auto* const tabs = qobject_cast<QTabBar*>(&control);
+    const QString tip = tabs != nullptr ? tabs->tabToolTip(1) : control.toolTip();
+    const QImage focused = control.grab().toImage();
+    control.clearFocus();
+    const auto* const button = qobject_cast<QPushButton*>(&control);
+    // The button that Enter presses from anywhere looks like one that has the focus.
+    const bool same =
+        (button == nullptr || !button->isDefault()) && control.grab().toImage() == focused;
+    control.setFocus(Qt::TabFocusReason);
+    const bool box = control.window()->objectName() == QStringLiteral("MessageBox");
+    QString faults;
+    for (const auto& [fault, what] :
+         {std::pair{name.isEmpty() || name.contains(u'&'), "name"},
+          {role == QAccessible::NoRole || role == QAccessible::Client, "role"},
+          {tip.isEmpty() && !box, "tool tip"},
+          {same, "focus"}}) {
+        if (fault) {
+            faults += QStringLiteral("%1 %2: its %3\n")
+                          .arg(control.objectName(), name, QString::fromLatin1(what));
+        }
+    }
+    return faults;
+}
+
+} // namespace
+
+QString KeyboardFaults(QWidget& window) {
+    QString faults = FaultsOfLetters(window);
+    QList<QWidget*> stops;
+    for (QWidget* const widget : window.findChildren<QWidget*>()) {
+        if (widget->isVisible() && widget->isEnabled() && widget->focusProxy() == nullptr &&
+            (widget->focusPolicy() & Qt::TabFocus) != 0) {
+            stops << widget;
+        }
+    }
+    const QString before = QApplication::style()->name();
+    QApplication::setCursorFlashTime(0);
+    for (const QString& style : QStyleFactory::keys()) {
+        QApplication::setStyle(style);
+        window.activateWindow();
+        if (!QTest::qWaitForWindowActive(&window) || stops.isEmpty()) {
+            return QStringLiteral("it is not to be used");
+        }
+        stops.front()->setFocus(Qt::TabFocusReason);
+        for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Backtab}) {
+            QList<QWidget*> missed = stops;
+            for (qsizetype i = 0; i < stops.size(); ++i) {
+                QWidget* const control = QApplication::focusWidget();
+                missed.removeAll(control);
+                faults += FaultsOfControl(*control);
+                QTest::keyClick(control, key);
+            }
+            for (const QWidget* const control : missed) {
+                faults += style + u' ' + control->objectName() + QStringLiteral(": not reached\n");
+            }
+        }
+    }
+    QApplication::setStyle(before);
+    return faults;
 }
 
 } // namespace vexmarrow::test

@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "app/CodePageChooser.h"
+
+#include "app/Controls.h"
+#include "app/Strings.h"
+#include "textio/CodePage.h"
+
+#include <QSignalBlocker>
+#include <QWheelEvent>
+
+namespace vexmarrow {
+
+CodePageChooser::CodePageChooser(QWidget* parent) : QComboBox(parent) {
+    for (const ChoosableCodePage& page : ChoosableCodePages()) {
+        const QString name = ToQString(page.name);
+        addItem(QStringLiteral("%1%2 (%3)")
+                    .arg(name[0].toUpper())
+                    .arg(name.mid(1), ToQString(page.languages)),
+                name);
+    }
+    setFrame(false);
+    setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    setMaxVisibleItems(count() + 1);
+    ObeySelection(this);
+    setFocusPolicy(Qt::StrongFocus); // the wheel is no way in
+    connect(this, &QComboBox::currentIndexChanged, this,
+            [this](int index) { Q_EMIT Chosen(itemData(index).toString()); });
+}
+
+void CodePageChooser::ShowPage(std::u16string_view name) {
+    const QSignalBlocker blocker(this);
+    const QString page = ToQString(name);
+    if (findData(page) < 0) {
+        insertItem(0, page, page);
+    }
+    setCurrentIndex(findData(page));
+}
+
+QSize CodePageChooser::minimumSizeHint() const {
+    constexpr int kCharacters = 12;
+    return {fontMetrics().averageCharWidth() * kCharacters, QComboBox::minimumSizeHint().height()};
+}
+
+void CodePageChooser::wheelEvent(QWheelEvent* event) {
+    if (hasFocus()) {
+        QComboBox::wheelEvent(event);
+    } else {
+        event->ignore();
+    }
+}
+
+} // namespace vexmarrow

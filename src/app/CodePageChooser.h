@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QComboBox>
+
+#include <string_view>
+
+namespace vexmarrow {
+
+/// The setting that holds the name of the page that was chosen.
+inline constexpr std::u16string_view kCodePageSetting = u"AnsiCodePage";
+
+/// The list from which the user chooses the code page of text without a mark.
+class CodePageChooser final : public QComboBox {
+    Q_OBJECT
+
+public:
+    explicit CodePageChooser(QWidget* parent);
+
+    /// Shows the page in force; one that is not offered joins the list under its own name. This is
+    /// no choice.
+    void ShowPage(std::u16string_view name);
+
+    /// The list may be cut in a narrow window.
+    QSize minimumSizeHint() const override;
+
+Q_SIGNALS:
+    /// The user has chosen a page other than the one shown before.
+    void Chosen(const QString& name);
+
+protected:
+    void wheelEvent(QWheelEvent* event) override;
+};
+
+} // namespace vexmarrow

@@ -1,0 +1,86 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "app/StatusLine.h"
+
+#include "app/CodePageChooser.h"
+#include "app/Controls.h"
+#include "app/Strings.h"
+
+#include <QLabel>
+#include <QLocale>
+#include <QProgressBar>
+
+#include <algorithm>
+#include <limits>
+
+namespace vexmarrow {
+namespace {
+
+int BarValue(std::size_t number) {
+    return static_cast<int>(std::min<std::size_t>(number, std::numeric_limits<int>::max()));
+}
+
+} // namespace
+
+StatusLine::StatusLine(QWidget* parent)
+    : QStatusBar(parent),
+      Combo3(new CodePageChooser(this)),
+      count_(new QLabel(this)),
+      bar_(new QProgressBar(this)),
+      progress_(new QLabel(this)) {
+    setSizeGripEnabled(false);
+    count_->setObjectName(QStringLiteral("Count"));
+    Name(bar_, u"ProgressBar", u"Progress");
+    bar_->setTextVisible(false);
+    bar_->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+    progress_->setObjectName(QStringLiteral("Progress"));
+    // In a narrow window its end is cut; it must not make the window wide.
+    progress_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    addWidget(count_);
+    addWidget(bar_);
+    addWidget(progress_, 1);
+    addPermanentWidget(MakeLabel(this, u"Label5", u"Code page of unmar&ked files:", Combo3));
+    addPermanentWidget(Combo3);
+    Combo3->setObjectName(QStringLiteral("Combo3"));
+    Combo3->raise(); // assistive programs read in the order of the children
+    ClearProgress();
+}
+
+void StatusLine::ShowCount(std::size_t count) {
+    files_ = count;
+    if (progress_->isHidden()) {
+        WriteCount();
+    }
+}
+
+void StatusLine::WriteCount() {
+    count_->setText(files_ == 0   ? QStringLiteral("No files")
+                    : files_ == 1 ? QStringLiteral("1 file")
+                                  : QLocale().toString(files_) + QStringLiteral(" files"));
+}
+
+void StatusLine::ShowProgress(const Progress& progress) {
+    const QLocale locale;
+    QString text = ToQString(progress.item) + u' ' + locale.toString(progress.done);
+    if (progress.total > 0) {
+        text += QStringLiteral(" of ") + locale.toString(progress.total);
+    }
+    progress_->setText(text);
+    // From 0 to 0 the bar shows that there is work, and not how far it is.
+    bar_->setRange(0, BarValue(progress.total));
+    bar_->setValue(BarValue(progress.done));
+    bar_->show();
+    progress_->show();
+    WriteCount();
+}
+
+void StatusLine::ClearProgress() {
+    bar_->hide();
+    progress_->hide();
+    bar_->reset();
+    progress_->clear();
+    WriteCount();
+}
+
+} // namespace vexmarrow
