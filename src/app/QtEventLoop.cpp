@@ -9,7 +9,7 @@ namespace vexmarrow {
 
 void QtEventLoop::Yield(const Progress& progress) {
     // Painting the line for every item would cost more than the work itself.
-    constexpr qint64 kMillisecondsBetween = 50;
+    constexpr qint64 kMillisecondsBetween = 100;
     const bool last = progress.done == progress.total;
     if (show_ &&
         (last || !sinceShown_.isValid() || sinceShown_.elapsed() >= kMillisecondsBetween)) {

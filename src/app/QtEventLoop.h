@@ -15,7 +15,7 @@ namespace vexmarrow {
 /// Yields to Qt's event loop, and knows whether the program is ending.
 class QtEventLoop final : public EventLoop {
 public:
-    /// `show` is called with the progress from a yield: some twenty times a second, and for the
+    /// `show` is called with the progress from a yield: some ten times a second, and for the
     /// last item.
     void SetProgressDisplay(std::function<void(const Progress&)> show) { show_ = std::move(show); }
 

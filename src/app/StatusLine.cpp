@@ -8,6 +8,7 @@
 #include "app/Strings.h"
 
 #include <QLabel>
+#include <QLayout>
 #include <QLocale>
 #include <QProgressBar>
 
@@ -28,18 +29,18 @@ StatusLine::StatusLine(QWidget* parent)
       Combo3(new CodePageChooser(this)),
       count_(new QLabel(this)),
       bar_(new QProgressBar(this)),
-      progress_(new QLabel(this)) {
+      place_(new QWidget(this)),
+      progress_(new QLabel(place_)) {
     setSizeGripEnabled(false);
     count_->setObjectName(QStringLiteral("Count"));
     Name(bar_, u"ProgressBar", u"Progress");
     bar_->setTextVisible(false);
     bar_->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
     progress_->setObjectName(QStringLiteral("Progress"));
-    // In a narrow window its end is cut; it must not make the window wide.
-    progress_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    progress_->setTextFormat(Qt::PlainText);
     addWidget(count_);
     addWidget(bar_);
-    addWidget(progress_, 1);
+    addWidget(place_, 1);
     addPermanentWidget(MakeLabel(this, u"Label5", u"Code page of unmar&ked files:", Combo3));
     addPermanentWidget(Combo3);
     Combo3->setObjectName(QStringLiteral("Combo3"));
@@ -49,7 +50,7 @@ StatusLine::StatusLine(QWidget* parent)
 
 void StatusLine::ShowCount(std::size_t count) {
     files_ = count;
-    if (progress_->isHidden()) {
+    if (place_->isHidden()) {
         WriteCount();
     }
 }
@@ -70,14 +71,18 @@ void StatusLine::ShowProgress(const Progress& progress) {
     // From 0 to 0 the bar shows that there is work, and not how far it is.
     bar_->setRange(0, BarValue(progress.total));
     bar_->setValue(BarValue(progress.done));
-    bar_->show();
-    progress_->show();
+    if (place_->isHidden()) {
+        bar_->show();
+        place_->show();
+        layout()->activate();
+    }
+    progress_->setGeometry(place_->rect());
     WriteCount();
 }
 
 void StatusLine::ClearProgress() {
     bar_->hide();
-    progress_->hide();
+    place_->hide();
     bar_->reset();
     progress_->clear();
     WriteCount();

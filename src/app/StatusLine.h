@@ -38,6 +38,7 @@ private:
 
     QLabel* count_;
     QProgressBar* bar_;
+    QWidget* place_; // of the text, so that its changes lay nothing out anew
     QLabel* progress_;
     std::size_t files_ = 0;
 };

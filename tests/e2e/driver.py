@@ -141,7 +141,7 @@ class Program(Controls):
     def progress_line(self):
         """The line that says how far long work is, by its name."""
         bar = wait_until(lambda: bus.find(self.window, "", "status bar"), "the status bar")
-        return [node for node in bus.children(bar) if node.getRoleName() == "label"][1]  # after the count
+        return [node for node in bus.walk(bar) if node.getRoleName() == "label"][1]  # after the count
 
     def _list(self):
         return wait_until(lambda: bus.find(self.window, "File(s)", bus.ITEM_VIEWS), "the file list")
