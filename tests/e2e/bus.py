@@ -63,6 +63,10 @@ def is_checked(node):
     return has_state(node, pyatspi.STATE_CHECKED)
 
 
+def is_focused(node):
+    return has_state(node, pyatspi.STATE_FOCUSED)
+
+
 def is_enabled(node):
     return has_state(node, pyatspi.STATE_ENABLED)
 

@@ -17,6 +17,7 @@ SINGLE = "Single find and replace"
 SETS = "Multiple find and replace (sets)"
 TO_FOLDER = "Save results to this folder:"
 IN_PLACE = "Save results in folder of original file"
+CODE_PAGE = "Code page of unmarked files:"
 ADD_DIALOG = "Add File(s) - Hold Ctrl to select multiple files"
 FOLDER_DIALOG = "Please select folder:"
 LIST_DIALOG = "Load List(s) - Hold Ctrl to select multiple list files"
@@ -142,6 +143,24 @@ class Program(Controls):
         """The line that says how far long work is, by its name."""
         bar = wait_until(lambda: bus.find(self.window, "", "status bar"), "the status bar")
         return [node for node in bus.walk(bar) if node.getRoleName() == "label"][1]  # after the count
+
+    def _code_pages(self):
+        """The list of code pages: by its label, for the name of such a list is what is chosen in it."""
+        def labels(node):
+            return [relation.getTarget(0).name for relation in node.getRelationSet()]
+
+        return wait_until(lambda: next((node for node in bus.walk(self.window) if node.getRoleName() == "combo box"
+                                        and CODE_PAGE in labels(node)), None), "the list of code pages")
+
+    def code_page(self):
+        """The code page that is shown."""
+        return self._code_pages().name
+
+    def choose_code_page(self, name):
+        """Chooses a code page as assistive programs do."""
+        item = next(item for item in bus.children(bus.children(self._code_pages())[0]) if item.name == name)
+        bus.act(item, "Toggle")
+        wait_until(lambda: self.code_page() == name, "code page %r" % name)
 
     def _list(self):
         return wait_until(lambda: bus.find(self.window, "File(s)", bus.ITEM_VIEWS), "the file list")

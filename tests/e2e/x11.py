@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
-"""What other programs and the hand do to a window: real mouse events, and drags from another program.
+"""What other programs and the hand do to a window: real keys, mouse events, and drags from another program.
 
 Everything goes through the X server of the present display.
 """
@@ -67,11 +67,15 @@ _declare(
     XFree=(c_int, c_void_p),
     XQueryPointer=(c_int, c_void_p, c_ulong, *[c_void_p] * 7),
     XSync=(c_int, c_void_p, c_int),
+    XStringToKeysym=(c_ulong, c_char_p),
+    XKeysymToKeycode=(c_ubyte, c_void_p, c_ulong),
+    XKeycodeToKeysym=(c_ulong, c_void_p, c_ubyte, c_int),
 )
 _declare(
     _TEST,
     XTestFakeMotionEvent=(c_int, c_void_p, c_int, c_int, c_int, c_ulong),
     XTestFakeButtonEvent=(c_int, c_void_p, c_uint, c_int, c_ulong),
+    XTestFakeKeyEvent=(c_int, c_void_p, c_uint, c_int, c_ulong),
 )
 
 
@@ -92,6 +96,38 @@ class _Client:
 
     def _sync(self):
         _LIB.XSync(self._display, False)
+
+
+class Keyboard(_Client):
+    """The keyboard, for whatever window has the focus."""
+
+    def press(self, *chords):
+        """Presses keys by their names ("Return", "a"), each with those held down meanwhile: "Alt+s"."""
+        for chord in chords:
+            codes = [self._code(_LIB.XStringToKeysym(name.encode())) for name in
+                     chord.replace("Alt", "Alt_L").replace("Ctrl", "Control_L").replace("Shift", "Shift_L").split("+")]
+            self._strike(codes)
+
+    def type(self, text):
+        """Types characters that the keyboard has."""
+        for character in text:
+            symbol = {"\n": 0xFF0D}.get(character, ord(character))
+            code = self._code(symbol)
+            shifted = _LIB.XKeycodeToKeysym(self._display, code, 0) != symbol
+            self._strike([self._code(_LIB.XStringToKeysym(b"Shift_L"))] * shifted + [code])
+
+    def _code(self, symbol):
+        code = _LIB.XKeysymToKeycode(self._display, symbol)
+        if not code:
+            raise bus.Missing("no key for %#x" % symbol)
+        return code
+
+    def _strike(self, codes):
+        for code in codes:
+            _TEST.XTestFakeKeyEvent(self._display, code, True, 0)
+        for code in reversed(codes):
+            _TEST.XTestFakeKeyEvent(self._display, code, False, 0)
+        self._sync()
 
 
 class Mouse(_Client):

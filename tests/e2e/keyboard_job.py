@@ -1,0 +1,165 @@
+# SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+# SPDX-License-Identifier: MIT
+"""The whole job without a mouse: by keys alone, and through the accessibility bus alone.
+
+    on-virtual-display.sh /usr/bin/python3 keyboard_job.py PROGRAM [unittest arguments]
+
+window_test.py says more.
+"""
+
+import os
+
+import bus
+import window_test
+import x11
+from bus import wait_until
+from driver import ADD_DIALOG, FIND, LIST_DIALOG, REPLACE, SETS, SINGLE, TO_FOLDER
+from oracle import FIELDS, VALUES, WHOLE
+from window_test import WindowTest, read
+
+UTF8 = "UTF-8 (all languages)"
+
+
+class Keys(x11.Keyboard):
+    """The keyboard in the hands of somebody who looks before each key whether the window is ready for it."""
+
+    def __init__(self, program):
+        super().__init__()
+        self.program = program
+
+    def to_window(self, window=None):
+        """Waits until the keys go to a window; the main window when none is given."""
+        window = window or self.program.window
+        wait_until(lambda: bus.has_state(window, bus.pyatspi.STATE_ACTIVE), "the keys to go to %r" % window.name)
+
+    def wait_focus(self, name, role):
+        wait_until(lambda: bus.is_focused(bus.find(self.program.window, name, role)), "the focus on %r" % name)
+
+    def fill(self, controls, name, text):
+        """Types into the text box of that name, which has the focus, in place of what it held."""
+        wait_until(lambda: bus.is_focused(bus.find(controls.window, name, "text")), "the focus on %r" % name)
+        self.press("Ctrl+a")
+        self.type(text)
+        wait_until(lambda: controls.text(name) == text, "%r to hold %r" % (name, text))
+
+    def choose(self, arrow, option):
+        self.press(arrow)
+        wait_until(lambda: self.program.is_chosen(option), "option %r" % option)
+
+    def answer(self, key, text):
+        """Waits for a message and answers it with a key."""
+        box = self.program.box()
+        wait_until(lambda: box.message == text, "the message %r" % text)
+        self.to_window(box.window)
+        self.press(key)
+        self.program.wait_closed(box)
+        self.to_window()
+
+
+class WithoutMouseTest(WindowTest):
+    def setUp(self):
+        super().setUp()
+        self.contents = {"latin.vcf": b"TEL:caf\xe9 TEL\r\n", "utf8.vcf": "TEL:caf\u00e9 TEL\r\n".encode()}
+        folder, self.results = self.folder("in"), self.folder("out")
+        self.paths = [self.file(folder, name, data=data) for name, data in self.contents.items()]
+        self.list = self.file("list.txt", data="".join(path + "\r\n" for path in self.paths).encode())
+
+    def assert_results(self, change):
+        self.assertEqual({name: read(os.path.join(self.results, name)) for name in sorted(os.listdir(self.results))},
+                         {name: change(data) for name, data in self.contents.items()})
+
+    def assert_kept(self, page):
+        with open(os.path.join(os.environ["XDG_CONFIG_HOME"], "Quillmoor.ini"), encoding="ascii") as file:
+            self.assertIn("AnsiCodePage=%s\n" % page, file)
+
+    def test_by_keys(self):
+        with self.program() as program, Keys(program) as keys:
+            keys.to_window()
+            keys.press("Alt+o")
+            dialog = program.dialog(LIST_DIALOG)
+            keys.to_window(dialog.window)
+            keys.fill(dialog, "File name:", self.list)
+            keys.press("Return")
+            program.wait_closed(dialog)
+            program.wait_for_rows(2)
+
+            # Keys that destroy nothing in the list, and Enter on a button.
+            keys.to_window()
+            keys.press("Alt+b")
+            keys.wait_focus("File(s)", "tree")
+            keys.press("Delete", "BackSpace", "Return", "space", "Escape", "Tab")
+            keys.wait_focus("Add VCF File(s)", "push button")
+            self.assertEqual(program.rows(), self.paths)
+            keys.press("Return")
+            dialog = program.dialog(ADD_DIALOG)
+            keys.to_window(dialog.window)
+            keys.press("Escape")
+            program.wait_closed(dialog)
+            keys.to_window()
+
+            # One pair, in the fields.
+            keys.press("Alt+w")
+            keys.fill(program, FIND, "two\nlines")
+            keys.fill(program, FIND, "TEL")
+            keys.press("Tab")
+            keys.fill(program, REPLACE, "Fon (1+1)")
+            keys.press("Alt+f")
+            keys.wait_focus(WHOLE, "radio button")
+            keys.choose("Up", VALUES)
+            keys.choose("Up", FIELDS)
+            keys.press("Alt+p", "Tab")
+            keys.fill(program, TO_FOLDER, self.results)
+            keys.press("Return")  # starts nothing
+            self.assertEqual(os.listdir(self.results), [])
+            keys.press("Alt+k", "End")
+            wait_until(lambda: program.code_page() == UTF8, "the last code page")
+            keys.press("Shift+Tab")
+            keys.wait_focus("Start Replacing", "push button")
+            keys.press("Return")
+            keys.answer("Return", "Done.")
+            self.assert_results(lambda data: data.replace(b"TEL:", b"Fon (1+1):"))
+            self.assert_kept("UTF-8")
+
+            # A set.
+            keys.press("Alt+u")
+            wait_until(lambda: program.is_in_front(SETS), "the tab of sets")
+            keys.press("Alt+d")
+            box = program.box()
+            keys.to_window(box.window)
+            keys.press("Ctrl+a")
+            keys.type("caf::tea")
+            keys.press("Return")
+            program.wait_closed(box)
+            keys.to_window()
+            self.assertEqual(program.sets(), [("caf", "tea")])
+            keys.press("Alt+s")
+            keys.answer("space", "Done.")
+            self.assert_results(lambda data: data.replace(b"caf", b"tea"))
+            keys.press("Alt+t")
+            program.wait_for_rows(0)
+
+    def test_through_the_bus(self):
+        with self.program() as program:
+            self.assertEqual(program.code_page(), "Windows-1252 (Western European)")
+            program.load_lists([self.list], 2)
+            program.type(FIND, "\u00e9")
+            program.type(REPLACE, "e")
+            program.type(TO_FOLDER, self.results)
+            program.choose(WHOLE)
+            program.choose_code_page(UTF8)
+            program.replace_all()
+            self.assert_results(lambda data: data.replace(b"\xc3\xa9", b"e"))
+            program.choose_code_page("Windows-1252 (Western European)")
+            program.replace_all()
+            self.assert_results(lambda data: data.replace(b"\xe9", b"e"))
+            self.assert_kept("windows-1252")
+            program.tab(SETS)
+            program.add_set("TEL::FON")
+            program.replace_all()
+            self.assert_results(lambda data: data.replace(b"TEL", b"FON"))
+            program.tab(SINGLE)
+            self.assertEqual(program.text(FIND), "\u00e9")
+
+
+if __name__ == "__main__":
+    window_test.main()
