@@ -34,7 +34,7 @@ public:
     bool failed = false; ///< a read has been made to fail
 
     /// Another thing drawn from the input: whether text without a mark is UTF-8.
-    bool IsUtf8() const { return toldSize_ / 4 % 2 != 0; }
+    bool PageIsUtf8() const { return toldSize_ / 4 % 2 != 0; }
 
     int Open(const std::string& path, int, mode_t) override {
         Require(!open && path == "/proc/self/exe", "the right file is opened, and only once");
@@ -87,7 +87,7 @@ struct Reader {
     MemoryFile file;
     EncodingFlags flags;
     static inline const AnsiCodePage pages[]{AnsiCodePage(u"windows-1252"), AnsiCodePage(u"UTF-8")};
-    const AnsiCodePage& ansi = pages[file.IsUtf8() ? 1 : 0];
+    const AnsiCodePage& ansi = pages[file.PageIsUtf8() ? 1 : 0];
     RFTSFSO textio{file, flags, ansi};
 
     /// What `read` returns; nothing when the file was made to fail, and only then.

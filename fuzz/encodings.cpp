@@ -20,7 +20,7 @@ void TryPage(const CodePage& page, std::string_view bytes, const std::u16string&
     std::string encoded;
     page.Encode(decoded, encoded);
     Require(encoded == bytes, "bytes come back from their characters");
-    if (page.HasLongCharacters()) {
+    if (page.Name() == u"UTF-8") {
         Require(page.SearchableBytes(decoded).has_value() == page.IsExactInBytes(bytes),
                 "a text without stray bytes can be found in its bytes, and no other can");
         return;

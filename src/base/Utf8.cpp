@@ -79,6 +79,14 @@ Part PartAt(std::string_view bytes, std::size_t at) {
     return part;
 }
 
+/// Whether the first byte is certainly an ill-formed part of its own: the quick answer for most
+/// bytes of texts that are in another encoding.
+bool IsLone(std::string_view bytes) {
+    const auto first = static_cast<std::uint8_t>(bytes[0]);
+    return first < 0xC2 || first > 0xF4 ||
+           (bytes.size() > 1 && (static_cast<std::uint8_t>(bytes[1]) & 0xC0U) != 0x80);
+}
+
 /// How many characters of ASCII `units` begin with: four words at a time, because most text is
 /// ASCII and little of it is not.
 template <typename Unit>
@@ -100,11 +108,12 @@ std::size_t AsciiRun(std::basic_string_view<Unit> units) {
     return run;
 }
 
+constexpr std::size_t kBlock = 128; // bytes that are judged together
+
 /// Some well-formed UTF-8 with which `bytes` begin, and its units; nothing when there are few bytes
 /// or something is wrong with them. Compilers make vector instructions of the loop as long as all
 /// in it are bytes.
-Utf8Stretch WholeBlock(std::string_view bytes) {
-    constexpr std::size_t kBlock = 128;
+TextStretch WholeBlock(std::string_view bytes) {
     constexpr std::size_t kBefore = 3; // so far is a character's last byte from its first
     if (bytes.size() < kBlock) {
         return {};
@@ -136,7 +145,8 @@ Utf8Stretch WholeBlock(std::string_view bytes) {
         const auto another = static_cast<std::uint8_t>(byte >= 0xF0);
         units = static_cast<std::uint8_t>(units + one + another);
     }
-    return wrong != 0 ? Utf8Stretch() : Utf8Stretch{end, units - (kBlock - end)};
+    const std::size_t filling = kBlock - end; // zeros, which were taken for characters
+    return wrong != 0 ? TextStretch() : TextStretch{end, units - filling};
 }
 
 /// Appends the characters of `bytes`; `malformed(part)` appends what a maximal ill-formed part
@@ -252,42 +262,52 @@ void EncodeUtf8(std::u16string_view text, std::string& bytes, char lacking) {
 }
 
 bool IsUtf8(std::string_view bytes) {
-    std::size_t at = AsciiRun(bytes);
-    while (at < bytes.size()) {
-        const std::size_t block = WholeBlock(bytes.substr(at)).bytes;
-        const Part part = block > 0 ? Part{} : PartAt(bytes, at);
-        if (block == 0 && !part.whole) {
+    for (std::size_t at = AsciiRun(bytes); at < bytes.size(); at += AsciiRun(bytes.substr(at))) {
+        if (const std::size_t block = WholeBlock(bytes.substr(at)).bytes; block > 0) {
+            at += block;
+        } else if (const Part part = PartAt(bytes, at); part.whole) {
+            at += part.length;
+        } else {
             return false;
         }
-        at += block > 0 ? block : part.length;
-        at += AsciiRun(bytes.substr(at));
     }
     return true;
 }
 
-Utf8Stretch MeasureUtf8(std::string_view bytes, std::size_t most, bool more) {
-    Utf8Stretch stretch;
+TextStretch MeasureUtf8(std::string_view bytes, std::size_t most, bool more) {
+    TextStretch stretch;
     const auto take = [&](std::size_t length, std::size_t units) {
         stretch.bytes += length;
         stretch.units += units;
     };
+    std::size_t nextBlock = 0; // up to there it is known that no block is whole
     while (stretch.bytes < bytes.size() && stretch.units < most) {
         const std::string_view rest = bytes.substr(stretch.bytes);
         const std::size_t room = most - stretch.units;
-        if (const std::size_t run = AsciiRun(rest.substr(0, room)); run > 0) {
+        if (static_cast<std::uint8_t>(rest[0]) < 0x80) {
+            const std::size_t run = AsciiRun(rest.substr(0, room));
             take(run, run);
-        } else if (const Utf8Stretch block = WholeBlock(rest.substr(0, room)); block.bytes > 0) {
-            take(block.bytes, block.units);
+            continue;
+        }
+        if (stretch.bytes >= nextBlock) {
+            if (const TextStretch block = WholeBlock(rest.substr(0, room)); block.bytes > 0) {
+                take(block.bytes, block.units);
+                continue;
+            }
+            nextBlock = stretch.bytes + kBlock;
+        }
+        if (IsLone(rest)) {
+            take(1, 1);
+            continue;
+        }
+        const Part part = PartAt(rest, 0);
+        if (part.open && more) {
+            break;
+        }
+        if (!part.whole && part.length > room) { // its bytes can be parted
+            take(room, room);
         } else {
-            const Part part = PartAt(rest, 0);
-            if (part.open && more) {
-                break;
-            }
-            if (!part.whole && part.length > room) { // its bytes can be parted
-                take(room, room);
-            } else {
-                take(part.length, part.Units());
-            }
+            take(part.length, part.Units());
         }
     }
     return stretch;

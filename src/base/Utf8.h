@@ -37,7 +37,7 @@ void EncodeUtf8(std::u16string_view text, std::string& bytes, char lacking);
 bool IsUtf8(std::string_view bytes);
 
 /// Bytes at the beginning of others, and how many 16-bit units DecodeUtf8 makes of them.
-struct Utf8Stretch {
+struct TextStretch {
     std::size_t bytes = 0;
     std::size_t units = 0;
 };
@@ -45,6 +45,6 @@ struct Utf8Stretch {
 /// The stretch of `most` units at the beginning of `bytes`: of one more when a character of two
 /// lies across its end, of fewer when the bytes end before that. With `more`, they go on where
 /// they end, and a character of which only a part is there is left out.
-Utf8Stretch MeasureUtf8(std::string_view bytes, std::size_t most, bool more);
+TextStretch MeasureUtf8(std::string_view bytes, std::size_t most, bool more);
 
 } // namespace vexmarrow

@@ -79,9 +79,8 @@ public:
     }
 
     bool IsExactInBytes(std::string_view /*bytes*/) const override { return true; }
-    bool HasLongCharacters() const override { return false; }
 
-    Stretch Measure(std::string_view bytes, std::size_t most, bool /*more*/) const override {
+    TextStretch Measure(std::string_view bytes, std::size_t most, bool /*more*/) const override {
         const std::size_t count = std::min(bytes.size(), most);
         return {count, count};
     }
@@ -121,8 +120,10 @@ constexpr std::array kChoosable{
 /// The converter that ICU has under a name or one of its aliases; empty when there is none.
 std::string_view ConverterName(std::u16string_view name) {
     UErrorCode error = U_ZERO_ERROR;
-    const char* const canonical = ucnv_getAlias(NativeName(name).c_str(), 0, &error);
-    return U_SUCCESS(error) && canonical != nullptr ? canonical : "";
+    const std::string icuName = NativeName(name);
+    const char* const canonical = ucnv_getAlias(icuName.c_str(), 0, &error);
+    const bool isKnown = U_SUCCESS(error) && canonical != nullptr;
+    return isKnown && icuName.find('\0') == std::string::npos ? canonical : "";
 }
 
 /// A page's name as users choose it.
@@ -168,7 +169,8 @@ std::unique_ptr<const CodePage> MakeSingleByteCodePage(std::u16string_view name)
     UErrorCode error = U_ZERO_ERROR;
     // ICU takes an empty name for "the default converter", which is no name of a page.
     const Converter converter(icuName.empty() ? nullptr : ucnv_open(icuName.c_str(), &error));
-    if (converter == nullptr || U_FAILURE(error)) {
+    // A name that holds a NUL is not the one that ICU sees.
+    if (converter == nullptr || U_FAILURE(error) || icuName.find('\0') != std::string::npos) {
         throw Refused(name, u"there is none of this name");
     }
     if (ucnv_getMaxCharSize(converter.get()) != 1) {

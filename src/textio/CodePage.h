@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "base/Utf8.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -33,12 +35,13 @@ public:
     /// Appends the bytes of `text` to `bytes`, kLackingCharacter for what the page lacks.
     virtual void Encode(std::u16string_view text, std::string& bytes) const = 0;
 
-    /// The code of one character, that of kLackingCharacter when the page lacks it.
+    /// The code of one character, that of kLackingCharacter when a page of single bytes lacks it.
+    /// In UTF-8 it is that of the 16-bit unit itself.
     virtual int CodeOf(char16_t character) const = 0;
 
     /// The bytes by which `text` can be found in, and put into, the bytes of texts of this page,
     /// with the same result as if they were characters. Nothing when the page lacks one of its
-    /// characters, or when it holds half a character.
+    /// characters, or when it holds half a character or a stray byte.
     virtual std::optional<std::string> SearchableBytes(std::u16string_view text) const = 0;
 
     /// Whether the bytes of a text can be changed several times over, each time by finding and
@@ -46,21 +49,9 @@ public:
     /// something out may bring parts together that make a new character.
     virtual bool IsExactInBytes(std::string_view bytes) const = 0;
 
-    /// Whether there are characters of several bytes: then Measure tells how many characters there
-    /// are.
-    virtual bool HasLongCharacters() const = 0;
-
-    /// Bytes at the beginning of a text, and how many 16-bit characters they are.
-    struct Stretch {
-        std::size_t bytes = 0;
-        std::size_t characters = 0;
-    };
-
-    /// The stretch of `most` characters at the beginning of `bytes`: of one more when a character
-    /// of two units lies across its end, of fewer when the bytes end before that. With `more`, the
-    /// text goes on where the bytes end, and a character of which only a part is there is left
-    /// out.
-    virtual Stretch Measure(std::string_view bytes, std::size_t most, bool more) const = 0;
+    /// The stretch of `most` units at the beginning of `bytes`; see MeasureUtf8 for what else it
+    /// may be. With `more`, the text goes on where the bytes end.
+    virtual TextStretch Measure(std::string_view bytes, std::size_t most, bool more) const = 0;
 };
 
 /// A page that users can choose, and the languages it is for.
@@ -91,7 +82,8 @@ std::u16string_view CodePageForLocale(std::string_view locale);
 /// The same for the locale of the environment (LC_ALL, LC_CTYPE, LANG: the first that is set).
 std::u16string_view CodePageOfEnvironment();
 
-/// The code page in force for all text without mark: process-wide, made once.
+/// Which code page is in force for all text without mark. Process-wide: made once and handed to all
+/// that need it.
 class AnsiCodePage {
 public:
     explicit AnsiCodePage(std::u16string_view name) { Choose(name); }

@@ -71,7 +71,7 @@ void TextResult::Commit() {
     if (file_) {
         if (!heldBack_.empty()) { // its other half never came
             bytes_.clear();
-            textio_.Ansi().Page().Encode(heldBack_, bytes_);
+            textio_.Ansi().Page().Encode(std::exchange(heldBack_, {}), bytes_);
             file_->Append(bytes_);
         }
         file_->Commit();

@@ -34,7 +34,10 @@ public:
     void WriteTextFile(std::string_view bytes, std::u16string_view path, std::int32_t WriteMode);
 
     /// Gives up what was handed over: the file stays as it was.
-    void Drop() { file_.reset(); }
+    void Drop() {
+        file_.reset();
+        heldBack_.clear();
+    }
 
     /// Writes the file. Throws Failure. Does nothing when nothing was handed over.
     void Commit();

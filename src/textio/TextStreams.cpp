@@ -18,10 +18,10 @@ namespace {
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 constexpr std::string_view kUtf16Mark = "\xFF\xFE";
 
-/// Bytes of each half of a character with two units.
+/// Bytes of a character with two units that go with each of them.
 constexpr std::size_t kHalf = 2;
 
-/// How much of a file a search for the end of a line looks at first.
+/// How much of a file is looked at at least, where little more is wanted.
 constexpr std::size_t kFirstLook = 4096;
 
 std::size_t BytesPerCharacter(TextFormat format) {
@@ -114,13 +114,12 @@ TextPieces::TextPieces(InputFile file, TextFormat format, const CodePage& page)
 }
 
 bool TextPieces::NextOfStream(std::string_view& bytes) {
-    const std::size_t most = kPieceSize * BytesPerCharacter(format_);
     if (format_ == TextFormat::Utf8) {
         bytes = file_.PeekAll();
-    } else if (format_ == TextFormat::Ansi && page_.HasLongCharacters()) {
-        bytes = PeekLongCharacters();
+    } else if (format_ == TextFormat::Utf16) {
+        bytes = file_.Peek(2 * kPieceSize).substr(0, 2 * kPieceSize);
     } else {
-        bytes = file_.Peek(most).substr(0, most);
+        bytes = PeekPiece();
     }
     if (bytes.empty() && begun_) {
         return false;
@@ -130,27 +129,31 @@ bool TextPieces::NextOfStream(std::string_view& bytes) {
     return true;
 }
 
-/// A piece of text in which characters take several bytes, and some of them two units.
-std::string_view TextPieces::PeekLongCharacters() {
-    constexpr std::size_t kLongest = 4; // bytes of a character
-    partedAtBegin_ = std::exchange(partedAtEnd_, {});
-    std::size_t length = partedAtBegin_.empty() ? 0 : kHalf;
-    std::size_t characters = partedAtBegin_.empty() ? 0 : 1;
+/// The bytes of the next piece of text in the code page.
+std::string_view TextPieces::PeekPiece() {
+    begin_ = std::exchange(beginOfNext_, std::nullopt);
+    end_.reset();
+    // The second half of a character is the first unit, and need not be measured.
+    std::size_t length = begin_ ? kHalf : 0;
+    std::size_t characters = begin_ ? 1 : 0;
     std::string_view bytes;
     for (bool more = true; more && characters < kPieceSize;) {
         const std::size_t lacking = kPieceSize - characters;
-        const std::size_t least = length + std::max(lacking, kFirstLook) + kLongest - 1;
+        const std::size_t least = length + std::max(lacking, kFirstLook);
         bytes = file_.Peek(least);
         more = bytes.size() >= least;
         if (bytes.size() - length <= lacking && !more) { // most files: there is nothing to count
             return bytes;
         }
-        const CodePage::Stretch stretch = page_.Measure(bytes.substr(length), lacking, more);
+        const TextStretch stretch = page_.Measure(bytes.substr(length), lacking, more);
         length += stretch.bytes;
-        characters += stretch.characters;
+        characters += stretch.units;
     }
     if (characters > kPieceSize) {
-        page_.Decode(bytes.substr(length - 2 * kHalf, 2 * kHalf), partedAtEnd_);
+        std::u16string parted;
+        page_.Decode(bytes.substr(length - 2 * kHalf, 2 * kHalf), parted);
+        end_ = parted.front();
+        beginOfNext_ = parted.back();
         length -= kHalf;
     }
     return bytes.substr(0, length);
@@ -161,18 +164,14 @@ void TextPieces::Decode(std::string_view bytes) {
         text_ = TextFromUtf8(bytes);
         return;
     }
-    if (!partedAtBegin_.empty()) {
-        bytes.remove_prefix(kHalf);
-    }
-    if (!partedAtEnd_.empty()) {
-        bytes.remove_suffix(kHalf);
-    }
+    bytes.remove_prefix(begin_ ? kHalf : 0);
+    bytes.remove_suffix(end_ ? kHalf : 0);
     DecodeStream(bytes, format_, page_, text_);
-    if (!partedAtBegin_.empty()) {
-        text_.insert(text_.begin(), partedAtBegin_.back());
+    if (begin_) {
+        text_.insert(text_.begin(), *begin_);
     }
-    if (!partedAtEnd_.empty()) {
-        text_.push_back(partedAtEnd_.front());
+    if (end_) {
+        text_.push_back(*end_);
     }
 }
 

@@ -6,6 +6,7 @@
 #include "textio/InputFile.h"
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,16 +22,16 @@ inline constexpr std::size_t kPieceSize = 65536;
 enum class TextFormat {
     Ansi,  ///< the code page
     Utf16, ///< low byte first, after a mark of two bytes or without one
-    Utf8,  ///< after a mark of three bytes
+    Utf8,  ///< after a mark of three bytes; without one, it is a code page
 };
 
 /// Splits text at every CR LF; a lone CR or LF stays inside its line. A text that ends in CR LF
 /// has an empty last line, and an empty text is one empty line.
 std::vector<std::u16string> SplitTextLines(std::u16string_view text);
 
-/// A text file on its way in, piece by piece. UTF-8 is one piece of any size; of the other formats
-/// each piece but the last has kPieceSize characters. An empty file is one empty piece. All
-/// failures are thrown as Failure.
+/// A text file on its way in, piece by piece. TextFormat::Utf8 is one piece of any size; of the
+/// other formats each piece but the last has kPieceSize characters. An empty file is one empty
+/// piece. All failures are thrown as Failure.
 class TextPieces {
 public:
     TextPieces(InputFile file, TextFormat format, const CodePage& page);
@@ -53,7 +54,7 @@ public:
 
 private:
     bool NextOfStream(std::string_view& bytes);
-    std::string_view PeekLongCharacters();
+    std::string_view PeekPiece();
     void Decode(std::string_view bytes);
 
     InputFile file_;
@@ -61,14 +62,17 @@ private:
     const CodePage& page_;
     bool begun_ = false;
     std::u16string text_; // the piece that is shown
-    // The two units of a character that lies across the beginning or the end of that piece.
-    std::u16string partedAtBegin_;
-    std::u16string partedAtEnd_;
+
+    // Halves of characters that lie across the beginning and the end of that piece.
+    std::optional<char16_t> begin_;
+    std::optional<char16_t> end_;
+    std::optional<char16_t> beginOfNext_;
 };
 
-/// A text file on its way in, line by line, without the line ends. UTF-8 is divided by
-/// SplitTextLines; in the other formats CR LF, LF and CR each end a line, and one at the end of the
-/// file makes no further line. An empty file is one empty line. All failures are thrown as Failure.
+/// A text file on its way in, line by line, without the line ends. TextFormat::Utf8 is
+/// divided by SplitTextLines; in the other formats CR LF, LF and CR each end a line, and one at the
+/// end of the file makes no further line. An empty file is one empty line. All failures are thrown
+/// as Failure.
 class TextLines {
 public:
     TextLines(InputFile file, TextFormat format, const CodePage& page);

@@ -23,16 +23,15 @@ public:
 
     std::optional<std::string> SearchableBytes(std::u16string_view text) const override {
         std::string bytes;
-        EncodeUtf8(text, bytes, '\xFF'); // which is never UTF-8
-        return IsUtf8(bytes) ? std::optional(std::move(bytes)) : std::nullopt;
+        EncodeUtf8(text, bytes, kLackingCharacter);
+        // Stray bytes side by side may spell a character, which they are not.
+        return IsUtf8(bytes) && TextFromUtf8(bytes) == text ? std::optional(std::move(bytes))
+                                                            : std::nullopt;
     }
 
     bool IsExactInBytes(std::string_view bytes) const override { return IsUtf8(bytes); }
-    bool HasLongCharacters() const override { return true; }
-
-    Stretch Measure(std::string_view bytes, std::size_t most, bool more) const override {
-        const Utf8Stretch stretch = MeasureUtf8(bytes, most, more);
-        return {stretch.bytes, stretch.units};
+    TextStretch Measure(std::string_view bytes, std::size_t most, bool more) const override {
+        return MeasureUtf8(bytes, most, more);
     }
 };
 

@@ -50,7 +50,7 @@ TEST(Utf8, IsReadAsIcuReadsItAndNamesComeBackByteForByte) {
         ASSERT_EQ(name == text, text.find(u'\uFFFD') == std::u16string::npos);
         ASSERT_EQ(IsUtf8(bytes), name == text);
         const std::size_t most = random() % (round % 4 == 0 ? 400 : 40);
-        const Utf8Stretch stretch = MeasureUtf8(bytes, most, false);
+        const TextStretch stretch = MeasureUtf8(bytes, most, false);
         const bool parts = stretch.units == most + 1; // a character of two units
         ASSERT_TRUE(parts ? name[most] >= 0xDC00 : stretch.units == std::min(most, name.size()));
         ASSERT_EQ(NativeName(name.substr(0, stretch.units)), bytes.substr(0, stretch.bytes));
