@@ -36,6 +36,7 @@ FileListPanel::FileListPanel(FileList& list, QWidget* parent)
     ListView1->setAccessibleDescription(ListView1->toolTip());
 
     auto* const hint = new QLabel(ToQString(kHint), this);
+    hint->setObjectName(QStringLiteral("Hint"));
     hint->setWordWrap(true);
     hint->setBuddy(ListView1);
 

@@ -39,6 +39,7 @@ FindPanel::FindPanel(QWidget* parent)
       Option2(MakeOption(Frame1, u"Option2", u"Find and replace in values only")),
       Option3(MakeOption(Frame1, u"Option3", u"Find and replace in fields and values")) {
     Name(TabControl1, u"TabControl1", u"Find and replace");
+    TabControl1->setUsesScrollButtons(false); // there are two tabs, and always in sight
     TabControl1->addTab(MakeSinglePairTab(), QStringLiteral("Sin&gle find and replace"));
     TabControl1->addTab(MakeSetsTab(), QStringLiteral("M&ultiple find and replace (sets)"));
 

@@ -45,7 +45,8 @@
 namespace vexmarrow {
 namespace {
 
-constexpr double kShareOfScreen = 0.9; // leaves room for the frame of a window on a small screen
+constexpr double kShareOfScreen = 0.9;
+constexpr QSize kFrame(12, 40); // of the window, about: it is not there before the window shows
 
 } // namespace
 
@@ -124,7 +125,9 @@ QSize Form1::FirstSize() const {
     const QSize roomy(metrics.averageCharWidth() * kCharacters, metrics.lineSpacing() * kLines);
     const QSize needed =
         files_->parentWidget()->minimumSizeHint() + QSize(0, status_->sizeHint().height());
-    return roomy.expandedTo(needed).boundedTo(screen()->availableSize() * kShareOfScreen);
+    const QSize available = screen()->availableSize();
+    return roomy.boundedTo(available * kShareOfScreen)
+        .expandedTo(needed.boundedTo(available - kFrame));
 }
 
 void Form1::OnClick(QAbstractButton* button, void (Form1::*handler)()) {

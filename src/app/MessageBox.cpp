@@ -77,7 +77,7 @@ MessageBox::MessageBox(QWidget* owner, const QString& title, const QString& text
     grid->addWidget(MakeText(text), 0, icon.isNull() ? 0 : 1, 1, icon.isNull() ? 2 : 1);
     grid->setColumnStretch(1, 1);
     grid->setRowStretch(0, 1);
-    setMinimumWidth(fontMetrics().averageCharWidth() * kNarrowestInCharacters);
+    grid->setColumnMinimumWidth(1, fontMetrics().averageCharWidth() * kNarrowestInCharacters);
 
     auto* const buttons = new QDialogButtonBox(this);
     const auto add = [&](QDialogButtonBox::StandardButton which, const QString& caption,

@@ -12,13 +12,32 @@
 #include <QPushButton>
 #include <QRadioButton>
 
+#include <cmath>
 #include <limits>
 
 namespace vexmarrow {
 namespace {
 
-constexpr int kDarker = 140;              // per cent, as QColor::darker takes it
-constexpr int kLeastGrayUnderBlack = 115; // where black letters are as good to read as white ones
+constexpr double kBright = 0.4; // in luminance: a colour for black letters
+
+double Luminance(const QColor& colour) {
+    const auto light = [](double part) {
+        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * light(colour.redF()) + 0.7152 * light(colour.greenF()) +
+           0.0722 * light(colour.blueF());
+}
+
+/// The colour of a button, made from that of selections, on which white letters are good to read.
+QColor FaceForWhite(QColor face) {
+    constexpr int kLighter = 130; // per cent: styles draw a button somewhat lighter than its colour
+    constexpr int kStep = 105;
+    constexpr double kReadable = 0.18; // white has 4.5 times its contrast
+    while (Luminance(face.lighter(kLighter)) > kReadable) {
+        face = face.darker(kStep);
+    }
+    return face;
+}
 
 } // namespace
 
@@ -71,18 +90,17 @@ void SavePanel::changeEvent(QEvent* event) {
 
 void SavePanel::Measure() {
     const QFontMetrics metrics = fontMetrics();
-    Text3->setMinimumWidth(metrics.averageCharWidth() * 24);
-    PushButton1->setMinimumSize(metrics.averageCharWidth() * 30, metrics.lineSpacing() * 4);
+    Text3->setMinimumWidth(metrics.averageCharWidth() * 16);
+    PushButton1->setMinimumSize(metrics.averageCharWidth() * 26, metrics.lineSpacing() * 4);
 }
 
 void SavePanel::ColourStartButton() {
     QPalette colours = palette();
     for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
-        // Styles draw a button somewhat lighter than its colour.
-        const QColor face = colours.color(group, QPalette::Highlight).darker(kDarker);
-        const bool dark = qGray(face.rgb()) < kLeastGrayUnderBlack;
-        colours.setColor(group, QPalette::Button, face);
-        colours.setColor(group, QPalette::ButtonText, dark ? Qt::white : Qt::black);
+        const QColor selection = colours.color(group, QPalette::Highlight);
+        const bool bright = Luminance(selection) > kBright;
+        colours.setColor(group, QPalette::Button, bright ? selection : FaceForWhite(selection));
+        colours.setColor(group, QPalette::ButtonText, bright ? Qt::black : Qt::white);
     }
     PushButton1->setPalette(colours);
 }

@@ -160,9 +160,14 @@ private Q_SLOTS:
             }
         }
         QCOMPARE(chain, expected);
-        for (const int tab : {0, 1}) {
-            window.SelectTab(tab);
-            QCOMPARE(KeyboardFaults(*window.form), QString());
+        QFont font = window.form->font();
+        for (const double points : {9.0, 13.5, 18.0}) {
+            font.setPointSizeF(points);
+            window.form->setFont(font);
+            for (const int tab : {0, 1}) {
+                window.SelectTab(tab);
+                QCOMPARE(KeyboardFaults(*window.form), QString());
+            }
         }
         for (const char* const frame : {"Frame1", "Frame2", "Frame4", "TabControl1"}) {
             QVERIFY2(!window.Find<QWidget>(frame)->accessibleName().isEmpty(), frame);

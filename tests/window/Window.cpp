@@ -97,6 +97,22 @@ QString FaultsOfLetters(const QWidget& window) {
     return faults;
 }
 
+QString CutControls(const QWidget& window) {
+    QString cut;
+    for (const auto* const widget : window.findChildren<QWidget*>()) {
+        const auto* const label = qobject_cast<const QLabel*>(widget);
+        const QSize needed = label != nullptr && label->wordWrap()
+                                 ? QSize(0, label->heightForWidth(label->width()))
+                                 : widget->minimumSizeHint();
+        const QString name = widget->objectName(); // others are parts that the toolkit makes
+        const bool own = !name.isEmpty() && !name.startsWith(QStringLiteral("qt_"));
+        if (own && widget->isVisible() && widget->size().expandedTo(needed) != widget->size()) {
+            cut += name + QStringLiteral(": it is cut\n");
+        }
+    }
+    return cut;
+}
+
 QString FaultsOfControl(QWidget& control) {
     const auto* const accessible = QAccessible::queryAccessibleInterface(&control);
     const QString name = accessible->text(QAccessible::Name);
@@ -145,7 +161,12 @@ QString KeyboardFaults(QWidget& window) {
         if (!QTest::qWaitForWindowActive(&window) || stops.isEmpty()) {
             return QStringLiteral("it is not to be used");
         }
-        stops.front()->setFocus(Qt::TabFocusReason);
+        // The layout follows the style and the font.
+        if (!QTest::qWaitFor([&] { return CutControls(window).isEmpty(); }, 1'000)) {
+            faults += CutControls(window);
+        }
+        stops.front()->setFocus();
+        QTest::keyClick(stops.front(), Qt::Key_Tab); // styles show the focus to those who use keys
         for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Backtab}) {
             QList<QWidget*> missed = stops;
             for (qsizetype i = 0; i < stops.size(); ++i) {
