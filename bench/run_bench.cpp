@@ -19,6 +19,7 @@
 //         starts as the program does; prints the moment at which the window is usable
 
 #include "Usable.h"
+#include "app/Application.h"
 #include "app/Form1.h"
 #include "app/IniSettingsStore.h"
 #include "app/LinesEdit.h"
@@ -36,7 +37,6 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDialogButtonBox>
-#include <QFont>
 #include <QPushButton>
 #include <QTimer>
 #include <QTreeView>
@@ -271,10 +271,7 @@ void Start() {
 
 int main(int argc, char** argv) {
     using namespace vexmarrow::bench;
-    const QApplication application(argc, argv);
-    QFont font = QApplication::font();
-    font.setFamily(QStringLiteral("Arial"));
-    QApplication::setFont(font);
+    const vexmarrow::Application application(argc, argv);
 
     const std::vector<const char*> arguments(argv + 1, argv + argc);
     const std::string command = arguments.empty() ? "" : arguments[0];

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
+#include "app/Application.h"
 #include "app/Form1.h"
 #include "app/IniSettingsStore.h"
 #include "app/QtEventLoop.h"
@@ -15,8 +16,6 @@
 #include "textio/CodePage.h"
 #include "textio/RFTSFSO.h"
 
-#include <QApplication>
-#include <QFont>
 #include <QIcon>
 #include <QStandardPaths>
 
@@ -29,13 +28,10 @@ int main(int argc, char** argv) {
     // A file that would grow past the user's limit is a failure to report, not the end.
     std::signal(SIGXFSZ, SIG_IGN); // NOLINT(cert-err33-c)
 
-    const QApplication application(argc, argv);
+    const Application application(argc, argv);
     QApplication::setApplicationVersion(QStringLiteral(VEXMARROW_VERSION));
     QApplication::setDesktopFileName(QStringLiteral(VEXMARROW_DESKTOP_ID));
     QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral(VEXMARROW_DESKTOP_ID)));
-    QFont font = QApplication::font();
-    font.setFamily(QStringLiteral("Arial"));
-    QApplication::setFont(font);
 
     EncodingFlags flags;
     AnsiCodePage ansi(CodePageOfEnvironment());
