@@ -24,7 +24,8 @@ def darken():
     folder = os.path.join(os.environ["XDG_CONFIG_HOME"], "qt6ct")
     os.makedirs(folder)
     with open(os.path.join(folder, "qt6ct.conf"), "w", encoding="utf-8") as file:
-        file.write("[Appearance]\ncolor_scheme_path=%s\ncustom_palette=true\nstyle=Fusion\n" % DARK)
+        file.write("[Appearance]\ncolor_scheme_path=%s\ncustom_palette=true\nstyle=Fusion\n"
+                   "[Fonts]\ngeneral=\"Arial,9,-1,5,50,0,0,0,0,0\"\n" % DARK)
     os.environ["QT_QPA_PLATFORMTHEME"] = "qt6ct"
 
 

@@ -28,6 +28,12 @@ def tool(*command):
     return subprocess.run(command, check=True, capture_output=True, text=True, timeout=bus.DEADLINE).stdout
 
 
+def managed_windows():
+    """What the window manager knows of the windows that it has placed."""
+    return subprocess.run(["wmctrl", "-l"], check=False, capture_output=True, text=True,
+                          timeout=bus.DEADLINE).stdout
+
+
 def screenshot(path):
     """A picture of the whole screen; an older one of that name is replaced."""
     tool("scrot", "--overwrite", path)
@@ -93,6 +99,8 @@ class Program(Controls):
             if meet:
                 meet(self)
             super().__init__(wait_until(lambda: self._top_level(WINDOW, ("frame", "window")), "the main window"))
+            # Only then does it stand where it will stay, and pointers and drags can be aimed at it.
+            wait_until(lambda: WINDOW in managed_windows(), "the window manager to place the main window")
         except BaseException:
             self.kill()
             raise
