@@ -11,7 +11,8 @@
 #     scripts/test-package.sh [FILE.deb]
 #
 # It must be root, and must be allowed to make namespaces, mounts and device
-# files. The exit status is 77 where that is refused: then nothing was tested.
+# files. The exit status is 77 where that is refused, or where no such root can
+# be had: then nothing was tested.
 #
 # All mounts are made in a namespace of their own. They are gone with its last
 # process, nobody else sees them, and nothing of this machine is ever mounted
@@ -26,6 +27,7 @@ die() {
     exit 1
 }
 
+refused=77
 user=tester
 id=$(sed -n 's/^set(VEXMARROW_DESKTOP_ID \(.*\))$/\1/p' "$project/CMakeLists.txt")
 
@@ -74,7 +76,13 @@ make_root() {
         keys=(--keyring=/usr/share/keyrings/debian-archive-keyring.gpg)
     fi
     say "making a root of $release"
-    quietly debootstrap --variant=minbase "${keys[@]}" "${more[@]}" "$release" "$root" "$site"
+    # What fails here has nothing to do with the package.
+    if ! debootstrap --variant=minbase "${keys[@]}" "${more[@]}" "$release" "$root" "$site" \
+        >"$root.log" 2>&1 </dev/null; then
+        cat "$root.log" >&2
+        say "NOT TESTED: no root could be made" >&2
+        exit "$refused"
+    fi
 
     # In some containers the root gets a link in place of a folder for the process table.
     if [ -L "$root/proc" ]; then
@@ -254,7 +262,7 @@ mkdir "$work/probe"
 if ! said=$("${apart[@]}" sh -ec 'mount -t proc proc "$1"; umount "$1"; mknod "$1/null" c 1 3
     echo >"$1/null"' probe "$work/probe" 2>&1); then
     say "NOT TESTED: this machine does not let root make namespaces, mounts or device files: $said" >&2
-    exit 77
+    exit "$refused"
 fi
 
 "${apart[@]}" "$self" --inside "$work/root" "$package" &
@@ -262,5 +270,6 @@ spaces=$!
 status=0
 wait "$spaces" || status=$?
 spaces=
+[ "$status" -ne "$refused" ] || exit "$refused"
 [ "$status" -eq 0 ] || exit 1
 say "passed in $SECONDS s: $(basename "$package")"

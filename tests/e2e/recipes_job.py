@@ -109,10 +109,10 @@ class RecipesTest(WindowTest):
             copy = os.path.join(self.work, "copies", os.path.basename(path))
             write(copy, encode(decoded(read(path))))
             copies[os.path.basename(path)] = copy
-        write(os.path.join(self.work, "config", "Quillmoor.ini"),
-              b"[Vexmarrow%20Software]\nAnsiCodePage=" + page.encode())
         oracle = Oracle(page)
         with self.program() as program:
+            if page == "UTF-8":
+                program.choose_code_page("UTF-8 (all languages)")
             program.add_files(list(copies.values()))
             program.type(FIND, "-")  # a run asks for it whichever tab is in front
             for number, recipe in enumerate(recipes()):
