@@ -5,7 +5,10 @@
 
 #include "app/OutlinedStyle.h"
 
+#include <QAbstractButton>
 #include <QFont>
+#include <QKeyEvent>
+#include <QPlainTextEdit>
 
 #include <array>
 
@@ -13,16 +16,48 @@ namespace vexmarrow {
 namespace {
 
 /// For which a desktop may have letters of their own; nothing stands for all others.
-constexpr std::array<const char*, 10> kKinds{nullptr,         "QLabel",       "QPushButton",
-                                             "QCheckBox",     "QRadioButton", "QAbstractItemView",
-                                             "QHeaderView",   "QStatusBar",   "QTipLabel",
-                                             "QComboMenuItem"};
+constexpr std::array<const char*, 15> kKinds{
+    nullptr,       "QLabel",      "QPushButton", "QCheckBox",      "QRadioButton",
+    "QListView",   "QHeaderView", "QStatusBar",  "QComboMenuItem", "QAbstractItemView",
+    "QMessageBox", "QMenu",       "QTipLabel",   "QComboLineEdit", "QToolButton"};
+
+/// Whether a key goes on to a button from there. In boxes of several lines it makes lines.
+bool PressesAButton(int key, const QObject& receiver) {
+    if (key == Qt::Key_Space) {
+        return qobject_cast<const QAbstractButton*>(&receiver) != nullptr;
+    }
+    return (key == Qt::Key_Return || key == Qt::Key_Enter) &&
+           qobject_cast<const QPlainTextEdit*>(&receiver) == nullptr;
+}
 
 } // namespace
 
 Application::Application(int& argc, char** argv) : QApplication(argc, argv) {
     KeepFamily();
     KeepOutlines();
+}
+
+bool Application::notify(QObject* receiver, QEvent* event) {
+    const bool pressed = event->type() == QEvent::KeyPress;
+    const auto* const key =
+        (pressed || event->type() == QEvent::KeyRelease) && receiver->isWidgetType()
+            ? dynamic_cast<const QKeyEvent*>(event)
+            : nullptr;
+    if (key != nullptr && pressed && IsHeld(*key) && PressesAButton(key->key(), *receiver)) {
+        return true;
+    }
+    if (key != nullptr && !pressed) {
+        released_ = key->key();
+        releasedAt_ = key->timestamp();
+    }
+    return QApplication::notify(receiver, event);
+}
+
+/// A held key comes as many presses and releases. The toolkit recognises most of the presses; the
+/// others come at the very moment of a release.
+bool Application::IsHeld(const QKeyEvent& event) const {
+    const bool sameMoment = event.timestamp() != 0 && event.timestamp() == releasedAt_;
+    return event.isAutoRepeat() || (sameMoment && event.key() == released_);
 }
 
 bool Application::event(QEvent* event) {

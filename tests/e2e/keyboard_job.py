@@ -13,7 +13,7 @@ import bus
 import window_test
 import x11
 from bus import wait_until
-from driver import ADD_DIALOG, FIND, LIST_DIALOG, REPLACE, SETS, SINGLE, TO_FOLDER
+from driver import ADD_DIALOG, FIND, IN_PLACE, LIST_DIALOG, REPLACE, SETS, SINGLE, TO_FOLDER
 from oracle import FIELDS, VALUES, WHOLE
 from window_test import WindowTest, read
 
@@ -35,12 +35,28 @@ class Keys(x11.Keyboard):
     def wait_focus(self, name, role):
         wait_until(lambda: bus.is_focused(bus.find(self.program.window, name, role)), "the focus on %r" % name)
 
-    def fill(self, controls, name, text):
+    def fill(self, controls, name, text, or_else=None):
         """Types into the text box of that name, which has the focus, in place of what it held."""
         wait_until(lambda: bus.is_focused(bus.find(controls.window, name, "text")), "the focus on %r" % name)
         self.press("Ctrl+a")
         self.type(text)
-        wait_until(lambda: controls.text(name) == text, "%r to hold %r" % (name, text))
+        wait_until(lambda: controls.text(name) in (text, or_else), "%r to hold %r" % (name, text))
+
+    def name_file(self, dialog, path):
+        """Types a path into a file dialog and accepts it. The dialog may enter the folder while its name
+        is typed and keep the rest only, or enter it on Return and ask again."""
+        def closed():
+            return dialog.window not in bus.children(self.program.application) or not bus.is_shown(dialog.window)
+
+        self.to_window(dialog.window)
+        for _ in range(3):
+            self.fill(dialog, "File name:", path, or_else=os.path.basename(path))
+            self.press("Return")
+            try:
+                return wait_until(closed, "the dialog to close", deadline=10)
+            except bus.Missing:
+                continue
+        raise bus.Missing("the dialog does not take %r" % path)
 
     def choose(self, arrow, option):
         self.press(arrow)
@@ -77,10 +93,7 @@ class WithoutMouseTest(WindowTest):
             keys.to_window()
             keys.press("Alt+o")
             dialog = program.dialog(LIST_DIALOG)
-            keys.to_window(dialog.window)
-            keys.fill(dialog, "File name:", self.list)
-            keys.press("Return")
-            program.wait_closed(dialog)
+            keys.name_file(dialog, self.list)
             program.wait_for_rows(2)
 
             # Keys that destroy nothing in the list, and Enter on a button.
@@ -110,9 +123,9 @@ class WithoutMouseTest(WindowTest):
             keys.press("Alt+p", "Tab")
             keys.fill(program, TO_FOLDER, self.results)
             keys.press("Return")  # starts nothing
-            self.assertEqual(os.listdir(self.results), [])
             keys.press("Alt+k", "End")
             wait_until(lambda: program.code_page() == UTF8, "the last code page")
+            self.assertEqual(os.listdir(self.results), [])
             keys.press("Shift+Tab")
             keys.wait_focus("Start Replacing", "push button")
             keys.press("Return")
@@ -137,6 +150,21 @@ class WithoutMouseTest(WindowTest):
             self.assert_results(lambda data: data.replace(b"caf", b"tea"))
             keys.press("Alt+t")
             program.wait_for_rows(0)
+
+    def test_a_held_key_starts_one_run(self):
+        target = self.file("doubled.vcf", data=b"a")
+        with self.program() as program, Keys(program) as keys:
+            program.add_files([target])
+            program.type(FIND, "a")
+            program.type(REPLACE, "aa")
+            program.choose(IN_PLACE)
+            for name, expected in (("Return", b"aa"), ("space", b"aaaa")):
+                keys.to_window()
+                keys.press("Alt+k", "Shift+Tab")
+                keys.wait_focus("Start Replacing", "push button")
+                keys.hold(name, 1.5)  # a second of repetitions
+                program.confirm("Done.")
+                self.assertEqual(read(target), expected)
 
     def test_through_the_bus(self):
         with self.program() as program:

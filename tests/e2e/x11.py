@@ -108,6 +108,15 @@ class Keyboard(_Client):
                      chord.replace("Alt", "Alt_L").replace("Ctrl", "Control_L").replace("Shift", "Shift_L").split("+")]
             self._strike(codes)
 
+    def hold(self, name, seconds):
+        """Holds a key down for so long; the X server repeats it meanwhile."""
+        code = self._code(_LIB.XStringToKeysym(name.encode()))
+        _TEST.XTestFakeKeyEvent(self._display, code, True, 0)
+        self._sync()
+        time.sleep(seconds)
+        _TEST.XTestFakeKeyEvent(self._display, code, False, 0)
+        self._sync()
+
     def type(self, text):
         """Types characters that the keyboard has."""
         for character in text:

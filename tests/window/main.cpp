@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 #include "Suites.h"
+#include "app/Application.h"
 
-#include <QApplication>
 #include <QTest>
 
 #include <functional>
@@ -13,7 +13,7 @@
 /// window_tests SUITE: runs one suite.
 int main(int argc, char** argv) {
     using namespace vexmarrow::test;
-    const QApplication application(argc, argv);
+    const vexmarrow::Application application(argc, argv);
     const std::map<QString, std::function<std::unique_ptr<QObject>()>> suites{
         {QStringLiteral("BoxesTest"), MakeBoxesTest},
         {QStringLiteral("ControlsTest"), MakeControlsTest},
