@@ -8,9 +8,10 @@
 #
 #     scripts/check-package.sh [FILE.deb]
 set -euo pipefail
+package=${1:+$(readlink -f "$1")}
 cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")/.."
 
-package=${1:-$(echo build/package/*.deb)}
+package=${package:-$(echo build/package/*.deb)}
 if [ ! -f "$package" ]; then
     echo "check-package: there is no package $package; ./package.sh makes one" >&2
     exit 1

@@ -8,7 +8,7 @@
 #include "textio/CodePage.h"
 
 #include <QSignalBlocker>
-#include <QWheelEvent>
+#include <QStylePainter>
 
 namespace vexmarrow {
 
@@ -24,9 +24,10 @@ CodePageChooser::CodePageChooser(QWidget* parent) : QComboBox(parent) {
     setSizeAdjustPolicy(QComboBox::AdjustToContents);
     setMaxVisibleItems(count() + 1);
     ObeySelection(this);
-    setFocusPolicy(Qt::StrongFocus); // the wheel is no way in
-    connect(this, &QComboBox::currentIndexChanged, this,
-            [this](int index) { Q_EMIT Chosen(itemData(index).toString()); });
+    KeepWheelOut(this);
+    const auto tell = [this](int index) { Q_EMIT Chosen(itemData(index).toString()); };
+    connect(this, &QComboBox::currentIndexChanged, this, tell);
+    connect(this, &QComboBox::activated, this, tell); // also the page that is shown already
 }
 
 void CodePageChooser::ShowPage(std::u16string_view name) {
@@ -43,12 +44,16 @@ QSize CodePageChooser::minimumSizeHint() const {
     return {fontMetrics().averageCharWidth() * kCharacters, QComboBox::minimumSizeHint().height()};
 }
 
-void CodePageChooser::wheelEvent(QWheelEvent* event) {
-    if (hasFocus()) {
-        QComboBox::wheelEvent(event);
-    } else {
-        event->ignore();
-    }
+void CodePageChooser::paintEvent(QPaintEvent* /*event*/) {
+    QStylePainter painter(this);
+    QStyleOptionComboBox option;
+    initStyleOption(&option);
+    painter.drawComplexControl(QStyle::CC_ComboBox, option);
+    const QRect place =
+        style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this);
+    option.currentText =
+        fontMetrics().elidedText(option.currentText, Qt::ElideRight, place.width());
+    painter.drawControl(QStyle::CE_ComboBoxLabel, option);
 }
 
 } // namespace vexmarrow

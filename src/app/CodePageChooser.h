@@ -23,15 +23,16 @@ public:
     /// no choice.
     void ShowPage(std::u16string_view name);
 
-    /// The list may be cut in a narrow window.
+    /// In a narrow window the name of the page is shown in part.
     QSize minimumSizeHint() const override;
 
 Q_SIGNALS:
-    /// The user has chosen a page other than the one shown before.
+    /// The user has chosen a page; it may be the one that was shown before. Comes twice when it is
+    /// not.
     void Chosen(const QString& name);
 
 protected:
-    void wheelEvent(QWheelEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 };
 
 } // namespace vexmarrow

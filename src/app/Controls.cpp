@@ -24,6 +24,20 @@ QString NameOf(std::u16string_view caption) {
     return ToQString(caption).remove(u'&').trimmed();
 }
 
+class WheelKeeper final : public QObject {
+public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        const auto* const control = qobject_cast<const QWidget*>(watched);
+        if (event->type() == QEvent::Wheel && control != nullptr && !control->hasFocus()) {
+            event->ignore();
+            return true;
+        }
+        return QObject::eventFilter(watched, event);
+    }
+};
+
 class SmallButton final : public QPushButton {
 public:
     using QPushButton::QPushButton;
@@ -114,10 +128,21 @@ void OnPress(QRadioButton* option, std::function<void()> operation) {
                      });
 }
 
+void KeepWheelOut(QWidget* control) {
+    if (control->focusPolicy() == Qt::WheelFocus) {
+        control->setFocusPolicy(Qt::StrongFocus);
+    }
+    control->installEventFilter(new WheelKeeper(control));
+}
+
 void ObeySelection(QComboBox* combo) {
     const QAbstractItemView* const view = combo->view();
     const auto obey = [combo, view] {
-        // The user's own hand, too, selects on its way, but moves the current entry along.
+        const QWidget* const dialog = QApplication::activeModalWidget();
+        if (!combo->isEnabled() || (dialog != nullptr && dialog != combo->window())) {
+            return; // no hand could choose here now
+        }
+        // A hand selects entries on its way, too, and each is then the current one.
         const QModelIndexList selected = view->selectionModel()->selectedIndexes();
         if (selected.size() == 1 && selected.front() != view->currentIndex()) {
             combo->hidePopup();

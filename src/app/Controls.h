@@ -47,6 +47,10 @@ void MakeOneStop(const std::vector<QRadioButton*>& options);
 /// set already.
 void OnPress(QRadioButton* option, std::function<void()> operation);
 
+/// Has the wheel pass over a control that has not the focus: it is there to scroll the window, and
+/// would choose something on its way.
+void KeepWheelOut(QWidget* control);
+
 /// Lets assistive programs choose from a drop-down list. They select in the list that drops down,
 /// which by itself chooses nothing. To be called once the list has its model.
 void ObeySelection(QComboBox* combo);

@@ -14,7 +14,6 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
-#include <QStyleOption>
 #include <QSysInfo>
 
 namespace vexmarrow {
@@ -98,11 +97,9 @@ void FileListView::dropEvent(QDropEvent* event) {
 void FileListView::paintEvent(QPaintEvent* event) {
     QTreeView::paintEvent(event);
     if (hasFocus() && !currentIndex().isValid()) { // there is no row to show the focus
-        QStyleOptionFocusRect option;
-        option.initFrom(viewport());
-        option.backgroundColor = palette().color(QPalette::Base);
         QPainter painter(viewport());
-        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+        painter.setPen(palette().color(QPalette::Highlight));
+        painter.drawRect(viewport()->rect().adjusted(0, 0, -1, -1));
     }
 }
 

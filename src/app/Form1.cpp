@@ -93,6 +93,11 @@ void Form1::LayOut() {
     area->setWidgetResizable(true);
     area->setFrameShape(QFrame::NoFrame);
     area->setFocusPolicy(Qt::NoFocus);
+    connect(qApp, &QApplication::focusChanged, area, [area](const QWidget*, QWidget* now) {
+        if (now != nullptr && area->widget()->isAncestorOf(now)) {
+            area->ensureWidgetVisible(now);
+        }
+    });
     setCentralWidget(area);
 
     status_ = new StatusLine(this);
@@ -101,6 +106,11 @@ void Form1::LayOut() {
     status_->setContentsMargins(margins.left(), 0, margins.right(), 0);
     status_->Combo3->ShowPage(services_.ansi.Page().Name());
     SetToolTips(*this);
+    for (QWidget* const control :
+         {static_cast<QWidget*>(find_->Combo1), static_cast<QWidget*>(find_->Combo2),
+          static_cast<QWidget*>(find_->TabControl1->tabBar())}) {
+        KeepWheelOut(control);
+    }
     resize(FirstSize());
 
     // Reading order: the list and its buttons, what to find, where results go, start.
@@ -125,9 +135,12 @@ QSize Form1::FirstSize() const {
     const QSize roomy(metrics.averageCharWidth() * kCharacters, metrics.lineSpacing() * kLines);
     const QSize needed =
         files_->parentWidget()->minimumSizeHint() + QSize(0, status_->sizeHint().height());
-    const QSize available = screen()->availableSize();
-    return roomy.boundedTo(available * kShareOfScreen)
-        .expandedTo(needed.boundedTo(available - kFrame));
+    const QSize available = screen()->availableSize() - kFrame;
+    const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);
+    const QSize bars(needed.height() > available.height() ? bar : 0,
+                     needed.width() > available.width() ? bar : 0);
+    return roomy.boundedTo(screen()->availableSize() * kShareOfScreen)
+        .expandedTo((needed + bars).boundedTo(available));
 }
 
 void Form1::OnClick(QAbstractButton* button, void (Form1::*handler)()) {
@@ -309,6 +322,10 @@ void Form1::Text3_Change() {
 void Form1::Combo3_Click(const QString& page) {
     Trap trap(services_.prompts, u"Form1.Combo3_Click");
     const std::u16string name = ToText(page);
+    if (name == services_.ansi.Page().Name() &&
+        name == services_.settings.GetSetting(kCodePageSetting, u"")) {
+        return;
+    }
     if (trap.Do(1, [&] { services_.ansi.Choose(name); })) {
         trap.Do(2, [&] { services_.settings.SaveSetting(kCodePageSetting, name); });
     }

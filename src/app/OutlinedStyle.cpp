@@ -64,10 +64,29 @@ void OutlinedStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* 
     }
 }
 
+void OutlinedStyle::drawControl(ControlElement element, const QStyleOption* option,
+                                QPainter* painter, const QWidget* widget) const {
+    QProxyStyle::drawControl(element, option, painter, widget);
+    if (element == CE_ProgressBarContents || element == CE_TabBarTabShape ||
+        element == CE_HeaderSection) {
+        Outline(*option, *painter, [&](const QRectF& place) { painter->drawRect(place); });
+    }
+}
+
 void OutlinedStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
                                        QPainter* painter, const QWidget* widget) const {
     QProxyStyle::drawComplexControl(control, option, painter, widget);
-    if (control == CC_ComboBox) {
+    const SubControl part = control == CC_ScrollBar  ? SC_ScrollBarSlider
+                            : control == CC_GroupBox ? SC_GroupBoxFrame
+                                                     : SC_None;
+    if (part != SC_None) {
+        QRectF place = proxy()->subControlRect(control, option, part, widget);
+        if (control == CC_GroupBox) { // the title stands above
+            place.setTop(subControlRect(control, option, SC_GroupBoxLabel, widget).bottom() + 1);
+        }
+        Outline(*option, *painter,
+                [&](const QRectF&) { painter->drawRect(place.adjusted(0.5, 0.5, -0.5, -0.5)); });
+    } else if (control == CC_ComboBox) {
         Outline(*option, *painter, [&](const QRectF& place) { painter->drawRect(place); });
     }
 }

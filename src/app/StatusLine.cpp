@@ -51,33 +51,40 @@ StatusLine::StatusLine(QWidget* parent)
 void StatusLine::ShowCount(std::size_t count) {
     files_ = count;
     if (place_->isHidden()) {
-        WriteCount();
+        ShowRest();
     }
 }
 
-void StatusLine::WriteCount() {
+void StatusLine::ShowRest() {
     count_->setText(files_ == 0   ? QStringLiteral("No files")
                     : files_ == 1 ? QStringLiteral("1 file")
                                   : QLocale().toString(files_) + QStringLiteral(" files"));
+    count_->show();
 }
 
 void StatusLine::ShowProgress(const Progress& progress) {
     const QLocale locale;
-    QString text = ToQString(progress.item) + u' ' + locale.toString(progress.done);
-    if (progress.total > 0) {
-        text += QStringLiteral(" of ") + locale.toString(progress.total);
-    }
+    const QString all =
+        progress.total > 0 ? QStringLiteral(" of ") + locale.toString(progress.total) : QString();
+    const auto textOf = [&](std::size_t done) {
+        return ToQString(progress.item) + u' ' + locale.toString(done) + all;
+    };
+    const QString text = textOf(progress.done);
     progress_->setText(text);
     // From 0 to 0 the bar shows that there is work, and not how far it is.
     bar_->setRange(0, BarValue(progress.total));
     bar_->setValue(BarValue(progress.done));
     if (place_->isHidden()) {
+        count_->hide(); // a small window has no room for both
         bar_->show();
+        const std::size_t longest = std::max<std::size_t>(progress.total, 99'999);
+        // No more than fits, or the window would grow.
+        place_->setMinimumWidth(
+            std::min(fontMetrics().horizontalAdvance(textOf(longest)), width() / 3));
         place_->show();
         layout()->activate();
     }
     progress_->setGeometry(place_->rect());
-    WriteCount();
 }
 
 void StatusLine::ClearProgress() {
@@ -85,7 +92,7 @@ void StatusLine::ClearProgress() {
     place_->hide();
     bar_->reset();
     progress_->clear();
-    WriteCount();
+    ShowRest();
 }
 
 } // namespace vexmarrow

@@ -22,8 +22,7 @@ class StatusLine final : public QStatusBar {
 public:
     explicit StatusLine(QWidget* parent);
 
-    /// The number of files in the list. While work is shown it is written with the next progress
-    /// only, so that a list that grows in thousands of steps costs no more than one.
+    /// The number of files in the list, which is shown when no work is.
     void ShowCount(std::size_t count);
 
     void ShowProgress(const Progress& progress);
@@ -34,7 +33,7 @@ public:
     CodePageChooser* Combo3; // "Code page of unmarked files:"
 
 private:
-    void WriteCount();
+    void ShowRest();
 
     QLabel* count_;
     QProgressBar* bar_;

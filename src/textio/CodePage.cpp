@@ -117,13 +117,19 @@ constexpr std::array kChoosable{
     ChoosableCodePage{kUtf8, u"all languages"},
 };
 
+/// Whether a name is all that ICU sees and nothing but a name: it stops at a NUL, and takes options
+/// after a comma.
+bool IsPlain(std::string_view name) {
+    return name.find_first_of(std::string_view("\0,", 2)) == std::string_view::npos;
+}
+
 /// The converter that ICU has under a name or one of its aliases; empty when there is none.
 std::string_view ConverterName(std::u16string_view name) {
     UErrorCode error = U_ZERO_ERROR;
     const std::string icuName = NativeName(name);
     const char* const canonical = ucnv_getAlias(icuName.c_str(), 0, &error);
     const bool isKnown = U_SUCCESS(error) && canonical != nullptr;
-    return isKnown && icuName.find('\0') == std::string::npos ? canonical : "";
+    return isKnown && IsPlain(icuName) ? canonical : "";
 }
 
 /// A page's name as users choose it.
@@ -169,8 +175,7 @@ std::unique_ptr<const CodePage> MakeSingleByteCodePage(std::u16string_view name)
     UErrorCode error = U_ZERO_ERROR;
     // ICU takes an empty name for "the default converter", which is no name of a page.
     const Converter converter(icuName.empty() ? nullptr : ucnv_open(icuName.c_str(), &error));
-    // A name that holds a NUL is not the one that ICU sees.
-    if (converter == nullptr || U_FAILURE(error) || icuName.find('\0') != std::string::npos) {
+    if (converter == nullptr || U_FAILURE(error) || !IsPlain(icuName)) {
         throw Refused(name, u"there is none of this name");
     }
     if (ucnv_getMaxCharSize(converter.get()) != 1) {

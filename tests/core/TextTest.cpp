@@ -100,10 +100,12 @@ TEST(CodePage, ARefusedPageLeavesTheOneInForce) {
     AnsiCodePage ansi(u"windows-1251");
     for (const std::u16string_view name :
          {u"UTF-16LE", u"utf-7", u"shift_jis", u"gb18030", u"big5", u"euc-kr", u"iso-2022-jp",
-          u"hz", u"ibm-37", u"ibm-1047", u"", u" ", u"no such page", u"\u0416"}) {
+          u"hz", u"ibm-37", u"ibm-1047", u"windows-1252,version=1", u"UTF-8,x", u"", u" ",
+          u"no such page", u"\u0416"}) {
         EXPECT_THROW(ansi.Choose(name), Failure) << NativeName(name);
         EXPECT_EQ(ansi.Page().Name(), u"windows-1251");
     }
+    EXPECT_THROW(ansi.Choose(u"UTF-8\0x"s), Failure);
     ansi.Choose(u"koi8-r");
     EXPECT_EQ(ansi.Page().CodeOf(u'\u0430'), 0xC1);
 }

@@ -14,7 +14,7 @@ import re
 import sys
 
 import window_test
-from driver import FIND, REPLACE, TO_FOLDER
+from driver import FIND, REPLACE, SINGLE, TO_FOLDER
 from oracle import SETS, UTF8_MARK, UTF16_MARK, Oracle, faults
 from window_test import WindowTest, read, samples, write
 
@@ -72,9 +72,10 @@ def recipes():
 class RecipesTest(WindowTest):
     def enter(self, program, recipe, encode):
         """What the table says, from top to bottom; returns what the oracle has to know."""
+        program.tab(SINGLE)
+        program.type(FIND, recipe.value("Find what"))
         program.tab(recipe.value("Tab"))
         if recipe.value("Tab") != SETS:
-            program.type(FIND, recipe.value("Find what"))
             program.type(REPLACE, recipe.value("Replace with"))
             program.choose(recipe.value("Option"))
             return recipe.value("Option")
@@ -114,7 +115,6 @@ class RecipesTest(WindowTest):
             if page == "UTF-8":
                 program.choose_code_page("UTF-8 (all languages)")
             program.add_files(list(copies.values()))
-            program.type(FIND, "-")  # a run asks for it whichever tab is in front
             for number, recipe in enumerate(recipes()):
                 with self.subTest(recipe=recipe.title, encoding=encoding):
                     results = self.folder("results %d" % number)

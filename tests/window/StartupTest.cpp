@@ -148,6 +148,21 @@ private Q_SLOTS:
                  QStringLiteral("in Zentavor2021/08/31.Form1.Combo3_Click at line 1"));
     }
 
+    void ARefusedPageIsMendedByChoosingTheOneInForce() {
+        Window window;
+        window.settings.values[u"AnsiCodePage"] = u"nonsense";
+        window.Open();
+        QCOMPARE(window.Boxes(), Where(5));
+        window.settings.writes.clear();
+        auto* const combo = window.Find<QComboBox>("Combo3");
+        QVERIFY(QTest::qWaitForWindowActive(window.form.get()));
+        for (const char* const written : {"AnsiCodePage=windows-1252", ""}) {
+            combo->showPopup();
+            QTest::keyClick(combo->view(), Qt::Key_Return);
+            QCOMPARE(Writes(window), QString::fromLatin1(written));
+        }
+    }
+
     void BrowseForOutputFolder() {
         Window window;
         window.settings.values[u"LastFolderDot"] = u"/before";
