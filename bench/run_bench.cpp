@@ -20,19 +20,9 @@
 
 #include "Usable.h"
 #include "app/Application.h"
-#include "app/Form1.h"
-#include "app/IniSettingsStore.h"
+#include "app/Assembly.h"
 #include "app/LinesEdit.h"
-#include "app/QtEventLoop.h"
-#include "app/QtFileManager.h"
-#include "app/QtPickers.h"
-#include "app/QtPrompts.h"
-#include "journal/JournalFolders.h"
-#include "journal/JournaledWriter.h"
-#include "journal/Recovery.h"
 #include "support/Doubles.h"
-#include "textio/CodePage.h"
-#include "textio/RFTSFSO.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -43,7 +33,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <malloc.h>
 #include <optional>
@@ -129,11 +118,6 @@ public:
 private:
     QtPrompts real_;
 };
-
-std::u16string ProgramFolder() {
-    return TextFromNativeName(
-        std::filesystem::read_symlink("/proc/self/exe").parent_path().native());
-}
 
 /// The program but for its boxes, dialogs and settings.
 class Program {
@@ -244,25 +228,9 @@ void List(const char* path, const char* keep, const char* remove) {
 
 /// As the program's main does it.
 void Start() {
-    EncodingFlags flags;
-    AnsiCodePage ansi(CodePageOfEnvironment());
-    SystemCalls calls;
-    RFTSFSO textio(calls, flags, ansi);
-    const auto journals = JournalFoldersOfUser();
-    JournaledWriter writer(calls, journals);
-    QtEventLoop eventLoop;
-    QtPrompts prompts(eventLoop);
-    QtPickers pickers(eventLoop);
-    QtFileManager fileManager;
-    IniSettingsStore settings;
-    Form1 form1({textio, writer, ansi, prompts, pickers, settings, fileManager, eventLoop,
-                 ProgramFolder(), u"/"});
-    prompts.SetOwner(&form1);
-    pickers.SetOwner(&form1);
-    form1.Form_Load();
-    Recovery(calls, journals, prompts).Run();
-    form1.show();
-    UntilUsable(form1);
+    Assembly program;
+    program.Start();
+    UntilUsable(program.MainWindow());
     std::printf("%.6f\n", Now());
 }
 

@@ -104,7 +104,6 @@ void Form1::LayOut() {
     setStatusBar(status_);
     const QMargins margins = column->contentsMargins();
     status_->setContentsMargins(margins.left(), 0, margins.right(), 0);
-    status_->Combo3->ShowPage(services_.ansi.Page().Name());
     SetToolTips(*this);
     for (QWidget* const control :
          {static_cast<QWidget*>(find_->Combo1), static_cast<QWidget*>(find_->Combo2),

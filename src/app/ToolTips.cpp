@@ -21,6 +21,7 @@ struct Tip {
     std::u16string_view window;
     std::u16string_view control;
     std::u16string_view text;
+    int tab = 0; // of a control that has tabs
 };
 
 constexpr std::array kTips{
@@ -44,7 +45,7 @@ constexpr std::array kTips{
 
     // What to find
     Tip{u"Form1", u"TabControl1", u"Find one text, or one text a line."},
-    Tip{u"Form1", u"TabControl1", u"Find a list of texts, one after the other."},
+    Tip{u"Form1", u"TabControl1", u"Find a list of texts, one after the other.", 1},
     Tip{u"Form1", u"Text1",
         u"What to find, with capital and small letters told apart; when fields and values are "
         u"searched, each line is a text of its own."},
@@ -140,8 +141,7 @@ void SetToolTips(QWidget& window) {
         }
         auto* const control = window.findChild<QWidget*>(ToQString(tip.control));
         if (auto* const tabs = qobject_cast<QTabWidget*>(control)) {
-            const int next = tabs->tabToolTip(0).isEmpty() ? 0 : 1;
-            tabs->setTabToolTip(next, ToQString(tip.text));
+            tabs->setTabToolTip(tip.tab, ToQString(tip.text));
         } else {
             control->setToolTip(ToQString(tip.text));
         }

@@ -15,7 +15,6 @@ namespace {
 
 using namespace std::string_view_literals;
 
-constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF"sv;
 constexpr std::size_t kLongestMark = 4;
 
 /// Marks in the order of the tests: the first one that fits decides.
@@ -24,10 +23,10 @@ struct Mark {
     bool unicode;
 };
 constexpr std::array kMarks{
-    Mark{"\xFF\xFE\0\0"sv, true},                           // UTF-32, low byte first
-    Mark{"\0\0\xFE\xFF"sv, true},                           // UTF-32, high byte first
-    Mark{kUtf8Mark, false},       Mark{"\xFF\xFE"sv, true}, // UTF-16, low byte first
-    Mark{"\xFE\xFF"sv, true},                               // UTF-16, high byte first
+    Mark{"\xFF\xFE\0\0"sv, true}, // UTF-32, low byte first
+    Mark{"\0\0\xFE\xFF"sv, true}, // UTF-32, high byte first
+    Mark{kUtf8Mark, false},       Mark{kUtf16Mark, true},
+    Mark{"\xFE\xFF"sv, true}, // UTF-16, high byte first
 };
 
 } // namespace

@@ -51,8 +51,8 @@ public:
 
     /// The size of a regular file in bytes, by really opening it for reading: -1 when that fails.
     /// Only the low 32 bits of the size count, as a signed number, so files of 2 GiB and more can
-    /// give zero or a negative number. A file with a size above
-    /// zero stays open for the reading that comes next.
+    /// give zero or a negative number. A file with a size above zero stays open for the reading
+    /// that comes next.
     int FileSize2(std::u16string_view path, Use use = Use::Read);
 
     /// Closes a file that FileSize2 has left open.

@@ -15,9 +15,6 @@
 namespace vexmarrow {
 namespace {
 
-constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
-constexpr std::string_view kUtf16Mark = "\xFF\xFE";
-
 /// Bytes of a character with two units that go with each of them.
 constexpr std::size_t kHalf = 2;
 

@@ -18,6 +18,10 @@ class CodePage;
 /// Characters in a piece of text: no replacement ever works on more at once.
 inline constexpr std::size_t kPieceSize = 65536;
 
+// What a file begins with to say how its bytes stand for characters.
+inline constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+inline constexpr std::string_view kUtf16Mark = "\xFF\xFE"; // low byte first
+
 /// How the bytes of a file stand for characters.
 enum class TextFormat {
     Ansi,  ///< the code page
@@ -69,10 +73,10 @@ private:
     std::optional<char16_t> beginOfNext_;
 };
 
-/// A text file on its way in, line by line, without the line ends. TextFormat::Utf8 is
-/// divided by SplitTextLines; in the other formats CR LF, LF and CR each end a line, and one at the
-/// end of the file makes no further line. An empty file is one empty line. All failures are thrown
-/// as Failure.
+/// A text file on its way in, line by line, without the line ends. TextFormat::Utf8 is divided
+/// by SplitTextLines; in the other formats CR LF, LF and CR each end a line, and one at the end of
+/// the file makes no further line. An empty file is one empty line. All failures are thrown as
+/// Failure.
 class TextLines {
 public:
     TextLines(InputFile file, TextFormat format, const CodePage& page);

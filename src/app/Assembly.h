@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "app/Form1.h"
+#include "app/IniSettingsStore.h"
+#include "app/QtEventLoop.h"
+#include "app/QtFileManager.h"
+#include "app/QtPickers.h"
+#include "app/QtPrompts.h"
+#include "journal/JournalFolders.h"
+#include "journal/JournaledWriter.h"
+#include "textio/CodePage.h"
+#include "textio/RFTSFSO.h"
+
+#include <string>
+#include <vector>
+
+namespace vexmarrow {
+
+/// The folder of the program file, without a separator at its end.
+std::u16string ProgramFolder();
+
+/// The parts of the program, put together as on a user's desktop; the application object is there
+/// already.
+class Assembly {
+public:
+    Assembly();
+
+    /// Restores the user's choices, completes what an earlier run was interrupted in, if the user
+    /// agrees, and shows the main window.
+    void Start();
+
+    Form1& MainWindow() { return form1_; }
+
+private:
+    EncodingFlags flags_;
+    AnsiCodePage ansi_{CodePageOfEnvironment()};
+    SystemCalls calls_;
+    RFTSFSO textio_{calls_, flags_, ansi_};
+    std::vector<std::string> journals_ = JournalFoldersOfUser();
+    JournaledWriter writer_{calls_, journals_};
+    QtEventLoop eventLoop_;
+    QtPrompts prompts_{eventLoop_};
+    QtPickers pickers_{eventLoop_};
+    QtFileManager fileManager_;
+    IniSettingsStore settings_;
+    Form1 form1_;
+};
+
+} // namespace vexmarrow
