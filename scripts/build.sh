@@ -4,7 +4,8 @@
 #
 # Configures and builds a preset; what the tools say is shown only on failure.
 # Named targets can be built without the test library: where it is missing, the
-# tests are left out.
+# tests are left out. With VEXMARROW_STRICT=1 a warning is an error, whatever
+# the preset.
 #
 #     scripts/build.sh PRESET [TARGET...]
 set -euo pipefail
@@ -18,6 +19,9 @@ if [ $# -gt 0 ]; then
     targets=(--target "$@")
     pkg-config --exists gmock || tests=OFF
 fi
+
+settings=(-DVEXMARROW_TESTS="$tests")
+if [ -n "${VEXMARROW_STRICT-}" ]; then settings+=(-DCMAKE_COMPILE_WARNING_AS_ERROR=ON); fi
 
 mkdir -p "build/$preset"
 log=build/$preset/build.log
@@ -33,5 +37,5 @@ quietly() {
 if [ ! -f "build/$preset/build.ninja" ]; then
     echo "Building ($preset); the first time this takes a few minutes."
 fi
-quietly cmake --preset "$preset" -DVEXMARROW_TESTS="$tests"
+quietly cmake --preset "$preset" "${settings[@]}"
 quietly cmake --build --preset "$preset" "${targets[@]}"
