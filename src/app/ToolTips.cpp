@@ -28,7 +28,8 @@ constexpr std::array kTips{
     // The list of files
     Tip{u"Form1", u"PushButton13", u"Choose contact files and add them to the list."},
     Tip{u"Form1", u"PushButton3",
-        u"Choose a folder and add every .vcf file in it and in all folders below it."},
+        u"Choose a folder and add the .vcf files in it and in the folders below it, but for hidden "
+        u"files, names that begin with ~ and folders with unusual characters in their names."},
     Tip{u"Form1", u"PushButton9",
         u"Choose text files that name one file a line, and add all files that they name."},
     Tip{u"Form1", u"PushButton17",
