@@ -10,7 +10,11 @@ gi.require_version("Atspi", "2.0")
 import pyatspi  # noqa: E402 (the version must be chosen before)
 from gi.repository import GLib  # noqa: E402
 
-DEADLINE = 30.0
+# In seconds, for a machine that has much else to do: whoever waits goes on as soon as it is so.
+DEADLINE = 120.0
+
+# The bus itself takes no answer within 0.8 s for none, and an action would be tried again that is under way.
+pyatspi.setTimeout(int(DEADLINE * 1000), int(DEADLINE * 1000))
 
 # Views whose items may be many; a search for a control does not look into them.
 ITEM_VIEWS = ("tree", "tree table", "table", "list", "list box")
@@ -69,6 +73,27 @@ def is_focused(node):
 
 def is_enabled(node):
     return has_state(node, pyatspi.STATE_ENABLED)
+
+
+def is_active(window):
+    """Whether keys go to a window."""
+    return has_state(window, pyatspi.STATE_ACTIVE)
+
+
+def is_down(node):
+    """Whether a button is held down; one that is gone is not."""
+    try:
+        return has_state(node, pyatspi.STATE_PRESSED)
+    except GONE:
+        return False
+
+
+def is_gone(node):
+    """Whether a control is no more, which is later than that it does not show."""
+    try:
+        return has_state(node, pyatspi.STATE_DEFUNCT)
+    except GONE:
+        return True
 
 
 def find(root, name, roles):

@@ -40,13 +40,19 @@ def screenshot(path):
 
 
 def press(window, name, roles="push button", action="Press"):
-    """Presses a control once it is there and ready for it."""
+    """Presses a control once it is there and ready for it; returns when the program has done what it
+    does for that, up to its end, a box or a yield.
+
+    Options, tabs and the items of lists do it before they answer. A push button answers at once, stays
+    down for a moment to be seen, and is up again when it does it: no question is answered in between.
+    """
     def ready():
         node = bus.find(window, name, roles)
         return node if node and bus.is_enabled(node) else None
 
     node = wait_until(ready, "%s %r to be ready" % (roles, name))
     wait_until(lambda: bus.act(node, action), "%s of %r" % (action, name))
+    wait_until(lambda: not bus.is_down(node), "%r to be up again" % name)
 
 
 class Controls:
@@ -205,10 +211,10 @@ class Program(Controls):
         return Box(wait_until(lambda: self._top_level(title, ("alert", "dialog")), "a box titled %r" % title))
 
     def wait_closed(self, controls):
-        """Waits until a box or dialog is gone."""
-        window, name = controls.window, controls.window.name
-        wait_until(lambda: window not in bus.children(self.application) or not bus.is_shown(window),
-                   "%r to close" % name)
+        """Waits until a box or dialog is no more: then the program has gone on with what it was told there,
+        which it has not yet when the window is merely hidden."""
+        name = controls.window.name
+        wait_until(lambda: bus.is_gone(controls.window), "%r to close" % name)
 
     def answer(self, title=TITLE, button="OK", picture=None):
         """Waits for a message box, answers it, and returns what it said."""

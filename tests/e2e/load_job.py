@@ -37,7 +37,6 @@ class LoadSetsTest(WindowTest):
             for pair in sets:
                 program.add_set("::".join(pair))
             program.save_sets(path)
-            wait_until(lambda: os.path.exists(path), "the sets file")
             self.assertEqual(read(path), lines)
             program.press("Clear")
             program.load_sets(path)
@@ -48,7 +47,7 @@ class LoadSetsTest(WindowTest):
                 program.save_sets(again)
                 question = program.answer(button=button)
                 self.assertEqual(question, "Are you sure you wish to overwrite %s ?" % again)
-                wait_until(lambda: read(again) == expected, "the sets file to be as after " + button)
+                self.assertEqual(read(again), expected, "after " + button)
 
     def test_other_separators_and_encodings(self):
         contents = [
