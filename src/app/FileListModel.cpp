@@ -5,7 +5,15 @@
 
 #include "app/Strings.h"
 
+#include <climits>
+
 namespace vexmarrow {
+namespace {
+
+/// The longest path that the system takes is shown whole.
+constexpr std::size_t kShownCharacters = PATH_MAX;
+
+} // namespace
 
 FileListModel::FileListModel(FileList& list, QObject* parent)
     : QAbstractListModel(parent), list_(list) {
@@ -24,7 +32,7 @@ QVariant FileListModel::data(const QModelIndex& index, int role) const {
     if (role != Qt::DisplayRole || !index.isValid()) {
         return {};
     }
-    return ShownInOneLine(list_.Row(static_cast<std::size_t>(index.row()) + 1));
+    return ShownInOneLine(list_.Row(static_cast<std::size_t>(index.row()) + 1), kShownCharacters);
 }
 
 QVariant FileListModel::headerData(int section, Qt::Orientation orientation, int role) const {

@@ -35,8 +35,7 @@ public:
         if (role != Qt::DisplayRole || !index.isValid()) {
             return {};
         }
-        const std::u16string_view text = texts_()[static_cast<std::size_t>(index.row())];
-        return ShownInOneLine(text.substr(0, kShownCharacters));
+        return ShownInOneLine(texts_()[static_cast<std::size_t>(index.row())], kShownCharacters);
     }
 
     void AboutToChange() { beginResetModel(); }

@@ -3,6 +3,8 @@
 
 #include "app/Strings.h"
 
+#include "base/Text.h"
+
 namespace vexmarrow {
 namespace {
 
@@ -18,12 +20,29 @@ void MarkLoneSurrogates(QString& string) {
     }
 }
 
+bool IsWithinPair(std::u16string_view text, std::size_t at) {
+    return QChar::isHighSurrogate(text[at - 1]) && QChar::isLowSurrogate(text[at]);
+}
+
 } // namespace
 
-QString ShownInOneLine(std::u16string_view text) {
+std::u16string Shortened(std::u16string_view text, std::size_t most) {
+    constexpr std::u16string_view kEllipsis = u"\u2026";
+    if (text.size() <= most) {
+        return std::u16string(text);
+    }
+    const std::size_t kept = most - kEllipsis.size();
+    std::size_t head = kept - kept / 2;
+    std::size_t tail = text.size() - kept / 2;
+    head -= IsWithinPair(text, head) ? 1 : 0;
+    tail += IsWithinPair(text, tail) ? 1 : 0;
+    return Concat(text.substr(0, head), kEllipsis, text.substr(tail));
+}
+
+QString ShownInOneLine(std::u16string_view text, std::size_t most) {
     constexpr char16_t kControlPictures = 0x2400;
     constexpr char16_t kPictureOfDelete = 0x2421;
-    QString shown = ToQString(text);
+    QString shown = ToQString(Shortened(text, most));
     MarkLoneSurrogates(shown);
     for (QChar& character : shown) {
         const char16_t unit = character.unicode();

@@ -5,6 +5,7 @@
 
 #include <QString>
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -23,9 +24,14 @@ inline std::u16string ToText(const QString& string) {
 
 // How texts are shown. Neither form is ever read back.
 
-/// In one line: ASCII control characters as their pictures, and the replacement mark for others and
-/// for what is no character (the stray bytes of a file name).
-QString ShownInOneLine(std::u16string_view text);
+/// The text, cut in its middle where it has more than `most` (at least 3) 16-bit characters: its
+/// beginning, an ellipsis and its end, together `most` or, where a pair of surrogates stays whole,
+/// one or two less. The toolkit takes minutes to lay out a line of millions, or ends the program.
+std::u16string Shortened(std::u16string_view text, std::size_t most);
+
+/// In one line, Shortened to `most`: ASCII control characters as their pictures, and the
+/// replacement mark for others and for what is no character (the stray bytes of a file name).
+QString ShownInOneLine(std::u16string_view text, std::size_t most);
 
 /// As text: CR LF and lone CR as line ends, and the replacement mark as above.
 QString ShownAsText(std::u16string_view text);

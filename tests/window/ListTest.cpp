@@ -129,6 +129,36 @@ private Q_SLOTS:
         }
     }
 
+    void TextsTooLongToDraw() {
+        Open({});
+        window_->SelectTab(1);
+        for (const std::size_t shift : {0, 1}) { // a cut between two pairs is one within a pair
+            std::u16string text(shift, u'a');
+            while (text.size() < 100'000) {
+                text += text.size() / 2 == 25'000 ? u"needle" : u"\U0001F600";
+            }
+            window_->AddFiles({text + u".vcf"});
+            window_->AddSet(text + u"::" + text);
+            window_->Find<QComboBox>("Combo1")->setCurrentIndex(0);
+            for (QString shown : {Index(0).data().toString().chopped(4),
+                                  window_->Find<QComboBox>("Combo1")->currentText(),
+                                  window_->Find<QComboBox>("Combo2")->currentText()}) {
+                QVERIFY(shown.size() > 900 && shown.size() < 5'000);
+                QCOMPARE(shown.count(u'\u2026'), 1);
+                QVERIFY(!shown.contains(u'\uFFFD'));
+                const QStringList ends = shown.split(u'\u2026');
+                QVERIFY(ToQString(text).startsWith(ends[0]) && ToQString(text).endsWith(ends[1]));
+            }
+            window_->prompts.texts = {u"NEEDLE"}; // what is not shown is there
+            window_->Press("PushButton17");
+            QCOMPARE(window_->Rows(), 0);
+            window_->pickers.saves = {folder_->Path(shift == 0 ? "even" : "odd")};
+            window_->Press("PushButton12");
+            QCOMPARE(folder_->Read(shift == 0 ? "even" : "odd").size(), text.size() * 2 + 4);
+            window_->Press("PushButton4");
+        }
+    }
+
     void SamplesThatFail() {
         Open({});
         window_->SelectTab(1);
