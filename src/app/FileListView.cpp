@@ -103,12 +103,25 @@ void FileListView::paintEvent(QPaintEvent* event) {
     }
 }
 
+QModelIndex FileListView::ShownAt(const QPoint& place) const {
+    // The toolkit finds rows beyond the edges as well, such as one below the header.
+    return viewport()->rect().contains(place) ? indexAt(place) : QModelIndex();
+}
+
 void FileListView::mousePressEvent(QMouseEvent* event) {
     QTreeView::mousePressEvent(event);
     dragging_ = true;
     if (indexAt(event->position().toPoint()).isValid()) {
         viewport()->setCursor(dragCursor_);
         dragged_ = currentIndex();
+    }
+}
+
+void FileListView::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) {
+        QTreeView::mouseDoubleClickEvent(event);
+    } else {
+        mousePressEvent(event); // of the other buttons, every press is one by itself
     }
 }
 
@@ -123,7 +136,7 @@ void FileListView::mouseMoveEvent(QMouseEvent* event) {
         }
         return;
     }
-    const QModelIndex under = indexAt(event->position().toPoint());
+    const QModelIndex under = ShownAt(event->position().toPoint());
     if (under.isValid() && dragged_.isValid()) {
         MoveDraggedTo(under, *event);
     }

@@ -42,12 +42,14 @@ protected:
     void dropEvent(QDropEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
     void TakeFiles(QDropEvent& event) const;
     void EndDragging();
+    QModelIndex ShownAt(const QPoint& place) const; // in the viewport; none outside of it
     void MoveDraggedTo(const QModelIndex& under, const QMouseEvent& event);
 
     FileList& list_;

@@ -56,12 +56,29 @@ private Q_SLOTS:
         }
     }
 
-    void DraggingScrollsOutsideOfTheBand() {
-        std::vector<std::u16string> names;
-        for (int i = 0; i < 200; ++i) {
-            names.emplace_back(i % 2 == 0 ? u"v" : u"c");
+    void OnlyTheLeftButtonRemoves() {
+        Open({u"v", u"c", u"f"});
+        for (const auto& [button, rows] :
+             {std::pair{Qt::RightButton, "v c f"}, std::pair{Qt::MiddleButton, "v c f"},
+              std::pair{Qt::LeftButton, "v f"}}) {
+            button_ = button;
+            Mouse("p0 r0 d1 r1"); // on another row it is no double-click
+            QCOMPARE(View()->currentIndex().row(), 1);
+            Mouse("d1 r1");
+            QCOMPARE(Shown(), QString::fromLatin1(rows));
         }
-        Open(names);
+    }
+
+    void RowsOutOfSightAreNotUnderThePointer() {
+        OpenMany();
+        View()->scrollTo(Index(100), QAbstractItemView::PositionAtTop);
+        const QString before = Shown();
+        Mouse("p102 m99 m199 r99"); // on the header, and below the list
+        QCOMPARE(Shown(), before);
+    }
+
+    void DraggingScrollsOutsideOfTheBand() {
+        OpenMany();
         for (const auto& [height, by] : {std::pair{304, -1}, {305, 0}, {364, 0}, {365, 1}}) {
             View()->scrollTo(Index(100), QAbstractItemView::PositionAtTop);
             const int before = View()->verticalScrollBar()->value();
@@ -181,6 +198,13 @@ private:
         reports_ = window_->Boxes();
         window_->AddFiles(files);
     }
+    void OpenMany() {
+        std::vector<std::u16string> names;
+        for (int i = 0; i < 200; ++i) {
+            names.emplace_back(i % 2 == 0 ? u"v" : u"c");
+        }
+        Open(names);
+    }
     QString Shown() const {
         QStringList rows;
         for (int row = 0; row < window_->Rows(); ++row) {
@@ -198,8 +222,8 @@ private:
                 row.isValid() ? row.center() : QPoint(9, View()->viewport()->height() - 3);
             held_ = step[0] == u'm' ? held_ : step[0] != u'r';
             QMouseEvent event(QEvent::Type(QEvent::MouseButtonPress + letters.indexOf(step[0])), at,
-                              QPointF(9, height_), step[0] == u'm' ? Qt::NoButton : Qt::LeftButton,
-                              held_ ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier);
+                              QPointF(9, height_), step[0] == u'm' ? Qt::NoButton : button_,
+                              held_ ? button_ : Qt::NoButton, Qt::NoModifier);
             QApplication::sendEvent(View()->viewport(), &event);
         }
     }
@@ -214,9 +238,10 @@ private:
 
     std::unique_ptr<TestFolder> folder_;
     std::unique_ptr<Window> window_;
-    QString reports_;   // from the start
-    bool held_ = false; // the mouse button
-    int height_ = 0;    // of the mouse on the screen
+    QString reports_;                         // from the start
+    Qt::MouseButton button_ = Qt::LeftButton; // of the mouse
+    bool held_ = false;
+    int height_ = 0; // of the mouse on the screen
 };
 
 std::unique_ptr<QObject> MakeListTest() {
