@@ -25,7 +25,7 @@ FileListModel::~FileListModel() {
 }
 
 int FileListModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(list_.Count());
+    return parent.isValid() ? 0 : static_cast<int>(list_.AnnouncedCount());
 }
 
 QVariant FileListModel::data(const QModelIndex& index, int role) const {

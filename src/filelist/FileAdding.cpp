@@ -117,23 +117,28 @@ void FileAdding::LoadListFile(const std::u16string& path, bool addMissing) {
     }
     std::vector<std::u16string> lines = textio_.ReadTextLines(path);
     std::size_t done = 0;
-    std::vector<std::u16string> rows;
+    FileList::Adding adding(list_);
     for (std::u16string& line : lines) {
         eventLoop_.Yield({u"Line", ++done, lines.size()});
         const bool blank = line.find_first_not_of(u' ') == std::u16string::npos;
         if (!blank && (addMissing || IsExistingFile(line))) {
-            rows.push_back(std::move(line));
+            adding.Add(std::move(line));
         }
     }
-    list_.Add(std::move(rows)); // together: a view would lay itself out at each yield
 }
 
 void FileAdding::AddDropped(const std::vector<std::u16string>& paths) {
+    AddFilesOf(paths);
+    ValidateListFiles(list_, prompts_);
+}
+
+void FileAdding::AddFilesOf(const std::vector<std::u16string>& paths) {
+    FileList::Adding adding(list_);
     std::size_t listed = 0;
     std::vector<std::u16string> folders;
     for (const std::u16string& path : paths) {
         if (!IsFolder(path)) {
-            list_.Add({path});
+            adding.Add(path);
             continue;
         }
         folders.push_back(path + kSeparator);
@@ -142,13 +147,12 @@ void FileAdding::AddDropped(const std::vector<std::u16string>& paths) {
             const std::u16string folder = entry.substr(0, entry.size() - 1);
             eventLoop_.Yield({u"Folder", ++listed, 0});
             try {
-                list_.Add(RowsOfFolder(folder, ListFilesInFolder(folder, u"*.*")));
+                adding.Add(RowsOfFolder(folder, ListFilesInFolder(folder, u"*.*")));
             } catch (const Failure&) {
                 continue;
             }
         }
     }
-    ValidateListFiles(list_, prompts_);
 }
 
 } // namespace vexmarrow

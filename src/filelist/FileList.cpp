@@ -4,7 +4,6 @@
 #include "filelist/FileList.h"
 
 #include "base/Failure.h"
-#include "base/MakeRoom.h"
 #include "base/Text.h"
 
 #include <algorithm>
@@ -30,15 +29,23 @@ const std::u16string& FileList::Row(std::size_t number) const {
 }
 
 void FileList::Add(std::vector<std::u16string> paths) {
-    if (paths.empty()) {
-        return;
-    }
-    MakeRoom(rows_, paths.size());
-    if (observer_ != nullptr) {
-        observer_->RowsAboutToBeAdded(rows_.size(), paths.size());
-    }
+    Append(std::move(paths));
+    Announce();
+}
+
+void FileList::Append(std::vector<std::u16string> paths) {
     rows_.insert(rows_.end(), std::make_move_iterator(paths.begin()),
                  std::make_move_iterator(paths.end()));
+}
+
+void FileList::Announce() {
+    if (announced_ == rows_.size()) {
+        return;
+    }
+    if (observer_ != nullptr) {
+        observer_->RowsAboutToBeAdded(announced_, rows_.size() - announced_);
+    }
+    announced_ = rows_.size();
     if (observer_ != nullptr) {
         observer_->RowsAdded();
     }
@@ -49,6 +56,7 @@ void FileList::Remove(const std::vector<std::size_t>& numbers) {
         Row(numbers.front());
         Row(numbers.back());
     }
+    Announce();
     if (numbers.size() <= kFewRows) {
         RemoveRanges(numbers);
         return;
@@ -67,6 +75,7 @@ void FileList::Remove(const std::vector<std::size_t>& numbers) {
         }
     }
     rows_ = std::move(kept);
+    announced_ = rows_.size();
     if (observer_ != nullptr) {
         observer_->ListReset();
     }
@@ -77,6 +86,7 @@ void FileList::Clear() {
         observer_->ListAboutToBeReset();
     }
     rows_.clear();
+    announced_ = 0;
     if (observer_ != nullptr) {
         observer_->ListReset();
     }
@@ -85,6 +95,7 @@ void FileList::Clear() {
 void FileList::Swap(std::size_t number, std::size_t other) {
     Row(number);
     Row(other);
+    Announce();
     std::swap(rows_[number - 1], rows_[other - 1]);
     if (observer_ != nullptr) {
         observer_->RowChanged(number - 1);
@@ -106,6 +117,7 @@ void FileList::RemoveRanges(const std::vector<std::size_t>& numbers) {
         }
         const auto at = rows_.begin() + static_cast<std::ptrdiff_t>(first);
         rows_.erase(at, at + static_cast<std::ptrdiff_t>(count));
+        announced_ = rows_.size();
         if (observer_ != nullptr) {
             observer_->RowsRemoved();
         }

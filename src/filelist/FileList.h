@@ -5,12 +5,13 @@
 
 #include <cstddef>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace vexmarrow {
 
-/// Is told before and after each change of a FileList, so that what shows the list can follow.
-/// Positions are 0-based here.
+/// Is told before and after each change of a FileList's announced rows, so that what shows the list
+/// can follow. Positions are 0-based here.
 class FileListObserver {
 public:
     virtual ~FileListObserver() = default;
@@ -29,7 +30,13 @@ public:
 /// repeat each other.
 class FileList {
 public:
+    class Adding;
+
     std::size_t Count() const { return rows_.size(); }
+
+    /// How many rows, from the first one on, the observer has been told of: all of them, but for
+    /// the latest while an Adding is at work.
+    std::size_t AnnouncedCount() const { return announced_; }
 
     /// The path of a row. Throws Failure when there is no row of that number.
     const std::u16string& Row(std::size_t number) const;
@@ -51,10 +58,32 @@ public:
     void SetObserver(FileListObserver* observer) { observer_ = observer; }
 
 private:
+    void Append(std::vector<std::u16string> paths);
+    void Announce();
     void RemoveRanges(const std::vector<std::size_t>& numbers);
 
     std::vector<std::u16string> rows_;
+    std::size_t announced_ = 0;
     FileListObserver* observer_ = nullptr;
+};
+
+/// Adds rows bit by bit, with yields in between. A row is in the list at once, but the observer is
+/// told of all of them together: when this object goes, or when something else changes the list
+/// before. Otherwise a view would lay itself out at each yield.
+class FileList::Adding {
+public:
+    /// The list outlives this object.
+    explicit Adding(FileList& list) : list_(list) {}
+    ~Adding() { list_.Announce(); }
+    Adding(const Adding&) = delete;
+    Adding& operator=(const Adding&) = delete;
+
+    /// Appends a row, or rows in order.
+    void Add(std::u16string path) { list_.rows_.push_back(std::move(path)); }
+    void Add(std::vector<std::u16string> paths) { list_.Append(std::move(paths)); }
+
+private:
+    FileList& list_;
 };
 
 } // namespace vexmarrow

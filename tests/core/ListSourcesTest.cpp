@@ -38,7 +38,9 @@ struct ListSourcesTest : Lists {
             paths.push_back(folder.Path(name));
         }
         list = FileList();
+        Follower shown(list);
         adding.AddDropped(paths);
+        EXPECT_LE(shown.additions, 1U) << "a view lays itself out after each";
         std::string rows;
         for (const std::u16string& row : RowsOf(list)) {
             rows += " " + NativeName(row).substr(folder.Native().size() + 1);
@@ -87,6 +89,7 @@ TEST_F(ListSourcesTest, ListFiles) {
     loop.whenTold[loop.told.size() + 2] = [] { throw ProgramEnded(); };
     pickers.files = {{folder.Path("ansi")}};
     EXPECT_THROW(adding.LoadListFiles(), ProgramEnded);
+    EXPECT_EQ(list.Row(list.Count()), u"a.vcf");
 }
 
 TEST_F(ListSourcesTest, Drops) {
@@ -110,8 +113,17 @@ TEST_F(ListSourcesTest, Drops) {
               " a/x.vcf a/1/x.vcf a/1/2/x b/3/x.txt a/1/x.vcf a/1/2/x a/1/2/x ~t.txt");
     prompts.answers = {Answer::Yes};
     EXPECT_EQ(Drop("~t.txt a .dot"), " a/x.vcf a/1/x.vcf");
-    loop.whenTold[loop.told.size() + 2] = [] { throw ProgramEnded(); };
+    const std::size_t begun = loop.told.size();
+    EXPECT_EQ(Drop("a"), " a/x.vcf a/1/x.vcf a/1/2/x");
+    const std::size_t last = loop.told.size() - begun; // before the files of the last folder
+    loop.whenTold[loop.told.size() + last] = [&] {
+        EXPECT_EQ(list.Count(), 2U) << "what others look at in the middle";
+        removal.ClearList();
+    };
+    EXPECT_EQ(Drop("a"), " a/1/2/x");
+    loop.whenTold[loop.told.size() + last] = [] { throw ProgramEnded(); };
     EXPECT_THROW(Drop("a b"), ProgramEnded);
+    EXPECT_EQ(list.Count(), 2U);
 }
 
 TEST_F(ListSourcesTest, Filters) {

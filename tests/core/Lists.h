@@ -19,6 +19,50 @@ inline Texts RowsOf(const FileList& list) {
     return rows;
 }
 
+/// Follows a list as a view does, by what it is told alone; at the end both have the same rows.
+class Follower final : public FileListObserver {
+public:
+    explicit Follower(FileList& list) : list_(list) { list.SetObserver(this); }
+    ~Follower() override {
+        EXPECT_EQ(rows, RowsOf(list_));
+        list_.SetObserver(nullptr);
+    }
+    Follower(const Follower&) = delete;
+    Follower& operator=(const Follower&) = delete;
+
+    Texts rows;
+    std::size_t additions = 0; ///< how often it was told of new rows
+
+private:
+    void RowsAboutToBeAdded(std::size_t first, std::size_t count) override {
+        EXPECT_EQ(rows.size(), first);
+        EXPECT_EQ(rows.size(), list_.AnnouncedCount());
+        coming_ = count;
+    }
+    void RowsAdded() override {
+        ++additions;
+        for (; coming_ > 0; --coming_) {
+            rows.push_back(list_.Row(rows.size() + 1));
+        }
+        EXPECT_EQ(rows.size(), list_.AnnouncedCount());
+    }
+    void RowsAboutToBeRemoved(std::size_t first, std::size_t count) override {
+        EXPECT_EQ(rows.size(), list_.AnnouncedCount());
+        const auto at = rows.begin() + static_cast<std::ptrdiff_t>(first);
+        rows.erase(at, at + static_cast<std::ptrdiff_t>(count));
+    }
+    void RowsRemoved() override { EXPECT_EQ(rows.size(), list_.AnnouncedCount()); }
+    void RowChanged(std::size_t row) override { rows.at(row) = list_.Row(row + 1); }
+    void ListAboutToBeReset() override { EXPECT_LE(rows.size(), list_.AnnouncedCount()); }
+    void ListReset() override {
+        rows = RowsOf(list_);
+        EXPECT_EQ(rows.size(), list_.AnnouncedCount());
+    }
+
+    FileList& list_;
+    std::size_t coming_ = 0;
+};
+
 /// The two lists and what fills them.
 struct Lists : Core {
     FileList list;

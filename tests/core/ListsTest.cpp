@@ -3,30 +3,59 @@
 
 #include "core/Lists.h"
 
+#include "base/Text.h"
 #include "filelist/ListValidation.h"
 
+#include <optional>
 #include <random>
 
 namespace vexmarrow::test {
 namespace {
 
-TEST(FileList, EveryWayOfRemovingLeavesTheOtherRows) {
+TEST(FileList, EveryChangeIsFollowed) {
     std::mt19937 random(3);
-    for (int round = 0; round < 300; ++round) {
+    for (int round = 0; round < 100; ++round) {
         FileList list;
-        Texts left;
-        std::vector<std::size_t> numbers;
-        const std::size_t rows = random() % 90, share = random() % 10;
-        for (std::size_t i = 1; i <= rows; ++i) {
-            list.Add({std::u16string(1 + i % 3, static_cast<char16_t>(u'A' + i))});
-            const bool removed = random() % 10 < share;
-            numbers.insert(numbers.end(), removed ? 1 : 0, i);
-            left.insert(left.end(), removed ? 0 : 1, list.Row(i));
+        Follower shown(list);
+        std::optional<FileList::Adding> adding;
+        Texts rows;
+        long long last = 0;
+        const auto anyOf = [&] { return 1 + random() % rows.size(); };
+        for (int step = 0; step < 20; ++step) {
+            const auto what = random() % 8;
+            if (what < 4) {
+                Texts added(random() % 40);
+                for (std::u16string& row : added) {
+                    row = Decimal(++last);
+                }
+                what < 2 && adding ? adding->Add(added) : list.Add(added);
+                rows.insert(rows.end(), added.begin(), added.end());
+            } else if (what == 4) {
+                adding ? adding.reset() : void(adding.emplace(list));
+            } else if (what == 5 && !rows.empty()) {
+                const std::size_t one = anyOf(), other = anyOf();
+                list.Swap(one, other);
+                std::swap(rows[one - 1], rows[other - 1]);
+            } else if (what == 6) {
+                std::vector<std::size_t> numbers;
+                Texts left;
+                const std::size_t share = random() % 10;
+                for (std::size_t i = 1; i <= rows.size(); ++i) {
+                    const bool removed = random() % 10 < share;
+                    numbers.insert(numbers.end(), removed ? 1 : 0, i);
+                    left.insert(left.end(), removed ? 0 : 1, rows[i - 1]);
+                }
+                list.Remove(numbers);
+                rows = left;
+            } else if (what == 7 && random() % 4 == 0) {
+                list.Clear();
+                rows.clear();
+            }
+            ASSERT_EQ(RowsOf(list), rows) << "round " << round << ", step " << step;
+            rows.resize(shown.rows.size());
+            ASSERT_TRUE(shown.rows == rows && (adding || rows.size() == list.Count()));
+            rows = RowsOf(list);
         }
-        list.Remove(numbers);
-        list.Add({u"x", u"x"});
-        left.insert(left.end(), 2, u"x");
-        ASSERT_EQ(RowsOf(list), left) << "round " << round;
     }
     EXPECT_THROW(FileList().Row(0), Failure);
 }

@@ -11,6 +11,7 @@
 #include <QDragEnterEvent>
 #include <QMimeData>
 #include <QScrollBar>
+#include <QSignalSpy>
 
 namespace vexmarrow::test {
 
@@ -42,6 +43,21 @@ private Q_SLOTS:
         QTRY_VERIFY(!window_->prompts.boxes.empty()); // asks about the extension, at the end
         QCOMPARE(Shown(), ToQString(folder_->Path("in/a#b ") + u"\uFFFD.vcf /x"));
         QCOMPARE(window_->Find<QLabel>("Progress")->text(), QString());
+    }
+
+    void ADropIsShownAtItsEnd() {
+        Open({});
+        for (const char* const name : {"in/1/a.vcf", "in/2/a.vcf", "in/3/a.vcf"}) {
+            folder_->Write(name, "x");
+        }
+        QMimeData files;
+        files.setData(QStringLiteral("text/uri-list"),
+                      "file://" + QByteArray::fromStdString(folder_->Native("in")));
+        const QSignalSpy shown(View()->model(), &QAbstractItemModel::rowsInserted);
+        Drop(files, Qt::CopyAction);
+        QTRY_COMPARE(window_->Rows(), 3);
+        QCOMPARE(shown.size(), 1);
+        QCOMPARE(window_->Find<QLabel>("Count")->text(), QStringLiteral("3 files"));
     }
 
     void RowsDraggedAbout() {
