@@ -96,11 +96,18 @@ def is_gone(node):
         return True
 
 
+_found = {}  # by what was looked for: a walk through a window asks hundreds of questions
+
+
 def find(root, name, roles):
     """The first visible control of that name and one of those roles, or None."""
     roles = (roles,) if isinstance(roles, str) else roles
+    known = _found.get((root, name, roles))
+    if known and not is_gone(known) and known.name == name and is_shown(known):
+        return known
     for node in walk(root):
         if node.name == name and node.getRoleName() in roles and is_shown(node):
+            _found[root, name, roles] = node
             return node
     return None
 
@@ -121,6 +128,11 @@ def text_of(node):
 
 def set_text(node, text):
     return node.queryEditableText().setTextContents(text)
+
+
+def place(node):
+    """The upper left corner of a control, on the screen."""
+    return node.queryComponent().getPosition(pyatspi.DESKTOP_COORDS)
 
 
 def middle(node):

@@ -3,6 +3,7 @@
 """Starts the real program on the present display and uses it as a person would, by the names on it."""
 
 import os
+import re
 import subprocess
 import tempfile
 
@@ -105,8 +106,7 @@ class Program(Controls):
             if meet:
                 meet(self)
             super().__init__(wait_until(lambda: self._top_level(WINDOW, ("frame", "window")), "the main window"))
-            # Only then does it stand where it will stay, and pointers and drags can be aimed at it.
-            wait_until(lambda: WINDOW in managed_windows(), "the window manager to place the main window")
+            wait_until(self._stands, "the window manager to place the main window")
         except BaseException:
             self.kill()
             raise
@@ -115,6 +115,12 @@ class Program(Controls):
         if self.process.poll() is not None:
             raise bus.Missing("the program ended with status %d\n%s" % (self.process.returncode, self.said()))
         return bus.desktop_application(self.process.pid)
+
+    def _stands(self):
+        """Whether the main window is where it will stay and knows it, so that pointers and drags can be
+        aimed at it."""
+        place = re.findall(r"Absolute upper-left .: +(-?\d+)", tool("xwininfo", "-name", WINDOW))
+        return WINDOW in managed_windows() and list(map(int, place)) == list(bus.place(self.window))
 
     def said(self):
         """What the program has written to its output and error streams."""
@@ -149,8 +155,13 @@ class Program(Controls):
         control = ("Add Set", "push button") if tab == SETS else (FIND, "text")
         return bus.find(self.window, *control) is not None
 
+    def wait_uncovered(self):
+        """Waits until the window manager has taken boxes and dialogs off the main window."""
+        wait_until(lambda: len(managed_windows().splitlines()) == 1, "the main window to be alone")
+
     def place_of(self, name, roles="push button"):
-        """The middle of a control, on the screen."""
+        """The middle of a control, on the screen, for the mouse."""
+        self.wait_uncovered()
         return bus.middle(wait_until(lambda: bus.find(self.window, name, roles), "%s %r" % (roles, name)))
 
     def progress_line(self):
@@ -192,11 +203,14 @@ class Program(Controls):
         return self._list().queryTable().getAccessibleAt(number - 1, 0).name
 
     def place_of_row(self, number):
-        """The middle of a row, on the screen; the first is number 1."""
+        """The middle of a row, on the screen, for the mouse; the first is number 1."""
+        self.wait_uncovered()
         return bus.middle(self._list().queryTable().getAccessibleAt(number - 1, 0))
 
     def wait_for_rows(self, count):
-        wait_until(lambda: self.row_count() == count, "%d rows" % count)
+        """Waits until the file list has so many rows and the work that brings or takes them is over."""
+        progress = self.progress_line()
+        wait_until(lambda: self.row_count() == count and not progress.name, "%d rows" % count)
 
     def sets(self):
         """The sets that the two lists on the second tab hold: (find text, replace text)."""
@@ -264,6 +278,8 @@ class Program(Controls):
     def _accept_file_dialog(self, title, line, text, button):
         dialog = wait_until(lambda: self._top_level(title, ("dialog", "file chooser")), "dialog %r" % title)
         edit = wait_until(lambda: bus.find(dialog, line, "text"), "the line %r" % line)
+        # Without the focus, the line holds what is chosen in the view, and the names are looked up there.
+        wait_until(lambda: bus.is_focused(edit), "the focus on the line %r" % line)
         bus.set_text(edit, text)
         wait_until(lambda: bus.text_of(edit) == text, "the line %r to hold the names" % line)
         press(dialog, button)
@@ -278,14 +294,14 @@ class Program(Controls):
         before = self.row_count()
         self.press("Add VCF File(s)")
         self.choose_files(ADD_DIALOG, paths)
-        wait_until(lambda: self.row_count() == before + len(paths), "%d rows more" % len(paths))
+        self.wait_for_rows(before + len(paths))
 
     def load_lists(self, paths, count):
         """Loads list files through their file dialog; waits for the `count` rows that they add."""
         before = self.row_count()
         self.press("Load List Of Files From File")
         self.choose_files(LIST_DIALOG, paths)
-        wait_until(lambda: self.row_count() == before + count, "%d rows more" % count)
+        self.wait_for_rows(before + count)
 
     def save_sets(self, path):
         """Names a file in the dialog of "Save Sets" and accepts it."""
@@ -307,7 +323,7 @@ class Program(Controls):
         before = self.row_count()
         self.press("Add All VCF File(s) In Folder")
         self._accept_file_dialog(FOLDER_DIALOG, "Directory:", folder, "Choose")
-        wait_until(lambda: self.row_count() == before + count, "%d rows more" % count)
+        self.wait_for_rows(before + count)
 
     def replace_all(self, picture=None):
         """Presses "Start Replacing" and confirms that it is done."""
@@ -322,6 +338,14 @@ class Program(Controls):
             return subprocess.run(["wmctrl", "-F", "-c", WINDOW], check=False, timeout=bus.DEADLINE).returncode == 0
 
         wait_until(close, "the window manager to close the main window")
+
+    def press_close_while_held(self):
+        """Does so with a program that is stopped; returns when the request waits for it."""
+        self.press_close()
+        # The window manager does one thing after the other, and this shows when it is done.
+        tool("wmctrl", "-F", "-r", WINDOW, "-b", "add,above")
+        wait_until(lambda: "ABOVE" in tool("xprop", "-name", WINDOW, "_NET_WM_STATE"),
+                   "the window manager to pass the request on")
 
     def wait_end(self):
         """The program's exit status, once it has ended."""

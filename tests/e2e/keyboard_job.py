@@ -30,7 +30,7 @@ class Keys(x11.Keyboard):
     def to_window(self, window=None):
         """Waits until the keys go to a window; the main window when none is given."""
         window = window or self.program.window
-        wait_until(lambda: bus.has_state(window, bus.pyatspi.STATE_ACTIVE), "the keys to go to %r" % window.name)
+        wait_until(lambda: bus.is_active(window), "the keys to go to %r" % window.name)
 
     def wait_focus(self, name, role):
         wait_until(lambda: bus.is_focused(bus.find(self.program.window, name, role)), "the focus on %r" % name)
@@ -45,15 +45,12 @@ class Keys(x11.Keyboard):
     def name_file(self, dialog, path):
         """Types a path into a file dialog and accepts it. The dialog may enter the folder while its name
         is typed and keep the rest only, or enter it on Return and ask again."""
-        def closed():
-            return dialog.window not in bus.children(self.program.application) or not bus.is_shown(dialog.window)
-
         self.to_window(dialog.window)
         for _ in range(3):
             self.fill(dialog, "File name:", path, or_else=os.path.basename(path))
             self.press("Return")
             try:
-                return wait_until(closed, "the dialog to close", deadline=10)
+                return wait_until(lambda: bus.is_gone(dialog.window), "the dialog to close", deadline=30)
             except bus.Missing:
                 continue
         raise bus.Missing("the dialog does not take %r" % path)
@@ -163,7 +160,7 @@ class WithoutMouseTest(WindowTest):
                 keys.press("Alt+k", "Shift+Tab")
                 keys.wait_focus("Start Replacing", "push button")
                 keys.hold(name, 1.5)  # a second of repetitions
-                program.confirm("Done.")
+                keys.answer("Return", "Done.")
                 self.assertEqual(read(target), expected)
 
     def test_through_the_bus(self):

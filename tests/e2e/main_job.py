@@ -259,10 +259,10 @@ class SittingTest(WindowTest):
             program.press("Start Replacing")
             # The program is held as soon as it has begun, so that the close
             # request waits for it in the middle of the run, however fast it is.
-            wait_until(lambda: read(order[10]) != old[order[10]], "the run to begin")
+            wait_until(lambda: read(order[0]) != old[order[0]], "the run to begin")
             program.process.send_signal(signal.SIGSTOP)
             self.assertEqual(read(order[-1]), old[order[-1]], "the run was over before it could be closed")
-            program.press_close()
+            program.press_close_while_held()
             program.process.send_signal(signal.SIGCONT)
             self.assertEqual(program.wait_end(), 0, "exit status")
         oracle = Oracle()

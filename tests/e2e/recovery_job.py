@@ -73,15 +73,18 @@ class RecoveryTest(WindowTest):
     def test_killed_in_the_middle_of_a_run(self):
         old = b"TEL:+49 30 1234567\r\n" * 500
         new = old.replace(b"+49", b"0049")
-        files = [self.file("card%04d.vcf" % i, data=old) for i in range(3000)]
+        folder = self.folder("cards")
+        for number in range(3000):
+            self.file("cards", "%04d.vcf" % number, data=old)
+        files = [entry.path for entry in os.scandir(folder)]  # in the order of the run
         with self.program(to_be_closed=False) as program:
-            program.add_folder(self.work, len(files))
+            program.add_folder(folder, len(files))
             program.type(FIND, "+49")
             program.type(REPLACE, "0049")
             program.choose("Find and replace in fields and values")
             program.choose(driver.IN_PLACE)
             # The whole run takes less time than a press takes to come back from the bus.
-            killer = threading.Thread(target=kill_once_longer, args=(program.process, files[200], len(old)))
+            killer = threading.Thread(target=kill_once_longer, args=(program.process, files[50], len(old)))
             killer.start()
             program.press("Start Replacing")
             killer.join()
