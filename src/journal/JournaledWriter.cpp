@@ -45,12 +45,6 @@ void RefuseToOpen(SystemCalls& calls, std::u16string_view path, const std::strin
     }
 }
 
-void RefuseLocked(std::u16string_view path, int error) {
-    if (error != 0) {
-        throw LockFailure(kCouldNotWrite, path, error);
-    }
-}
-
 } // namespace
 
 std::unique_ptr<PendingFile> JournaledWriter::Begin(std::u16string_view path, WriteStart start,
@@ -65,7 +59,6 @@ std::unique_ptr<PendingFile> JournaledWriter::Begin(std::u16string_view path, Wr
     const bool samePath = source != nullptr && source->Path() == path;
     if (samePath && source->IsWritable()) { // it need not be opened again
         RefuseTarget(path, source->Number(), source->Status());
-        RefuseLocked(path, source->IsLockedByOther() ? EWOULDBLOCK : 0);
         return std::make_unique<Replacement>(calls_, journal_, waiting_, path, Descriptor(calls_),
                                              source->Status(), start, source);
     }
@@ -88,10 +81,10 @@ std::unique_ptr<PendingFile> JournaledWriter::Begin(std::u16string_view path, Wr
         throw FileFailure(kCouldNotWrite, path,
                           u"Another program has put another file in its place");
     }
-    if (isItsOwnSource) {
-        RefuseLocked(path, source->IsLockedByOther() ? EWOULDBLOCK : 0);
-    } else {
-        RefuseLocked(path, LockForWriting(calls_, target.Number()));
+    if (!isItsOwnSource) { // which its reader has locked
+        if (const int error = LockForWriting(calls_, target.Number())) {
+            throw LockFailure(kCouldNotWrite, path, error);
+        }
     }
     return std::make_unique<Replacement>(calls_, journal_, waiting_, path, std::move(target),
                                          opened.status, start, isItsOwnSource ? source : nullptr);

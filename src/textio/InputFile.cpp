@@ -20,33 +20,44 @@ namespace {
 /// Large enough that the calls cost nothing beside the copying, small enough for the cache.
 constexpr std::size_t kBlock = std::size_t{256} * 1024;
 
-/// O_NONBLOCK: opening a pipe must not wait for its other end. It means nothing to regular files.
-int Open(SystemCalls& calls, std::u16string_view path, int access) {
-    return calls.Open(NativeName(path), access | O_NONBLOCK | O_CLOEXEC | O_NOCTTY, 0);
+constexpr std::u16string_view kCouldNotOpen = u"Could not open the file";
+
+/// O_NONBLOCK: opening a pipe must not wait for its other end. It means
+/// nothing to regular files.
+int Open(SystemCalls& calls, const std::string& path, int access) {
+    return calls.Open(path, access | O_NONBLOCK | O_CLOEXEC | O_NOCTTY, 0);
 }
 
 } // namespace
 
 InputFile::InputFile(SystemCalls& calls, std::u16string_view path, Use use)
     : calls_(calls), path_(path), descriptor_(calls) {
+    const std::string name = NativeName(path);
     if (use == Use::ReadAndWrite) {
-        descriptor_ = Descriptor(calls, Open(calls, path, O_RDWR));
+        descriptor_ = Descriptor(calls, Open(calls, name, O_RDWR));
         writable_ = descriptor_.IsOpen();
     }
     if (!writable_) { // why it cannot be written is told by whoever writes it
-        descriptor_ = Descriptor(calls, Open(calls, path, O_RDONLY));
+        descriptor_ = Descriptor(calls, Open(calls, name, O_RDONLY));
     }
-    if (!descriptor_.IsOpen() || calls_.Status(descriptor_.Number(), status_) != 0) {
-        throw FileFailure(u"Could not open the file", path_, errno);
-    }
-    if (!status_.IsRegular()) {
-        throw FileFailure(u"Could not open the file", path_,
-                          status_.IsFolder() ? u"It is a folder" : u"It is not a regular file");
-    }
+    RequireRegular(descriptor_.IsOpen() ? calls_.Status(descriptor_.Number(), status_) : -1);
     // So that no other program of ours writes while this one reads. Many file systems have no
     // locks; then size and time must tell.
-    lockedByOther_ = calls_.Lock(descriptor_.Number(), writable_ ? LOCK_EX : LOCK_SH) != 0 &&
-                     errno == EWOULDBLOCK;
+    if (calls_.Lock(descriptor_.Number(), writable_ ? LOCK_EX : LOCK_SH) != 0 &&
+        errno == EWOULDBLOCK) {
+        throw FileFailure(kCouldNotOpen, path_, u"It is locked by another program");
+    }
+}
+
+/// `answer` is that of the system, which has put into status_ what it tells about the file.
+void InputFile::RequireRegular(int answer) const {
+    if (answer != 0) {
+        throw FileFailure(kCouldNotOpen, path_, errno);
+    }
+    if (!status_.IsRegular()) {
+        throw FileFailure(kCouldNotOpen, path_,
+                          status_.IsFolder() ? u"It is a folder" : u"It is not a regular file");
+    }
 }
 
 void InputFile::GiveUpLock() {
@@ -116,9 +127,6 @@ void InputFile::ReadOn() {
 }
 
 void InputFile::CheckUnchanged() {
-    if (lockedByOther_) {
-        throw FileFailure(u"Could not read the file", path_, u"It is locked by another program");
-    }
     // By its name: what was read may be a file that another one has taken the place of.
     FileStatus now;
     if (calls_.StatusOfTarget(NativeName(path_), now) != 0 || !now.SameFileAs(status_) ||

@@ -15,11 +15,11 @@
 namespace vexmarrow {
 
 /// A regular file on its way in, from front to end. Pipes, sockets, devices and folders are
-/// refused without waiting for anything. All failures are thrown as Failure, with path and reason.
+/// refused without waiting for anything, and so is a file that another program has locked. All failures are thrown as Failure, with path and reason.
 class InputFile {
 public:
     /// What is to become of the file: one that is to be written as well is opened for both, if it
-    /// may be, and its lock is exclusive.
+    /// may be, and its lock is exclusive; otherwise the lock is shared.
     enum class Use { Read, ReadAndWrite };
 
     InputFile(SystemCalls& calls, std::u16string_view path, Use use = Use::Read);
@@ -34,16 +34,14 @@ public:
     /// Moves on over bytes that Peek has shown.
     void Skip(std::size_t count) { begin_ += count; }
 
-    /// Throws when what was read may be a mixture: another program has locked the file, has written
-    /// into it, or has cut, removed or replaced it since it was opened. For the end of reading.
+    /// Throws when what was read may be a mixture: another program has written into the file, or
+    /// has cut, removed or replaced it since it was opened. For the end of reading.
     void CheckUnchanged();
 
     /// The file as it was when it was opened.
     const FileStatus& Status() const { return status_; }
     const std::u16string& Path() const { return path_; }
 
-    /// The lock is shared unless the file may be written; a program that has another is in the way.
-    bool IsLockedByOther() const { return lockedByOther_; }
     void GiveUpLock();
 
     /// The open file, and whether it may be written through it.
@@ -57,6 +55,7 @@ private:
     struct Free {
         void operator()(char* bytes) const { std::free(bytes); } // NOLINT(*-no-malloc)
     };
+    void RequireRegular(int answer) const;
     void MakeRoom(std::size_t least);
     void ReadOn();
 
@@ -65,7 +64,6 @@ private:
     Descriptor descriptor_;
     bool writable_ = false;
     FileStatus status_;
-    bool lockedByOther_ = false;
     std::uint64_t position_ = 0; // of the descriptor
     bool atEnd_ = false;
 

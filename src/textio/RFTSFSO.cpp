@@ -51,10 +51,15 @@ int RFTSFSO::FileSize2(std::u16string_view path, Use use) {
     return size;
 }
 
-/// What FileSize2 has opened is used once, and for nothing but the very same path.
+/// What FileSize2 has opened is used once, and for nothing but the very same path. Any other may
+/// lead to the same file, so its lock goes first.
 InputFile RFTSFSO::Open(std::u16string_view path, Use use) {
     std::optional<InputFile> opened = std::exchange(opened_, std::nullopt);
-    return opened && opened->Path() == path ? std::move(*opened) : InputFile(calls_, path, use);
+    if (opened && opened->Path() == path) {
+        return std::move(*opened);
+    }
+    opened.reset();
+    return {calls_, path, use};
 }
 
 bool RFTSFSO::Detect(InputFile& file) {

@@ -7,6 +7,9 @@
 #include "run/RunInputs.h"
 #include "sets/SetList.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
+
 namespace vexmarrow::test {
 namespace {
 
@@ -118,6 +121,38 @@ TEST_F(RunTest, RowsRemovedMeanwhileHandOverThePreviousFileAgain) {
     inputs.tab = 1;
     loop.whenTold[5] = [&] { list.Remove({1}); };
     EXPECT_EQ(Run(), (Strings{noRow, noFile, "Done."}));
+}
+
+TEST_F(RunTest, AFileThatAnotherProgramHasLockedCannotBeOpened) {
+    std::string lines;
+    for (int i = 0; i < 300; ++i) {
+        lines += "a:a\r\n";
+    }
+    AddFiles({"f"}, lines);
+    inputs.texts[2] = folder.Path("out");
+    folder.MakeFolder("out");
+    sets.Add(u"a", u"b");
+    SystemCalls others;
+    const Descriptor other(others, ::open(folder.Native("f").c_str(), O_RDONLY | O_CLOEXEC));
+    const auto runUnder = [&](int lock, int tab, const std::string& options) {
+        EXPECT_EQ(::flock(other.Number(), lock), 0);
+        inputs.tab = tab;
+        inputs.options = options;
+        return Run();
+    };
+    for (const int lock : {LOCK_EX, LOCK_SH}) { // which keeps nobody from reading alone
+        for (const std::string& options : Rows("15 25 35")) {
+            EXPECT_EQ(runUnder(lock, 0, options), done) << options;
+        }
+        EXPECT_EQ(runUnder(lock, 1, "5"), (Strings{noFile, "Done."}));
+        EXPECT_THAT(NativeName(prompts.boxes.end()[-2].text),
+                    testing::HasSubstr("/f\": It is locked by another program."));
+        EXPECT_EQ(runUnder(lock, 0, "14"), done);
+        EXPECT_EQ(folder.Names("out"), lock == LOCK_SH ? Strings{"f"} : Strings{});
+    }
+    EXPECT_TRUE(folder.Read("f") == lines);
+    EXPECT_EQ(runUnder(LOCK_UN, 0, "25"), done);
+    EXPECT_TRUE(folder.Read("f").starts_with("a:b\r\na:b\r\n"));
 }
 
 TEST_F(RunTest, OneAtATimeAndTheProgramsEndStopsEverything) {
