@@ -22,7 +22,7 @@ constexpr std::size_t kBlock = std::size_t{256} * 1024;
 
 constexpr std::u16string_view kCouldNotOpen = u"Could not open the file";
 
-/// O_NONBLOCK: opening a pipe must not wait for its other end. It means
+/// O_NONBLOCK: opening what has just become a pipe must not wait for its other end. It means
 /// nothing to regular files.
 int Open(SystemCalls& calls, const std::string& path, int access) {
     return calls.Open(path, access | O_NONBLOCK | O_CLOEXEC | O_NOCTTY, 0);
@@ -33,6 +33,9 @@ int Open(SystemCalls& calls, const std::string& path, int access) {
 InputFile::InputFile(SystemCalls& calls, std::u16string_view path, Use use)
     : calls_(calls), path_(path), descriptor_(calls) {
     const std::string name = NativeName(path);
+    // Looked at before it is opened: a pipe's writer would take us for its reader, and what it
+    // writes would be lost. Looked at again afterwards: it may be another file by then.
+    RequireRegular(calls_.StatusOfTarget(name, status_));
     if (use == Use::ReadAndWrite) {
         descriptor_ = Descriptor(calls, Open(calls, name, O_RDWR));
         writable_ = descriptor_.IsOpen();

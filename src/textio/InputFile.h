@@ -15,7 +15,8 @@
 namespace vexmarrow {
 
 /// A regular file on its way in, from front to end. Pipes, sockets, devices and folders are
-/// refused without waiting for anything, and so is a file that another program has locked. All failures are thrown as Failure, with path and reason.
+/// refused without being opened, and so is, without waiting, a file that another program has
+/// locked. All failures are thrown as Failure, with path and reason.
 class InputFile {
 public:
     /// What is to become of the file: one that is to be written as well is opened for both, if it

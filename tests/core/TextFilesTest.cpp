@@ -174,6 +174,18 @@ TEST_F(TextFilesTest, OnlyRegularFilesThatMayBeUsedAndTheReasonIsTold) {
         EXPECT_EQ(Write("closed/open", {{1, u"new"}}), ""); // needs no writable folder
     }
     ::close(reader);
+    calls.calls.clear();
+    EXPECT_EQ(textio.FileSize2(folder.Path("pipe")) + textio.FileSize2(folder.Path("folder")), -2);
+    EXPECT_EQ(calls.calls[Calls::kOpen], 0) << "a pipe's writer takes an opening for a reader";
+    calls.beforeCall = [&](Calls::Kind kind) {
+        if (kind == Calls::kOpen) {
+            ::rename(folder.Native("pipe").c_str(), folder.Native("swapped").c_str());
+        }
+    };
+    folder.Write("swapped", "a file when it was looked at");
+    EXPECT_EQ(textio.FileSize2(folder.Path("swapped")), -1);
+    calls.beforeCall = nullptr;
+    ::rename(folder.Native("swapped").c_str(), folder.Native("pipe").c_str());
     EXPECT_EQ(folder.Names(), names);
     EXPECT_EQ(folder.Names("closed"), Strings{"open"});
     folder.SetMode("locked", 0600);

@@ -228,7 +228,7 @@ TEST_F(WriterTest, AnInputThatChangesWhileItIsReadIsNotWritten) {
     // Between the last read and the writing.
     folder.Write("f", "abc");
     calls.beforeCall = [&, n = 0](Calls::Kind kind) mutable {
-        if (kind == Calls::kStatus && ++n == 2) {
+        if (kind == Calls::kStatus && ++n == 3) {
             folder.Write("f", "edited");
         }
     };
