@@ -63,6 +63,23 @@ TEST_F(Files, TestsOfEveryKind) {
     }
 }
 
+TEST_F(Files, WhatWasOpenedForItsSizeIsReadUnderItsOwnPathAlone) {
+    folder.Write("f", "first");
+    folder.Write("g", "other");
+    std::filesystem::create_hard_link(folder.Native("f"), folder.Native("same"));
+    for (const auto use : {InputFile::Use::Read, InputFile::Use::ReadAndWrite}) {
+        for (const std::string& name : Rows("f g same")) { // the last is locked until it is closed
+            const int opened = calls.calls[Calls::kOpen];
+            EXPECT_EQ(textio.FileSize2(folder.Path("f"), use), 5);
+            TextPieces pieces = textio.ReadChunksByStream(folder.Path(name), use);
+            std::u16string_view piece;
+            EXPECT_TRUE(pieces.Next(piece));
+            EXPECT_EQ(NativeName(piece), folder.Read(name)) << name;
+            EXPECT_EQ(calls.calls[Calls::kOpen] - opened, name == "f" ? 1 : 2);
+        }
+    }
+}
+
 TEST_F(Files, Listing) {
     const std::string names = "a.vcf B.VCF .hidden.vcf c.vcf.txt vcf .vcf caf\xE9.vCf a.b.vcf vcff";
     for (const std::string& name : Rows(names)) {

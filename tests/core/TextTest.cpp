@@ -74,7 +74,8 @@ TEST(CodePage, EveryByteComesOutAsItWentIn) {
              windows-1250|8A|160 windows-1251|E0|430 windows-1252|80|20AC windows-1252|81|81
              windows-1253|E1|3B1 windows-1254|F0|11F windows-1255|E0|5D0 windows-1256|C7|627
              windows-1257|E8|10D windows-1258|F0|111 windows-874|A1|E01 iso-8859-1|80|80
-             iso-8859-6|A1|F7A1 koi8-r|C1|430 us-ascii|E9|F7E9 us-ascii|9F|9F)")) {
+             iso-8859-6|A1|F7A1 koi8-r|C1|430 us-ascii|E9|F7E9 us-ascii|9F|9F
+             hp-roman8|A9|F7A9 hp-roman8|BB|F7BB ibm-1133|DF|F7DF)")) {
         SCOPED_TRACE(row);
         const std::string name = Fields(row)[0];
         const int byte = std::stoi(Fields(row)[1], nullptr, 16);
