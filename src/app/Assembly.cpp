@@ -32,10 +32,13 @@ Assembly::Assembly()
     pickers_.SetOwner(&form1_);
 }
 
-void Assembly::Start() {
-    form1_.Form_Load();
-    Recovery(calls_, journals_, prompts_).Run();
-    form1_.show();
+bool Assembly::Start() {
+    RunHandler([this] {
+        form1_.Form_Load();
+        Recovery(calls_, journals_, prompts_).Run();
+        form1_.show();
+    });
+    return form1_.isVisible();
 }
 
 } // namespace vexmarrow

@@ -3,11 +3,12 @@
 
 #include "app/Controls.h"
 
+#include "app/Boxes.h"
 #include "app/Strings.h"
 
 #include <QAbstractItemView>
-#include <QApplication>
 #include <QComboBox>
+#include <QEvent>
 #include <QItemSelectionModel>
 #include <QLabel>
 #include <QPushButton>
@@ -86,8 +87,8 @@ QLabel* MakeLabel(QWidget* parent, std::u16string_view name, std::u16string_view
 }
 
 QWidget* OwnerOfBoxes(QWidget* mainWindow) {
-    QWidget* const dialog = QApplication::activeModalWidget();
-    return dialog != nullptr ? dialog : mainWindow;
+    QWidget* const box = TopBox();
+    return box != nullptr ? box : mainWindow;
 }
 
 void SetOption(QRadioButton* option, bool value) {
@@ -138,8 +139,7 @@ void KeepWheelOut(QWidget* control) {
 void ObeySelection(QComboBox* combo) {
     const QAbstractItemView* const view = combo->view();
     const auto obey = [combo, view] {
-        const QWidget* const dialog = QApplication::activeModalWidget();
-        if (!combo->isEnabled() || (dialog != nullptr && dialog != combo->window())) {
+        if (!combo->isEnabled() || IsBehindBox(*combo)) {
             return; // no hand could choose here now
         }
         // A hand selects entries on its way, too, and each is then the current one.

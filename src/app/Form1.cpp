@@ -3,6 +3,7 @@
 
 #include "app/Form1.h"
 
+#include "app/Boxes.h"
 #include "app/CodePageChooser.h"
 #include "app/Controls.h"
 #include "app/FileListPanel.h"
@@ -143,8 +144,11 @@ QSize Form1::FirstSize() const {
 }
 
 void Form1::OnClick(QAbstractButton* button, void (Form1::*handler)()) {
-    connect(button, &QAbstractButton::clicked, this,
-            [this, handler] { RunHandler([&] { (this->*handler)(); }); });
+    connect(button, &QAbstractButton::clicked, this, [this, handler] {
+        if (!IsBehindBox(*this)) {
+            RunHandler([&] { (this->*handler)(); });
+        }
+    });
 }
 
 void Form1::WireHandlers() {
@@ -197,6 +201,7 @@ void Form1::WatchPointer() {
 void Form1::closeEvent(QCloseEvent* event) {
     services_.eventLoop.End();
     event->accept();
+    CloseBoxes();
     for (QWidget* const window : QApplication::topLevelWidgets()) {
         if (window != this) {
             window->close();
@@ -252,7 +257,7 @@ void Form1::PushButton10_Click() {
         const NormalPointer pointer;
         Form2 form2(setsLoading_, services_.prompts, hand_, this);
         form2.Form_Load();
-        form2.exec();
+        WaitFor(form2);
         services_.eventLoop.ThrowIfEnded();
     });
 }

@@ -3,6 +3,7 @@
 
 #include "app/Form2.h"
 
+#include "app/Boxes.h"
 #include "app/Controls.h"
 #include "app/QtEventLoop.h"
 #include "app/Strings.h"
@@ -39,8 +40,11 @@ Form2::Form2(SetsLoading& loading, Prompts& prompts, const QCursor& overButtons,
     }
 
     const auto onClick = [this](QPushButton* button, void (Form2::*handler)()) {
-        connect(button, &QPushButton::clicked, this,
-                [this, handler] { RunHandler([&] { (this->*handler)(); }); });
+        connect(button, &QPushButton::clicked, this, [this, handler] {
+            if (!IsBehindBox(*this)) {
+                RunHandler([&] { (this->*handler)(); });
+            }
+        });
     };
     onClick(PushButton1, &Form2::PushButton1_Click);
     onClick(PushButton2, &Form2::PushButton2_Click);

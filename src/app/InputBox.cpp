@@ -3,6 +3,7 @@
 
 #include "app/InputBox.h"
 
+#include "app/Boxes.h"
 #include "app/Controls.h"
 #include "app/Strings.h"
 #include "app/ToolTips.h"
@@ -54,7 +55,7 @@ InputBox::InputBox(QWidget* owner, const QString& title, const QString& prompt,
 }
 
 QString InputBox::Ask() {
-    return exec() == QDialog::Accepted ? answer_->text() : QString();
+    return WaitFor(*this) == QDialog::Accepted ? answer_->text() : QString();
 }
 
 } // namespace vexmarrow

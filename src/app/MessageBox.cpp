@@ -3,6 +3,8 @@
 
 #include "app/MessageBox.h"
 
+#include "app/Boxes.h"
+
 #include <QAccessible>
 #include <QAccessibleWidget>
 #include <QDialogButtonBox>
@@ -147,7 +149,7 @@ QWidget* MessageBox::MakeScrollingText(const QString& text, const QSize& size) {
 }
 
 Answer MessageBox::Ask() {
-    exec();
+    WaitFor(*this);
     return answer_;
 }
 

@@ -3,6 +3,7 @@
 
 #include "app/QtPickers.h"
 
+#include "app/Boxes.h"
 #include "app/Controls.h"
 #include "app/NormalPointer.h"
 #include "app/QtEventLoop.h"
@@ -89,7 +90,12 @@ QStringList QtPickers::Choose(QFileDialog& dialog, const FileDialogRequest& requ
 void QtPickers::Run(QFileDialog& dialog) const {
     eventLoop_.ThrowIfEnded();
     const NormalPointer pointer;
-    dialog.exec();
+    // One of the desktop's own is not made of our controls, and knows by itself what to do.
+    if (dialog.layout() == nullptr) {
+        dialog.exec();
+    } else {
+        WaitFor(dialog);
+    }
     eventLoop_.ThrowIfEnded();
 }
 

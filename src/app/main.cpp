@@ -20,6 +20,5 @@ int main(int argc, char** argv) {
     QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral(VEXMARROW_DESKTOP_ID)));
 
     Assembly program;
-    program.Start();
-    return QApplication::exec();
+    return program.Start() ? QApplication::exec() : 0;
 }

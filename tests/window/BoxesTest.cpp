@@ -1,9 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
+#include "app/Boxes.h"
+
 #include "Suites.h"
 #include "Window.h"
 #include "app/InputBox.h"
+#include "app/LinesEdit.h"
 #include "app/MessageBox.h"
 #include "app/QtPrompts.h"
 #include "app/Splash.h"
@@ -14,9 +17,13 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QCheckBox>
+#include <QDropEvent>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QScreen>
-#include <QTimer>
+#include <QScrollBar>
+#include <QWheelEvent>
+#include <QWindow>
 
 namespace vexmarrow::test {
 namespace {
@@ -24,9 +31,9 @@ namespace {
 /// Shows a box and does `look` with it while it is open.
 template <typename Box, typename Ask>
 auto WhileOpen(std::function<void(Box&)> look, Ask ask) {
-    Once([] { return qobject_cast<Box*>(QApplication::activeModalWidget()) != nullptr; },
+    Once([] { return qobject_cast<Box*>(TopBox()) != nullptr; },
          [look = std::move(look)] {
-             auto* const box = qobject_cast<Box*>(QApplication::activeModalWidget());
+             auto* const box = qobject_cast<Box*>(TopBox());
              look(*box);
              if (box->isVisible()) {
                  box->reject();
@@ -213,6 +220,82 @@ private Q_SLOTS:
         QCOMPARE(window.prompts.boxes.size(), 2U);
     }
 
+    void WindowsBehindABox() {
+        Window window;
+        QtPrompts prompts(window.eventLoop);
+        window.shown = &prompts;
+        window.Open();
+        prompts.SetOwner(window.form.get());
+        window.SetText1(u"one\n\n\n\n\n\n\n\n\n\ntwo");
+        auto* const text = window.Find<LinesEdit>("Text1");
+        auto* const codePages = window.Find<QComboBox>("Combo3");
+        QVERIFY(QTest::qWaitForWindowActive(window.form.get()));
+        text->setFocus();
+        const auto state = [&] {
+            return QStringLiteral("%1 %2 %3 %4")
+                .arg(ToQString(text->Text()).remove(QStringLiteral("\r\n")))
+                .arg(text->verticalScrollBar()->value())
+                .arg(window.Rows())
+                .arg(QApplication::activePopupWidget() != nullptr);
+        };
+        QMimeData files;
+        files.setData(QStringLiteral("text/uri-list"), "file:///a.vcf\r\n");
+        const auto useAll = [&](QWidget& behind, QWidget& button) {
+            QWindow* const desktops = behind.windowHandle();
+            QTest::mouseClick(desktops, Qt::LeftButton, {},
+                              button.mapTo(&behind, button.rect().center()));
+            QTest::keyClick(desktops, Qt::Key_X);
+            QTest::keyClick(desktops, Qt::Key_H, Qt::AltModifier);
+            QTest::keyClick(&button, Qt::Key_Space);
+            QWheelEvent wheel({9, 9}, text->mapToGlobal(QPoint(9, 9)), {}, {0, -120}, {}, {},
+                              Qt::NoScrollPhase, false);
+            QApplication::sendEvent(text->viewport(), &wheel);
+            auto* const list = window.Find<QTreeView>("ListView1")->viewport();
+            QDragEnterEvent enter({9, 9}, Qt::CopyAction, &files, {}, {});
+            QApplication::sendEvent(list, &enter);
+            QVERIFY(!enter.isAccepted());
+            QDropEvent drop({9, 9}, Qt::CopyAction, &files, {}, {});
+            QApplication::sendEvent(list, &drop);
+            static_cast<QAbstractButton&>(button).click(); // as the accessibility bus does
+            QTest::qWait(1);
+        };
+        const QString before = state();
+        codePages->showPopup();
+        WhileOpen<MessageBox>(
+            [&](MessageBox& box) {
+                useAll(*window.form, *window.Find<QWidget>("PushButton7"));
+                QCOMPARE(TopBox(), &box);
+                QCOMPARE(state(), before);
+                // The toolkit lets nobody close a window behind a modal one.
+                QVERIFY(QGuiApplication::modalWindow() == nullptr);
+                window.form->activateWindow(); // which a click does
+                QVERIFY(QTest::qWaitForWindowActive(&box));
+            },
+            [&] { window.Press("PushButton5"); });
+        QVERIFY(QTest::qWaitForWindowActive(window.form.get()));
+        QCOMPARE(QApplication::focusWidget(), text);
+
+        bool closed = false;
+        WhileOpen<QDialog>(
+            [&](QDialog& form2) {
+                WhileOpen<MessageBox>(
+                    [&](MessageBox& box) {
+                        useAll(*window.form, *window.Find<QWidget>("PushButton7"));
+                        useAll(form2, *form2.findChild<QWidget*>(QStringLiteral("PushButton2")));
+                        form2.windowHandle()->close();
+                        QVERIFY(form2.isVisible());
+                        QCOMPARE(TopBox(), &box);
+                        QVERIFY(QGuiApplication::modalWindow() == nullptr);
+                        window.form->windowHandle()->close();
+                        closed = !box.isVisible() && !form2.isVisible();
+                    },
+                    [&] { form2.findChild<QPushButton*>(QStringLiteral("PushButton3"))->click(); });
+            },
+            [&] { window.Press("PushButton10"); });
+        QVERIFY(closed && TopBox() == nullptr);
+        QCOMPARE(state(), before);
+    }
+
     void Tips() {
         const TestFolder folder;
         MemorySettings settings;
@@ -244,10 +327,10 @@ private Q_SLOTS:
     void NoBoxAfterTheEnd() {
         QtEventLoop ended;
         QtPrompts prompts(ended);
-        Once([] { return QApplication::activeModalWidget() != nullptr; },
+        Once([] { return TopBox() != nullptr; },
              [&] {
                  ended.End();
-                 QApplication::activeModalWidget()->close();
+                 TopBox()->close();
              });
         QVERIFY_EXCEPTION_THROWN(prompts.ShowMessage(u"open", BoxStyle::YesNo, u""), ProgramEnded);
         QVERIFY_EXCEPTION_THROWN(prompts.ShowMessage(u"late", BoxStyle::YesNo, u""), ProgramEnded);

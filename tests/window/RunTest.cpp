@@ -3,6 +3,8 @@
 
 #include "Suites.h"
 #include "Window.h"
+#include "app/Boxes.h"
+#include "app/QtPrompts.h"
 #include "app/Strings.h"
 #include "support/TestFolder.h"
 
@@ -206,6 +208,41 @@ private Q_SLOTS:
         AfterResult("2.vcf", [&] { window_->form->close(); });
         QCOMPARE(Run(), QString()); // no "Done."
         QCOMPARE(folder_->Names("out"), (std::vector<std::string>{"1.vcf", "2.vcf"}));
+        Reopen();
+    }
+
+    void ClosedWhileReportsCome() {
+        window_ = std::make_unique<Window>();
+        QtPrompts boxes(window_->eventLoop);
+        window_->shown = &boxes;
+        window_->Open();
+        boxes.SetOwner(window_->form.get());
+        window_->SetText1(u"a");
+        window_->SetText3(folder_->Path("out"));
+        window_->Press("Option1");
+        std::string lines;
+        for (int i = 0; i < 3'000; ++i) {
+            lines += "a:a\r\n";
+        }
+        AddFile("1.vcf", lines);
+        AddFile("2.vcf", "a");
+        folder_->MakeFolder("out/1.vcf"); // each line fails
+        int reports = 0;
+        const auto isOpen = [] { return TopBox() != nullptr; };
+        const std::function<void()> meet = [&] {
+            QVERIFY(QGuiApplication::modalWindow() == nullptr); // the window can be closed
+            if (++reports == 20) {
+                window_->form->close();
+            } else {
+                TopBox()->close();
+                Once(isOpen, meet);
+            }
+        };
+        Once(isOpen, meet);
+        window_->Press("PushButton1");
+        QCOMPARE(reports, 20);
+        QVERIFY(TopBox() == nullptr);
+        QCOMPARE(folder_->Names("out"), std::vector<std::string>{"1.vcf"});
         Reopen();
     }
 

@@ -3,6 +3,8 @@
 
 #include "Suites.h"
 #include "Window.h"
+#include "app/Assembly.h"
+#include "app/Boxes.h"
 #include "app/IniSettingsStore.h"
 #include "app/Strings.h"
 #include "support/TestFolder.h"
@@ -180,6 +182,15 @@ private Q_SLOTS:
                                           {u"Please select folder:", u"/before"},
                                           {u"Please select folder:", u"/new/place"}};
         QVERIFY(window.pickers.asked == asked);
+    }
+
+    void EndedBeforeTheWindowShows() {
+        const TestFolder folder;
+        QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, ToQString(folder.Path()));
+        folder.Write("Quillmoor.ini", "[Vexmarrow%20Software]\nOption1=nonsense\n");
+        Assembly program;
+        Once([] { return TopBox() != nullptr; }, [&] { program.MainWindow().close(); });
+        QVERIFY(!program.Start());
     }
 
     void StoreKeepsEveryText() {

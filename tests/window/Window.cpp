@@ -14,7 +14,7 @@
 namespace vexmarrow::test {
 
 void Window::Open() {
-    form = std::make_unique<Form1>(Services{textio, writer, ansi, prompts, pickers, settings,
+    form = std::make_unique<Form1>(Services{textio, writer, ansi, *shown, pickers, settings,
                                             fileManager, eventLoop, programFolder,
                                             u"/home/somebody/Desktop/"});
     form->Form_Load();

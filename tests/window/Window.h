@@ -60,6 +60,7 @@ public:
     TestFolder state; ///< of the program: its journals
     JournaledWriter writer{calls, {state.Native("journals")}};
     ScriptedPrompts prompts;
+    Prompts* shown = &prompts; ///< what the window uses
     ScriptedPickers pickers;
     MemorySettings settings;
     RecordingFileManager fileManager;
