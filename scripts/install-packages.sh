@@ -11,7 +11,8 @@
 #         wayland  what its window needs where there is no X server
 #         desktop  what uses the window where nobody is: virtual display, window
 #                  manager, accessibility bus
-#         test     what the tests need besides: test library, and the same
+#         test     what the tests need besides: test library, the same, and a
+#                  Wayland compositor
 #         bench    what the benchmarks need besides: their library, and the tools
 #                  that the program is measured against
 #         check    what checks the format and the soundness of the code
@@ -30,7 +31,7 @@ packages_of() {
     wayland) echo qt6-wayland ;;
     desktop) echo xvfb openbox dbus at-spi2-core python3 python3-pyatspi libxtst6 scrot x11-utils \
         wmctrl ;;
-    test) echo libgtest-dev libgmock-dev "$(packages_of desktop)" ;;
+    test) echo libgtest-dev libgmock-dev weston "$(packages_of wayland) $(packages_of desktop)" ;;
     bench) echo libbenchmark-dev strace perl sed coreutils ;;
     check) echo clang-format clang-tidy ;;
     pictures) echo qt6ct ;;

@@ -4,9 +4,11 @@
 #
 # Runs a command on a virtual display of its own: an X server without a screen,
 # a message bus, a window manager and the accessibility bus, with a home of its
-# own, so that nobody's settings or windows are touched.
+# own, so that nobody's settings or windows are touched. With --wayland, the
+# display is that of a Wayland compositor instead, and there is no X server; nor
+# are there a keyboard and a mouse, so no window ever has the focus.
 #
-#     scripts/on-virtual-display.sh COMMAND [ARGUMENT...]
+#     scripts/on-virtual-display.sh [--wayland] COMMAND [ARGUMENT...]
 #
 # VEXMARROW_SCREEN=1280x1024 (width x height) sets the size of the screen.
 # The exit status is the command's own. Whatever was started here, by the
@@ -25,6 +27,7 @@ inside() {
     shift 2
     dbus-send --session --print-reply=literal --dest=org.a11y.Bus /org/a11y/bus \
         org.a11y.Bus.GetAddress >/dev/null || { say "no accessibility bus"; exit 125; }
+    [ -z "${WAYLAND_DISPLAY-}" ] || exec "$@"
     openbox --sm-disable </dev/null >"$HOME/openbox.log" 2>&1 &
     local tries=0
     until xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id'; do
@@ -44,11 +47,16 @@ if [ "${1-}" = --inside ]; then
     inside "$@"
 fi
 
+kind=x tools=(Xvfb openbox xprop)
+if [ "${1-}" = --wayland ]; then
+    kind=wayland tools=(weston)
+    shift
+fi
 if [ $# -eq 0 ]; then
-    say "which command? Usage: on-virtual-display.sh COMMAND [ARGUMENT...]"
+    say "which command? Usage: on-virtual-display.sh [--wayland] COMMAND [ARGUMENT...]"
     exit 2
 fi
-for tool in Xvfb openbox dbus-run-session dbus-send xprop; do
+for tool in "${tools[@]}" dbus-run-session dbus-send; do
     if ! command -v "$tool" >/dev/null; then
         say "$tool is missing; scripts/install-packages.sh test installs it"
         exit 125
@@ -100,32 +108,55 @@ trap 'exit 143' TERM
 mkdir -p "$home/config" "$home/state" "$home/data" "$home/cache"
 mkdir -m 700 "$home/run"
 
+screen=${VEXMARROW_SCREEN:-1280x1024}
+display=()
+
 # The server picks a free display number by itself and tells it once it is ready.
-mkfifo "$home/number"
-exec {number}<>"$home/number"
-Xvfb -displayfd "$number" -screen 0 "${VEXMARROW_SCREEN:-1280x1024}x24" -nolisten tcp -noreset \
-    </dev/null >"$home/server.log" 2>&1 &
-server=$!
-display=
-for _ in $(seq 60); do
-    if read -r -t 0.5 -u "$number" display || ! kill -0 "$server" 2>/dev/null; then break; fi
-done
-if [ -z "$display" ]; then
-    say "the virtual X server did not start:"
+start_x() {
+    local number name=
+    mkfifo "$home/number"
+    exec {number}<>"$home/number"
+    Xvfb -displayfd "$number" -screen 0 "${screen}x24" -nolisten tcp -noreset \
+        </dev/null >"$home/server.log" 2>&1 &
+    server=$!
+    for _ in $(seq 60); do
+        if read -r -t 0.5 -u "$number" name || ! kill -0 "$server" 2>/dev/null; then break; fi
+    done
+    exec {number}>&-
+    [ -z "$name" ] || display=(DISPLAY=":$name" QT_QPA_PLATFORM=xcb)
+}
+
+start_wayland() {
+    local name=vexmarrow
+    env -u DISPLAY -u WAYLAND_DISPLAY HOME="$home" XDG_RUNTIME_DIR="$home/run" \
+        weston --no-config --backend=headless-backend.so --use-pixman --debug --idle-time=0 \
+        --width="${screen%x*}" --height="${screen#*x}" --socket="$name" \
+        </dev/null >"$home/server.log" 2>&1 &
+    server=$!
+    for _ in $(seq 600); do
+        if [ -S "$home/run/$name" ]; then display=(WAYLAND_DISPLAY="$name" QT_QPA_PLATFORM=wayland); fi
+        if [ "${#display[@]}" -gt 0 ] || ! kill -0 "$server" 2>/dev/null; then break; fi
+        sleep 0.05
+    done
+}
+
+if [ "$kind" = x ]; then start_x; else start_wayland; fi
+if [ "${#display[@]}" -eq 0 ]; then
+    say "the virtual display did not start:"
     cat "$home/server.log" >&2
     exit 125
 fi
-exec {number}>&-
 
+# The toolkit's other ways to type text want a keyboard or a service of the desktop.
 # A shell attends to signals only between foreground commands, so the desktop
 # runs in the background and is waited for.
-env -u WAYLAND_DISPLAY -u XAUTHORITY -u SESSION_MANAGER -u DBUS_SESSION_BUS_ADDRESS \
+env -u DISPLAY -u WAYLAND_DISPLAY -u XAUTHORITY -u SESSION_MANAGER -u DBUS_SESSION_BUS_ADDRESS \
     -u AT_SPI_BUS_ADDRESS -u NO_AT_BRIDGE -u XDG_CURRENT_DESKTOP -u XDG_SESSION_TYPE \
     -u DESKTOP_SESSION -u QT_QPA_PLATFORMTHEME -u QT_STYLE_OVERRIDE -u LANGUAGE \
-    VEXMARROW_DISPLAY_HOME="$home" DISPLAY=":$display" HOME="$home" LC_ALL=C.UTF-8 \
+    VEXMARROW_DISPLAY_HOME="$home" "${display[@]}" HOME="$home" LC_ALL=C.UTF-8 \
     XDG_CONFIG_HOME="$home/config" XDG_STATE_HOME="$home/state" XDG_DATA_HOME="$home/data" \
     XDG_CACHE_HOME="$home/cache" XDG_RUNTIME_DIR="$home/run" \
-    QT_QPA_PLATFORM=xcb QT_ACCESSIBILITY=1 QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1 \
+    QT_IM_MODULE=compose QT_ACCESSIBILITY=1 QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1 \
     dbus-run-session -- "$self" --inside "$output" "$errors" "$@" <&0 >"$home/bus.log" 2>&1 &
 desktop=$!
 status=0
