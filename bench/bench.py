@@ -357,6 +357,28 @@ class Bench:
                             median(long) / median(short), 12)
             self.table.line(work, figures(long), "1 s", median(long), 1)
 
+    @row("drop")
+    def drop(self):
+        def filled(how, folders, rows):
+            sample, said = process([self.programs + "/run_bench", how] + folders, env=self.env)
+            seconds, listed = said.split()
+            if int(listed) != rows:
+                raise Failed("%s has made %s rows instead of %d" % (how, listed, rows))
+            return Sample(float(seconds), sample.cpu)
+
+        count, few = self.rows // 10, self.rows // 500
+        tree = self.tree("ext4", "dropped", {"%d/%d/a.vcf" % (i % 100, i): b"" for i in range(count)}).folder
+        ten = [self.tree("ext4", "dropped-%d" % i, {"%d/a.vcf" % j: b"" for j in range(few)}).folder
+               for i in range(10)]
+        # With each folder of a drop, those before it are listed again, and all that was found in them.
+        rows = few * sum(i * (i + 1) // 2 for i in range(1, 11))
+        samples = self.compete([Contender("button", lambda: filled("add", [tree], count)),
+                                Contender("tree", lambda: filled("drop", [tree], count)),
+                                Contender("ten", lambda: filled("drop", ten, rows))])
+        self.table.compare("%d folders with a file, dropped" % count, samples, "tree", "button", 1.5)
+        self.table.compare("10 with %d folders each: %d rows" % (few, rows), samples, "ten", "button",
+                           1.5 * rows / count)
+
     @row("start")
     def start(self):
         def started(*command):

@@ -15,12 +15,17 @@
 //         the rows that contain KEEP, removes those that contain REMOVE, clears the list. Prints a
 //         line for each: its name, seconds, the rows that are left
 //     VEXMARROW_BENCH_PAGE names the code page of these two; without it, it is windows-1252.
+//     run_bench add FOLDER
+//     run_bench drop FOLDER...
+//         fills the list, by the button for a folder or by a drop of folders. Prints seconds (with
+//         the rows in sight drawn) and the number of rows
 //     run_bench start
 //         starts as the program does; prints the moment at which the window is usable
 
 #include "Usable.h"
 #include "app/Application.h"
 #include "app/Assembly.h"
+#include "app/FileListView.h"
 #include "app/LinesEdit.h"
 #include "support/Doubles.h"
 
@@ -146,6 +151,13 @@ public:
             Press("PushButton7");
         }
     }
+    void AddFolder(const char* path) {
+        pickers_.folders.push_back(TextFromNativeName(path));
+        Press("PushButton3");
+    }
+    void Drop(const FileListView::Paths& paths) {
+        Q_EMIT Find<FileListView>("ListView1")->PathsDropped(paths);
+    }
     void CancelAddFiles() { Press("PushButton13"); } // the pickers have no file left
     int Rows() { return Find<QTreeView>("ListView1")->model()->rowCount(); }
 
@@ -226,6 +238,23 @@ void List(const char* path, const char* keep, const char* remove) {
     time("clear", [&] { program.Press("PushButton2"); });
 }
 
+void Fill(bool drop, const std::vector<const char*>& folders) {
+    Program program;
+    program.Open();
+    FileListView::Paths paths;
+    for (const char* const folder : folders) {
+        paths.push_back(TextFromNativeName(folder));
+    }
+    const double begun = Now();
+    if (drop) {
+        program.Drop(paths);
+    } else {
+        program.AddFolder(folders.front());
+    }
+    UntilIdle();
+    std::printf("%.6f %d\n", Now() - begun, program.Rows());
+}
+
 /// As the program's main does it.
 void Start() {
     Assembly program;
@@ -247,6 +276,8 @@ int main(int argc, char** argv) {
         Start();
     } else if (command == "list" && arguments.size() == 4) {
         List(arguments[1], arguments[2], arguments[3]);
+    } else if (command == "drop" || (command == "add" && arguments.size() == 2)) {
+        Fill(command == "drop", {arguments.begin() + 1, arguments.end()});
     } else if (arguments.size() == (command == "sets" ? 4 : 5)) {
         Run(arguments);
     } else {
