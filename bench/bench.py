@@ -43,7 +43,9 @@ def row(name):
 
 
 def sed_script(pairs):
-    escape = lambda text, special: "".join("\\" + c if c in special else c for c in text)
+    def escape(text, special):
+        return "".join("\\" + c if c in special else c for c in text)
+
     return "".join("s/%s/%s/g\n" % (escape(a, r"[]*.^$\/"), escape(b, r"\/&")) for a, b in pairs)
 
 
@@ -180,7 +182,9 @@ class Bench:
             turns[who] += 1
             self.folder("ext4", "new-%s-%d" % (who, turns[who]))
 
-        target = lambda who: os.path.join(self.places["ext4"], "new-%s-%d" % (who, turns[who]))
+        def target(who):
+            return os.path.join(self.places["ext4"], "new-%s-%d" % (who, turns[who]))
+
         work = "%d vCards, 1 pair, into an empty folder, ext4" % self.cards
         samples = self.compete([
             Contender("ours", lambda: self.run(work, "whole", source, [HALF], target("ours")),
@@ -278,7 +282,10 @@ class Bench:
     def utf16(self):
         source, ours, copy = (self.tree("ext4", "utf16-" + name, self.corpus.utf16)
                               for name in ("source", "ours", "copy"))
-        work = lambda count: "%d UTF-16 files, %s sets, in place, ext4" % (self.wide, count)
+
+        def work(count):
+            return "%d UTF-16 files, %s sets, in place, ext4" % (self.wide, count)
+
         samples = self.compete([
             self.ours("1", "sets", ours, [HALF], work("1")),
             self.ours("1,000", "sets", ours, self.corpus.sets(1000), work("1,000")),
@@ -302,7 +309,10 @@ class Bench:
     def utf8(self):
         size = self.big // 4
         mib = size // MIB
-        western = lambda count: [HALF] if count == 1 else self.corpus.sets(count)
+
+        def western(count):
+            return [HALF] if count == 1 else self.corpus.sets(count)
+
         # Of Cyrillic, UTF-8 makes twice as many bytes.
         for what, files, page, pairs_of, aim in (
                 ("%d vCards" % self.cards, self.corpus.cards, CODE_PAGE, western, 1.2),

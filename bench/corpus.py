@@ -52,7 +52,10 @@ class Corpus:
         first, last = rng.choice(FIRST), rng.choice(HEADS) + rng.choice(TAILS)
         company = rng.choice(self._companies)
         site = "www.example%03d.com" % rng.randrange(1000)
-        digits = lambda count: "".join(rng.choices("0123456789", k=count))
+
+        def digits(count):
+            return "".join(rng.choices("0123456789", k=count))
+
         lines = [
             "BEGIN:VCARD", "VERSION:3.0",
             "N:%s;%s;;;" % (last, first), "FN:%s %s" % (first, last),
@@ -104,7 +107,9 @@ def cyrillic_file(size):
 
 def cyrillic_pairs(count):
     """The first is found often; of the others most are found nowhere."""
-    letters = lambda number: "".join(chr(0x430 + (number * 7 >> shift) % 32) for shift in (0, 3, 6, 9, 12))
+    def letters(number):
+        return "".join(chr(0x430 + (number * 7 >> shift) % 32) for shift in (0, 3, 6, 9, 12))
+
     return [("\u043e\u043d", "\u043d")] + [(letters(i), letters(i)[:2]) for i in range(1, count)]
 
 

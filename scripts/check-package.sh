@@ -71,7 +71,6 @@ appstreamcli validate --no-net "$metainfo" >"$tree/said" 2>&1 ||
     { fault "the metainfo is not valid"; cat "$tree/said" >&2; }
 appstreamcli validate-tree --no-net "$tree" >"$tree/said" 2>&1 ||
     { fault "the metainfo does not fit the rest"; cat "$tree/said" >&2; }
-# shellcheck disable=SC2016
 silent env LC_ALL=C.UTF-8 MANROFFSEQ='' MANWIDTH=80 \
     sh -c 'man --warnings -E UTF-8 -l -Tutf8 -Z "$1" >/dev/null' man "$tree/vexmarrow.1"
 

@@ -33,7 +33,7 @@ packages_of() {
         wmctrl ;;
     test) echo libgtest-dev libgmock-dev weston "$(packages_of wayland) $(packages_of desktop)" ;;
     bench) echo libbenchmark-dev strace perl sed coreutils ;;
-    check) echo clang-format clang-tidy ;;
+    check) echo clang-format clang-tidy shellcheck flake8 ;;
     pictures) echo qt6ct ;;
     fuzz) echo clang libclang-rt-14-dev llvm cmake ninja-build pkg-config libicu-dev libxxhash-dev ;;
     package) echo dpkg-dev file binutils lintian desktop-file-utils appstream man-db librsvg2-bin ;;

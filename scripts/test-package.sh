@@ -53,7 +53,6 @@ apt() { quietly in_root apt-get -q -y --no-install-recommends "$@"; }
 
 # Where apt has a release from. The distribution's own source comes first; others may have a release
 # of that name, too.
-# shellcheck disable=SC2016
 source_of() {
     {
         apt-get indextargets --format '$(CODENAME) $(SITE)' 'Created-By: Packages' 'Origin: Debian'
@@ -131,7 +130,6 @@ try_dependencies_alone() {
         if in_root ldd "$library" | grep 'not found'; then die "libraries of $library are missing"; fi
     done
     # It is up once it has written its first settings. Ends with 0 only if they come.
-    # shellcheck disable=SC2016
     quietly as_user env QT_QPA_PLATFORM=offscreen bash -c '
         export HOME=$(mktemp -d)
         export XDG_CONFIG_HOME=$HOME XDG_STATE_HOME=$HOME XDG_RUNTIME_DIR=$HOME
@@ -258,7 +256,6 @@ trap 'exit 143' TERM
 
 apart=(unshare --mount --propagation private --pid --fork --kill-child)
 mkdir "$work/probe"
-# shellcheck disable=SC2016
 if ! said=$("${apart[@]}" sh -ec 'mount -t proc proc "$1"; umount "$1"; mknod "$1/null" c 1 3
     echo >"$1/null"' probe "$work/probe" 2>&1); then
     say "NOT TESTED: this machine does not let root make namespaces, mounts or device files: $said" >&2

@@ -16,7 +16,7 @@ from urllib.parse import quote_from_bytes
 import oracle
 import window_test
 from bus import wait_until
-from driver import FIND, REPLACE, SETS, SINGLE, TO_FOLDER
+from driver import FIND, REPLACE, SETS, TO_FOLDER
 from oracle import UTF8_MARK, UTF16_MARK, WHOLE, Oracle, faults, shown, to_utf16
 from window_test import WindowTest, samples, write
 from x11 import Drag, Mouse

@@ -13,12 +13,12 @@ import sys
 import threading
 import time
 
-INTERRUPTED_WRITE = os.path.abspath(sys.argv.pop())
-
 import driver
 import window_test
 from driver import FIND, REPLACE
 from window_test import WindowTest, read
+
+INTERRUPTED_WRITE = os.path.abspath(sys.argv.pop(1))
 
 OLD, NEW = b"0123456789", b"newnewnewnewnew"
 
