@@ -38,8 +38,8 @@ std::string Stretched(std::string bytes, std::uint8_t shape, std::uint8_t back) 
         }
         return made;
     }();
-    bytes.insert(std::min<std::size_t>(bytes.size(), shape % 4 * 2), filling, back % 32,
-                 kPieceSize * (1 + shape / 4 % 2) - back % 32);
+    bytes.insert(std::min<std::size_t>(bytes.size(), std::size_t{2} * (shape % 4)), filling,
+                 back % 32, kPieceSize * (1 + shape / 4 % 2) - back % 32);
     return bytes;
 }
 

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <algorithm>
 #include <iomanip>
 #include <random>
 #include <sstream>
@@ -33,7 +33,7 @@ public:
     std::basic_string_view<Unit> Hold(const std::basic_string<Unit>& text, bool first) {
         const std::size_t bytes = text.size() * sizeof(Unit);
         char* const place = memory_ + kPage + (first ? 0 : kRoom - bytes);
-        std::memcpy(place, text.data(), bytes);
+        std::copy_n(reinterpret_cast<const char*>(text.data()), bytes, place);
         return {reinterpret_cast<const Unit*>(place), text.size()};
     }
 
@@ -193,7 +193,7 @@ TYPED_TEST(CascadeTest, ManyPairs) {
 TYPED_TEST(CascadeTest, CardsInPieces) {
     Cards cards(7);
     const auto text = As<TypeParam>(cards.Text(65'536 + 200));
-    for (const std::size_t count : {1, 2, 3, 10, 100}) {
+    for (const std::size_t count : {1U, 2U, 3U, 10U, 100U}) {
         std::vector<std::basic_string<TypeParam>> pieces;
         for (std::size_t i = 0; i < 150; ++i) {
             pieces.push_back(text.substr(i % 3, 65'536 - 75 + i));

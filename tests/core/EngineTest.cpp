@@ -215,7 +215,7 @@ TEST_F(EngineTest, PairsStayReadyUntilTheyChange) {
 
 TEST_F(EngineTest, NoMatchCrossesACutBetweenPieces) {
     for (const std::size_t routine : {kWhole, kSets}) {
-        for (const std::size_t at : {65534, 65535, 65536}) {
+        for (const std::size_t at : {65534U, 65535U, 65536U}) {
             for (const std::string& mark : {""s, kMark8}) {
                 const bool characters = routine == kWhole; // so a mark is to the single pair
                 const std::size_t before = at - (characters ? mark.size() : 0);

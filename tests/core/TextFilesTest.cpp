@@ -102,7 +102,7 @@ TEST_F(TextFilesTest, Lines) {
 
 TEST_F(TextFilesTest, PiecesOf65536Characters) {
     calls.mostAtOnce = 50000;
-    for (const std::size_t size : {1, 65535, 65536, 65537, 131072, 131073}) {
+    for (const std::size_t size : {1U, 65535U, 65536U, 65537U, 131072U, 131073U}) {
         std::string text(size, 'x');
         for (std::size_t i = 0; i < size; ++i) {
             text[i] = static_cast<char>('A' + i % 61);
@@ -229,7 +229,7 @@ TEST_F(TextFilesTest, AWriteKeepsTheFileItself) {
     folder.MakeLink("link", "real/file");
     std::filesystem::create_hard_link(folder.Native("real/file"), folder.Native("hard"));
     const mode_t mask = ::umask(027);
-    for (const std::size_t size : {4, 10, 5000, 0}) {
+    for (const std::size_t size : {4U, 10U, 5000U, 0U}) {
         Write("link", {{1, std::u16string(size, u'n')}});
         EXPECT_EQ(folder.Read("hard"), std::string(size, 'n'));
     }

@@ -378,7 +378,7 @@ TEST_F(WriterTest, MemoryHasALimitAndItsEndIsReported) {
 #ifdef __SANITIZE_ADDRESS__
     GTEST_SKIP() << "the sanitizer takes more room than any limit leaves";
 #endif
-    constexpr rlim_t kMegabyte = 1024 * 1024;
+    constexpr rlim_t kMegabyte = 1U << 20U;
     constexpr rlim_t kMost = 64 * kMegabyte;
     const auto limited = [&](auto work) {
         return InChildProcess([&] {

@@ -165,7 +165,7 @@ private Q_SLOTS:
     void TextsTooLongToDraw() {
         Open({});
         window_->SelectTab(1);
-        for (const std::size_t shift : {0, 1}) { // a cut between two pairs is one within a pair
+        for (const std::size_t shift : {0U, 1U}) { // a cut between two pairs is one within a pair
             std::u16string text(shift, u'a');
             while (text.size() < 100'000) {
                 text += text.size() / 2 == 25'000 ? u"needle" : u"\U0001F600";

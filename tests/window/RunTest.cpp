@@ -265,7 +265,7 @@ private Q_SLOTS:
         AddFile("1.vcf", "a");
         std::vector<std::u16string> choice{folder_->Path()};
         for (int i = 0; i < 100'000; ++i) {
-            choice.push_back(i % 2 == 0 ? u"1.vcf" : u"none.odd");
+            choice.emplace_back(i % 2 == 0 ? u"1.vcf" : u"none.odd");
         }
         window_->pickers.files.push_back(choice);
         window_->prompts.answers = {Answer::Yes};
