@@ -20,6 +20,14 @@ void TryPage(const CodePage& page, std::string_view bytes, const std::u16string&
     std::string encoded;
     page.Encode(decoded, encoded);
     Require(encoded == bytes, "bytes come back from their characters");
+    const std::u16string readable = TextFromUtf8(bytes);
+    std::string room;
+    std::string fromUtf8;
+    const std::string_view utf8 = WellFormedUtf8(bytes, room);
+    Require(utf8 == NativeName(readable), "what is well-formed is the text");
+    encoded.clear();
+    page.Encode(readable, encoded);
+    Require(page.FromUtf8(utf8, fromUtf8) == encoded, "UTF-8 goes into a page as its text does");
     if (page.Name() == u"UTF-8") {
         Require(page.SearchableBytes(decoded).has_value() == page.IsExactInBytes(bytes),
                 "a text without stray bytes can be found in its bytes, and no other can");

@@ -77,6 +77,35 @@ void TryStreamLines(const Texts& lines, std::u16string_view text) {
     Require(text.empty(), "the lines reach to the end of the text");
 }
 
+/// In bytes, a UTF-8 file is well-formed, and its pieces may come in parts.
+void TryBytes(Reader& reader, std::u16string_view text, const AsciiSet& ends) {
+    std::string all;
+    reader.Try([&] {
+        TextPieces pieces = reader.textio.ReadTextChunks(kPath);
+        pieces.PartAfter(ends);
+        bool begun = false;
+        bool ended = true;
+        all.clear();
+        for (std::string_view part; pieces.Next(part); begun = true) {
+            Require(ended && (!part.empty() || !begun), "parts end where they may");
+            all += part;
+            const auto last = static_cast<unsigned char>(part.empty() ? '\xFF' : part.back());
+            ended = last < ends.size() && ends[last];
+        }
+        return Texts();
+    });
+    Require(reader.file.failed || all == NativeName(text), "the parts are the text in UTF-8");
+    reader.Try([&] {
+        TextLines lines = reader.textio.OpenTextLines(kPath);
+        all.clear();
+        for (std::string_view line; lines.Next(line);) {
+            all.append(line).append("\r\n");
+        }
+        return Texts();
+    });
+    Require(reader.file.failed || all == NativeName(Concat(text, kCrLf)), "so are the lines");
+}
+
 } // namespace
 
 void TryInput(Input input) {
@@ -86,6 +115,8 @@ void TryInput(Input input) {
     const std::uint8_t shape = input.Byte();
     const std::uint8_t back = input.Byte();
     Reader reader(input);
+    AsciiSet ends; // of parts
+    ends.set(back % ends.size(), shape != 0);
     std::string file(input.Rest());
     file = longOne ? Stretched(file, shape, back) : file;
     reader.file.bytes = file;
@@ -106,7 +137,13 @@ void TryInput(Input input) {
     if (reader.flags.IsUtf8) {
         const std::u16string text = TextFromUtf8(file.substr(kMark8.size()));
         Require(*pieces == Texts{text}, "a UTF-8 file is one piece, without its mark");
-        Require(*lines == SplitTextLines(text), "the lines of a UTF-8 file end in CR LF");
+        std::u16string joined;
+        for (const std::u16string& line : *lines) {
+            Require(line.find(kCrLf) == std::u16string::npos, "no line holds a CR LF");
+            joined.append(line).append(kCrLf);
+        }
+        Require(joined == Concat(text, kCrLf), "the lines joined by CR LF are the text");
+        TryBytes(reader, text, ends);
     } else {
         TryStreamLines(*lines, TryPieces(*pieces, file, reader));
     }

@@ -92,8 +92,9 @@ bool IsLone(std::string_view bytes) {
 template <typename Unit>
 std::size_t AsciiRun(std::basic_string_view<Unit> units) {
     constexpr std::size_t kStep = 32 / sizeof(Unit);
-    constexpr std::uint64_t kNotAscii =
-        sizeof(Unit) == 1 ? 0x8080'8080'8080'8080U : 0xFF80'FF80'FF80'FF80U;
+    constexpr std::uint64_t kNotAscii = sizeof(Unit) == 1   ? 0x8080'8080'8080'8080U
+                                        : sizeof(Unit) == 2 ? 0xFF80'FF80'FF80'FF80U
+                                                            : 0xFFFF'FF80'FFFF'FF80U;
     std::size_t run = 0;
     for (; run + kStep <= units.size(); run += kStep) {
         std::array<std::uint64_t, 4> words{};
@@ -151,8 +152,8 @@ TextStretch WholeBlock(std::string_view bytes) {
 
 /// Appends the characters of `bytes`; `malformed(part)` appends what a maximal ill-formed part
 /// becomes: at most one unit for each of its bytes.
-template <typename OnMalformed>
-void Decode(std::string_view bytes, std::u16string& out, OnMalformed malformed) {
+template <typename Unit, typename OnMalformed>
+void Decode(std::string_view bytes, std::basic_string<Unit>& out, OnMalformed malformed) {
     std::size_t end = out.size();
     out.resize(end + bytes.size()); // no character has more units than bytes
     for (std::size_t at = 0; at < bytes.size();) {
@@ -165,10 +166,10 @@ void Decode(std::string_view bytes, std::u16string& out, OnMalformed malformed) 
             if (!part.whole) {
                 end = malformed(bytes.substr(at, part.length), out, end);
             } else if (part.point < 0x10000) {
-                out[end++] = static_cast<char16_t>(part.point);
+                out[end++] = static_cast<Unit>(part.point);
             } else {
-                out[end++] = static_cast<char16_t>(0xD7C0 + (part.point >> 10));
-                out[end++] = static_cast<char16_t>(0xDC00 + (part.point & 0x3FF));
+                out[end++] = static_cast<Unit>(0xD7C0 + (part.point >> 10));
+                out[end++] = static_cast<Unit>(0xDC00 + (part.point & 0x3FF));
             }
             at += part.length;
         }
@@ -176,10 +177,15 @@ void Decode(std::string_view bytes, std::u16string& out, OnMalformed malformed) 
     out.resize(end);
 }
 
-/// Each byte of an ill-formed part is a lone low surrogate.
-std::size_t KeepBytes(std::string_view part, std::u16string& out, std::size_t end) {
+/// What stray bytes begin at: in 16-bit units each is a lone low surrogate.
+template <typename Unit>
+constexpr char32_t kStray = sizeof(Unit) == 2 ? 0xDC00 : kStrayByte;
+
+/// Each byte of an ill-formed part is a stray byte.
+template <typename Unit>
+std::size_t KeepBytes(std::string_view part, std::basic_string<Unit>& out, std::size_t end) {
     for (const char byte : part) {
-        out[end++] = static_cast<char16_t>(0xDC00 + static_cast<std::uint8_t>(byte));
+        out[end++] = static_cast<Unit>(kStray<Unit> + static_cast<std::uint8_t>(byte));
     }
     return end;
 }
@@ -205,8 +211,8 @@ void AppendPoint(char32_t point, std::string& out) {
 
 /// Appends the bytes of `text`; `lone(unit)` appends what becomes of a lone surrogate that stands
 /// for no byte.
-template <typename OnLone>
-void Encode(std::u16string_view text, std::string& bytes, OnLone lone) {
+template <typename Unit, typename OnLone>
+void Encode(std::basic_string_view<Unit> text, std::string& bytes, OnLone lone) {
     for (std::size_t i = 0; i < text.size();) {
         const std::size_t run = AsciiRun(text.substr(i));
         const std::size_t end = bytes.size();
@@ -218,8 +224,8 @@ void Encode(std::u16string_view text, std::string& bytes, OnLone lone) {
             if (IsHighSurrogate(unit) && i + 1 < text.size() && IsLowSurrogate(text[i + 1])) {
                 ++i;
                 AppendPoint(0x10000 + ((unit - 0xD800) << 10) + (text[i] - 0xDC00U), bytes);
-            } else if (unit >= 0xDC80 && unit <= 0xDCFF) {
-                bytes.push_back(static_cast<char>(unit - 0xDC00));
+            } else if (unit >= kStray<Unit> + 0x80 && unit <= kStray<Unit> + 0xFF) {
+                bytes.push_back(static_cast<char>(unit - kStray<Unit>));
             } else if (IsHighSurrogate(unit) || IsLowSurrogate(unit)) {
                 lone(unit);
             } else {
@@ -242,7 +248,7 @@ std::u16string TextFromUtf8(std::string_view bytes) {
 
 std::u16string TextFromNativeName(std::string_view bytes) {
     std::u16string text;
-    Decode(bytes, text, KeepBytes);
+    Decode(bytes, text, KeepBytes<char16_t>);
     return text;
 }
 
@@ -254,10 +260,29 @@ std::string NativeName(std::u16string_view text) {
 }
 
 void DecodeUtf8(std::string_view bytes, std::u16string& text) {
-    Decode(bytes, text, KeepBytes);
+    Decode(bytes, text, KeepBytes<char16_t>);
 }
 
 void EncodeUtf8(std::u16string_view text, std::string& bytes, char lacking) {
+    Encode(text, bytes, [&](char32_t) { bytes.push_back(lacking); });
+}
+
+std::u32string WideText(std::u16string_view text) {
+    std::u32string wide(text.begin(), text.end());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool isSecondHalf = i > 0 && IsHighSurrogate(text[i - 1]);
+        if (text[i] >= 0xDC80 && text[i] <= 0xDCFF && !isSecondHalf) {
+            wide[i] = kStrayByte + (text[i] - 0xDC00U);
+        }
+    }
+    return wide;
+}
+
+void DecodeUtf8(std::string_view bytes, std::u32string& text) {
+    Decode(bytes, text, KeepBytes<char32_t>);
+}
+
+void EncodeUtf8(std::u32string_view text, std::string& bytes, char lacking) {
     Encode(text, bytes, [&](char32_t) { bytes.push_back(lacking); });
 }
 
@@ -272,6 +297,28 @@ bool IsUtf8(std::string_view bytes) {
         }
     }
     return true;
+}
+
+std::string_view WellFormedUtf8(std::string_view bytes, std::string& room) {
+    if (IsUtf8(bytes)) {
+        return bytes;
+    }
+    room.clear();
+    for (std::size_t at = 0; at < bytes.size();) {
+        const std::size_t run = AsciiRun(bytes.substr(at));
+        room.append(bytes, at, run);
+        at += run;
+        while (at < bytes.size() && static_cast<std::uint8_t>(bytes[at]) >= 0x80) {
+            const Part part = PartAt(bytes, at);
+            room.append(part.whole ? bytes.substr(at, part.length) : "\xEF\xBF\xBD");
+            at += part.length;
+        }
+    }
+    return room;
+}
+
+std::size_t AsciiLength(std::string_view bytes) {
+    return AsciiRun(bytes);
 }
 
 TextStretch MeasureUtf8(std::string_view bytes, std::size_t most, bool more) {

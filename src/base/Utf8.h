@@ -33,8 +33,26 @@ void DecodeUtf8(std::string_view bytes, std::u16string& text);
 /// surrogate that stands for no byte.
 void EncodeUtf8(std::u16string_view text, std::string& bytes, char lacking);
 
+// The same for text into which half characters may be put: in 16-bit units alone, a first half
+// before a stray byte would be a character.
+
+/// What stands for the stray byte b in wide text is kStrayByte + b; all else in it is 16-bit units.
+inline constexpr char32_t kStrayByte = 0x110000;
+
+/// The wide text of 16-bit units, of which lone surrogates from U+DC80 to U+DCFF are stray bytes.
+std::u32string WideText(std::u16string_view text);
+void DecodeUtf8(std::string_view bytes, std::u32string& text);
+void EncodeUtf8(std::u32string_view text, std::string& bytes, char lacking);
+
 /// Whether `bytes` are well-formed UTF-8 from the first to the last.
 bool IsUtf8(std::string_view bytes);
+
+/// What TextFromUtf8 makes of `bytes`, in UTF-8: `bytes` themselves where they are well-formed,
+/// else it is put into `room`.
+std::string_view WellFormedUtf8(std::string_view bytes, std::string& room);
+
+/// How many bytes of ASCII `bytes` begin with.
+std::size_t AsciiLength(std::string_view bytes);
 
 /// Bytes at the beginning of others, and how many 16-bit units DecodeUtf8 makes of them.
 struct TextStretch {

@@ -22,6 +22,9 @@ public:
     explicit PairByPair(Steps<Unit> steps) : steps_(std::move(steps)) {}
 
     bool Apply(std::basic_string_view<Unit> text, std::basic_string<Unit>& result) override {
+        if (steps_.size() == 1) { // which needs no room but the result's
+            return ReplaceAll(steps_.front(), text, result, [](std::size_t) {});
+        }
         if (!passes_.Run(steps_, text)) {
             return false;
         }

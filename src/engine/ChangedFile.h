@@ -7,8 +7,10 @@
 #include "shell/Trap.h"
 #include "textio/InputFile.h"
 #include "textio/TextResult.h"
+#include "textio/TextStreams.h"
 
 #include <cstdint>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -34,18 +36,27 @@ struct Refusal {
 /// report is due for every one of them.
 class Output {
 public:
-    Output(const RFTSFSO& textio, FileWriter& writer, InputFile& input,
+    /// `format` is that of bytes.
+    Output(const RFTSFSO& textio, FileWriter& writer, InputFile& input, TextFormat format,
            const OutputLocation& location, const StatementNumbers& numbers)
-        : result_(textio, writer, &input), numbers_(numbers) {
+        : result_(textio, writer, &input), format_(format), numbers_(numbers) {
         Try(numbers_.outputPath, [&] { path_ = OutputPath(input.Path(), location); });
     }
 
-    /// Adds characters, or bytes of the code page.
+    /// Adds a piece or line, of characters or bytes.
     template <typename Unit>
     void Write(std::basic_string_view<Unit> text) {
-        // 1 starts the file, any higher number goes on; a file may have more lines than numbers.
-        const std::int32_t writeMode = count_++ == 0 ? 1 : 2;
-        Try(numbers_.write, [&] { result_.WriteTextFile(text, path_, writeMode); });
+        ++count_;
+        Try(numbers_.write, [&] { WritePart(text); });
+    }
+
+    /// The same in parts.
+    template <typename Unit>
+    void Write(std::initializer_list<std::basic_string_view<Unit>> parts) {
+        ++count_;
+        for (const std::basic_string_view<Unit> part : parts) {
+            Try(numbers_.write, [&] { WritePart(part); });
+        }
     }
     void Commit() {
         Try(numbers_.write, [&] { result_.Commit(); });
@@ -55,6 +66,17 @@ public:
     const std::optional<Refusal>& Refused() const { return refusal_; }
 
 private:
+    template <typename Unit>
+    void WritePart(std::basic_string_view<Unit> part) {
+        // 1 starts the file, any higher number goes on; a file may have more lines than numbers.
+        const std::int32_t writeMode = std::exchange(begun_, true) ? 2 : 1;
+        if constexpr (sizeof(Unit) == 1) {
+            result_.WriteTextFile(part, format_, path_, writeMode);
+        } else {
+            result_.WriteTextFile(part, path_, writeMode);
+        }
+    }
+
     template <typename Statement>
     void Try(int line, Statement&& statement) {
         if (refusal_) {
@@ -67,6 +89,8 @@ private:
     }
 
     TextResult result_;
+    TextFormat format_;
+    bool begun_ = false;
     StatementNumbers numbers_;
     std::u16string path_;
     std::uint64_t count_ = 0;
@@ -81,8 +105,8 @@ struct Outcome {
 };
 
 /// Reads a file to its end, changes each piece or line and writes the result. No box opens in here:
-/// the result holds the lock of its file. `change` takes a text and returns what is to be written,
-/// which is valid until its next call; `Unit` tells whether they are characters or bytes.
+/// the result holds the lock of its file. `change` takes a text and writes what becomes of it into
+/// the output; `Unit` tells whether they are characters or bytes.
 template <typename Unit, typename Reader, typename Change>
 Outcome WriteChanged(Reader& reader, Output& output, const StatementNumbers& numbers,
                      Change&& change) {
@@ -91,7 +115,7 @@ Outcome WriteChanged(Reader& reader, Output& output, const StatementNumbers& num
     const std::optional<std::u16string> failure = FailureOf([&] {
         for (std::basic_string_view<Unit> text; line = numbers.read, reader.Next(text);) {
             line = numbers.replace;
-            output.Write(change(text));
+            change(text, output);
         }
         if (!output.Refused()) { // then nothing is written in any case
             reader.Finish();

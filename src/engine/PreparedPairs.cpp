@@ -4,6 +4,7 @@
 #include "engine/PreparedPairs.h"
 
 #include "base/Text.h"
+#include "base/Utf8.h"
 #include "textio/CodePage.h"
 
 #include <utility>
@@ -52,6 +53,45 @@ bool ByteCascade::Apply(View text, std::string& result) const {
     return true;
 }
 
+Utf8Cascade::Utf8Cascade(std::vector<BasicReplacementPair<char>> pairs) {
+    borders_.set();
+    for (const BasicReplacementPair<char>& pair : pairs) {
+        for (const char byte : pair.find) {
+            if (const auto code = static_cast<unsigned char>(byte); code < borders_.size()) {
+                borders_.reset(code);
+            }
+        }
+    }
+    bytes_.emplace(std::move(pairs));
+}
+
+WideCascade::WideCascade(const std::vector<ReplacementPair>& pairs) {
+    for (const ReplacementPair& pair : pairs) {
+        pairs_.push_back({WideText(pair.find), WideText(pair.replace)});
+    }
+}
+
+bool WideCascade::Apply(View text, std::u32string& result) const {
+    bool any = false;
+    for (const auto& [find, replace] : pairs_) {
+        const View before = any ? View(result) : text;
+        std::size_t place = find.empty() ? View::npos : before.find(find);
+        if (place == View::npos) {
+            continue;
+        }
+        std::u32string after;
+        std::size_t copied = 0;
+        for (; place != View::npos; place = before.find(find, copied)) {
+            after.append(before, copied, place - copied).append(replace);
+            copied = place + find.size();
+        }
+        after.append(before, copied);
+        result.swap(after);
+        any = true;
+    }
+    return any;
+}
+
 PreparedPairs::PreparedPairs(std::span<const std::u16string> find,
                              std::span<const std::u16string> replace) {
     for (std::size_t i = 0; i < find.size(); ++i) {
@@ -83,6 +123,23 @@ const ByteCascade* PreparedPairs::OfBytes(const AnsiCodePage& ansi) {
         codePage_ = ansi.Revision();
     }
     return ofBytes_ ? &*ofBytes_ : nullptr;
+}
+
+const Utf8Cascade* PreparedPairs::OfUtf8() {
+    if (!askedForUtf8_) {
+        if (auto pairs = BytePairs(pairs_, *MakeUtf8CodePage())) {
+            ofUtf8_.emplace(std::move(*pairs));
+        }
+        askedForUtf8_ = true;
+    }
+    return ofUtf8_ ? &*ofUtf8_ : nullptr;
+}
+
+const WideCascade& PreparedPairs::OfWideText() {
+    if (!ofWideText_) {
+        ofWideText_.emplace(pairs_);
+    }
+    return *ofWideText_;
 }
 
 } // namespace vexmarrow

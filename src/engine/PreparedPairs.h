@@ -4,6 +4,7 @@
 #pragma once
 
 #include "engine/Cascade.h"
+#include "textio/TextStreams.h"
 
 #include <cstdint>
 #include <optional>
@@ -40,6 +41,40 @@ private:
     PreparedPairs& pairs_;
 };
 
+/// Replaces in well-formed UTF-8, with the same result as in its characters.
+class Utf8Cascade {
+public:
+    using View = std::string_view;
+
+    explicit Utf8Cascade(std::vector<BasicReplacementPair<char>> pairs);
+
+    /// As BasicCascade does.
+    bool Apply(View text, std::string& result) const { return bytes_->Apply(text, result); }
+
+    /// Characters that stand in no find text, so that no match reaches across one: what lies
+    /// between them may be changed by itself (docs/CASCADE.md).
+    const AsciiSet& Borders() const { return borders_; }
+
+private:
+    AsciiSet borders_;
+    std::optional<BasicCascade<char>> bytes_;
+};
+
+/// Replaces in wide text (base/Utf8.h). Texts that hold half a character are so rare that a pass
+/// for each pair will do.
+class WideCascade {
+public:
+    using View = std::u32string_view;
+
+    explicit WideCascade(const std::vector<ReplacementPair>& pairs);
+
+    /// As BasicCascade does.
+    bool Apply(View text, std::u32string& result) const;
+
+private:
+    std::vector<BasicReplacementPair<char32_t>> pairs_;
+};
+
 /// Find and replace texts that belong together by their numbers, made ready for many files.
 class PreparedPairs {
 public:
@@ -59,6 +94,12 @@ public:
     /// lacks, or half of one: a pair may insert it and a later pair find it.
     const ByteCascade* OfBytes(const AnsiCodePage& ansi);
 
+    /// Replaces in UTF-8. Null when a text of a pair holds half a character.
+    const Utf8Cascade* OfUtf8();
+
+    /// Replaces in wide text.
+    const WideCascade& OfWideText();
+
 private:
     std::vector<ReplacementPair> pairs_;
     std::vector<std::u16string> partnerless_;
@@ -66,6 +107,9 @@ private:
     std::optional<ByteCascade> ofBytes_;
     bool askedForBytes_ = false;
     std::uint64_t codePage_ = 0; // the choice of the page that the bytes are of
+    std::optional<Utf8Cascade> ofUtf8_;
+    bool askedForUtf8_ = false;
+    std::optional<WideCascade> ofWideText_;
 };
 
 } // namespace vexmarrow

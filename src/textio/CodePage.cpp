@@ -66,6 +66,33 @@ public:
         }
     }
 
+    std::string_view FromUtf8(std::string_view utf8, std::string& room) const override {
+        std::size_t same = AsciiLength(utf8);
+        if (same == utf8.size()) {
+            return utf8;
+        }
+        room.clear();
+        std::u16string text;
+        for (std::size_t at = 0;;) {
+            room.append(utf8, at, same);
+            at += same;
+            if (at == utf8.size()) {
+                return room;
+            }
+            std::size_t end = at;
+            while (end < utf8.size() && static_cast<std::uint8_t>(utf8[end]) >= 0x80) {
+                ++end;
+            }
+            text.clear();
+            DecodeUtf8(utf8.substr(at, end - at), text);
+            Encode(text, room);
+            at = end;
+            same = AsciiLength(utf8.substr(at));
+        }
+    }
+
+    bool HasStrayBytes() const override { return false; }
+
     int CodeOf(char16_t character) const override {
         return static_cast<std::uint8_t>(ByteOf(character));
     }

@@ -3,6 +3,7 @@
 
 #include "textio/TextResult.h"
 
+#include "base/Utf8.h"
 #include "textio/CodePage.h"
 #include "textio/FileTests.h"
 #include "textio/RFTSFSO.h"
@@ -18,6 +19,19 @@ std::string_view BytesOf(std::u16string_view text) {
     return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(char16_t)};
 }
 
+/// How many bytes are written at once: a long line must not need room again on its way.
+constexpr std::size_t kStretch = std::size_t{64} * 1024;
+
+/// The characters at the beginning of UTF-8 that take `most` bytes, or hardly less.
+std::string_view WholeCharacters(std::string_view utf8, std::size_t most) {
+    if (utf8.size() > most) {
+        while ((static_cast<unsigned char>(utf8[most]) & 0xC0U) == 0x80) {
+            --most;
+        }
+    }
+    return utf8.substr(0, most);
+}
+
 } // namespace
 
 void TextResult::WriteTextFile(std::u16string_view text, std::u16string_view path,
@@ -29,15 +43,16 @@ void TextResult::WriteTextFile(std::u16string_view text, std::u16string_view pat
         }
         file_->Append(BytesOf(text));
     } else {
-        Encode(text);
+        bytes_.clear();
+        textio_.Ansi().Page().Encode(text, bytes_);
         file_->Append(bytes_);
     }
 }
 
-/// Puts the bytes of text in the code page into bytes_.
-void TextResult::Encode(std::u16string_view text) {
-    bytes_.clear();
-    std::u16string joined;
+void TextResult::WriteTextFile(std::u32string_view text, std::u16string_view path,
+                               std::int32_t WriteMode) {
+    Start(path, WriteMode);
+    std::u32string joined;
     if (!heldBack_.empty()) {
         joined = std::exchange(heldBack_, {}).append(text);
         text = joined;
@@ -46,13 +61,26 @@ void TextResult::Encode(std::u16string_view text) {
         heldBack_ = text.back();
         text.remove_suffix(1);
     }
-    textio_.Ansi().Page().Encode(text, bytes_);
+    bytes_.clear();
+    EncodeUtf8(text, bytes_, kLackingCharacter);
+    file_->Append(bytes_);
 }
 
-void TextResult::WriteTextFile(std::string_view bytes, std::u16string_view path,
+void TextResult::WriteTextFile(std::string_view bytes, TextFormat format, std::u16string_view path,
                                std::int32_t WriteMode) {
     Start(path, WriteMode);
-    file_->Append(bytes);
+    if (format == TextFormat::Utf8) {
+        while (!bytes.empty()) {
+            const std::string_view stretch = WholeCharacters(bytes, kStretch);
+            file_->Append(textio_.Ansi().Page().FromUtf8(stretch, bytes_));
+            bytes.remove_prefix(stretch.size());
+        }
+    } else {
+        for (; bytes.size() > kStretch; bytes.remove_prefix(kStretch)) {
+            file_->Append(bytes.substr(0, kStretch));
+        }
+        file_->Append(bytes);
+    }
 }
 
 /// Makes sure that the file is begun. Returns whether UTF-16 needs its mark now.
@@ -71,7 +99,7 @@ void TextResult::Commit() {
     if (file_) {
         if (!heldBack_.empty()) { // its other half never came
             bytes_.clear();
-            textio_.Ansi().Page().Encode(std::exchange(heldBack_, {}), bytes_);
+            EncodeUtf8(std::exchange(heldBack_, {}), bytes_, kLackingCharacter);
             file_->Append(bytes_);
         }
         file_->Commit();

@@ -13,6 +13,7 @@
 namespace vexmarrow {
 
 class RFTSFSO;
+enum class TextFormat;
 
 /// The text result of one input file. The pieces or lines are handed over one after another, as
 /// if each were written to the file at once, and reach it together in Commit.
@@ -29,9 +30,14 @@ public:
     /// Failure.
     void WriteTextFile(std::u16string_view text, std::u16string_view path, std::int32_t WriteMode);
 
-    /// The same with text that is written as it is: bytes of the code page. Nothing but such text
-    /// may come in between.
-    void WriteTextFile(std::string_view bytes, std::u16string_view path, std::int32_t WriteMode);
+    /// The same with wide text (base/Utf8.h) for the code page UTF-8. The halves of a character may
+    /// come with two writes.
+    void WriteTextFile(std::u32string_view text, std::u16string_view path, std::int32_t WriteMode);
+
+    /// The same with bytes: of the code page, which are written as they are, or of well-formed
+    /// UTF-8, which goes into the code page.
+    void WriteTextFile(std::string_view bytes, TextFormat format, std::u16string_view path,
+                       std::int32_t WriteMode);
 
     /// Gives up what was handed over: the file stays as it was.
     void Drop() {
@@ -44,14 +50,12 @@ public:
 
 private:
     bool Start(std::u16string_view path, std::int32_t WriteMode);
-    void Encode(std::u16string_view text);
-
     const RFTSFSO& textio_;
     FileWriter& writer_;
     InputFile* source_;
     std::string bytes_; // of one write, kept for the next
     /// The first half of a character whose second half may come with the next write.
-    std::u16string heldBack_;
+    std::u32string heldBack_;
     std::unique_ptr<PendingFile> file_;
 };
 

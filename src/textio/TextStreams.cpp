@@ -3,7 +3,6 @@
 
 #include "textio/TextStreams.h"
 
-#include "base/Text.h"
 #include "base/Utf8.h"
 #include "textio/CodePage.h"
 
@@ -49,6 +48,8 @@ void DecodeStream(std::string_view bytes, TextFormat format, const CodePage& pag
                   std::u16string& text) {
     if (format == TextFormat::Utf16) {
         DecodeUtf16(bytes, text);
+    } else if (format == TextFormat::Utf8) {
+        text = TextFromUtf8(bytes);
     } else {
         text.clear();
         page.Decode(bytes, text);
@@ -97,14 +98,6 @@ std::size_t FindLineEnd(std::string_view bytes, std::size_t from, TextFormat for
 
 } // namespace
 
-std::vector<std::u16string> SplitTextLines(std::u16string_view text) {
-    const std::vector<std::u16string_view> parts = Split(text, kCrLf);
-    if (parts.empty()) {
-        return std::vector<std::u16string>(1);
-    }
-    return {parts.begin(), parts.end()};
-}
-
 TextPieces::TextPieces(InputFile file, TextFormat format, const CodePage& page)
     : file_(std::move(file)), format_(format), page_(page) {
     SkipMark(file_, format_);
@@ -112,7 +105,7 @@ TextPieces::TextPieces(InputFile file, TextFormat format, const CodePage& page)
 
 bool TextPieces::NextOfStream(std::string_view& bytes) {
     if (format_ == TextFormat::Utf8) {
-        bytes = file_.PeekAll();
+        bytes = PeekPart();
     } else if (format_ == TextFormat::Utf16) {
         bytes = file_.Peek(2 * kPieceSize).substr(0, 2 * kPieceSize);
     } else {
@@ -124,6 +117,28 @@ bool TextPieces::NextOfStream(std::string_view& bytes) {
     begun_ = true;
     file_.Skip(bytes.size());
     return true;
+}
+
+/// As much of the UTF-8 as may come at once. An ill-formed part holds no character of ASCII, so
+/// none lies across the end of what ends with one.
+std::string_view TextPieces::PeekPart() {
+    if (ends_.none()) {
+        return file_.PeekAll();
+    }
+    const auto isEnd = [&](char byte) {
+        const auto code = static_cast<unsigned char>(byte);
+        return code < ends_.size() && ends_[code];
+    };
+    for (std::size_t least = kPieceSize;; least *= 2) {
+        const std::string_view bytes = file_.Peek(least);
+        if (bytes.size() < least) {
+            return bytes;
+        }
+        const auto end = std::find_if(bytes.rbegin(), bytes.rend(), isEnd);
+        if (end != bytes.rend()) {
+            return bytes.substr(0, static_cast<std::size_t>(bytes.rend() - end));
+        }
+    }
 }
 
 /// The bytes of the next piece of text in the code page.
@@ -156,19 +171,20 @@ std::string_view TextPieces::PeekPiece() {
     return bytes.substr(0, length);
 }
 
-void TextPieces::Decode(std::string_view bytes) {
-    if (format_ == TextFormat::Utf8) {
-        text_ = TextFromUtf8(bytes);
-        return;
-    }
+/// Cuts from the bytes of a piece those of the characters of which half belongs to it.
+std::string_view TextPieces::WithoutHalves(std::string_view bytes) const {
     bytes.remove_prefix(begin_ ? kHalf : 0);
     bytes.remove_suffix(end_ ? kHalf : 0);
-    DecodeStream(bytes, format_, page_, text_);
+    return bytes;
+}
+
+template <typename Text>
+void TextPieces::InsertHalves(Text& text) const {
     if (begin_) {
-        text_.insert(text_.begin(), *begin_);
+        text.insert(text.begin(), *begin_);
     }
     if (end_) {
-        text_.push_back(*end_);
+        text.push_back(*end_);
     }
 }
 
@@ -176,14 +192,31 @@ bool TextPieces::Next(std::u16string_view& piece) {
     std::string_view bytes;
     const bool found = NextOfStream(bytes);
     if (found) {
-        Decode(bytes);
+        DecodeStream(WithoutHalves(bytes), format_, page_, text_);
+        InsertHalves(text_);
     }
     piece = text_;
     return found;
 }
 
+bool TextPieces::Next(std::u32string_view& piece) {
+    std::string_view bytes;
+    const bool found = NextOfStream(bytes);
+    if (found) {
+        wide_.clear();
+        DecodeUtf8(WithoutHalves(bytes), wide_);
+        InsertHalves(wide_);
+    }
+    piece = wide_;
+    return found;
+}
+
 bool TextPieces::Next(std::string_view& piece) {
-    return NextOfStream(piece);
+    const bool found = NextOfStream(piece);
+    if (found && format_ == TextFormat::Utf8) {
+        piece = WellFormedUtf8(piece, utf8_);
+    }
+    return found;
 }
 
 TextLines::TextLines(InputFile file, TextFormat format, const CodePage& page)
@@ -191,12 +224,13 @@ TextLines::TextLines(InputFile file, TextFormat format, const CodePage& page)
     SkipMark(file_, format_);
 }
 
+bool TextLines::NextOfFile(std::string_view& line) {
+    return format_ == TextFormat::Utf8 ? SplitTextLines(line) : NextOfStream(line);
+}
+
 bool TextLines::Next(std::u16string_view& line) {
-    if (format_ == TextFormat::Utf8) {
-        return NextOfUtf8(line);
-    }
     std::string_view bytes;
-    const bool found = NextOfStream(bytes);
+    const bool found = NextOfFile(bytes);
     if (found) {
         DecodeStream(bytes, format_, page_, text_);
     }
@@ -204,8 +238,23 @@ bool TextLines::Next(std::u16string_view& line) {
     return found;
 }
 
+bool TextLines::Next(std::u32string_view& line) {
+    std::string_view bytes;
+    const bool found = NextOfFile(bytes);
+    if (found) {
+        wide_.clear();
+        DecodeUtf8(bytes, wide_);
+    }
+    line = wide_;
+    return found;
+}
+
 bool TextLines::Next(std::string_view& line) {
-    return NextOfStream(line);
+    const bool found = NextOfFile(line);
+    if (found && format_ == TextFormat::Utf8) {
+        line = WellFormedUtf8(line, utf8_);
+    }
+    return found;
 }
 
 bool TextLines::NextOfStream(std::string_view& line) {
@@ -245,17 +294,26 @@ bool TextLines::NextOfStream(std::string_view& line) {
     return true;
 }
 
-bool TextLines::NextOfUtf8(std::u16string_view& line) {
-    if (!begun_) {
-        const std::string_view bytes = file_.PeekAll();
-        lines_ = SplitTextLines(TextFromUtf8(bytes));
-        file_.Skip(bytes.size());
-        begun_ = true;
-    }
-    if (next_ == lines_.size()) {
+/// UTF-8 is split at CR LF alone. No ill-formed part lies across one.
+bool TextLines::SplitTextLines(std::string_view& line) {
+    if (ended_) {
         return false;
     }
-    line = lines_[next_++];
+    constexpr std::string_view kLineEnd = "\r\n";
+    std::string_view bytes;
+    std::size_t end = std::string_view::npos;
+    std::size_t seen = 0;
+    for (std::size_t wanted = kFirstLook; end == std::string_view::npos; wanted = 2 * seen) {
+        bytes = file_.Peek(wanted);
+        end = bytes.find(kLineEnd, seen - std::min(seen, kLineEnd.size() - 1));
+        seen = bytes.size();
+        if (seen < wanted) {
+            break;
+        }
+    }
+    ended_ = end == std::string_view::npos;
+    line = bytes.substr(0, end);
+    file_.Skip(ended_ ? bytes.size() : end + kLineEnd.size());
     return true;
 }
 

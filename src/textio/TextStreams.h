@@ -5,6 +5,7 @@
 
 #include "textio/InputFile.h"
 
+#include <bitset>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -29,9 +30,8 @@ enum class TextFormat {
     Utf8,  ///< after a mark of three bytes; without one, it is a code page
 };
 
-/// Splits text at every CR LF; a lone CR or LF stays inside its line. A text that ends in CR LF
-/// has an empty last line, and an empty text is one empty line.
-std::vector<std::u16string> SplitTextLines(std::u16string_view text);
+/// Some of the characters of ASCII.
+using AsciiSet = std::bitset<128>;
 
 /// A text file on its way in, piece by piece. TextFormat::Utf8 is one piece of any size; of the
 /// other formats each piece but the last has kPieceSize characters. An empty file is one empty
@@ -44,9 +44,17 @@ public:
     /// one.
     bool Next(std::u16string_view& piece);
 
-    /// The same in the bytes of the file, for text in the code page only. Of a character that lies
-    /// across the end of a piece, half of the bytes are in each.
+    /// The same in wide text (base/Utf8.h), where the code page is UTF-8.
+    bool Next(std::u32string_view& piece);
+
+    /// The same in bytes: those of the file for text in the code page, where a character that lies
+    /// across the end of a piece has half of its bytes in each; for TextFormat::Utf8 well-formed
+    /// UTF-8.
     bool Next(std::string_view& piece);
+
+    /// Has the bytes of TextFormat::Utf8 come in parts that end with one of `ends`, or where the
+    /// file does. They are as long as it takes, so that no file need be in memory as a whole.
+    void PartAfter(const AsciiSet& ends) { ends_ = ends; }
 
     /// Makes sure that the file was not changed while it was read.
     void Finish() { file_.CheckUnchanged(); }
@@ -58,14 +66,22 @@ public:
 
 private:
     bool NextOfStream(std::string_view& bytes);
+    std::string_view PeekPart();
     std::string_view PeekPiece();
-    void Decode(std::string_view bytes);
+    std::string_view WithoutHalves(std::string_view bytes) const;
+    template <typename Text>
+    void InsertHalves(Text& text) const;
 
     InputFile file_;
     TextFormat format_;
     const CodePage& page_;
     bool begun_ = false;
-    std::u16string text_; // the piece that is shown
+    AsciiSet ends_;
+
+    // The piece that is shown, in one of these.
+    std::u16string text_;
+    std::u32string wide_;
+    std::string utf8_;
 
     // Halves of characters that lie across the beginning and the end of that piece.
     std::optional<char16_t> begin_;
@@ -73,10 +89,10 @@ private:
     std::optional<char16_t> beginOfNext_;
 };
 
-/// A text file on its way in, line by line, without the line ends. TextFormat::Utf8 is divided
-/// by SplitTextLines; in the other formats CR LF, LF and CR each end a line, and one at the end of
-/// the file makes no further line. An empty file is one empty line. All failures are thrown as
-/// Failure.
+/// A text file on its way in, line by line, without the line ends. In TextFormat::Utf8 only CR LF
+/// ends a line, and one at the end of the file makes a further, empty line; in the other formats CR
+/// LF, LF and CR each end a line, and one at the end of the file makes no further line. An empty
+/// file is one empty line. All failures are thrown as Failure.
 class TextLines {
 public:
     TextLines(InputFile file, TextFormat format, const CodePage& page);
@@ -85,7 +101,11 @@ public:
     /// one.
     bool Next(std::u16string_view& line);
 
-    /// The same in the bytes of the file, for text in the code page only.
+    /// The same in wide text (base/Utf8.h), where the code page is UTF-8.
+    bool Next(std::u32string_view& line);
+
+    /// The same in bytes: those of the file for text in the code page; for TextFormat::Utf8
+    /// well-formed UTF-8.
     bool Next(std::string_view& line);
 
     /// Makes sure that the file was not changed while it was read.
@@ -97,16 +117,20 @@ public:
     InputFile& File() { return file_; }
 
 private:
+    bool NextOfFile(std::string_view& line);
     bool NextOfStream(std::string_view& line);
-    bool NextOfUtf8(std::u16string_view& line);
+    bool SplitTextLines(std::string_view& line);
 
     InputFile file_;
     TextFormat format_;
     const CodePage& page_;
     bool begun_ = false;
-    std::u16string text_;               // the line that is shown
-    std::vector<std::u16string> lines_; // all of them, when it is UTF-8
-    std::size_t next_ = 0;              // of those
+    bool ended_ = false; // the last line has been shown, which only UTF-8 tells
+
+    // The line that is shown, in one of these.
+    std::u16string text_;
+    std::u32string wide_;
+    std::string utf8_;
 };
 
 } // namespace vexmarrow

@@ -19,6 +19,12 @@ public:
         EncodeUtf8(text, bytes, kLackingCharacter);
     }
 
+    std::string_view FromUtf8(std::string_view utf8, std::string& /*room*/) const override {
+        return utf8;
+    }
+
+    bool HasStrayBytes() const override { return true; }
+
     int CodeOf(char16_t character) const override { return character; }
 
     std::optional<std::string> SearchableBytes(std::u16string_view text) const override {

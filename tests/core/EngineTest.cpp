@@ -85,7 +85,15 @@ TEST_F(EngineTest, WhatBecomesOfAFile) {
         {kWhole, kMark8 + "\xC3\xA9\xC3", u"\u00E9", u"\u0416", kMark8 + "\xD0\x96\xC3", kUtf8},
         {kSets, kMark8 + "\xC3\xA9\xFF", u"\u00E9", u"\u0416", "\xD0\x96\xEF\xBF\xBD", kUtf8},
         {kData, "\xC3\xA9:\xC3\xA9", u"\u00E9", u"", "\xC3\xA9:\r\n", kUtf8},
-        {kSets, "\xC3-\xA9", u"-\r\n\u00E9", u"\r\nno", "\xC3\xA9", kUtf8}};
+        {kSets, "\xC3-\xA9", u"-\r\n\u00E9", u"\r\nno", "\xC3\xA9", kUtf8},
+        // A lone half, whatever comes after it: nothing, a stray byte, its other half.
+        {kSets, "ba", u"a", u"\xD83D", "b?", kUtf8},
+        {kSets, "a\x80", u"a", u"\xD83D", "?\x80", kUtf8},
+        {kField, "a\x80:", u"a", u"\xD83D", "?\x80:\r\n", kUtf8},
+        {kSets, std::string(65535, '-') + "a\x80", u"a", u"\xD83D",
+         std::string(65535, '-') + "?\x80", kUtf8},
+        {kSets, "a\x80", u"a\r\n\xDC80", u"\xD83D\r\n\xDE00", "\xF0\x9F\x98\x80", kUtf8},
+        {kSets, "\xF0\x9F\x92\x80", u"\xD83D", u"\xD83E", "\xF0\x9F\xA2\x80", kUtf8}};
     for (const auto& row : rows) {
         ansi.Choose(row.page);
         folder.Write("f", row.input);
@@ -96,17 +104,55 @@ TEST_F(EngineTest, WhatBecomesOfAFile) {
     EXPECT_EQ(calls.openFiles, 0);
 }
 
-// Files of a code page are mostly worked on in bytes. What must come out is told in characters:
-// cut into pieces, changed one pair after the other, and encoded together.
+/// What must come of a text, told unit by unit and one pair after the other.
+std::u32string PlainResult(std::size_t routine, TextFormat format, std::u32string text,
+                           const std::vector<BasicReplacementPair<char32_t>>& pairs) {
+    const bool utf8 = format == TextFormat::Utf8;
+    std::u32string result;
+    if (routine == kSets) {
+        const std::size_t size = utf8 ? text.size() : kPieceSize;
+        for (; !text.empty(); text.erase(0, size)) {
+            std::u32string piece = text.substr(0, size);
+            for (const auto& pair : pairs) {
+                piece = PlainStep(piece, pair);
+            }
+            result += piece;
+        }
+        return result;
+    }
+    for (bool more = true; more;) {
+        const std::size_t end = utf8 ? text.find(U"\r\n") : text.find_first_of(U"\r\n");
+        std::u32string line = text.substr(0, end);
+        const bool isPair = end != text.npos && text.substr(end, 2) == U"\r\n";
+        text.erase(0, end == text.npos ? end : end + (isPair ? 2 : 1));
+        more = utf8 ? end != text.npos : !text.empty();
+        if (const std::size_t colon = line.find(U':'); colon != line.npos) {
+            const std::u32string rest = line.substr(colon + 1);
+            std::u32string sides[]{line.substr(0, colon), rest.substr(0, rest.find(U':'))};
+            std::u32string& side = sides[routine == kField ? 0 : 1];
+            side = PlainStep(side, pairs[0]);
+            line = sides[0] + U":" + sides[1];
+        }
+        result += line + U"\r\n";
+    }
+    return result;
+}
+
+// Most files are worked on in bytes, and in parts where they can be long. What must come out is
+// told in characters, of the whole file.
 TEST_F(EngineTest, BytesAndCharactersComeToTheSame) {
     std::mt19937 random(7);
-    const Strings letters{"a",  "b",    ":",    "\n",       "\r\n",         "?",    "\xC3\xA9",
-                          "\r", "\xC3", "\xA9", "\xF0\x9F", "\xED\xA0\xBD", "\x81", "\x98\x80"};
-    const std::string smile = "\xF0\x9F\x98\x80";
+    const Strings letters{
+        "a",   "b",    ":",    "\n",       "\r\n",         "?",    "\xC3\xA9", "\xD0\x96",
+        "\r",  "\xC3", "\xA9", "\xF0\x9F", "\xED\xA0\xBD", "\x81", "\x98\x80", "\0"s,
+        kMark8};
+    constexpr std::size_t kCharacters = 8; // so many of them are characters
+    const std::string smile = "\xF0\x9F\x98\x80", skull = "\xF0\x9F\x92\x80";
     const auto text = [&](std::size_t most, std::size_t kinds) {
         std::string bytes;
         for (std::size_t count = random() % (most + 1); count > 0; --count) {
-            bytes += random() % 8 == 0 ? smile : letters[random() % kinds];
+            bytes +=
+                random() % 8 == 0 ? (random() % 2 == 0 ? smile : skull) : letters[random() % kinds];
         }
         return bytes;
     };
@@ -115,58 +161,98 @@ TEST_F(EngineTest, BytesAndCharactersComeToTheSame) {
         ansi.Page().Decode(bytes, characters);
         return characters;
     };
-    const auto encoded = [&](std::u16string_view characters) {
-        std::string bytes;
-        ansi.Page().Encode(characters, bytes);
-        return bytes;
+    const auto widened = [](const std::u16string& units) {
+        return std::u32string(units.begin(), units.end());
     };
+    const Texts odd{u"\xD83D", u"\xDE00", u"\u0416",
+                    u"\xDCC3\xDCA9"}; // halves, bytes like a letter
     for (int round = 0; round < 1000; ++round) {
         ansi.Choose(round % 2 == 0 ? u"UTF-8" : u"windows-1252");
-        const std::size_t kinds = round % 6 == 0 ? letters.size() : 7; // mostly whole characters
+        const auto format = static_cast<TextFormat>(random() % 3);
+        const bool wide = round % 2 == 0 && format == TextFormat::Ansi;
+        const std::size_t kinds = random() % 6 == 0 ? letters.size() : kCharacters;
+        const bool isOdd = random() % 8 == 0;
         Texts find(1 + random() % 4), replace(find.size());
+        std::vector<BasicReplacementPair<char32_t>> pairs;
         for (std::size_t i = 0; i < find.size(); ++i) {
-            find[i] = decoded(text(3, kinds));
-            replace[i] = decoded(text(2, kinds));
-            if (round % 16 == 0) { // half a smile, what a page lacks, bytes that look like a letter
-                const Texts odd{u"\xD83D", u"\xDE00", u"\u0416", u"\xDCC3\xDCA9"};
-                find[i] += odd[random() % 4];
-                replace[i] += odd[random() % 4];
-            }
+            find[i] = decoded(text(3, kinds)) + (isOdd ? odd[random() % 4] : u"");
+            replace[i] = decoded(text(2, kinds)) + (isOdd ? odd[random() % 4] : u"");
+            pairs.push_back(
+                wide ? BasicReplacementPair<char32_t>{WideText(find[i]), WideText(replace[i])}
+                     : BasicReplacementPair<char32_t>{widened(find[i]), widened(replace[i])});
         }
-        const std::string before = (random() % 4 == 0 ? std::string(65'520, '-') : "") +
-                                   text(40, 7) + text(40, letters.size());
-        folder.Remove("f"); // overwriting a file that was cut waits for the disk
-        folder.Write("f", before);
-        engine.ReplaceTextInFileCombo(folder.Path("f"), {find, replace}, kInPlace, 1);
-        std::u16string after;
-        for (std::u16string rest = decoded(before); !rest.empty(); rest.erase(0, kPieceSize)) {
-            std::u16string piece = rest.substr(0, kPieceSize);
-            for (std::size_t i = 0; i < find.size(); ++i) {
-                piece = PlainStep(piece, ReplacementPair{find[i], replace[i]});
-            }
-            after += piece;
+        // What counts lies at the beginning, or where a file is read on, or a piece ends.
+        const std::size_t borders[]{0, 0, 0, 0, 0, 4096, 4096, 65'536, 65'536, 131'072};
+        const std::size_t border = borders[random() % 10];
+        std::string before = std::string(border - std::min<std::size_t>(border, random() % 16),
+                                         random() % 4 == 0 ? 'a' : '-') +
+                             text(40, kCharacters) + text(40, letters.size());
+        std::u32string units = widened(decoded(before));
+        if (wide) {
+            units.clear();
+            DecodeUtf8(before, units);
+        } else if (format == TextFormat::Utf8) {
+            units = widened(TextFromUtf8(before));
+            before.insert(0, kMark8);
+        } else if (format == TextFormat::Utf16) {
+            before = Utf16(decoded(before));
+        } else if (before.starts_with(kMark8)) {
+            continue;
         }
-        ASSERT_TRUE(folder.Read("f") == encoded(after))
-            << "round " << round << testing::PrintToString(find) << testing::PrintToString(replace);
-        for (const std::size_t routine : {kField, kData}) {
-            folder.Remove("f");
-            folder.Remove("characters");
+        calls.mostAtOnce = random() % 4 == 0 ? 1'000'000 : border + 1 + random() % 64;
+        for (const std::size_t routine : {kSets, kField, kData}) {
+            const std::u32string after = PlainResult(routine, format, units, pairs);
+            const std::u16string characters(after.begin(), after.end());
+            std::string expected;
+            if (wide) {
+                EncodeUtf8(after, expected, '?');
+            } else if (format == TextFormat::Utf16) {
+                expected = Utf16(characters);
+            } else {
+                ansi.Page().Encode(characters, expected);
+            }
+            folder.Remove("f"); // overwriting a file that was cut waits for the disk
             folder.Write("f", before);
-            folder.Write("characters", Utf16(decoded(before)));
-            Replace(routine, "f", find[0], replace[0]);
-            Replace(routine, "characters", find[0], replace[0]);
-            TextPieces characters = textio.ReadTextChunks(folder.Path("characters"));
-            std::u16string expected;
-            for (std::u16string_view piece; characters.Next(piece);) {
-                expected += piece;
+            if (routine == kSets) {
+                engine.ReplaceTextInFileCombo(folder.Path("f"), {find, replace}, kInPlace, 1);
+            } else {
+                Replace(routine, "f", find[0], replace[0]);
             }
-            ASSERT_TRUE(folder.Read("f") == encoded(expected)) << "round " << round;
+            ASSERT_TRUE(folder.Read("f") == expected)
+                << "round " << round << " format " << static_cast<int>(format) << " "
+                << kRoutines[routine] << testing::PrintToString(find)
+                << testing::PrintToString(replace);
         }
     }
+    calls.mostAtOnce = 1'000'000;
     ansi.Choose(u"windows-1252");
     folder.Write("f", "ab");
     Replace(kSets, "f", u"a\r\n\u0416", u"\u0416\r\nb");
     EXPECT_EQ(folder.Read("f"), "bb") << "a later pair finds what the page lacks";
+}
+
+TEST_F(EngineTest, AUtf8FileWithAMarkIsWrittenWhileItIsRead) {
+    std::string bytes = kMark8;
+    while (bytes.size() < 4'000'000) {
+        bytes += "NOTE:" + std::string(200, 'a') + "\xC3\xA9\xC3\r\n";
+    }
+    folder.Write("f", bytes);
+    folder.MakeFolder("out");
+    calls.mostAtOnce = 100'000;
+    for (const std::size_t routine : {kSets, kField, kData}) {
+        int atFirstWrite = 0;
+        calls.calls.clear();
+        calls.beforeCall = [&](Calls::Kind kind) {
+            if (kind == Calls::kWriteAt && atFirstWrite == 0) {
+                atFirstWrite = calls.calls[Calls::kRead];
+            }
+        };
+        Replace(routine, "f", u"a\u00E9\uFFFD", u"b", {true, false, folder.Path("out")});
+        EXPECT_LT(atFirstWrite, calls.calls[Calls::kRead] / 2) << kRoutines[routine];
+        const std::string after = routine == kData || routine == kSets ? "b\r\n" : "a\xE9?\r\n";
+        EXPECT_TRUE(folder.Read("out/f").starts_with("NOTE:" + std::string(199, 'a') + after));
+    }
+    calls.beforeCall = nullptr;
 }
 
 TEST_F(EngineTest, AnyBytesComeOutOfAnyPageAsTheyWentIn) {

@@ -85,6 +85,12 @@ TEST_F(TextFilesTest, Lines) {
         const Texts texts = TextsOf(Fields(row)), expected(texts.begin() + 1, texts.end());
         EXPECT_EQ(Lines(kMark8 + NativeName(texts[0])), expected) << row;
     }
+    for (const std::string& mark : {""s, kMark8}) { // a read that ends between CR and LF
+        calls.mostAtOnce = mark.size() + 5001;
+        EXPECT_EQ(Lines(mark + std::string(5000, 'x') + "\r\nb"),
+                  (Texts{std::u16string(5000, u'x'), u"b"}));
+    }
+    calls.mostAtOnce = 1000;
     const std::map<std::string, std::u16string> units{
         {"\xE9\x81\0:"s, u"\u00E9\u0081\0:"s},
         {kMark8 + kMark8 + "\xC3\xA9\xE2\x82\xFF", u"\uFEFF\u00E9\uFFFD\uFFFD"},

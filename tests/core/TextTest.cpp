@@ -49,6 +49,13 @@ TEST(Utf8, IsReadAsIcuReadsItAndNamesComeBackByteForByte) {
         ASSERT_EQ(NativeName(name), bytes) << testing::PrintToString(bytes);
         ASSERT_EQ(name == text, text.find(u'\uFFFD') == std::u16string::npos);
         ASSERT_EQ(IsUtf8(bytes), name == text);
+        std::string room, again;
+        ASSERT_EQ(WellFormedUtf8(bytes, room), NativeName(text));
+        std::u32string wide = WideText(name), decoded;
+        DecodeUtf8(bytes, decoded);
+        ASSERT_EQ(decoded, wide);
+        EncodeUtf8(wide, again, '?');
+        ASSERT_EQ(again, bytes);
         const std::size_t most = random() % (round % 4 == 0 ? 400 : 40);
         const TextStretch stretch = MeasureUtf8(bytes, most, false);
         const bool parts = stretch.units == most + 1; // a character of two units
@@ -61,6 +68,9 @@ TEST(Utf8, IsReadAsIcuReadsItAndNamesComeBackByteForByte) {
                       TextFromNativeName(bytes.substr(taken)),
                   name);
     }
+    std::string bytes; // a half before a stray byte is no character, and neither is a lone one
+    EncodeUtf8(U"\xD83D\x110080\xD83D\xDC80\xDC80"s, bytes, '?');
+    EXPECT_EQ(bytes, "?\x80\xF0\x9F\x92\x80?");
     EXPECT_EQ(TextFromNativeName("a\xE9\xF0\x9F"), (std::u16string{u'a', 0xDCE9, 0xDCF0, 0xDC9F}));
 }
 
@@ -91,10 +101,12 @@ TEST(CodePage, EveryByteComesOutAsItWentIn) {
         EXPECT_EQ(text[static_cast<std::size_t>(byte)], character);
         EXPECT_EQ(page->CodeOf(static_cast<char16_t>(character)), byte);
     }
-    std::string bytes; // one per unit, nothing similar in its place
+    std::string bytes, room; // one per unit, nothing similar in its place
     const auto page = MakeSingleByteCodePage(u"windows-1252");
-    page->Encode(u"\0a\U0001F600\u0416\u0100\uFF21\u2032\u2212\uFEFFz"s, bytes);
+    const std::u16string lacking = u"\0a\U0001F600\u0416\u0100\uFF21\u2032\u2212\uFEFFz"s;
+    page->Encode(lacking, bytes);
     EXPECT_EQ(bytes, "\0a????????z"s);
+    EXPECT_EQ(page->FromUtf8(NativeName(lacking), room), bytes);
 }
 
 TEST(CodePage, ARefusedPageLeavesTheOneInForce) {

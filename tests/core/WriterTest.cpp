@@ -411,10 +411,16 @@ TEST_F(WriterTest, MemoryHasALimitAndItsEndIsReported) {
     }
     EXPECT_TRUE(limited([&] {
         engine.ReplaceTextInFileCombo(folder.Path("8"), {find, replace}, inPlace, 1);
+        return prompts.boxes.empty();
+    }));
+    EXPECT_EQ(std::filesystem::file_size(folder.Native("8")), 100 * kMegabyte - 2); // and no mark
+    const rlim_t size = std::filesystem::file_size(folder.Native("f"));
+    EXPECT_TRUE(limited([&] {
+        engine.ReplaceTextInFileFieldOnly(folder.Path("f"), u"a", u"bc", inPlace, 1);
         engine.ReplaceTextInFileCombo(folder.Path("g"), {find, replace}, inPlace, 2);
         return Reports() == Strings{"Out of memory."} && folder.Read("g") == "bc";
     }));
-    EXPECT_EQ(std::filesystem::file_size(folder.Native("8")), 100 * kMegabyte);
+    EXPECT_EQ(std::filesystem::file_size(folder.Native("f")), size);
 }
 
 } // namespace
