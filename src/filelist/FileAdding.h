@@ -54,7 +54,7 @@ public:
 private:
     /// Missing files are left out unless `addMissing`.
     void LoadListFile(const std::u16string& path, bool addMissing);
-    void AddFilesOf(const std::vector<std::u16string>& dropped);
+    void AddFilesOf(const std::vector<std::u16string>& paths);
 
     FileList& list_;
     Prompts& prompts_;

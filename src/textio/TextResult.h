@@ -50,6 +50,7 @@ public:
 
 private:
     bool Start(std::u16string_view path, std::int32_t WriteMode);
+
     const RFTSFSO& textio_;
     FileWriter& writer_;
     InputFile* source_;
