@@ -26,7 +26,7 @@ private Q_SLOTS:
         QTest::keyClicks(box, QStringLiteral("two"));
         QTest::keyClick(box, Qt::Key_Return, Qt::ShiftModifier);
         QCOMPARE(ToQString(box->Text()), QStringLiteral("one\r\ntwo\r\n"));
-        QVERIFY(QTest::qWaitForWindowActive(window.form.get()));
+        QVERIFY(QTest::qWaitForWindowActive(window.form.get(), kDeadline));
         box->setFocus();
         QTest::keyClick(box, Qt::Key_Tab);
         QCOMPARE(ToQString(box->Text()), QStringLiteral("one\r\ntwo\r\n"));

@@ -39,8 +39,9 @@ private Q_SLOTS:
         text.setText(QStringLiteral("file:///x"));
         QVERIFY(Drop(text, Qt::CopyAction) == 0 && Drop(files, Qt::MoveAction) == 0);
         QCOMPARE(Drop(files, Qt::CopyAction | Qt::MoveAction), Qt::CopyAction);
-        QCOMPARE(Shown(), QString());                 // the drop is over before its work begins
-        QTRY_VERIFY(!window_->prompts.boxes.empty()); // asks about the extension, at the end
+        QCOMPARE(Shown(), QString()); // the drop is over before its work begins
+        // Asks about the extension, at the end.
+        QTRY_VERIFY_WITH_TIMEOUT(!window_->prompts.boxes.empty(), kDeadline);
         QCOMPARE(Shown(), ToQString(folder_->Path("in/a#b ") + u"\uFFFD.vcf /x"));
         QCOMPARE(window_->Find<QLabel>("Progress")->text(), QString());
     }

@@ -124,7 +124,7 @@ private Q_SLOTS:
             QWheelEvent event({9, 9}, {9, 9}, {}, {0, 120}, {}, {}, Qt::NoScrollPhase, false);
             QApplication::sendEvent(combo, &event);
         };
-        QVERIFY(QTest::qWaitForWindowActive(window.form.get()));
+        QVERIFY(QTest::qWaitForWindowActive(window.form.get(), kDeadline));
         combo->addItem(QStringLiteral("refused"), QStringLiteral("refused"));
         using Step = std::pair<std::function<void()>, const char*>;
         for (const auto& [choose, shown] :
@@ -157,7 +157,7 @@ private Q_SLOTS:
         QCOMPARE(window.Boxes(), Where(5));
         window.settings.writes.clear();
         auto* const combo = window.Find<QComboBox>("Combo3");
-        QVERIFY(QTest::qWaitForWindowActive(window.form.get()));
+        QVERIFY(QTest::qWaitForWindowActive(window.form.get(), kDeadline));
         for (const char* const written : {"AnsiCodePage=windows-1252", ""}) {
             combo->showPopup();
             QTest::keyClick(combo->view(), Qt::Key_Return);

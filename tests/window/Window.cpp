@@ -158,11 +158,11 @@ QString KeyboardFaults(QWidget& window) {
     for (const QString& style : {QStringLiteral("Fusion"), QStringLiteral("Windows")}) {
         QApplication::setStyle(style);
         window.activateWindow();
-        if (!QTest::qWaitForWindowActive(&window) || stops.isEmpty()) {
+        if (!QTest::qWaitForWindowActive(&window, kDeadline) || stops.isEmpty()) {
             return QStringLiteral("it is not to be used");
         }
         // The layout follows the style and the font.
-        if (!QTest::qWaitFor([&] { return CutControls(window).isEmpty(); }, 1'000)) {
+        if (!QTest::qWaitFor([&] { return CutControls(window).isEmpty(); }, kDeadline)) {
             faults += CutControls(window);
         }
         stops.front()->setFocus();

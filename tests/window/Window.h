@@ -26,6 +26,9 @@
 
 namespace vexmarrow::test {
 
+/// Of waits, in milliseconds, for a machine that has much else to do; what is waited for ends them.
+constexpr int kDeadline = 60'000;
+
 /// The real main window over scripted prompts, pickers and settings.
 class Window {
 public:
