@@ -114,16 +114,21 @@ class Program(Controls):
             self.kill()
             raise
 
-    def _appear(self):
+    def _insist_on_life(self):
         if self.process.poll() is not None:
             raise bus.Missing("the program ended with status %d\n%s" % (self.process.returncode, self.said()))
+
+    def _appear(self):
+        self._insist_on_life()
         return bus.desktop_application(self.process.pid)
 
     def _stands(self):
         """Whether the main window is where it will stay and knows it, so that pointers and drags can be
         aimed at it."""
+        if WINDOW not in managed_windows():
+            return False
         place = re.findall(r"Absolute upper-left .: +(-?\d+)", tool("xwininfo", "-name", WINDOW))
-        return WINDOW in managed_windows() and list(map(int, place)) == list(bus.place(self.window))
+        return list(map(int, place)) == list(bus.place(self.window))
 
     def said(self):
         """What the program has written to its output and error streams."""
@@ -131,6 +136,7 @@ class Program(Controls):
         return self.log.read()
 
     def _top_level(self, title, roles):
+        self._insist_on_life()  # or the wait for a window would be long
         for window in bus.children(self.application):
             if window.getRoleName() in roles and title in (None, window.name) and bus.is_shown(window):
                 return window
