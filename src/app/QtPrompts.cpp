@@ -11,14 +11,33 @@
 #include "app/Strings.h"
 #include "shell/Titles.h"
 
+#include <algorithm>
+
 namespace vexmarrow {
+namespace {
+
+/// The text with every line Shortened that would take long to draw.
+std::u16string WithShortLines(std::u16string_view text) {
+    constexpr std::size_t kMostOfLine = 4'000;
+    std::u16string lines;
+    while (!text.empty()) {
+        const std::size_t length = std::min(text.find_first_of(u"\r\n"), text.size());
+        lines += Shortened(text.substr(0, length), kMostOfLine);
+        lines += text.substr(length, 1);
+        text.remove_prefix(std::min(length + 1, text.size()));
+    }
+    return lines;
+}
+
+} // namespace
+
 Answer QtPrompts::ShowMessage(std::u16string_view text, BoxStyle style, std::u16string_view title) {
     eventLoop_.ThrowIfEnded();
     const NormalPointer pointer;
     const std::u16string standard = ApplicationTitle(kProductName);
     MessageBox box(OwnerOfBoxes(owner_),
                    ToQString(title.empty() ? std::u16string_view(standard) : title),
-                   ShownAsText(text), style);
+                   ShownAsText(WithShortLines(text)), style);
     const Answer answer = box.Ask();
     eventLoop_.ThrowIfEnded();
     return answer;

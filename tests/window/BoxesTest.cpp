@@ -108,7 +108,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         const QString path = QStringLiteral("/a/path/that/has/no/blank/in/it/anywhere/");
         QTest::newRow("one long line") << path.repeated(60);
-        QTest::newRow("a paragraph") << QStringLiteral("word ").repeated(2'000);
+        QTest::newRow("a paragraph") << QStringLiteral("word ").repeated(700);
         QTest::newRow("fifty lines") << (path + u'\n').repeated(50);
         QTest::newRow("thousands of lines") << (path.repeated(10) + u'\n').repeated(20'000);
     }
@@ -136,6 +136,19 @@ private Q_SLOTS:
         QVERIFY(frame.width() > 100);
         QVERIFY(allInSight);
         QCOMPARE(shown, text);
+    }
+
+    void LinesTooLongToDraw() {
+        const std::u16string row(1'000'000, u'x');
+        QString shown;
+        WhileOpen<MessageBox>(
+            [&](MessageBox& box) { shown = box.findChild<QPlainTextEdit*>()->toPlainText(); },
+            [&] {
+                return prompts_.ShowMessage(u"One\r\n" + row + u"\r" + row + u"\ntwo\r\n\r\n",
+                                            BoxStyle::Question, u"");
+            });
+        const QString cut = ToQString(Shortened(row, 4'000));
+        QCOMPARE(shown, QStringLiteral("One\n") + cut + u'\n' + cut + QStringLiteral("\ntwo\n\n"));
     }
 
     void InputBoxAnswers() {
