@@ -6,6 +6,7 @@
 #include "app/Strings.h"
 #include "base/Utf8.h"
 #include "journal/Recovery.h"
+#include "shell/Trap.h"
 
 #include <QStandardPaths>
 
@@ -34,6 +35,7 @@ Assembly::Assembly()
 
 bool Assembly::Start() {
     RunHandler([this] {
+        Trap(prompts_, u"Form1.Form_Load").Do(0, [this] { settings_.Check(); });
         form1_.Form_Load();
         Recovery(calls_, journals_, prompts_).Run();
         form1_.show();

@@ -28,9 +28,9 @@ class Assembly {
 public:
     Assembly();
 
-    /// Restores the user's choices, completes what an earlier run was interrupted in, if the user
-    /// agrees, and shows the main window. Returns whether that shows: the program may have been
-    /// ended by then.
+    /// Reports settings that cannot be used, restores the user's choices, completes what an earlier
+    /// run was interrupted in, if the user agrees, and shows the main window. Returns whether that
+    /// shows: the program may have been ended by then.
     bool Start();
 
     Form1& MainWindow() { return form1_; }

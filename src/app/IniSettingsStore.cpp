@@ -4,22 +4,50 @@
 #include "app/IniSettingsStore.h"
 
 #include "app/Strings.h"
+#include "base/Failure.h"
 #include "shell/StoredForm.h"
+#include "textio/FileTests.h"
+#include "textio/Paths.h"
 
+#include <QCoreApplication>
+#include <QEvent>
+#include <QStandardPaths>
 #include <QStringList>
 
 namespace vexmarrow {
 
 IniSettingsStore::IniSettingsStore()
-    : settings_(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Quillmoor")) {
-    settings_.setFallbacksEnabled(false);
-    settings_.beginGroup(QStringLiteral("Vexmarrow Software"));
+    : path_(NormalizePath(
+          ToText(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)) +
+          u"/Quillmoor.ini")) {}
+
+bool IniSettingsStore::CanBeUsed() const {
+    return IsExistingFile(path_) || !IsExistingPath(path_);
+}
+
+void IniSettingsStore::Check() const {
+    if (!CanBeUsed()) {
+        throw FileFailure(u"Could not use the settings file", path_,
+                          IsFolder(path_) ? u"It is a folder" : u"It is not a regular file");
+    }
+}
+
+QSettings* IniSettingsStore::Opened() const {
+    if (!CanBeUsed()) {
+        return nullptr;
+    }
+    if (!settings_) {
+        settings_.emplace(ToQString(path_), QSettings::IniFormat);
+        settings_->beginGroup(QStringLiteral("Vexmarrow Software"));
+    }
+    settings_->sync();
+    return &*settings_;
 }
 
 std::u16string IniSettingsStore::GetSetting(std::u16string_view key,
                                             std::u16string_view fallback) const {
-    settings_.sync();
-    const QVariant stored = settings_.value(ToQString(key));
+    const QSettings* const settings = Opened();
+    const QVariant stored = settings != nullptr ? settings->value(ToQString(key)) : QVariant();
     if (!stored.isValid()) {
         return std::u16string(fallback);
     }
@@ -28,8 +56,12 @@ std::u16string IniSettingsStore::GetSetting(std::u16string_view key,
 }
 
 void IniSettingsStore::SaveSetting(std::u16string_view key, std::u16string_view value) {
-    settings_.setValue(ToQString(key), ToQString(StoredForm(value)));
-    settings_.sync();
+    if (QSettings* const settings = Opened()) {
+        settings->setValue(ToQString(key), ToQString(StoredForm(value)));
+        settings->sync();
+        // It would open the file once more, whatever that is by then.
+        QCoreApplication::removePostedEvents(settings, QEvent::UpdateRequest);
+    }
 }
 
 } // namespace vexmarrow

@@ -11,8 +11,9 @@
 
 #include <QAbstractItemView>
 #include <QApplication>
-#include <QSettings>
 #include <QWheelEvent>
+
+#include <sys/stat.h>
 
 namespace vexmarrow::test {
 namespace {
@@ -20,6 +21,27 @@ namespace {
 QString Where(int line) {
     return QStringLiteral("in Zentavor2021/08/31.Form1.Form_Load at line %1").arg(line);
 }
+
+/// A variable of the environment, for the life of this object.
+class Variable {
+public:
+    Variable(const char* name, const std::string& value) : name_(name), before_(qgetenv(name)) {
+        qputenv(name, QByteArray::fromStdString(value));
+    }
+    ~Variable() {
+        if (before_.isNull()) {
+            qunsetenv(name_);
+        } else {
+            qputenv(name_, before_);
+        }
+    }
+    Variable(const Variable&) = delete;
+    Variable& operator=(const Variable&) = delete;
+
+private:
+    const char* name_;
+    QByteArray before_;
+};
 
 } // namespace
 
@@ -186,7 +208,7 @@ private Q_SLOTS:
 
     void EndedBeforeTheWindowShows() {
         const TestFolder folder;
-        QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, ToQString(folder.Path()));
+        const Variable place("XDG_CONFIG_HOME", folder.Native());
         folder.Write("Quillmoor.ini", "[Vexmarrow%20Software]\nOption1=nonsense\n");
         Assembly program;
         Once([] { return TopBox() != nullptr; }, [&] { program.MainWindow().close(); });
@@ -195,7 +217,7 @@ private Q_SLOTS:
 
     void StoreKeepsEveryText() {
         const TestFolder folder;
-        QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, ToQString(folder.Path()));
+        const Variable place("XDG_CONFIG_HOME", folder.Native());
         IniSettingsStore store;
         const IniSettingsStore another; // a second copy of the program
         const std::vector<std::u16string> texts{u"",
@@ -221,6 +243,47 @@ private Q_SLOTS:
                  QStringLiteral("[Vexmarrow%20Software]\nOutput%20Folder=x\n"));
         folder.Write("Quillmoor.ini", "[Vexmarrow%20Software]\nLastFolder=/a, b\n");
         QCOMPARE(ToQString(store.GetSetting(u"LastFolder", u"")), QStringLiteral("/a, b"));
+    }
+
+    void SettingsFileThatIsNone_data() {
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("pipe") << QStringLiteral("It is not a regular file.");
+        QTest::newRow("device") << QStringLiteral("It is not a regular file.");
+        QTest::newRow("folder") << QStringLiteral("It is a folder.");
+    }
+    void SettingsFileThatIsNone() {
+        QFETCH(const QString, reason);
+        const QString what = QString::fromLatin1(QTest::currentDataTag());
+        const TestFolder folder;
+        const Variable place("XDG_CONFIG_HOME", folder.Native());
+        const Variable state("XDG_STATE_HOME", folder.Native("state"));
+        IniSettingsStore store;
+        store.SaveSetting(u"TabSel", u"1");
+        folder.Remove("Quillmoor.ini");
+        if (what == QStringLiteral("folder")) {
+            folder.MakeFolder("Quillmoor.ini");
+        } else if (what == QStringLiteral("pipe")) {
+            QCOMPARE(::mkfifo(folder.Native("Quillmoor.ini").c_str(), 0600), 0);
+        } else {
+            folder.MakeLink("Quillmoor.ini", "/dev/null");
+        }
+        store.SaveSetting(u"TabSel", u"2");
+        QCOMPARE(ToQString(store.GetSetting(u"TabSel", u"none")), QStringLiteral("none"));
+        Assembly program;
+        QStringList reports;
+        Once([] { return TopBox() != nullptr; },
+             [&] {
+                 reports << TopBox()->findChildren<QLabel*>().constLast()->text();
+                 TopBox()->close();
+             });
+        QVERIFY(program.Start());
+        const QString report = reports.join(u'|');
+        QVERIFY2(report.startsWith(QStringLiteral("Could not use the settings file \"%1\": %2\n")
+                                       .arg(ToQString(folder.Path("Quillmoor.ini")), reason)),
+                 qPrintable(report));
+        folder.Remove("Quillmoor.ini");
+        store.SaveSetting(u"TabSel", u"1");
+        QVERIFY(folder.Read("Quillmoor.ini").ends_with("TabSel=1\n"));
     }
 
 private:
