@@ -7,19 +7,36 @@
 #include "base/Utf8.h"
 #include "journal/Recovery.h"
 #include "shell/Trap.h"
+#include "textio/Paths.h"
 
 #include <QStandardPaths>
 
+#include <cstdlib>
 #include <filesystem>
+#include <pwd.h>
+#include <unistd.h>
 
 namespace vexmarrow {
-namespace {
 
-std::u16string DesktopFolder() {
-    return ToText(QStandardPaths::writableLocation(QStandardPaths::DesktopLocation)) + u"/";
+void SettleHomeFolder() {
+    // NOLINTBEGIN(concurrency-mt-unsafe): nothing else runs yet.
+    const char* const home = std::getenv("HOME");
+    if (home != nullptr && *home == '/') {
+        return;
+    }
+    const passwd* const user = ::getpwuid(::geteuid());
+    if (user != nullptr && user->pw_dir != nullptr && *user->pw_dir == '/') {
+        ::setenv("HOME", user->pw_dir, 1);
+    } else {
+        ::unsetenv("HOME");
+    }
+    // NOLINTEND(concurrency-mt-unsafe)
 }
 
-} // namespace
+std::u16string DesktopFolder() {
+    return WithSeparator(
+        NormalizePath(ToText(QStandardPaths::writableLocation(QStandardPaths::DesktopLocation))));
+}
 
 std::u16string ProgramFolder() {
     return TextFromNativeName(

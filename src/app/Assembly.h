@@ -19,6 +19,14 @@
 
 namespace vexmarrow {
 
+/// Has the user database name the home folder where the environment does not, for all that look
+/// there: settings, journals, the desktop. A user whom the database does not know has none, and "/"
+/// serves. To be called before anything else, the application object included.
+void SettleHomeFolder();
+
+/// The user's desktop folder, with exactly one separator at its end.
+std::u16string DesktopFolder();
+
 /// The folder of the program file, without a separator at its end.
 std::u16string ProgramFolder();
 

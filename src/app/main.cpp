@@ -14,6 +14,7 @@ int main(int argc, char** argv) {
     // A file that would grow past the user's limit is a failure to report, not the end.
     std::signal(SIGXFSZ, SIG_IGN); // NOLINT(cert-err33-c)
 
+    SettleHomeFolder();
     const Application application(argc, argv);
     QApplication::setApplicationVersion(QStringLiteral(VEXMARROW_VERSION));
     QApplication::setDesktopFileName(QStringLiteral(VEXMARROW_DESKTOP_ID));

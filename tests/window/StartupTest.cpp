@@ -13,7 +13,9 @@
 #include <QApplication>
 #include <QWheelEvent>
 
+#include <pwd.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace vexmarrow::test {
 namespace {
@@ -284,6 +286,24 @@ private Q_SLOTS:
         folder.Remove("Quillmoor.ini");
         store.SaveSetting(u"TabSel", u"1");
         QVERIFY(folder.Read("Quillmoor.ini").ends_with("TabSel=1\n"));
+    }
+
+    void HomeFolder() {
+        const TestFolder folder;
+        const Variable place("XDG_CONFIG_HOME", folder.Native());
+        const auto desktop = [](const char* home) {
+            const Variable variable("HOME", home);
+            SettleHomeFolder();
+            return ToQString(DesktopFolder());
+        };
+        const QString ofDatabase = QString::fromLocal8Bit(::getpwuid(::geteuid())->pw_dir);
+        QCOMPARE(desktop(""), ofDatabase + QStringLiteral("/Desktop/"));
+        QCOMPARE(desktop("relative"), ofDatabase + QStringLiteral("/Desktop/"));
+        QCOMPARE(desktop("/home/of"), QStringLiteral("/home/of/Desktop/"));
+        QCOMPARE(desktop("/"), QStringLiteral("/Desktop/"));
+        folder.Write("user-dirs.dirs", "XDG_DESKTOP_DIR=\"$HOME/\"\n");
+        QCOMPARE(desktop("/home/of"), QStringLiteral("/home/of/"));
+        QCOMPARE(desktop("/"), QStringLiteral("/"));
     }
 
 private:
