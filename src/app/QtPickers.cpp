@@ -12,6 +12,7 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QRegularExpression>
 
 namespace vexmarrow {
@@ -49,6 +50,22 @@ QStringList NameFilters(std::u16string_view filter) {
     return filters;
 }
 
+namespace {
+
+/// The folder or, when it is gone, that of the folders around it which is still there; the home
+/// folder when it is no full path.
+QString NearestFolder(QString folder) {
+    if (!folder.startsWith(u'/')) {
+        folder = QDir::homePath();
+    }
+    while (!QFileInfo(folder).isDir() && folder != u"/") {
+        folder.truncate(qMax(1, folder.lastIndexOf(u'/')));
+    }
+    return folder;
+}
+
+} // namespace
+
 std::vector<std::u16string> QtPickers::OpenFiles(const FileDialogRequest& request) {
     QFileDialog dialog(OwnerOfBoxes(owner_));
     dialog.setAcceptMode(QFileDialog::AcceptOpen);
@@ -66,7 +83,8 @@ std::u16string QtPickers::SaveFile(const FileDialogRequest& request) {
 
 std::u16string QtPickers::BrowseForFolder(std::u16string_view title,
                                           std::u16string_view startFolder) {
-    QFileDialog dialog(OwnerOfBoxes(owner_), ToQString(title), ToQString(startFolder));
+    QFileDialog dialog(OwnerOfBoxes(owner_), ToQString(title),
+                       NearestFolder(ToQString(startFolder)));
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);
     Run(dialog);
@@ -78,7 +96,7 @@ QStringList QtPickers::Choose(QFileDialog& dialog, const FileDialogRequest& requ
     dialog.setWindowTitle(ToQString(request.title));
     dialog.setOption(QFileDialog::HideNameFilterDetails);
     dialog.setNameFilters(NameFilters(request.filter));
-    dialog.setDirectory(folder_);
+    dialog.setDirectory(NearestFolder(folder_));
     Run(dialog);
     if (dialog.result() != QDialog::Accepted) {
         return {};

@@ -5,7 +5,6 @@
 
 #include "shell/Pickers.h"
 
-#include <QDir>
 #include <QPointer>
 #include <QString>
 #include <QWidget>
@@ -17,7 +16,8 @@ namespace vexmarrow {
 class QtEventLoop;
 
 /// The desktop's own file dialogs. The open and save dialogs share one folder, the last one used in
-/// this sitting.
+/// this sitting, and begin in the home folder. Where a folder is gone, they open at the nearest
+/// around it that is still there.
 class QtPickers final : public Pickers {
 public:
     explicit QtPickers(const QtEventLoop& eventLoop) : eventLoop_(eventLoop) {}
@@ -36,7 +36,7 @@ private:
 
     const QtEventLoop& eventLoop_;
     QPointer<QWidget> owner_;
-    QString folder_ = QDir::currentPath();
+    QString folder_; // of the last file chosen; empty before
 };
 
 /// The chosen files as Pickers::OpenFiles hands them over. Dialogs that can choose from several

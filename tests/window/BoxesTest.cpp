@@ -8,6 +8,7 @@
 #include "app/InputBox.h"
 #include "app/LinesEdit.h"
 #include "app/MessageBox.h"
+#include "app/QtPickers.h"
 #include "app/QtPrompts.h"
 #include "app/Splash.h"
 #include "app/Strings.h"
@@ -18,10 +19,12 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QDropEvent>
+#include <QFileDialog>
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QScreen>
 #include <QScrollBar>
+#include <QSettings>
 #include <QWheelEvent>
 #include <QWindow>
 
@@ -149,6 +152,46 @@ private Q_SLOTS:
             });
         const QString cut = ToQString(Shortened(row, 4'000));
         QCOMPARE(shown, QStringLiteral("One\n") + cut + u'\n' + cut + QStringLiteral("\ntwo\n\n"));
+    }
+
+    void FileDialogsOpenWhereThereIsAFolder() {
+        const TestFolder folder;
+        folder.MakeFolder("home");
+        const QByteArray home = qgetenv("HOME");
+        qputenv("HOME", QByteArray::fromStdString(folder.Native("home")));
+        // Where the toolkit keeps how its dialogs looked.
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, ToQString(folder.Path()));
+        QtPickers pickers(eventLoop_);
+        const auto openedAt = [&](auto ask, const QString& goTo = {}) {
+            QString folders;
+            WhileOpen<QFileDialog>(
+                [&](QFileDialog& dialog) {
+                    folders = dialog.directory().path();
+                    if (!goTo.isEmpty()) {
+                        dialog.selectFile(goTo);
+                        static_cast<QDialog&>(dialog).accept();
+                    }
+                },
+                ask);
+            return folders.mid(ToQString(folder.Path()).size());
+        };
+        const auto open = [&] { return pickers.OpenFiles({}); };
+        const auto save = [&] { return pickers.SaveFile({}); };
+        const auto browse = [&](const char* start) {
+            const std::u16string place = *start == 0 ? std::u16string() : folder.Path(start);
+            return openedAt([&] { return pickers.BrowseForFolder(u"", place); });
+        };
+        const QString last = ToQString(folder.Path("a/b/c"));
+        QCOMPARE(openedAt(open), QStringLiteral("/home"));
+        QCOMPARE(openedAt(save), QStringLiteral("/home"));
+        folder.MakeFolder("a/b");
+        QCOMPARE(openedAt(save, last), QStringLiteral("/home"));
+        QCOMPARE(openedAt(open), QStringLiteral("/a/b"));
+        folder.Remove("a/b");
+        QCOMPARE(openedAt(open), QStringLiteral("/a"));
+        QCOMPARE(browse("a/gone/deep"), QStringLiteral("/a"));
+        QCOMPARE(browse(""), QStringLiteral("/home"));
+        qputenv("HOME", home);
     }
 
     void InputBoxAnswers() {
