@@ -377,7 +377,7 @@ private Q_SLOTS:
         const std::vector<TextPair> writes{{u"ShowAgain", u"1"}, {u"ShowAgain", u"0"}};
         QVERIFY(settings.writes == writes);
         settings.values[u"ShowAgain"] = u"x";
-        QVERIFY_EXCEPTION_THROWN(splash.SplashShow(), Failure);
+        QVERIFY_THROWS_EXCEPTION(Failure, splash.SplashShow());
     }
 
     void NoBoxAfterTheEnd() {
@@ -388,10 +388,10 @@ private Q_SLOTS:
                  ended.End();
                  TopBox()->close();
              });
-        QVERIFY_EXCEPTION_THROWN(prompts.ShowMessage(u"open", BoxStyle::YesNo, u""), ProgramEnded);
-        QVERIFY_EXCEPTION_THROWN(prompts.ShowMessage(u"late", BoxStyle::YesNo, u""), ProgramEnded);
-        QVERIFY_EXCEPTION_THROWN(prompts.AskForText(u"late", u""), ProgramEnded);
-        QVERIFY_EXCEPTION_THROWN(ended.Yield({}), ProgramEnded);
+        QVERIFY_THROWS_EXCEPTION(ProgramEnded, prompts.ShowMessage(u"open", BoxStyle::YesNo, u""));
+        QVERIFY_THROWS_EXCEPTION(ProgramEnded, prompts.ShowMessage(u"late", BoxStyle::YesNo, u""));
+        QVERIFY_THROWS_EXCEPTION(ProgramEnded, prompts.AskForText(u"late", u""));
+        QVERIFY_THROWS_EXCEPTION(ProgramEnded, ended.Yield({}));
     }
 
 private:
