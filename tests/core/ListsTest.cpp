@@ -6,7 +6,7 @@
 #include "base/Text.h"
 #include "filelist/ListValidation.h"
 
-#include <optional>
+#include <memory>
 #include <random>
 
 namespace vexmarrow::test {
@@ -17,7 +17,7 @@ TEST(FileList, EveryChangeIsFollowed) {
     for (int round = 0; round < 100; ++round) {
         FileList list;
         Follower shown(list);
-        std::optional<FileList::Adding> adding;
+        std::unique_ptr<FileList::Adding> adding;
         Texts rows;
         long long last = 0;
         const auto anyOf = [&] { return 1 + random() % rows.size(); };
@@ -31,7 +31,7 @@ TEST(FileList, EveryChangeIsFollowed) {
                 what < 2 && adding ? adding->Add(added) : list.Add(added);
                 rows.insert(rows.end(), added.begin(), added.end());
             } else if (what == 4) {
-                adding ? adding.reset() : void(adding.emplace(list));
+                adding = adding ? nullptr : std::make_unique<FileList::Adding>(list);
             } else if (what == 5 && !rows.empty()) {
                 const std::size_t one = anyOf(), other = anyOf();
                 list.Swap(one, other);
