@@ -296,7 +296,8 @@ private Q_SLOTS:
             SettleHomeFolder();
             return ToQString(DesktopFolder());
         };
-        const QString ofDatabase = QString::fromLocal8Bit(::getpwuid(::geteuid())->pw_dir);
+        const passwd* const user = ::getpwuid(::geteuid());
+        const QString ofDatabase = QString::fromLocal8Bit(user != nullptr ? user->pw_dir : "");
         QCOMPARE(desktop(""), ofDatabase + QStringLiteral("/Desktop/"));
         QCOMPARE(desktop("relative"), ofDatabase + QStringLiteral("/Desktop/"));
         QCOMPARE(desktop("/home/of"), QStringLiteral("/home/of/Desktop/"));
