@@ -439,6 +439,28 @@ class Bench:
             print("  %-9s %5.1f = %s" % (who, sum(each.values()), ", ".join(
                 "%s %.1f" % (name, each[name]) for name in sorted(each, key=each.get, reverse=True))))
 
+    @row("memory")
+    def memory_of_whole_texts(self):
+        """The peak over the size, for files that are one text or one line."""
+        size = self.big // 4
+        text = self.corpus.big_file(size)
+        marked = b"\xef\xbb\xbf" + text.decode(CODE_PAGE).encode("utf-8")
+        ends = b"\r\n" * (size // 2)
+        line = b"NOTE:" + b"%s, " % HALF[0].encode(CODE_PAGE) * (size // (len(HALF[0]) + 2)) + b"\r\n"
+        for what, data, mode, pair, result, aim in (
+                ("UTF-8 with mark", marked, "fields", HALF_FIELD, replaced_in_part(text + b"\r\n", [HALF_FIELD], 0), 1),
+                ("UTF-8 with mark", marked, "sets", HALF, replaced(text, [HALF]), 2.5),
+                ("CR LF after a mark", b"\xef\xbb\xbf" + ends, "values", HALF, ends + b"\r\n", 1),
+                ("one line", line, "values", HALF, replaced_in_part(line, [HALF], 1), 3)):
+            tree = self.tree("tmpfs", "memory", {"big.vcf": b""})
+            tree.files = {"big.vcf": data}
+            tree.restore()
+            sample = self.run(what, mode, tree, [pair])
+            check("our run", tree.folder, [("big.vcf", result)])
+            peak, _ = self.peaks.pop()  # the largest of all runs is told of files that need not be in memory
+            self.table.line("peak memory, %d MB, %s, %s" % (size // MIB, what, mode), figures([sample]),
+                            "the size of the file", peak / len(data), aim)
+
     def memory(self):
         if self.peaks:
             peak, work = max(self.peaks)
