@@ -25,14 +25,14 @@ inside() {
     local output=$1 errors=$2
     exec 1>&"$output" 2>&"$errors" {output}>&- {errors}>&-
     shift 2
-    dbus-send --session --print-reply=literal --dest=org.a11y.Bus /org/a11y/bus \
+    dbus-send --session --print-reply=literal --reply-timeout=120000 --dest=org.a11y.Bus /org/a11y/bus \
         org.a11y.Bus.GetAddress >/dev/null || { say "no accessibility bus"; exit 125; }
     [ -z "${WAYLAND_DISPLAY-}" ] || exec "$@"
     openbox --sm-disable </dev/null >"$HOME/openbox.log" 2>&1 &
     local tries=0
     until xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id'; do
         tries=$((tries + 1))
-        if [ "$tries" -gt 300 ]; then
+        if [ "$tries" -gt 2400 ]; then
             say "the window manager did not start:"
             cat "$HOME/openbox.log" >&2
             exit 125
@@ -116,11 +116,15 @@ start_x() {
     local number name=
     mkfifo "$home/number"
     exec {number}<>"$home/number"
-    Xvfb -displayfd "$number" -screen 0 "${screen}x24" -nolisten tcp -noreset \
-        </dev/null >"$home/server.log" 2>&1 &
-    server=$!
-    for _ in $(seq 60); do
-        if read -r -t 0.5 -u "$number" name || ! kill -0 "$server" 2>/dev/null; then break; fi
+    # Servers that start at the same moment may want the same number, and one of them gives up.
+    for _ in 1 2 3 4 5; do
+        Xvfb -displayfd "$number" -screen 0 "${screen}x24" -nolisten tcp -noreset \
+            </dev/null >"$home/server.log" 2>&1 &
+        server=$!
+        for _ in $(seq 240); do
+            if read -r -t 0.5 -u "$number" name || ! kill -0 "$server" 2>/dev/null; then break; fi
+        done
+        [ -z "$name" ] || break
     done
     exec {number}>&-
     [ -z "$name" ] || display=(DISPLAY=":$name" QT_QPA_PLATFORM=xcb)
@@ -133,7 +137,7 @@ start_wayland() {
         --width="${screen%x*}" --height="${screen#*x}" --socket="$name" \
         </dev/null >"$home/server.log" 2>&1 &
     server=$!
-    for _ in $(seq 600); do
+    for _ in $(seq 2400); do
         if [ -S "$home/run/$name" ]; then display=(WAYLAND_DISPLAY="$name" QT_QPA_PLATFORM=wayland); fi
         if [ "${#display[@]}" -gt 0 ] || ! kill -0 "$server" 2>/dev/null; then break; fi
         sleep 0.05

@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: MIT
 """Starts the real program on the present display and uses it as a person would, by the names on it."""
 
+import contextlib
 import os
 import re
 import subprocess
@@ -287,8 +288,9 @@ class Program(Controls):
     def _accept_file_dialog(self, title, line, text, button):
         dialog = wait_until(lambda: self._top_level(title, ("dialog", "file chooser")), "dialog %r" % title)
         edit = wait_until(lambda: bus.find(dialog, line, "text"), "the line %r" % line)
-        # A line that has no focus shows what is chosen in the view, without the folder; the focus comes late.
-        wait_until(lambda: bus.is_focused(edit) or not ON_X, "the focus on the line %r" % line)
+        # Without the focus, the line looks up the names in the view, which does as well.
+        with contextlib.suppress(bus.Missing):
+            wait_until(lambda: bus.is_focused(edit), "the focus on the line %r" % line, deadline=30 if ON_X else 0)
         bus.set_text(edit, text)
         press(dialog, button)
         self.wait_closed(Controls(dialog))

@@ -26,11 +26,22 @@ class Keys(x11.Keyboard):
     def __init__(self, program):
         super().__init__()
         self.program = program
+        self.was_missed = False
 
     def to_window(self, window=None):
         """Waits until the keys go to a window; the main window when none is given."""
         window = window or self.program.window
-        wait_until(lambda: bus.is_active(window), "the keys to go to %r" % window.name)
+        what = "the keys to go to %r" % window.name
+        try:
+            wait_until(lambda: bus.is_active(window), what, deadline=30)
+        except bus.Missing:
+            # Where much happens at once, the toolkit misses once in some hundred times that a window has
+            # got the focus. Whoever sees that goes to another window and back; twice is no accident.
+            if self.was_missed:
+                raise
+            self.was_missed = True
+            self.let_go_of_window()
+            wait_until(lambda: bus.is_active(window), what)
 
     def wait_focus(self, name, role):
         wait_until(lambda: bus.is_focused(bus.find(self.program.window, name, role)), "the focus on %r" % name)

@@ -18,7 +18,7 @@ _TEST = ctypes.CDLL("libXtst.so.6")
 _CLIENT_MESSAGE, _SELECTION_REQUEST, _SELECTION_NOTIFY = 33, 30, 31
 _XDND_VERSION = 5
 _BUTTON_1 = 1 << 8
-_ATOM, _CURRENT_TIME, _PROP_REPLACE = 4, 0, 0
+_ATOM, _CURRENT_TIME, _PROP_REPLACE, _POINTER_ROOT = 4, 0, 0, 1
 
 
 class _ClientMessage(ctypes.Structure):
@@ -65,6 +65,7 @@ _declare(
     XPending=(c_int, c_void_p),
     XNextEvent=(c_int, c_void_p, c_void_p),
     XFree=(c_int, c_void_p),
+    XSetInputFocus=(c_int, c_void_p, c_ulong, c_int, c_ulong),
     XQueryPointer=(c_int, c_void_p, c_ulong, *[c_void_p] * 7),
     XSync=(c_int, c_void_p, c_int),
     XStringToKeysym=(c_ulong, c_char_p),
@@ -115,6 +116,11 @@ class Keyboard(_Client):
         self._sync()
         time.sleep(seconds)
         _TEST.XTestFakeKeyEvent(self._display, code, False, 0)
+        self._sync()
+
+    def let_go_of_window(self):
+        """Takes the focus off the window that has it; the window manager gives it back."""
+        _LIB.XSetInputFocus(self._display, _POINTER_ROOT, _POINTER_ROOT, _CURRENT_TIME)
         self._sync()
 
     def type(self, text):
