@@ -113,18 +113,22 @@ display=()
 
 # The server picks a free display number by itself and tells it once it is ready.
 start_x() {
-    local number name=
+    local number part name=''
     mkfifo "$home/number"
     exec {number}<>"$home/number"
     # Servers that start at the same moment may want the same number, and one of them gives up.
     for _ in 1 2 3 4 5; do
         Xvfb -displayfd "$number" -screen 0 "${screen}x24" -nolisten tcp -noreset \
-            </dev/null >"$home/server.log" 2>&1 &
+            </dev/null >"$home/server.log" 2>&1 {output}>&- {errors}>&- &
         server=$!
+        # The number and its line end come one after the other, maybe on either side of a time-out.
         for _ in $(seq 240); do
-            if read -r -t 0.5 -u "$number" name || ! kill -0 "$server" 2>/dev/null; then break; fi
+            if read -r -t 0.5 -u "$number" part; then name+=$part; break; fi
+            name+=$part
+            kill -0 "$server" 2>/dev/null || break
         done
         [ -z "$name" ] || break
+        kill "$server" 2>/dev/null || true
     done
     exec {number}>&-
     [ -z "$name" ] || display=(DISPLAY=":$name" QT_QPA_PLATFORM=xcb)
@@ -135,7 +139,7 @@ start_wayland() {
     env -u DISPLAY -u WAYLAND_DISPLAY HOME="$home" XDG_RUNTIME_DIR="$home/run" \
         weston --no-config --backend=headless-backend.so --use-pixman --debug --idle-time=0 \
         --width="${screen%x*}" --height="${screen#*x}" --socket="$name" \
-        </dev/null >"$home/server.log" 2>&1 &
+        </dev/null >"$home/server.log" 2>&1 {output}>&- {errors}>&- &
     server=$!
     for _ in $(seq 2400); do
         if [ -S "$home/run/$name" ]; then display=(WAYLAND_DISPLAY="$name" QT_QPA_PLATFORM=wayland); fi
