@@ -211,6 +211,7 @@ void Form1::closeEvent(QCloseEvent* event) {
 }
 
 void Form1::PushButton1_Click() {
+    fileList_.Announce(); // in the middle of a drop: a run changes no file that is not in sight
     run_.Start();
 }
 

@@ -54,12 +54,14 @@ public:
     /// Exchanges the paths of two rows. Throws Failure when there is no row of a number.
     void Swap(std::size_t number, std::size_t other);
 
+    /// Tells the observer of the rows that an Adding still holds back.
+    void Announce();
+
     /// At most one; null for none.
     void SetObserver(FileListObserver* observer) { observer_ = observer; }
 
 private:
     void Append(std::vector<std::u16string> paths);
-    void Announce();
     void RemoveRanges(const std::vector<std::size_t>& numbers);
 
     std::vector<std::u16string> rows_;

@@ -50,6 +50,9 @@ TEST(FileList, EveryChangeIsFollowed) {
             } else if (what == 7 && random() % 4 == 0) {
                 list.Clear();
                 rows.clear();
+            } else if (what == 7) {
+                list.Announce();
+                ASSERT_EQ(shown.rows.size(), list.Count());
             }
             ASSERT_EQ(RowsOf(list), rows) << "round " << round << ", step " << step;
             rows.resize(shown.rows.size());
