@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QEventLoop>
+#include <QInputMethod>
 #include <QList>
 #include <QWindow>
 
@@ -48,9 +49,9 @@ bool IsInput(QEvent::Type type) {
     }
 }
 
-/// Of the events on their way to a whole window, those that it has to see so that nothing in it
-/// stays pressed or keeps a drag; they are kept from its controls. An open menu gets its events
-/// through whatever window the pointer is over.
+/// Of the events on their way to a whole window, those that it has to see so that it does not keep
+/// the mouse or a drag; they are kept from its controls. An open menu gets its events through
+/// whatever window the pointer is over.
 bool PassesToWindow(QEvent::Type type) {
     return type == QEvent::MouseButtonRelease || type == QEvent::DragEnter ||
            type == QEvent::DragMove || type == QEvent::Drop ||
@@ -67,8 +68,10 @@ public:
         }
         // What dropped down from one of them would stay open and take the mouse.
         while (QWidget* const popup = QApplication::activePopupWidget()) {
-            popup->hide();
+            popup->close();
         }
+        // What is being composed goes into its control while that still gets it.
+        QGuiApplication::inputMethod()->commit();
         // The pointer may stay over a control that is not to look as if it were ready.
         for (const QWidget* const window : behind_) {
             if (window->windowHandle() != nullptr) {
@@ -108,6 +111,7 @@ private:
 
     void BringToFront() {
         if (!Waiting().isEmpty() && Waiting().constLast() == &box_) {
+            box_.setWindowState(box_.windowState() & ~Qt::WindowMinimized);
             box_.raise();
             box_.activateWindow();
         }

@@ -22,7 +22,7 @@ int WaitFor(QDialog& box);
 QWidget* TopBox();
 
 /// Whether a dialog keeps the user from this control. What assistive programs do to a control
-/// comes without an event that could be kept back, so its handlers ask.
+/// comes without an event that could be kept back, so the handlers of buttons ask.
 bool IsBehindBox(const QWidget& control);
 
 /// Closes all dialogs that wait, the last first; those that wait for them in turn go on.

@@ -16,6 +16,21 @@
 #include <QRegularExpression>
 
 namespace vexmarrow {
+namespace {
+
+/// The folder or, when it is gone, that of the folders around it which is still there; the home
+/// folder when it is no full path.
+QString NearestFolder(QString folder) {
+    if (!folder.startsWith(u'/')) {
+        folder = QDir::homePath();
+    }
+    while (!QFileInfo(folder).isDir() && folder != u"/") {
+        folder.truncate(qMax(1, folder.lastIndexOf(u'/')));
+    }
+    return folder;
+}
+
+} // namespace
 
 std::vector<std::u16string> PartsOfChoice(const QStringList& chosen) {
     // A dialog of the desktop may offer places that are no files of this machine.
@@ -49,22 +64,6 @@ QStringList NameFilters(std::u16string_view filter) {
     }
     return filters;
 }
-
-namespace {
-
-/// The folder or, when it is gone, that of the folders around it which is still there; the home
-/// folder when it is no full path.
-QString NearestFolder(QString folder) {
-    if (!folder.startsWith(u'/')) {
-        folder = QDir::homePath();
-    }
-    while (!QFileInfo(folder).isDir() && folder != u"/") {
-        folder.truncate(qMax(1, folder.lastIndexOf(u'/')));
-    }
-    return folder;
-}
-
-} // namespace
 
 std::vector<std::u16string> QtPickers::OpenFiles(const FileDialogRequest& request) {
     QFileDialog dialog(OwnerOfBoxes(owner_));

@@ -18,7 +18,7 @@ namespace {
 
 /// The text with every line Shortened that would take long to draw.
 std::u16string WithShortLines(std::u16string_view text) {
-    constexpr std::size_t kMostOfLine = 4'000;
+    constexpr std::size_t kMostOfLine = 20'000; // paths and prose are whole
     std::u16string lines;
     while (!text.empty()) {
         const std::size_t length = std::min(text.find_first_of(u"\r\n"), text.size());

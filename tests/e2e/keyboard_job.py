@@ -35,8 +35,8 @@ class Keys(x11.Keyboard):
         try:
             wait_until(lambda: bus.is_active(window), what, deadline=30)
         except bus.Missing:
-            # Where much happens at once, the toolkit misses once in some hundred times that a window has
-            # got the focus. Whoever sees that goes to another window and back; twice is no accident.
+            # Where much happens at once, the toolkit now and then misses that a window has got the
+            # focus. Whoever sees that goes to another window and back; twice is no accident.
             if self.was_missed:
                 raise
             self.was_missed = True

@@ -56,7 +56,7 @@ private Q_SLOTS:
                       "file://" + QByteArray::fromStdString(folder_->Native("in")));
         const QSignalSpy shown(View()->model(), &QAbstractItemModel::rowsInserted);
         Drop(files, Qt::CopyAction);
-        QTRY_COMPARE(window_->Rows(), 3);
+        QTRY_COMPARE_WITH_TIMEOUT(window_->Rows(), 3, kDeadline);
         QCOMPARE(shown.size(), 1);
         QCOMPARE(window_->Find<QLabel>("Count")->text(), QStringLiteral("3 files"));
     }

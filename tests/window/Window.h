@@ -29,6 +29,27 @@ namespace vexmarrow::test {
 /// Of waits, in milliseconds, for a machine that has much else to do; what is waited for ends them.
 constexpr int kDeadline = 60'000;
 
+/// A variable of the environment, for the life of this object.
+class Variable {
+public:
+    Variable(const char* name, const std::string& value) : name_(name), before_(qgetenv(name)) {
+        qputenv(name, QByteArray::fromStdString(value));
+    }
+    ~Variable() {
+        if (before_.isNull()) {
+            qunsetenv(name_);
+        } else {
+            qputenv(name_, before_);
+        }
+    }
+    Variable(const Variable&) = delete;
+    Variable& operator=(const Variable&) = delete;
+
+private:
+    const char* name_;
+    QByteArray before_;
+};
+
 /// The real main window over scripted prompts, pickers and settings.
 class Window {
 public:
