@@ -60,8 +60,8 @@ private:
     std::optional<BasicCascade<char>> bytes_;
 };
 
-/// Replaces in wide text (base/Utf8.h). Texts that hold half a character are so rare that a pass
-/// for each pair will do.
+/// Replaces in wide text (base/Utf8.h), with a pass for each pair: texts that hold half a character
+/// or a stray byte are rare.
 class WideCascade {
 public:
     using View = std::u32string_view;
