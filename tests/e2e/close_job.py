@@ -10,19 +10,13 @@ window_test.py says more.
 import os
 import subprocess
 
-import pyatspi
-
 import bus
 import driver
 import window_test
 import x11
-from bus import wait_until
+from bus import is_active, wait_until
 from driver import FIND, REPLACE, SETS
 from window_test import WindowTest
-
-
-def is_active(node):
-    return bus.has_state(node, pyatspi.STATE_ACTIVE)
 
 
 class CloseTest(WindowTest):
