@@ -19,6 +19,7 @@ struct FileStatus {
     std::uint64_t inode = 0;
     std::uint64_t size = 0;    ///< bytes
     std::int64_t modified = 0; ///< the last change of the contents
+    std::int64_t changed = 0;  ///< the last change of contents or rights, which nobody can set back
     std::int64_t born = 0;     ///< 0 where the file system does not tell
 
     bool IsRegular() const { return S_ISREG(mode); }
@@ -30,9 +31,9 @@ struct FileStatus {
         return device == other.device && inode == other.inode && born == other.born;
     }
 
-    /// Whether the file still holds what it held, as far as size and time tell.
+    /// Whether the file still holds what it held, as far as size and times tell.
     bool SameContentsAs(const FileStatus& other) const {
-        return size == other.size && modified == other.modified;
+        return size == other.size && modified == other.modified && changed == other.changed;
     }
 };
 

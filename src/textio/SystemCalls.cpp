@@ -3,12 +3,15 @@
 
 #include "textio/SystemCalls.h"
 
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <sys/sysmacros.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 namespace vexmarrow {
@@ -23,8 +26,9 @@ bool HoldsNul(const std::string& path) {
     return true;
 }
 
+constexpr std::int64_t kPerSecond = 1'000'000'000;
+
 std::int64_t Nanoseconds(const struct statx_timestamp& time) {
-    constexpr std::int64_t kPerSecond = 1'000'000'000;
     return time.tv_sec * kPerSecond + time.tv_nsec;
 }
 
@@ -40,6 +44,7 @@ int StatusAt(int descriptor, const char* path, int flags, FileStatus& status) {
         status.inode = raw.stx_ino;
         status.size = raw.stx_size;
         status.modified = Nanoseconds(raw.stx_mtime);
+        status.changed = Nanoseconds(raw.stx_ctime);
         status.born = (raw.stx_mask & STATX_BTIME) != 0 ? Nanoseconds(raw.stx_btime) : 0;
     }
     return answer;
@@ -84,8 +89,32 @@ int SystemCalls::SetMode(int descriptor, mode_t mode) {
     return ::fchmod(descriptor, mode);
 }
 
+int SystemCalls::SetModified(int descriptor, std::int64_t modified) {
+    // The part below a second is never negative, also before 1970.
+    std::int64_t part = modified % kPerSecond;
+    part += part < 0 ? kPerSecond : 0;
+    const std::array<timespec, 2> times{timespec{0, UTIME_OMIT},
+                                        timespec{(modified - part) / kPerSecond, part}};
+    return ::futimens(descriptor, times.data());
+}
+
 int SystemCalls::Lock(int descriptor, int operation) {
     return ::flock(descriptor, operation | LOCK_NB);
+}
+
+int SystemCalls::AskForLock(int descriptor, bool forWriting) {
+    struct flock lock {};
+    lock.l_type = forWriting ? F_WRLCK : F_RDLCK;
+    lock.l_whence = SEEK_SET; // from the beginning, with a length of 0 to the end
+    if (::fcntl(descriptor, F_GETLK, &lock) != 0 || lock.l_type == F_UNLCK) {
+        return 0; // no lock, or no locks at all
+    }
+    errno = EWOULDBLOCK;
+    return -1;
+}
+
+int SystemCalls::Duplicate(int descriptor) {
+    return ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
 }
 
 int SystemCalls::Close(int descriptor) {
@@ -131,6 +160,24 @@ int SystemCalls::RenameToNew(const std::string& from, const std::string& to) {
 
 int SystemCalls::MakeFolder(const std::string& path, mode_t mode) {
     return HoldsNul(path) ? -1 : ::mkdir(path.c_str(), mode);
+}
+
+int SystemCalls::RoomIn(const std::string& folder, std::uint64_t& bytes) {
+    struct statvfs status {};
+    if (HoldsNul(folder) || ::statvfs(folder.c_str(), &status) != 0) {
+        return -1;
+    }
+    bytes = std::uint64_t{status.f_bavail} * status.f_frsize;
+    return 0;
+}
+
+ssize_t SystemCalls::Attribute(const std::string& path, const char* name, void* value,
+                               std::size_t size) {
+    return HoldsNul(path) ? -1 : ::getxattr(path.c_str(), name, value, size);
+}
+
+ssize_t SystemCalls::AttributeOf(int descriptor, const char* name, void* value, std::size_t size) {
+    return ::fgetxattr(descriptor, name, value, size);
 }
 
 } // namespace vexmarrow

@@ -12,9 +12,9 @@
 
 namespace vexmarrow {
 
-/// The system calls by which contents of files are read and written, each as the system has it:
-/// the result (-1 for a failure) and errno. Virtual so that a test can make any one of them fail
-/// or stop the program there; nothing else in the program opens users' files for their contents.
+/// The system calls on files, each as the system has it: the result (-1 for a failure) and errno.
+/// Virtual so that a test can make any one of them fail or stop the program there; nothing else in
+/// the program looks at users' files, reads or writes them.
 class SystemCalls {
 public:
     virtual ~SystemCalls() = default;
@@ -30,9 +30,16 @@ public:
                             std::uint64_t offset);
     virtual int Truncate(int descriptor, std::uint64_t size);
     virtual int SetMode(int descriptor, mode_t mode);
+    /// Sets the time of the last change of the contents, in nanoseconds since 1970.
+    virtual int SetModified(int descriptor, std::int64_t modified);
     /// Takes or gives up a lock of the whole file, without waiting: EWOULDBLOCK when another one
     /// is in the way. `operation` as for flock.
     virtual int Lock(int descriptor, int operation);
+    /// Whether another program has locked a part of the file (as lockf does) against reading or
+    /// writing: -1 with EWOULDBLOCK. Takes no lock.
+    virtual int AskForLock(int descriptor, bool forWriting);
+    /// Another descriptor of the same open file.
+    virtual int Duplicate(int descriptor);
     virtual int Close(int descriptor);
     virtual int Unlink(const std::string& path);
     /// Gives a file without a name (O_TMPFILE) one that nothing has yet.
@@ -40,6 +47,12 @@ public:
     /// Renames a file to a name that nothing has yet: EEXIST otherwise.
     virtual int RenameToNew(const std::string& from, const std::string& to);
     virtual int MakeFolder(const std::string& path, mode_t mode);
+    /// How many bytes this user can still write to the file system of a folder.
+    virtual int RoomIn(const std::string& folder, std::uint64_t& bytes);
+    /// The value of an extended attribute: its length, as getxattr tells it.
+    virtual ssize_t Attribute(const std::string& path, const char* name, void* value,
+                              std::size_t size);
+    virtual ssize_t AttributeOf(int descriptor, const char* name, void* value, std::size_t size);
 };
 
 /// An open file, closed without a look at the result when it goes out of scope (enough for one

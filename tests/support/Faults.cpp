@@ -123,8 +123,22 @@ int FaultySystemCalls::SetMode(int descriptor, mode_t mode) {
     return Fails(kSetMode) ? -1 : SystemCalls::SetMode(descriptor, mode);
 }
 
+int FaultySystemCalls::SetModified(int descriptor, std::int64_t modified) {
+    return Fails(kSetMode) ? -1 : SystemCalls::SetModified(descriptor, modified);
+}
+
 int FaultySystemCalls::Lock(int descriptor, int operation) {
     return Fails(kLock) ? -1 : SystemCalls::Lock(descriptor, operation);
+}
+
+int FaultySystemCalls::AskForLock(int descriptor, bool forWriting) {
+    return Fails(kLock) ? -1 : SystemCalls::AskForLock(descriptor, forWriting);
+}
+
+int FaultySystemCalls::Duplicate(int descriptor) {
+    const int duplicate = Fails(kDuplicate) ? -1 : SystemCalls::Duplicate(descriptor);
+    openFiles += duplicate >= 0 ? 1 : 0;
+    return duplicate;
 }
 
 int FaultySystemCalls::Close(int descriptor) {
@@ -150,6 +164,12 @@ int FaultySystemCalls::RenameToNew(const std::string& from, const std::string& t
 
 int FaultySystemCalls::MakeFolder(const std::string& path, mode_t mode) {
     return Fails(kMakeFolder) ? -1 : SystemCalls::MakeFolder(path, mode);
+}
+
+int FaultySystemCalls::RoomIn(const std::string& folder, std::uint64_t& bytes) {
+    const int answer = Fails(kRoom) ? -1 : SystemCalls::RoomIn(folder, bytes);
+    bytes = std::min(bytes, room);
+    return answer;
 }
 
 bool InChildProcess(const std::function<void()>& work) {

@@ -23,12 +23,14 @@ public:
         kRead, // ReadAt is one of these as well
         kWriteAt,
         kTruncate,
-        kSetMode,
-        kLock,
+        kSetMode, // SetModified as well
+        kLock, // AskForLock as well
         kClose,
         kUnlink,
         kName, // NameFile, RenameToNew
-        kMakeFolder
+        kMakeFolder,
+        kDuplicate,
+        kRoom
     };
 
     /// Makes the n-th call of a kind (from 1, counted from the beginning) fail with an errno.
@@ -57,6 +59,7 @@ public:
     int openFiles = 0;                       ///< opened and not closed again
     bool lacksNamelessFiles = false;         ///< as old and simple file systems
     std::function<void(Kind)> beforeCall;    ///< what other programs do meanwhile
+    std::uint64_t room = UINT64_MAX; ///< bytes that a file system tells to have at most
     std::map<std::string, int> openErrors;   ///< what opening a file of that path fails with
     std::map<std::string, int> folderErrors; ///< the same for all below a folder
 
@@ -70,12 +73,16 @@ public:
                     std::uint64_t offset) override;
     int Truncate(int descriptor, std::uint64_t size) override;
     int SetMode(int descriptor, mode_t mode) override;
+    int SetModified(int descriptor, std::int64_t modified) override;
     int Lock(int descriptor, int operation) override;
+    int AskForLock(int descriptor, bool forWriting) override;
+    int Duplicate(int descriptor) override;
     int Close(int descriptor) override;
     int Unlink(const std::string& path) override;
     int NameFile(int descriptor, const std::string& path) override;
     int RenameToNew(const std::string& from, const std::string& to) override;
     int MakeFolder(const std::string& path, mode_t mode) override;
+    int RoomIn(const std::string& folder, std::uint64_t& bytes) override;
 
 private:
     bool Fails(Kind kind, std::size_t* count = nullptr);
