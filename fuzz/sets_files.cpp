@@ -68,7 +68,7 @@ void TryInput(Input input) {
     test::MemorySettings settings;
     MemoryWriter writer(reader.file.bytes);
     SetsLoading loading(list, prompts, pickers, settings, reader.textio);
-    SetOperations operations(list, prompts, pickers, writer, reader.ansi);
+    SetOperations operations(list, prompts, pickers, writer, reader.textio);
 
     reader.file.bytes = input.Rest();
     const auto lines = reader.TryLines();

@@ -54,7 +54,7 @@ private:
     QtPrompts prompts_{eventLoop_};
     QtPickers pickers_{eventLoop_};
     QtFileManager fileManager_;
-    IniSettingsStore settings_;
+    IniSettingsStore settings_{calls_};
     Form1 form1_;
 };
 

@@ -26,6 +26,7 @@
 #include "shell/Trap.h"
 #include "shell/Values.h"
 #include "textio/CodePage.h"
+#include "textio/RFTSFSO.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -57,12 +58,13 @@ Form1::Form1(const Services& services)
       fileAdding_(fileList_, services.prompts, services.pickers, services.settings,
                   services.eventLoop, *this, services.textio),
       fileRemoval_(fileList_, services.prompts, services.eventLoop, *this),
-      samples_(fileList_, services.prompts, services.settings, services.fileManager,
-               services.programFolder),
-      setOperations_(sets_, services.prompts, services.pickers, services.writer, services.ansi),
+      samples_(services.textio.Calls(), fileList_, services.prompts, services.settings,
+               services.fileManager, services.programFolder),
+      setOperations_(sets_, services.prompts, services.pickers, services.writer, services.textio),
       setsLoading_(sets_, services.prompts, services.pickers, services.settings, services.textio),
       outputChoice_(services.prompts, services.pickers, services.settings),
-      run_(*this, fileList_, sets_, engine_, services.prompts, services.eventLoop, *this),
+      run_(services.textio.Calls(), *this, fileList_, sets_, engine_, services.prompts,
+           services.eventLoop, *this),
       files_(new FileListPanel(fileList_, this)),
       find_(new FindPanel(this)),
       save_(new SavePanel(this)) {

@@ -21,6 +21,7 @@
 #include "shell/Values.h"
 #include "textio/CodePage.h"
 #include "textio/FileTests.h"
+#include "textio/RFTSFSO.h"
 
 #include <QLineEdit>
 #include <QRadioButton>
@@ -78,7 +79,7 @@ void Form1::Form_Load() {
 
 void Form1::LoadSkin() {
     const std::u16string path = services_.programFolder + u"/x/o.cjs";
-    if (!IsExistingFile(path)) {
+    if (!IsExistingFile(services_.textio.Calls(), path)) {
         return;
     }
     // The ground of the window, and of all that stands on it, gets the colour of buttons first.
@@ -90,7 +91,7 @@ void Form1::LoadSkin() {
 
 void Form1::LoadHandCursor() {
     const std::u16string path = services_.programFolder + u"/HAND-M.CUR";
-    if (IsExistingFile(path)) {
+    if (IsExistingFile(services_.textio.Calls(), path)) {
         hand_ = LoadPointer(ToQString(path), devicePixelRatioF());
     }
 }
@@ -98,7 +99,7 @@ void Form1::LoadHandCursor() {
 void Form1::LoadDragPointer() {
     const std::u16string path = services_.programFolder + u"/drag.ico";
     try {
-        if (IsExistingFile(path)) {
+        if (IsExistingFile(services_.textio.Calls(), path)) {
             files_->ListView1->SetDragCursor(LoadPointer(ToQString(path), devicePixelRatioF()));
         }
     } catch (const Failure&) {

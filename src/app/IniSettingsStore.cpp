@@ -16,19 +16,21 @@
 
 namespace vexmarrow {
 
-IniSettingsStore::IniSettingsStore()
-    : path_(NormalizePath(
+IniSettingsStore::IniSettingsStore(SystemCalls& calls)
+    : calls_(calls),
+      path_(NormalizePath(
           ToText(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)) +
           u"/Quillmoor.ini")) {}
 
 bool IniSettingsStore::CanBeUsed() const {
-    return IsExistingFile(path_) || !IsExistingPath(path_);
+    return IsExistingFile(calls_, path_) || !IsExistingPath(calls_, path_);
 }
 
 void IniSettingsStore::Check() const {
     if (!CanBeUsed()) {
         throw FileFailure(u"Could not use the settings file", path_,
-                          IsFolder(path_) ? u"It is a folder" : u"It is not a regular file");
+                          IsFolder(calls_, path_) ? u"It is a folder"
+                                                  : u"It is not a regular file");
     }
 }
 

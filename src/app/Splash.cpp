@@ -34,13 +34,13 @@ int Pixels(const QWidget& widget, int twips) {
 }
 
 /// The first file that is neither hidden nor of the system; nothing when there is none.
-std::u16string FirstFile(const std::u16string& folder) {
-    if (!IsFolder(folder)) {
+std::u16string FirstFile(SystemCalls& calls, const std::u16string& folder) {
+    if (!IsFolder(calls, folder)) {
         return {};
     }
-    const std::vector<std::u16string> names = ListFilesInFolder(folder, u"*.*");
+    const std::vector<std::u16string> names = ListFilesInFolder(calls, folder, u"*.*");
     for (std::size_t i = 1; i < names.size(); ++i) {
-        if ((FileAttributes(folder + names[i]) & (kHidden | kSystem)) == 0) {
+        if ((FileAttributes(calls, folder + names[i]) & (kHidden | kSystem)) == 0) {
             return names[i];
         }
     }
@@ -49,8 +49,9 @@ std::u16string FirstFile(const std::u16string& folder) {
 
 } // namespace
 
-Splash::Splash(SettingsStore& settings, const std::u16string& programFolder)
+Splash::Splash(SystemCalls& calls, SettingsStore& settings, const std::u16string& programFolder)
     : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint),
+      calls_(calls),
       settings_(settings),
       folder_(Concat(programFolder, kSeparatorText, u"Splash", kSeparatorText)),
       Image1(new QLabel(this)),
@@ -78,8 +79,8 @@ void Splash::SplashShow() {
     if (NumberFromText(settings_.GetSetting(kShowAgain, u"0")) != 0) {
         return;
     }
-    const std::u16string name = FirstFile(folder_);
-    if (name.empty() || !IsExistingPath(folder_ + name)) {
+    const std::u16string name = FirstFile(calls_, folder_);
+    if (name.empty() || !IsExistingPath(calls_, folder_ + name)) {
         return;
     }
     const QPixmap picture(ToQString(folder_ + name));

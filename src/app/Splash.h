@@ -14,6 +14,7 @@ class QLabel;
 namespace vexmarrow {
 
 class SettingsStore;
+class SystemCalls;
 
 /// The tips screen: one picture with a check box under it. Nothing opens it by itself; it is ready
 /// for a caller. It has no frame but its own lines; Escape or a click on the picture closes it.
@@ -22,7 +23,7 @@ class Splash final : public QWidget {
 
 public:
     /// `programFolder` is the folder of the program file, without a separator at its end.
-    Splash(SettingsStore& settings, const std::u16string& programFolder);
+    Splash(SystemCalls& calls, SettingsStore& settings, const std::u16string& programFolder);
 
     /// Shows the picture that is the first file of the folder "Splash", unless the setting
     /// "ShowAgain" says otherwise or there is none, and returns at once. Throws Failure when the
@@ -37,6 +38,7 @@ private:
     void Check1_Click();
     QFrame* MakeLine(const char* name);
 
+    SystemCalls& calls_;
     SettingsStore& settings_;
     std::u16string folder_; // of the picture, with a separator at its end
     QLabel* Image1;         // the picture

@@ -12,9 +12,10 @@
 #include "textio/FileTests.h"
 #include "textio/FolderListing.h"
 #include "textio/Paths.h"
+#include "textio/RFTSFSO.h"
+#include "textio/SystemCalls.h"
 
 #include <cerrno>
-#include <sys/stat.h>
 #include <utility>
 
 namespace vexmarrow {
@@ -27,29 +28,28 @@ bool IsRootFolder(std::u16string_view folder) {
 }
 
 /// Hidden system folders are passed over, but only with exactly these attributes.
-bool MayBeScanned(const std::u16string& folder) {
+bool MayBeScanned(SystemCalls& calls, const std::u16string& folder) {
     constexpr int kHiddenSystem = kDirectory | kHidden | kSystem;
     if (IsRootFolder(folder)) {
         return true;
     }
-    const int attributes = FileAttributes(folder);
+    const int attributes = FileAttributes(calls, folder);
     return attributes != kHiddenSystem && attributes != (kHiddenSystem | kReparsePoint);
 }
 
 /// Whether `folder` is one of the folders that its own path leads through, so that entering it
 /// would never end.
-bool LeadsToAncestor(std::u16string_view folder) {
-    struct stat target {};
+bool LeadsToAncestor(SystemCalls& calls, std::u16string_view folder) {
+    FileStatus target;
     std::string path = NativeName(folder);
-    if (::stat(path.c_str(), &target) != 0) {
+    if (calls.StatusOfTarget(path, target) != 0) {
         return false;
     }
     for (std::size_t slash = path.rfind('/'); slash != std::string::npos;
          slash = slash == 0 ? std::string::npos : path.rfind('/', slash - 1)) {
         path.resize(slash + 1);
-        struct stat ancestor {};
-        if (::stat(path.c_str(), &ancestor) == 0 && ancestor.st_dev == target.st_dev &&
-            ancestor.st_ino == target.st_ino) {
+        FileStatus ancestor;
+        if (calls.StatusOfTarget(path, ancestor) == 0 && ancestor.SameFileAs(target)) {
             return true;
         }
     }
@@ -75,12 +75,13 @@ void AddFolder::ListSubFolders(const std::u16string& folder, std::vector<std::u1
         std::u16string path = folder + entry->name;
         // Only a link can lead back; what the directory does not tell may be one.
         if (entry->kind == FolderListing::Kind::Unknown &&
-            (!IsFolder(path) || LeadsToAncestor(path))) {
+            (!IsFolder(textio_.Calls(), path) || LeadsToAncestor(textio_.Calls(), path))) {
             continue;
         }
         ++seen_;
         Yield();
-        if (entry->name.size() < kTooLong && !HasUnusualCharacters(entry->name, ansi_.Page())) {
+        if (entry->name.size() < kTooLong &&
+            !HasUnusualCharacters(entry->name, textio_.Ansi().Page())) {
             found.push_back(std::move(path.append(kSeparatorText)));
         }
     }
@@ -94,11 +95,11 @@ void AddFolder::GetSubDirectories2016(std::vector<std::u16string>& folders, bool
     for (std::u16string& entry : folders) {
         const std::u16string folder = entry;
         std::swap(folders[kept++], entry);
-        if (!IsFolder(folder) || folder.size() >= kTooLong) {
+        if (!IsFolder(textio_.Calls(), folder) || folder.size() >= kTooLong) {
             continue;
         }
         trap.Do(1, [&] { Yield(); });
-        if (!MayBeScanned(folder)) {
+        if (!MayBeScanned(textio_.Calls(), folder)) {
             continue;
         }
         trap.Do(2, [&] {
@@ -117,7 +118,7 @@ void AddFolder::GetSubDirectories2016(std::vector<std::u16string>& folders, bool
         trap.Do(3, [&] { GetSubDirectories2016(found, true); });
     }
     for (std::u16string& folder : found) {
-        if (IsFolder(folder) && MayBeScanned(folder)) {
+        if (IsFolder(textio_.Calls(), folder) && MayBeScanned(textio_.Calls(), folder)) {
             trap.Do(4, [&] {
                 Yield();
                 folders.push_back(std::move(folder));

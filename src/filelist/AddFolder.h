@@ -9,15 +9,15 @@
 
 namespace vexmarrow {
 
-class AnsiCodePage;
 class EventLoop;
 class Prompts;
+class RFTSFSO;
 
 /// The search for sub-folders. Yields once for each folder and each sub-folder it meets.
 class AddFolder {
 public:
-    AddFolder(Prompts& prompts, EventLoop& eventLoop, const AnsiCodePage& ansi)
-        : prompts_(prompts), eventLoop_(eventLoop), ansi_(ansi) {}
+    AddFolder(Prompts& prompts, EventLoop& eventLoop, const RFTSFSO& textio)
+        : prompts_(prompts), eventLoop_(eventLoop), textio_(textio) {}
 
     /// Appends the sub-folders of the given folders: with `recursion` those of all levels, one
     /// level after another. Every path, given or found, ends in a separator. Left out are folders
@@ -33,7 +33,7 @@ private:
 
     Prompts& prompts_;
     EventLoop& eventLoop_;
-    const AnsiCodePage& ansi_;
+    const RFTSFSO& textio_;
     std::size_t seen_ = 0;
 };
 

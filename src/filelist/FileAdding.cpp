@@ -39,7 +39,7 @@ std::vector<std::u16string> RowsOfChoice(const std::vector<std::u16string>& choi
     return rows;
 }
 
-std::vector<std::u16string> RowsOfFolder(const std::u16string& folder,
+std::vector<std::u16string> RowsOfFolder(SystemCalls& calls, const std::u16string& folder,
                                          const std::vector<std::u16string>& names) {
     constexpr int kPassedOver = kHidden | kArchive;
     std::vector<std::u16string> rows;
@@ -49,7 +49,7 @@ std::vector<std::u16string> RowsOfFolder(const std::u16string& folder,
         }
         const std::u16string path = Concat(folder, kSeparatorText, names[i]);
         // A name may be gone by now, or stem from another folder when this one failed to list.
-        if (IsExistingFile(path) && FileAttributes(path) != kPassedOver) {
+        if (IsExistingFile(calls, path) && FileAttributes(calls, path) != kPassedOver) {
             rows.push_back(NormalizePath(path));
         }
     }
@@ -80,13 +80,13 @@ void FileAdding::AddAllFilesInFolder() {
         trap.Do(4, [&] { pointer_.SetPointer(MousePointer::Hourglass); });
         std::vector<std::u16string> folders{Concat(chosen, kSeparatorText)};
         trap.Do(5, [&] {
-            AddFolder(prompts_, eventLoop_, textio_.Ansi()).GetSubDirectories2016(folders, true);
+            AddFolder(prompts_, eventLoop_, textio_).GetSubDirectories2016(folders, true);
         });
         std::vector<std::u16string> names;
         for (std::u16string& folder : folders) {
             folder.pop_back();
-            trap.Do(6, [&] { names = ListFilesInFolder(folder, kPattern); });
-            trap.Do(7, [&] { list_.Add(RowsOfFolder(folder, names)); });
+            trap.Do(6, [&] { names = ListFilesInFolder(textio_.Calls(), folder, kPattern); });
+            trap.Do(7, [&] { list_.Add(RowsOfFolder(textio_.Calls(), folder, names)); });
         }
         trap.Do(8, [&] { pointer_.SetPointer(MousePointer::Default); });
     }
@@ -111,7 +111,7 @@ void FileAdding::LoadListFiles() {
 }
 
 void FileAdding::LoadListFile(const std::u16string& path, bool addMissing) {
-    if (!IsExistingPath(path)) {
+    if (!IsExistingPath(textio_.Calls(), path)) {
         prompts_.ShowMessage(u"File not found");
         return;
     }
@@ -121,7 +121,7 @@ void FileAdding::LoadListFile(const std::u16string& path, bool addMissing) {
     for (std::u16string& line : lines) {
         eventLoop_.Yield({u"Line", ++done, lines.size()});
         const bool blank = line.find_first_not_of(u' ') == std::u16string::npos;
-        if (!blank && (addMissing || IsExistingFile(line))) {
+        if (!blank && (addMissing || IsExistingFile(textio_.Calls(), line))) {
             adding.Add(std::move(line));
         }
     }
@@ -137,17 +137,18 @@ void FileAdding::AddFilesOf(const std::vector<std::u16string>& paths) {
     std::size_t listed = 0;
     std::vector<std::u16string> folders;
     for (const std::u16string& path : paths) {
-        if (!IsFolder(path)) {
+        if (!IsFolder(textio_.Calls(), path)) {
             adding.Add(path);
             continue;
         }
         folders.push_back(path + kSeparator);
-        AddFolder(prompts_, eventLoop_, textio_.Ansi()).GetSubDirectories2016(folders, true);
+        AddFolder(prompts_, eventLoop_, textio_).GetSubDirectories2016(folders, true);
         for (const std::u16string& entry : folders) {
             const std::u16string folder = entry.substr(0, entry.size() - 1);
             eventLoop_.Yield({u"Folder", ++listed, 0});
             try {
-                adding.Add(RowsOfFolder(folder, ListFilesInFolder(folder, u"*.*")));
+                adding.Add(RowsOfFolder(textio_.Calls(), folder,
+                                        ListFilesInFolder(textio_.Calls(), folder, u"*.*")));
             } catch (const Failure&) {
                 continue;
             }

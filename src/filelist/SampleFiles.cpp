@@ -23,9 +23,11 @@ constexpr std::u16string_view kBetween = u"|";
 
 } // namespace
 
-SampleFiles::SampleFiles(FileList& list, Prompts& prompts, SettingsStore& settings,
-                         FileManager& fileManager, const std::u16string& programFolder)
-    : list_(list),
+SampleFiles::SampleFiles(SystemCalls& calls, FileList& list, Prompts& prompts,
+                         SettingsStore& settings, FileManager& fileManager,
+                         const std::u16string& programFolder)
+    : calls_(calls),
+      list_(list),
       prompts_(prompts),
       settings_(settings),
       fileManager_(fileManager),
@@ -36,8 +38,8 @@ void SampleFiles::RecordOnce() {
         return;
     }
     std::u16string record;
-    if (IsFolder(folder_)) {
-        const std::vector<std::u16string> names = ListFilesInFolder(folder_, u"*.*");
+    if (IsFolder(calls_, folder_)) {
+        const std::vector<std::u16string> names = ListFilesInFolder(calls_, folder_, u"*.*");
         for (std::size_t i = 1; i < names.size(); ++i) {
             record.append(folder_).append(names[i]).append(kBetween);
         }
@@ -57,7 +59,7 @@ void SampleFiles::Load() {
     std::vector<std::u16string> rows;
     for (const std::u16string_view piece : Split(record, kBetween)) {
         std::u16string path(piece);
-        if (IsExistingPath(path) && listed.insert(path).second) {
+        if (IsExistingPath(calls_, path) && listed.insert(path).second) {
             rows.push_back(std::move(path));
         }
     }

@@ -11,14 +11,15 @@ class FileList;
 class FileManager;
 class Prompts;
 class SettingsStore;
+class SystemCalls;
 
 /// The sample files beside the program. Which files they are is recorded once, in the setting
 /// "Snapshot"; what comes into their folder later is none of them.
 class SampleFiles {
 public:
     /// `programFolder` is the folder of the program file, without a separator at its end.
-    SampleFiles(FileList& list, Prompts& prompts, SettingsStore& settings, FileManager& fileManager,
-                const std::u16string& programFolder);
+    SampleFiles(SystemCalls& calls, FileList& list, Prompts& prompts, SettingsStore& settings,
+                FileManager& fileManager, const std::u16string& programFolder);
 
     /// Records the files of the samples folder, unless there is a record that names some. Throws
     /// Failure when the folder is there and cannot be listed.
@@ -29,6 +30,7 @@ public:
     void Load();
 
 private:
+    SystemCalls& calls_;
     FileList& list_;
     Prompts& prompts_;
     SettingsStore& settings_;

@@ -69,7 +69,7 @@ bool ReplacementRun::InputIsComplete() {
         prompts_.ShowMessage(u"You forgot to input find what.");
         return false;
     }
-    const bool folderExists = IsFolder(inputs_.Text3());
+    const bool folderExists = IsFolder(calls_, inputs_.Text3());
     if (!folderExists && !inputs_.Option5()) {
         prompts_.ShowMessage(u"Folder does not exist. Please select another folder.");
         return false;

@@ -17,16 +17,18 @@ class Prompts;
 class ReplaceText;
 class RunInputs;
 class SetList;
+class SystemCalls;
 
 /// "Start Replacing": checks what the user has entered and hands every row of the list, in order,
 /// to one routine of the engine. Yields before each file; rows, texts, sets and options are read
 /// anew for each, only the tab and the number of rows are fixed at the start.
 class ReplacementRun {
 public:
-    ReplacementRun(const RunInputs& inputs, const FileList& list, const SetList& sets,
-                   ReplaceText& engine, Prompts& prompts, EventLoop& eventLoop,
+    ReplacementRun(SystemCalls& calls, const RunInputs& inputs, const FileList& list,
+                   const SetList& sets, ReplaceText& engine, Prompts& prompts, EventLoop& eventLoop,
                    MousePointer& pointer)
-        : inputs_(inputs),
+        : calls_(calls),
+          inputs_(inputs),
           list_(list),
           sets_(sets),
           engine_(engine),
@@ -47,6 +49,7 @@ private:
     void ReplaceSets(const std::u16string& path, std::size_t row);
     OutputLocation Location() const;
 
+    SystemCalls& calls_;
     const RunInputs& inputs_;
     const FileList& list_;
     const SetList& sets_;

@@ -12,6 +12,7 @@
 #include "textio/CodePage.h"
 #include "textio/FileTests.h"
 #include "textio/FileWriter.h"
+#include "textio/RFTSFSO.h"
 
 #include <vector>
 
@@ -62,7 +63,7 @@ void SetOperations::SaveSets() {
     if (path.empty()) {
         return;
     }
-    if (IsExistingPath(path)) {
+    if (IsExistingPath(textio_.Calls(), path)) {
         Answer answer = Answer::No;
         trap.Do(2, [&] {
             answer = prompts_.ShowMessage(
@@ -85,8 +86,8 @@ void SetOperations::WriteSets(std::u16string_view path, std::span<const std::u16
             throw Failure(Concat(u"Set number ", Decimal(static_cast<long long>(i) + 1),
                                  u" has no replace text."));
         }
-        ansi_.Page().Encode(Concat(findTexts[i], SetList::kSeparator, replaceTexts[i], kCrLf),
-                            bytes);
+        textio_.Ansi().Page().Encode(
+            Concat(findTexts[i], SetList::kSeparator, replaceTexts[i], kCrLf), bytes);
     }
     file->Append(bytes);
     file->Commit();

@@ -9,10 +9,10 @@
 
 namespace vexmarrow {
 
-class AnsiCodePage;
 class FileWriter;
 class Pickers;
 class Prompts;
+class RFTSFSO;
 class SetList;
 
 /// What the buttons of the sets area do. Each operation traps its own failures.
@@ -22,8 +22,8 @@ public:
     static constexpr int kNoSelection = -1;
 
     SetOperations(SetList& sets, Prompts& prompts, Pickers& pickers, FileWriter& writer,
-                  const AnsiCodePage& ansi)
-        : sets_(sets), prompts_(prompts), pickers_(pickers), writer_(writer), ansi_(ansi) {}
+                  const RFTSFSO& textio)
+        : sets_(sets), prompts_(prompts), pickers_(pickers), writer_(writer), textio_(textio) {}
 
     /// "Add Set": asks for one set in text form and appends it. Text after a second separator is
     /// dropped; an answer without separator gets a message.
@@ -47,7 +47,7 @@ private:
     Prompts& prompts_;
     Pickers& pickers_;
     FileWriter& writer_;
-    const AnsiCodePage& ansi_;
+    const RFTSFSO& textio_;
 };
 
 } // namespace vexmarrow

@@ -42,8 +42,8 @@ constexpr std::u16string_view kFormatHelp =
     u"peter::pete";
 
 /// Hidden and system files are passed over here.
-bool IsNormalFile(const std::u16string& path) {
-    return IsExistingFile(path) && (FileAttributes(path) & (kHidden | kSystem)) == 0;
+bool IsNormalFile(SystemCalls& calls, const std::u16string& path) {
+    return IsExistingFile(calls, path) && (FileAttributes(calls, path) & (kHidden | kSystem)) == 0;
 }
 
 std::vector<SetList::Set> SetsIn(const std::vector<std::u16string>& lines,
@@ -90,7 +90,7 @@ bool SetsLoading::Load(const std::u16string& file, std::u16string_view separator
     if (file.find_first_not_of(u' ') == std::u16string::npos) {
         return false;
     }
-    if (!IsNormalFile(file)) {
+    if (!IsNormalFile(textio_.Calls(), file)) {
         trap.Do(2, [&] {
             prompts_.ShowMessage(Concat(file, u" not found."), BoxStyle::Critical,
                                  u"File Not Found");

@@ -5,13 +5,12 @@
 
 #include "base/Utf8.h"
 #include "textio/Paths.h"
+#include "textio/SystemCalls.h"
 
 #include <array>
 #include <charconv>
 #include <cstdint>
 #include <optional>
-#include <sys/stat.h>
-#include <sys/xattr.h>
 
 namespace vexmarrow {
 namespace {
@@ -19,8 +18,9 @@ namespace {
 using Bytes = std::array<unsigned char, 256>;
 
 /// The beginning of an extended attribute; its length, or nothing when there is none.
-std::optional<std::size_t> ReadAttribute(const std::string& path, const char* name, Bytes& value) {
-    const ssize_t length = ::getxattr(path.c_str(), name, value.data(), value.size());
+std::optional<std::size_t> ReadAttribute(SystemCalls& calls, const std::string& path,
+                                         const char* name, Bytes& value) {
+    const ssize_t length = calls.Attribute(path, name, value.data(), value.size());
     if (length < 0) {
         return std::nullopt;
     }
@@ -28,9 +28,9 @@ std::optional<std::size_t> ReadAttribute(const std::string& path, const char* na
 }
 
 /// NTFS volumes: four bytes, the most significant first.
-std::optional<int> NtfsAttributes(const std::string& path) {
+std::optional<int> NtfsAttributes(SystemCalls& calls, const std::string& path) {
     Bytes value{};
-    if (ReadAttribute(path, "system.ntfs_attrib_be", value) != 4U) {
+    if (ReadAttribute(calls, path, "system.ntfs_attrib_be", value) != 4U) {
         return std::nullopt;
     }
     return static_cast<int>((value[0] & 0x7FU) << 24U | value[1] * 0x10000U | value[2] * 0x100U |
@@ -40,9 +40,9 @@ std::optional<int> NtfsAttributes(const std::string& path) {
 /// Shares served to Windows: a hexadecimal number as text in the old form ("0x22"), else a record
 /// whose versions 3 to 5 hold "which fields are valid" (bit 0: the attributes) and the attributes
 /// as little-endian numbers at bytes 8 and 12, its version at byte 2.
-std::optional<int> ShareAttributes(const std::string& path) {
+std::optional<int> ShareAttributes(SystemCalls& calls, const std::string& path) {
     Bytes value{};
-    const std::size_t length = ReadAttribute(path, "user.DOSATTRIB", value).value_or(0);
+    const std::size_t length = ReadAttribute(calls, path, "user.DOSATTRIB", value).value_or(0);
     if (length > 2 && value[0] == '0' && value[1] == 'x') {
         std::string digits(value.begin() + 2, value.begin() + static_cast<std::ptrdiff_t>(length));
         int word = 0;
@@ -57,31 +57,31 @@ std::optional<int> ShareAttributes(const std::string& path) {
     return static_cast<int>(value[12] | value[13] * 0x100U | value[14] * 0x10000U);
 }
 
-int ModeAttributes(const struct stat& status, std::string_view path) {
+int ModeAttributes(const FileStatus& status, std::string_view path) {
     while (path.size() > 1 && path.back() == '/') {
         path.remove_suffix(1);
     }
     const std::string_view name = path.substr(path.rfind('/') + 1);
     int word = 0;
-    word |= S_ISDIR(status.st_mode) ? kDirectory : 0;
-    word |= S_ISREG(status.st_mode) ? kArchive : 0;
-    word |= (status.st_mode & S_IWUSR) == 0 ? kReadOnly : 0;
+    word |= status.IsFolder() ? kDirectory : 0;
+    word |= status.IsRegular() ? kArchive : 0;
+    word |= (status.mode & S_IWUSR) == 0 ? kReadOnly : 0;
     word |= name.starts_with('.') ? kHidden : 0;
     return word;
 }
 
 } // namespace
 
-int FileAttributes(std::u16string_view path) {
+int FileAttributes(SystemCalls& calls, std::u16string_view path) {
     const std::string name = NativeName(path);
-    struct stat status {};
-    if (name.find('\0') != std::string::npos || ::stat(name.c_str(), &status) != 0) {
+    FileStatus status;
+    if (calls.StatusOfTarget(name, status) != 0) {
         return 0;
     }
-    if (const std::optional<int> word = ShareAttributes(name)) {
+    if (const std::optional<int> word = ShareAttributes(calls, name)) {
         return *word;
     }
-    if (const std::optional<int> word = NtfsAttributes(name)) {
+    if (const std::optional<int> word = NtfsAttributes(calls, name)) {
         return *word;
     }
     return ModeAttributes(status, name);

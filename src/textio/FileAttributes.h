@@ -7,6 +7,8 @@
 
 namespace vexmarrow {
 
+class SystemCalls;
+
 // Bits of a file's attribute word.
 inline constexpr int kReadOnly = 1;
 inline constexpr int kHidden = 2;
@@ -18,6 +20,6 @@ inline constexpr int kReparsePoint = 1024;
 /// The attribute word of a file or folder. Where the file system keeps real DOS attributes, those;
 /// else directory, read-only (the owner may not write), hidden (the name starts with a dot) and
 /// archive (every regular file). 0 when the path cannot be looked at.
-int FileAttributes(std::u16string_view path);
+int FileAttributes(SystemCalls& calls, std::u16string_view path);
 
 } // namespace vexmarrow

@@ -7,25 +7,14 @@
 #include "textio/CodePage.h"
 #include "textio/FolderListing.h"
 #include "textio/Paths.h"
+#include "textio/SystemCalls.h"
 
 #include <unicode/uchar.h>
 
 #include <algorithm>
-#include <optional>
-#include <sys/stat.h>
 
 namespace vexmarrow {
 namespace {
-
-std::optional<mode_t> ModeOf(std::u16string_view path) {
-    struct stat status {};
-    const std::string name = NativeName(path);
-    // A NUL would cut the name: the system would look at another file than the one named.
-    if (name.find('\0') != std::string::npos || ::stat(name.c_str(), &status) != 0) {
-        return std::nullopt;
-    }
-    return status.st_mode;
-}
 
 bool SameLetter(char16_t a, char16_t b) {
     return a == b || u_foldCase(a, U_FOLD_CASE_DEFAULT) == u_foldCase(b, U_FOLD_CASE_DEFAULT);
@@ -57,21 +46,22 @@ bool Matches(std::u16string_view name, std::u16string_view pattern) {
 
 } // namespace
 
-bool IsFolder(std::u16string_view path) {
-    const std::optional<mode_t> mode = ModeOf(path);
-    return mode && S_ISDIR(*mode);
+bool IsFolder(SystemCalls& calls, std::u16string_view path) {
+    FileStatus status;
+    return calls.StatusOfTarget(NativeName(path), status) == 0 && status.IsFolder();
 }
 
-bool IsExistingFile(std::u16string_view path) {
-    const std::optional<mode_t> mode = ModeOf(path);
-    return mode && S_ISREG(*mode);
+bool IsExistingFile(SystemCalls& calls, std::u16string_view path) {
+    FileStatus status;
+    return calls.StatusOfTarget(NativeName(path), status) == 0 && status.IsRegular();
 }
 
-bool IsExistingPath(std::u16string_view path) {
-    return ModeOf(path).has_value();
+bool IsExistingPath(SystemCalls& calls, std::u16string_view path) {
+    FileStatus status;
+    return calls.StatusOfTarget(NativeName(path), status) == 0;
 }
 
-std::vector<std::u16string> ListFilesInFolder(std::u16string_view folder,
+std::vector<std::u16string> ListFilesInFolder(SystemCalls& calls, std::u16string_view folder,
                                               std::u16string_view pattern) {
     const std::u16string start = WithSeparator(folder);
     std::vector<std::u16string> names(1);
@@ -82,7 +72,8 @@ std::vector<std::u16string> ListFilesInFolder(std::u16string_view folder,
         }
         // The directory tells the kind of most entries; links and odd file systems need a look.
         if (entry->kind == FolderListing::Kind::File ||
-            (entry->kind == FolderListing::Kind::Unknown && IsExistingFile(start + entry->name))) {
+            (entry->kind == FolderListing::Kind::Unknown &&
+             IsExistingFile(calls, start + entry->name))) {
             names.push_back(entry->name);
         }
     }

@@ -58,6 +58,7 @@ public:
     /// Closes a file that FileSize2 has left open.
     void ForgetSize() noexcept { opened_.reset(); }
 
+    SystemCalls& Calls() const { return calls_; }
     const EncodingFlags& Flags() const { return flags_; }
     const AnsiCodePage& Ansi() const { return ansi_; }
 

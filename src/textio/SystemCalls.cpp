@@ -65,7 +65,8 @@ int SystemCalls::StatusOfName(const std::string& path, FileStatus& status) {
 }
 
 int SystemCalls::StatusOfTarget(const std::string& path, FileStatus& status) {
-    return HoldsNul(path) ? -1 : StatusAt(AT_FDCWD, path.c_str(), 0, status);
+    // As stat: to look at a place where something can be mounted does not mount it.
+    return HoldsNul(path) ? -1 : StatusAt(AT_FDCWD, path.c_str(), AT_NO_AUTOMOUNT, status);
 }
 
 ssize_t SystemCalls::Read(int descriptor, void* bytes, std::size_t count) {

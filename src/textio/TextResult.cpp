@@ -92,7 +92,7 @@ bool TextResult::Start(std::u16string_view path, std::int32_t WriteMode) {
     file_.reset(); // only one result is under way at a time
     heldBack_.clear();
     file_ = writer_.Begin(path, start, source_);
-    return start == WriteStart::Replace || !IsExistingFile(path);
+    return start == WriteStart::Replace || !IsExistingFile(textio_.Calls(), path);
 }
 
 void TextResult::Commit() {

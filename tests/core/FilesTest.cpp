@@ -53,13 +53,14 @@ TEST_F(Files, TestsOfEveryKind) {
              2147483648|011|-2147483648 4294967296|011|0 4294967297|011|1)")) {
         const std::string name = Fields(row)[0];
         const std::u16string path = folder.Path(name);
-        std::string found = name + (IsFolder(path) ? "|1" : "|0");
-        found += IsExistingFile(path) ? "1" : "0";
-        found += IsExistingPath(path) ? "1|" : "0|";
+        std::string found = name + (IsFolder(calls, path) ? "|1" : "|0");
+        found += IsExistingFile(calls, path) ? "1" : "0";
+        found += IsExistingPath(calls, path) ? "1|" : "0|";
         EXPECT_EQ(found + std::to_string(textio.FileSize2(path)), row);
     }
     for (const std::u16string& path : {u""s, folder.Path("file\0x"s), folder.Path("folder\0x"s)}) {
-        EXPECT_FALSE(IsFolder(path) || IsExistingPath(path) || textio.FileSize2(path) != -1);
+        EXPECT_FALSE(IsFolder(calls, path) || IsExistingPath(calls, path) ||
+                     textio.FileSize2(path) != -1);
     }
 }
 
@@ -90,7 +91,7 @@ TEST_F(Files, Listing) {
     folder.MakeLink("nowhere.vcf", "gone");
     const auto matches = [&](std::u16string_view pattern) {
         Strings found;
-        for (const std::u16string& name : ListFilesInFolder(folder.Path(), pattern)) {
+        for (const std::u16string& name : ListFilesInFolder(calls, folder.Path(), pattern)) {
             found.push_back(NativeName(name));
             EXPECT_EQ(textio.FileSize2(folder.Path() + u"/" + name), name.empty() ? -1 : 1);
         }
@@ -106,8 +107,8 @@ TEST_F(Files, Listing) {
     for (int i = 0; i < 101; ++i) {
         folder.Write("many/" + std::to_string(i), "");
     }
-    EXPECT_EQ(ListFilesInFolder(folder.Path("many/"), u"*").size(), 102U);
-    EXPECT_THROW(ListFilesInFolder(folder.Path("gone"), u"*"), Failure);
+    EXPECT_EQ(ListFilesInFolder(calls, folder.Path("many/"), u"*").size(), 102U);
+    EXPECT_THROW(ListFilesInFolder(calls, folder.Path("gone"), u"*"), Failure);
 }
 
 TEST_F(Files, UnusualCharacters) {
@@ -132,7 +133,7 @@ TEST_F(Files, Attributes) {
     folder.MakeFolder(".d");
     folder.MakeLink("link", ".f");
     const auto attributes = [&](std::string_view name) {
-        return FileAttributes(folder.Path(name));
+        return FileAttributes(calls, folder.Path(name));
     };
     EXPECT_EQ(attributes(".f"), 34);
     EXPECT_EQ(attributes(".d/"), 18);
@@ -144,12 +145,11 @@ TEST_F(Files, Attributes) {
     const std::map<std::string, int> values{
         {"0x416", 1046}, {"0x", 32}, {"", 32}, {record, 1046}, {record.substr(0, 12), 32}};
     for (const auto& [value, word] : values) {
-        ExtendedAttributes() = {{{folder.Native("f"), "user.DOSATTRIB"}, value}};
+        calls.attributes = {{{folder.Native("f"), "user.DOSATTRIB"}, value}};
         EXPECT_EQ(attributes("f"), word) << testing::PrintToString(value);
     }
-    ExtendedAttributes() = {{{folder.Native("f"), "system.ntfs_attrib_be"}, "\0\0\4\x16"s}};
+    calls.attributes = {{{folder.Native("f"), "system.ntfs_attrib_be"}, "\0\0\4\x16"s}};
     EXPECT_EQ(attributes("f"), 1046);
-    ExtendedAttributes().clear();
 }
 
 } // namespace

@@ -176,7 +176,7 @@ TEST_F(ListSourcesTest, WhatGoesOnWhileAFilterYields) {
 
 TEST_F(ListSourcesTest, Samples) {
     RecordingFileManager fileManager;
-    SampleFiles samples(list, prompts, settings, fileManager, folder.Path());
+    SampleFiles samples(calls, list, prompts, settings, fileManager, folder.Path());
     samples.RecordOnce(); // there is no folder yet: it is tried again
     samples.Load();
     folder.MakeFolder("Samples/folder.vcf");

@@ -72,7 +72,7 @@ struct Lists : Core {
     ScriptedEventLoop loop;
     RecordingPointer pointer;
     FileAdding adding{list, prompts, pickers, settings, loop, pointer, textio};
-    SetOperations operations{sets, prompts, pickers, writer, ansi};
+    SetOperations operations{sets, prompts, pickers, writer, textio};
 
     /// All sets: find texts, "=", replace texts, each in brackets.
     std::string Sets() const {

@@ -150,13 +150,12 @@ TEST_F(ListsTest, AFolderWithAllBelowIt) {
     folder.MakeLink("away/back", "../t");
     folder.MakeLink("t/2/up", "..");
     folder.MakeLink("t/1/1/self", ".");
-    ExtendedAttributes() = {{{folder.Native("t/system"), "user.DOSATTRIB"}, "0x16"},
-                            {{folder.Native("t/linkedsystem"), "user.DOSATTRIB"}, "0x416"},
-                            {{folder.Native("t/almost"), "user.DOSATTRIB"}, "0x17"}};
+    calls.attributes = {{{folder.Native("t/system"), "user.DOSATTRIB"}, "0x16"},
+                        {{folder.Native("t/linkedsystem"), "user.DOSATTRIB"}, "0x416"},
+                        {{folder.Native("t/almost"), "user.DOSATTRIB"}, "0x17"}};
     settings.values[u"LastFolder"] = u"/before";
     EXPECT_EQ(Scan("t"), Rows(".3/a.vcf .ro.vcf 1/1/a.vcf 1/a.vcf 2/1/2/a.vcf B.VCF a.vcf "
                               "almost/a.vcf caf\xC3\xA9/a.vcf caf\xE9.vcf linked/a.vcf"));
-    ExtendedAttributes().clear();
     EXPECT_TRUE(prompts.boxes.empty());
     EXPECT_EQ(pickers.asked[0], TextPair(u"Please select folder:", u"/before"));
     EXPECT_EQ(settings.writes, (std::vector<TextPair>{{u"LastFolder", folder.Path("t")}}));

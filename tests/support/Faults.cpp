@@ -8,9 +8,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <stdexcept>
-#include <sys/syscall.h>
 #include <sys/wait.h>
-#include <sys/xattr.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -172,6 +170,20 @@ int FaultySystemCalls::RoomIn(const std::string& folder, std::uint64_t& bytes) {
     return answer;
 }
 
+ssize_t FaultySystemCalls::Attribute(const std::string& path, const char* name, void* value,
+                                     std::size_t size) {
+    const auto found = attributes.find({path.substr(0, path.find_last_not_of('/') + 1), name});
+    if (found == attributes.end()) {
+        return SystemCalls::Attribute(path, name, value, size);
+    }
+    if (found->second.size() > size) {
+        errno = ERANGE;
+        return -1;
+    }
+    found->second.copy(static_cast<char*>(value), size);
+    return static_cast<ssize_t>(found->second.size());
+}
+
 bool InChildProcess(const std::function<void()>& work) {
     const pid_t child = ::fork();
     if (child == 0) {
@@ -203,26 +215,4 @@ Unprivileged::~Unprivileged() {
     }
 }
 
-std::map<std::pair<std::string, std::string>, std::string>& ExtendedAttributes() {
-    static std::map<std::pair<std::string, std::string>, std::string> attributes;
-    return attributes;
-}
-
 } // namespace vexmarrow::test
-
-/// Stands before the C library's function of the same name in every program that links this.
-extern "C" ssize_t getxattr(const char* path, const char* name, void* value, size_t size) noexcept {
-    std::string key(path);
-    key.resize(key.find_last_not_of('/') + 1);
-    const auto& attributes = vexmarrow::test::ExtendedAttributes();
-    const auto found = attributes.find({key, name});
-    if (found == attributes.end()) {
-        return ::syscall(SYS_getxattr, path, name, value, size);
-    }
-    if (found->second.size() > size) {
-        errno = ERANGE;
-        return -1;
-    }
-    std::copy(found->second.begin(), found->second.end(), static_cast<char*>(value));
-    return static_cast<ssize_t>(found->second.size());
-}

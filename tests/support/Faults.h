@@ -24,7 +24,7 @@ public:
         kWriteAt,
         kTruncate,
         kSetMode, // SetModified as well
-        kLock, // AskForLock as well
+        kLock,    // AskForLock as well
         kClose,
         kUnlink,
         kName, // NameFile, RenameToNew
@@ -59,9 +59,13 @@ public:
     int openFiles = 0;                       ///< opened and not closed again
     bool lacksNamelessFiles = false;         ///< as old and simple file systems
     std::function<void(Kind)> beforeCall;    ///< what other programs do meanwhile
-    std::uint64_t room = UINT64_MAX; ///< bytes that a file system tells to have at most
+    std::uint64_t room = UINT64_MAX;         ///< bytes that a file system tells to have at most
     std::map<std::string, int> openErrors;   ///< what opening a file of that path fails with
     std::map<std::string, int> folderErrors; ///< the same for all below a folder
+    /// Extended attributes that files have on top of their real ones, by path (without "/" at its
+    /// end) and name: few file systems keep those by which shares and NTFS volumes tell DOS
+    /// attributes.
+    std::map<std::pair<std::string, std::string>, std::string> attributes;
 
     int Open(const std::string& path, int flags, mode_t mode) override;
     int Status(int descriptor, FileStatus& status) override;
@@ -83,6 +87,8 @@ public:
     int RenameToNew(const std::string& from, const std::string& to) override;
     int MakeFolder(const std::string& path, mode_t mode) override;
     int RoomIn(const std::string& folder, std::uint64_t& bytes) override;
+    ssize_t Attribute(const std::string& path, const char* name, void* value,
+                      std::size_t size) override;
 
 private:
     bool Fails(Kind kind, std::size_t* count = nullptr);
@@ -110,9 +116,5 @@ public:
 private:
     bool changed_;
 };
-
-/// Extended attributes that files have on top of their real ones, by path (without "/" at its end)
-/// and name: few file systems keep those by which shares and NTFS volumes tell DOS attributes.
-std::map<std::pair<std::string, std::string>, std::string>& ExtendedAttributes();
 
 } // namespace vexmarrow::test

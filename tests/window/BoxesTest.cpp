@@ -358,7 +358,8 @@ private Q_SLOTS:
     void Tips() {
         const TestFolder folder;
         MemorySettings settings;
-        Splash splash(settings, folder.Path());
+        SystemCalls calls;
+        Splash splash(calls, settings, folder.Path());
         splash.SplashShow();
         QVERIFY(!splash.isVisible()); // there is no folder
         const QPixmap tips(QStringLiteral(VEXMARROW_RESOURCES "/Splash/tips.png"));

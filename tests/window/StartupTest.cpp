@@ -199,8 +199,9 @@ private Q_SLOTS:
     void StoreKeepsEveryText() {
         const TestFolder folder;
         const Variable place("XDG_CONFIG_HOME", folder.Native());
-        IniSettingsStore store;
-        const IniSettingsStore another; // a second copy of the program
+        SystemCalls calls;
+        IniSettingsStore store(calls);
+        const IniSettingsStore another(calls); // a second copy of the program
         const std::vector<std::u16string> texts{u"",
                                                 u"True",
                                                 u" blanks around ",
@@ -238,7 +239,8 @@ private Q_SLOTS:
         const TestFolder folder;
         const Variable place("XDG_CONFIG_HOME", folder.Native());
         const Variable state("XDG_STATE_HOME", folder.Native("state"));
-        IniSettingsStore store;
+        SystemCalls calls;
+        IniSettingsStore store(calls);
         store.SaveSetting(u"TabSel", u"1");
         folder.Remove("Quillmoor.ini");
         if (what == QStringLiteral("folder")) {
