@@ -17,9 +17,8 @@ namespace vexmarrow::fuzz {
 
 using Texts = std::vector<std::u16string>;
 
-/// Under this path the one file in memory is read. Some operations look a file up before they read
-/// it, and do so without the system calls: this one is there wherever a target runs.
-inline const std::u16string kPath = u"/proc/self/exe";
+/// The path of the one file there is, which is in memory.
+inline const std::u16string kPath = u"/memory/file";
 
 /// One file whose contents are in memory. How it is read is drawn from the input: a size told
 /// wrongly, reads that give less than was asked for, that are interrupted or that fail.
@@ -37,7 +36,7 @@ public:
     bool PageIsUtf8() const { return toldSize_ / 4 % 2 != 0; }
 
     int Open(const std::string& path, int, mode_t) override {
-        Require(!open && path == "/proc/self/exe", "the right file is opened, and only once");
+        Require(!open && path == "/memory/file", "the right file is opened, and only once");
         open = true;
         position_ = reads_ = 0;
         return 1000;
@@ -52,6 +51,7 @@ public:
     int StatusOfTarget(const std::string&, FileStatus& status) override {
         return Status(0, status);
     }
+    ssize_t Attribute(const std::string&, const char*, void*, std::size_t) override { return -1; }
     int Lock(int, int) override { return 0; }
     ssize_t Read(int, void* into, std::size_t count) override {
         Require(open, "an open file is read");

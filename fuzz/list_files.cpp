@@ -22,7 +22,7 @@ void vexmarrow::fuzz::TryInput(Input input) {
     test::RecordingPointer pointer;
     FileAdding adding(list, prompts, pickers, settings, eventLoop, pointer, reader.textio);
     list.Add({u"kept"});
-    pickers.files = {several ? Texts{u"/proc//self", u"exe", u"exe"} : Texts{kPath}};
+    pickers.files = {several ? Texts{u"/memory//", u"file", u"file"} : Texts{kPath}};
     adding.LoadListFiles();
 
     Texts expected{u"kept"};
