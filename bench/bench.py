@@ -11,7 +11,7 @@ import statistics
 import sys
 import time
 
-from corpus import (CODE_PAGE, HALF, HALF_FIELD, Corpus, cyrillic_file, cyrillic_pairs, in_code_page,
+from corpus import (ALL, CODE_PAGE, HALF, HALF_FIELD, NONE, Corpus, cyrillic_file, cyrillic_pairs, in_code_page,
                     replaced, replaced_in_part)
 from measure import (Contender, Failed, Sample, Table, Tree, check, compete, figures, median, process, read,
                      spread)
@@ -93,10 +93,12 @@ class Bench:
 
     # Who works.
 
-    def run(self, work, mode, tree, pairs, folder="-", page="windows-1252"):
-        """Our own run over the files of a tree; its time is that from the click to the end."""
+    def run(self, work, mode, tree, pairs, folder="-", page="windows-1252", undo=False):
+        """Our own run over the files of a tree; its time is that from the click to the end, or that of
+        taking the run back."""
         texts = [self.sets_file(pairs, "utf-8")] if mode == "sets" else list(pairs[0])
-        _, said = process([self.programs + "/run_bench", mode, tree.list, folder] + texts,
+        command = [self.programs + "/run_bench"] + (["undo"] if undo else [])
+        _, said = process(command + [mode, tree.list, folder] + texts,
                           env=dict(self.env, VEXMARROW_BENCH_PAGE=page))
         seconds, user, system, peak = said.split()
         self.peaks.append((int(peak), work))
@@ -114,6 +116,21 @@ class Bench:
         return Contender(name, lambda: self.run(work or name, mode, tree, pairs), tree.restore,
                          lambda: check("our run", tree.folder, expected))
 
+    def undo(self, name, tree, pairs, work):
+        """Taking a run of ours back: contents and dates have to be what they were."""
+        dates = []
+
+        def run():
+            dates[:] = tree.dates()
+            return self.run(work, "whole", tree, pairs, undo=True)
+
+        def prove():
+            check(name, tree.folder, tree.files.items())
+            if tree.dates() != dates:
+                raise Failed("%s has not given all files their dates back" % name)
+
+        return Contender(name, run, tree.restore, prove)
+
     def tool(self, name, command, tree, pairs=None, rounds=None, arguments=False):
         """A tool that works on a tree; the paths are its arguments, or stand in its command."""
         expected = self.expected(tree.files, pairs) if pairs else tree.files.items()
@@ -129,7 +146,12 @@ class Bench:
         return self.tool("cp -r", COPY + ["-r", source.folder + "/.", "."], tree)
 
     def compete(self, contenders):
-        return compete(contenders, self.rounds, warm_up=not self.options.quick)
+        return compete(contenders, self.rounds, not self.options.quick, self.clear_state)
+
+    def clear_state(self):
+        """Away with the logs of earlier runs: each run finds as many, and the folder for its own."""
+        shutil.rmtree(self.env["XDG_STATE_HOME"], ignore_errors=True)
+        os.makedirs(os.path.join(self.env["XDG_STATE_HOME"], "vexmarrow"), 0o700)
 
     # The rows.
 
@@ -137,10 +159,18 @@ class Bench:
         source, ours, sed, copy = (self.tree(place, name, self.corpus.cards)
                                    for name in ("cards", "ours", "sed", "copy"))
         work = "%d vCards, 1 pair, in place, %s" % (self.cards, place)
-        samples = self.compete([self.ours("ours", "whole", ours, [HALF], work),
-                                self.copy(copy, source), self.sed(sed, [HALF])])
-        self.table.compare(work, samples, "ours", "cp -r", 0.15 if place == "ext4" else 0.6)
-        self.table.compare(work, samples, "ours", "sed -i", 0.10 if place == "ext4" else 0.25)
+        kinds = {"half hit": HALF, "all hit": ALL, "none hit": NONE}
+        samples = self.compete(
+            [self.ours(kind, "whole", ours, [pair], work) for kind, pair in kinds.items()] +
+            [self.undo("undo", ours, [HALF], work + ", undo"),
+             self.copy(copy, source), self.sed(sed, [HALF])])
+        disk = place == "ext4"
+        for who, other, aim in (("half hit", "cp -r", 0.12 if disk else 0.5),
+                                ("half hit", "sed -i", 0.10 if disk else 0.4),
+                                ("all hit", "cp -r", 0.17 if disk else None),
+                                ("none hit", "cp -r", 0.09 if disk else None),
+                                ("undo", "cp -r", 0.3 if disk else None)):
+            self.table.compare("%s, %s" % (work, who), samples, who, other, aim)
 
     @row("inplace")
     def in_place_on_disk(self):
@@ -211,7 +241,7 @@ class Bench:
         tree = self.tree("ext4", "ours", self.corpus.cards)
         samples = self.compete([self.ours("fields", "fields", tree, [HALF_FIELD], "fields only"),
                                 self.ours("values", "values", tree, [HALF], "values only"),
-                                self.ours("our whole text", "whole", tree, [HALF])])
+                                self.ours("our whole text", "whole", tree, [ALL])])  # which changes all, too
         for name in ("fields", "values"):
             self.table.compare("%d vCards, %s only, in place, ext4" % (self.cards, name), samples, name,
                                "our whole text", 1.3)
@@ -264,8 +294,10 @@ class Bench:
         ours_tree, copy = (self.tree(place, "big-%s-in-place" % who, source.files) for who in ("ours", "copy"))
         samples = self.compete([
             self.ours("ours", "whole", ours_tree, [HALF], work),
+            self.undo("undo", ours_tree, [HALF], work + ", undo"),
             self.tool("cp", COPY + [source.path("big.vcf"), "big.vcf"], copy)])
         self.table.compare(work, samples, "ours", "cp", 4)
+        self.table.compare(work + ", undo", samples, "undo", "cp", 2)
         for tree in (source, ours_tree, copy):
             os.remove(tree.path("big.vcf"))
             del self.trees[tree.folder]
@@ -354,7 +386,8 @@ class Bench:
         samples = {}
         for _ in range(self.rounds):
             for size in sizes:
-                _, said = process([self.programs + "/run_bench", "list", paths[size], "/keep/", "/remove/"])
+                _, said = process([self.programs + "/run_bench", "list", paths[size], "/keep/", "/remove/"],
+                                  env=self.env)
                 for line in said.splitlines():
                     what, seconds, rows = line.split()
                     if int(rows) != size // 10 * left[what]:
@@ -410,6 +443,7 @@ class Bench:
 
         def count(files, make_command, who):
             tree = self.tree("ext4", "calls-%s-%d" % (who, len(files)), files)
+            self.clear_state()
             tree.restore()
             command, cwd = make_command(tree)
             process(["strace", "-f", "-c", "-U", "calls,name", "-o", log] + command, cwd, env=dict(
@@ -422,21 +456,31 @@ class Bench:
             source = self.tree("ext4", "calls-source-%d" % len(tree.files), tree.files)
             return COPY + ["-r", source.folder + "/.", "."], tree.folder
 
+        def run_of(pair, undo=False):
+            command = [self.programs + "/run_bench"] + (["undo"] if undo else []) + ["whole"]
+            return lambda tree: (command + [tree.list, "-", *pair], None)
+
         script = self.file("sed-1", sed_script([HALF]))
         commands = {
-            "ours": lambda tree: ([self.programs + "/run_bench", "whole", tree.list, "-", *HALF], None),
-            "cp -r": copy,
+            "ours, half hit": run_of(HALF), "ours, all hit": run_of(ALL), "ours, none hit": run_of(NONE),
+            "ours, run and undo": run_of(ALL, undo=True), "cp -r": copy,
             "sed -i": lambda tree: (["sed", "-i", "-f", script] + list(tree.files), tree.folder),
             "perl -pi": lambda tree: (["perl", "-pi", "-e", "s/\\Q%s\\E/%s/g" % HALF] + list(tree.files),
                                       tree.folder),
         }
         all_files = list(self.corpus.cards.items())
         print("System calls per file, in place, 1 pair:")
+        counted = {}
         for who, make_command in commands.items():
-            more, less = (count(dict(all_files[:size]), make_command, who.split()[0]) for size in (many, few))
+            more, less = (count(dict(all_files[:size]), make_command, who.split()[0].strip(","))
+                          for size in (many, few))
             each = {name: (more[name] - less.get(name, 0)) / (many - few) for name in more}
+            if "undo" in who:
+                who = "ours, undo"
+                each = {name: calls - counted["ours, all hit"].get(name, 0) for name, calls in each.items()}
+            counted[who] = each
             each = {name: calls for name, calls in each.items() if calls >= 0.05}
-            print("  %-9s %5.1f = %s" % (who, sum(each.values()), ", ".join(
+            print("  %-15s %5.1f = %s" % (who, sum(each.values()), ", ".join(
                 "%s %.1f" % (name, each[name]) for name in sorted(each, key=each.get, reverse=True))))
 
     @row("memory")
@@ -460,6 +504,22 @@ class Bench:
             peak, _ = self.peaks.pop()  # the largest of all runs is told of files that need not be in memory
             self.table.line("peak memory, %d MB, %s, %s" % (size // MIB, what, mode), figures([sample]),
                             "the size of the file", peak / len(data), aim)
+
+        # A large file in place, with its old text in the log, and the way back.
+        data = self.corpus.big_file(self.big)
+        tree = self.tree("ext4", "memory-big", {"big.vcf": data})
+        result = replaced(data, [HALF])
+        for undo in (False, True):
+            self.clear_state()
+            tree.restore()
+            what = "%d MB in place%s" % (self.big // MIB, ", undo" if undo else "")
+            sample = self.run(what, "whole", tree, [HALF], undo=undo)
+            check("our run", tree.folder, [("big.vcf", data if undo else result)])
+            peak, _ = self.peaks.pop()
+            self.table.line("peak memory in MiB, " + what, figures([sample]), "%.1f" % (peak / MIB),
+                            peak / MIB, 64)
+        os.remove(tree.path("big.vcf"))
+        del self.trees[tree.folder]
 
     def memory(self):
         if self.peaks:

@@ -10,6 +10,8 @@ CODE_PAGE = "cp1252"
 BLOCK = 65536  # the program works on pieces of so many characters
 
 HALF = ("+49 (0)", "+49 ")  # in every other card, in one of its values
+ALL = ("Deutschland", "Germany")  # in every card, twice
+NONE = ("+49 (1)", "+49 ")  # in no card
 HALF_FIELD = ("TYPE=OTHER", "TYPE=HOME")  # in every other card, in the field of a line
 
 FIRST = ("Anna", "Björn", "Chloë", "Denis", "Élodie", "François", "Gudrun", "Håkon", "Inés", "Jürgen",

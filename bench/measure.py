@@ -60,6 +60,10 @@ class Tree:
     def path(self, name):
         return os.path.join(self.folder, name)
 
+    def dates(self):
+        """When each file was changed last, in nanoseconds."""
+        return [os.stat(self.path(name)).st_mtime_ns for name in self.files]
+
     def restore(self):
         """Writes the contents over what the files hold; none is deleted or made anew."""
         for name, data in self.files.items():
@@ -76,10 +80,10 @@ def write(path, data):
     os.close(number)
 
 
-def check(what, folder, expected, flat=False):
+def check(what, folder, expected):
     """The files of a folder hold what they have to; `expected` gives names and contents."""
     for name, data in expected:
-        path = os.path.join(folder, os.path.basename(name) if flat else name)
+        path = os.path.join(folder, name)
         if read(path) != data:
             raise Failed("%s has left wrong contents in %s" % (what, path))
 
@@ -92,14 +96,16 @@ class Contender:
         self.name, self.run, self.prepare, self.check, self.rounds = name, run, prepare, check, rounds
 
 
-def compete(contenders, rounds, warm_up):
-    """Lets the contenders work in turn; returns the Samples of each, by name."""
+def compete(contenders, rounds, warm_up, before=lambda: None):
+    """Lets the contenders work in turn, after a call of `before` each; returns the Samples of each, by
+    name."""
     samples = {contender.name: [] for contender in contenders}
     for number in range(-1 if warm_up else 0, rounds):
         for contender in contenders:
             limit = contender.rounds or rounds
             if number >= limit or (number < 0 and contender.rounds):
                 continue
+            before()
             contender.prepare()
             os.sync()
             sample = contender.run()
@@ -138,6 +144,9 @@ class Table:
         self._line(*("-" * width for width in WIDTHS))
 
     def line(self, work, ours, beside, ratio, aim, at_least=False):
+        if aim is None:  # told only
+            self._line(work, ours, beside, number(ratio), "", "")
+            return
         met = ratio >= aim if at_least else ratio <= aim
         self.met += met
         self.missed += not met

@@ -9,7 +9,10 @@
 //         a run over the paths that the list file names, into FOLDER or in place ("-"). SETS is a
 //         file of find::replace lines in UTF-8. Prints, for the time from the click to "Done.":
 //         seconds, CPU seconds of the user and of the system, bytes of memory at the peak over
-//         those of the window with its list loaded
+//         those of the window with its list filled
+//     run_bench undo fields|values|whole|sets ...
+//         the same run, then undoes it; prints the same figures of undoing it alone, from the
+//         click to the last box. In between everything is synced
 //     run_bench list LIST KEEP REMOVE
 //         what can be done to a list: loads it, validates it (and has the odd rows removed), keeps
 //         the rows that contain KEEP, removes those that contain REMOVE, clears the list. Prints a
@@ -25,6 +28,7 @@
 #include "Usable.h"
 #include "app/Application.h"
 #include "app/Assembly.h"
+#include "app/Boxes.h"
 #include "app/FileListView.h"
 #include "app/LinesEdit.h"
 #include "support/Doubles.h"
@@ -42,6 +46,7 @@
 #include <malloc.h>
 #include <optional>
 #include <sys/resource.h>
+#include <unistd.h>
 
 namespace vexmarrow::bench {
 namespace {
@@ -90,8 +95,8 @@ Usage Usage::Present() {
     return usage;
 }
 
-/// Notes when "Done." is due, answers the box about odd rows with Yes as soon as it is on the
-/// screen, and ends the program with any other box.
+/// Notes when the end of a run or of its undoing is due, answers the box about odd rows with Yes as
+/// soon as it is on the screen, agrees to undo, and ends the program with any other box.
 class BenchPrompts final : public Prompts {
 public:
     explicit BenchPrompts(const QtEventLoop& eventLoop) : real_(eventLoop) {}
@@ -101,15 +106,18 @@ public:
 
     Answer ShowMessage(std::u16string_view text, BoxStyle style,
                        std::u16string_view title) override {
-        if (text == u"Done.") {
+        if (text == u"Done." || text.ends_with(u" is undone.")) {
             done = Usage::Present();
             return Answer::Ok;
+        }
+        if (text.starts_with(u"Undo the run of ")) {
+            return Answer::Yes;
         }
         if (style != BoxStyle::Question) {
             Fail("an unexpected box: " + NativeName(text));
         }
         QTimer::singleShot(0, [] {
-            QWidget* const box = QApplication::activeModalWidget();
+            QWidget* const box = TopBox();
             UntilUsable(*box);
             box->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Yes)->click();
         });
@@ -128,8 +136,9 @@ private:
 class Program {
 public:
     void Open() {
-        form_.emplace(Services{textio_, writer_, ansi_, prompts, pickers_, settings, fileManager_,
-                               eventLoop_, ProgramFolder(), u"/"});
+        form_.emplace(Services{textio_, writer_, setsWriter_, ansi_, prompts, pickers_, settings,
+                               fileManager_, eventLoop_, recovery_, LogFoldersOfUser(),
+                               ProgramFolder(), u"/"});
         form_->Form_Load();
         form_->show();
         UntilUsable(*form_);
@@ -142,7 +151,20 @@ public:
     void LoadList(const char* path) {
         pickers_.files.push_back({TextFromNativeName(path)});
         Press("PushButton9");
-        flags_ = {}; // loading a list looks at a file, which a run of the whole text would notice
+    }
+    /// Adds the paths of a list file as a choice of files: that yields for none of them.
+    void AddFiles(const char* listFile) {
+        std::ifstream file(listFile, std::ios::binary);
+        file.ignore(sizeof "\xEF\xBB\xBF" - 1);
+        std::vector<std::u16string> choice(1); // the root, in which the others lie
+        for (std::string line; std::getline(file, line, '\r'); file.ignore(1)) {
+            choice.push_back(TextFromNativeName(line.substr(1)));
+        }
+        if (choice.size() == 2) {
+            choice = {u'/' + choice.back()};
+        }
+        pickers_.files.push_back(std::move(choice));
+        Press("PushButton13");
     }
     void AddSets(const char* path) {
         std::ifstream file(path);
@@ -168,7 +190,8 @@ private:
     AnsiCodePage ansi_{CodePageOfRun()};
     SystemCalls calls_;
     RFTSFSO textio_{calls_, flags_, ansi_};
-    JournaledWriter writer_{calls_, JournalFoldersOfUser()};
+    SafeWriter writer_{calls_, LogFoldersOfUser()};
+    SafeWriter setsWriter_{calls_, LogFoldersOfUser(), WayBack::None};
     QtEventLoop eventLoop_;
     test::ScriptedPickers pickers_;
     test::RecordingFileManager fileManager_;
@@ -177,10 +200,25 @@ public:
     BenchPrompts prompts{eventLoop_};
 
 private:
+    Recovery recovery_{calls_, LogFoldersOfUser(), prompts};
     std::optional<Form1> form_;
 };
 
-void Run(const std::vector<const char*>& arguments) {
+/// Does a piece of work and prints what it has taken, up to the moment that it tells.
+void Measure(const std::function<Usage()>& work) {
+    ::malloc_trim(0); // what was needed before must not hide what the work needs
+    const std::size_t memory = BytesOf("VmRSS");
+    if (std::ofstream clear("/proc/self/clear_refs"); !(clear << '5' << std::flush)) {
+        Fail("the peak of the memory cannot be reset");
+    }
+    Usage begun = Usage::Present();
+    begun.clock = Now();
+    const Usage done = work();
+    std::printf("%.6f %.6f %.6f %zu\n", done.clock - begun.clock, done.user - begun.user,
+                done.system - begun.system, done.peak - std::min(done.peak, memory));
+}
+
+void Run(const std::vector<const char*>& arguments, bool undo) {
     const std::string mode = arguments[0];
     const std::string folder = arguments[2];
     const bool inPlace = folder == "-";
@@ -202,23 +240,22 @@ void Run(const std::vector<const char*>& arguments) {
     } else {
         program.Find<LinesEdit>("Text2")->SetText(TextFromUtf8(arguments[4]));
     }
-    program.LoadList(arguments[1]);
+    program.AddFiles(arguments[1]);
     UntilIdle();
 
-    ::malloc_trim(0); // what loading had needed must not hide what the run needs
-    const std::size_t memory = BytesOf("VmRSS");
-    if (std::ofstream clear("/proc/self/clear_refs"); !(clear << '5' << std::flush)) {
-        Fail("the peak of the memory cannot be reset");
+    const auto press = [&](const char* name) {
+        program.prompts.done.reset();
+        program.Press(name);
+        if (!program.prompts.done) {
+            Fail("the work did not come to its end");
+        }
+        return *program.prompts.done;
+    };
+    if (undo) {
+        press("PushButton1");
+        ::sync();
     }
-    Usage begun = Usage::Present();
-    begun.clock = Now();
-    program.Press("PushButton1");
-    if (!program.prompts.done) {
-        Fail("the run did not come to its end");
-    }
-    const Usage& done = *program.prompts.done;
-    std::printf("%.6f %.6f %.6f %zu\n", done.clock - begun.clock, done.user - begun.user,
-                done.system - begun.system, done.peak - std::min(done.peak, memory));
+    Measure([&] { return press(undo ? "UndoLastRun" : "PushButton1"); });
 }
 
 void List(const char* path, const char* keep, const char* remove) {
@@ -270,7 +307,11 @@ int main(int argc, char** argv) {
     using namespace vexmarrow::bench;
     const vexmarrow::Application application(argc, argv);
 
-    const std::vector<const char*> arguments(argv + 1, argv + argc);
+    std::vector<const char*> arguments(argv + 1, argv + argc);
+    const bool undo = !arguments.empty() && std::string_view(arguments[0]) == "undo";
+    if (undo) {
+        arguments.erase(arguments.begin());
+    }
     const std::string command = arguments.empty() ? "" : arguments[0];
     if (command == "start") {
         Start();
@@ -279,7 +320,7 @@ int main(int argc, char** argv) {
     } else if (command == "drop" || (command == "add" && arguments.size() == 2)) {
         Fill(command == "drop", {arguments.begin() + 1, arguments.end()});
     } else if (arguments.size() == (command == "sets" ? 4 : 5)) {
-        Run(arguments);
+        Run(arguments, undo);
     } else {
         Fail("the arguments stand at the top of run_bench.cpp");
     }

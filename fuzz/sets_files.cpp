@@ -19,10 +19,11 @@ class MemoryWriter final : public FileWriter {
 public:
     explicit MemoryWriter(std::string& file) : file_(file) {}
 
-    std::unique_ptr<PendingFile> Begin(std::u16string_view, WriteStart, InputFile*) override {
+    std::unique_ptr<PendingFile> Begin(std::u16string_view, InputFile*) override {
         struct Pending final : PendingFile {
             explicit Pending(std::string& target) : file(target) { file.clear(); }
             void Append(std::string_view bytes) override { file += bytes; }
+            void Seal() override {}
             void Commit() override {}
             std::string& file;
         };

@@ -5,7 +5,6 @@
 
 #include "app/Strings.h"
 #include "base/Utf8.h"
-#include "journal/Recovery.h"
 #include "shell/Trap.h"
 #include "textio/Paths.h"
 
@@ -44,8 +43,8 @@ std::u16string ProgramFolder() {
 }
 
 Assembly::Assembly()
-    : form1_({textio_, writer_, ansi_, prompts_, pickers_, settings_, fileManager_, eventLoop_,
-              ProgramFolder(), DesktopFolder()}) {
+    : form1_({textio_, writer_, setsWriter_, ansi_, prompts_, pickers_, settings_, fileManager_,
+              eventLoop_, recovery_, logFolders_, ProgramFolder(), DesktopFolder()}) {
     prompts_.SetOwner(&form1_);
     pickers_.SetOwner(&form1_);
 }
@@ -54,7 +53,7 @@ bool Assembly::Start() {
     RunHandler([this] {
         Trap(prompts_, u"Form1.Form_Load").Do(0, [this] { settings_.Check(); });
         form1_.Form_Load();
-        Recovery(calls_, journals_, prompts_).Run();
+        recovery_.Run();
         form1_.show();
     });
     return form1_.isVisible();

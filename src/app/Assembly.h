@@ -9,8 +9,9 @@
 #include "app/QtFileManager.h"
 #include "app/QtPickers.h"
 #include "app/QtPrompts.h"
-#include "journal/JournalFolders.h"
-#include "journal/JournaledWriter.h"
+#include "safety/LogFolders.h"
+#include "safety/Recovery.h"
+#include "safety/SafeWriter.h"
 #include "textio/CodePage.h"
 #include "textio/RFTSFSO.h"
 
@@ -20,7 +21,7 @@
 namespace vexmarrow {
 
 /// Has the user database name the home folder where the environment does not, for all that look
-/// there: settings, journals, the desktop. A user whom the database does not know has none, and "/"
+/// there: settings, logs, the desktop. A user whom the database does not know has none, and "/"
 /// serves. To be called before anything else, the application object included.
 void SettleHomeFolder();
 
@@ -36,7 +37,7 @@ class Assembly {
 public:
     Assembly();
 
-    /// Reports settings that cannot be used, restores the user's choices, completes what an earlier
+    /// Reports settings that cannot be used, restores the user's choices, puts back what an earlier
     /// run was interrupted in, if the user agrees, and shows the main window. Returns whether that
     /// shows: the program may have been ended by then.
     bool Start();
@@ -48,10 +49,12 @@ private:
     AnsiCodePage ansi_{CodePageOfEnvironment()};
     SystemCalls calls_;
     RFTSFSO textio_{calls_, flags_, ansi_};
-    std::vector<std::string> journals_ = JournalFoldersOfUser();
-    JournaledWriter writer_{calls_, journals_};
+    std::vector<std::string> logFolders_ = LogFoldersOfUser();
+    SafeWriter writer_{calls_, logFolders_};
+    SafeWriter setsWriter_{calls_, logFolders_, WayBack::None};
     QtEventLoop eventLoop_;
     QtPrompts prompts_{eventLoop_};
+    Recovery recovery_{calls_, logFolders_, prompts_};
     QtPickers pickers_{eventLoop_};
     QtFileManager fileManager_;
     IniSettingsStore settings_{calls_};

@@ -28,6 +28,7 @@
 #include "textio/CodePage.h"
 #include "textio/RFTSFSO.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
@@ -60,11 +61,14 @@ Form1::Form1(const Services& services)
       fileRemoval_(fileList_, services.prompts, services.eventLoop, *this),
       samples_(services.textio.Calls(), fileList_, services.prompts, services.settings,
                services.fileManager, services.programFolder),
-      setOperations_(sets_, services.prompts, services.pickers, services.writer, services.textio),
+      setOperations_(sets_, services.prompts, services.pickers, services.setsWriter,
+                     services.textio),
       setsLoading_(sets_, services.prompts, services.pickers, services.settings, services.textio),
       outputChoice_(services.prompts, services.pickers, services.settings),
       run_(services.textio.Calls(), *this, fileList_, sets_, engine_, services.prompts,
            services.eventLoop, *this),
+      undo_(services.textio.Calls(), services.logFolders, services.recovery, services.prompts,
+            services.eventLoop, *this),
       files_(new FileListPanel(fileList_, this)),
       find_(new FindPanel(this)),
       save_(new SavePanel(this)) {
@@ -116,14 +120,15 @@ void Form1::LayOut() {
     resize(FirstSize());
 
     // Reading order: the list and its buttons, what to find, where results go, start.
-    const std::array<QWidget*, 28> order{
+    const std::array<QWidget*, 30> order{
         files_->ListView1,    files_->PushButton13, files_->PushButton3, files_->PushButton9,
         files_->PushButton17, files_->PushButton11, files_->PushButton2, files_->PushButton8,
         files_->PushButton5,  find_->TabControl1,   find_->Text1,        find_->Text2,
         find_->Combo1,        find_->Combo2,        find_->PushButton7,  find_->PushButton6,
         find_->PushButton10,  find_->PushButton4,   find_->PushButton12, find_->Option1,
         find_->Option2,       find_->Option3,       save_->Option5,      save_->Option4,
-        save_->Text3,         save_->PushButton14,  save_->PushButton1,  status_->Combo3,
+        save_->Text3,         save_->PushButton14,  save_->PushButton1,  status_->UndoLastRun,
+        status_->UndoMenu,    status_->Combo3,
     };
     for (std::size_t i = 1; i < order.size(); ++i) {
         setTabOrder(order[i - 1], order[i]);
@@ -153,6 +158,16 @@ void Form1::OnClick(QAbstractButton* button, void (Form1::*handler)()) {
     });
 }
 
+/// Assistive programs, too, get their answer before the handler shows a box.
+void Form1::OnTrigger(QAction* action, void (Form1::*handler)()) {
+    const auto handle = [this, handler] {
+        if (!IsBehindBox(*this)) {
+            RunHandler([&] { (this->*handler)(); });
+        }
+    };
+    connect(action, &QAction::triggered, this, handle, Qt::QueuedConnection);
+}
+
 void Form1::WireHandlers() {
     OnClick(files_->PushButton13, &Form1::PushButton13_Click);
     OnClick(files_->PushButton3, &Form1::PushButton3_Click);
@@ -169,6 +184,9 @@ void Form1::WireHandlers() {
     OnClick(files_->PushButton11, &Form1::PushButton11_Click);
     OnClick(files_->PushButton17, &Form1::PushButton17_Click);
     OnClick(find_->PushButton10, &Form1::PushButton10_Click);
+    OnClick(status_->UndoLastRun, &Form1::UndoLastRun_Click);
+    OnTrigger(status_->Forget, &Form1::Forget_Click);
+    OnTrigger(status_->KeepMissing, &Form1::KeepMissing_Click);
     const QAbstractItemModel* const rows = files_->ListView1->model();
     const auto count = [this] { status_->ShowCount(fileList_.Count()); };
     connect(rows, &QAbstractItemModel::rowsInserted, status_, count);
@@ -195,9 +213,17 @@ void Form1::WatchPointer() {
           static_cast<QWidget*>(save_->Frame2), save_->Frame4, static_cast<QWidget*>(save_->Text3),
           static_cast<QWidget*>(find_->TabControl1),
           static_cast<QWidget*>(find_->TabControl1->tabBar()), find_->TabControl1->widget(0),
-          find_->TabControl1->widget(1)}) {
+          find_->TabControl1->widget(1), static_cast<QWidget*>(status_), status_->UndoFrame}) {
         watch->Watch(ground);
     }
+}
+
+void Form1::showEvent(QShowEvent* event) {
+    if (!event->spontaneous()) {
+        undo_.Refresh();
+        ShowUndo();
+    }
+    QMainWindow::showEvent(event);
 }
 
 void Form1::closeEvent(QCloseEvent* event) {
@@ -213,8 +239,15 @@ void Form1::closeEvent(QCloseEvent* event) {
 }
 
 void Form1::PushButton1_Click() {
+    if (undo_.IsInProgress()) {
+        return;
+    }
     fileList_.Announce(); // in the middle of a drop: a run changes no file that is not in sight
     run_.Start();
+    if (!run_.IsInProgress()) { // or this was another press during a run
+        undo_.Refresh();
+        ShowUndo();
+    }
 }
 
 void Form1::PushButton2_Click() {
@@ -284,6 +317,35 @@ void Form1::PushButton14_Click() {
 
 void Form1::PushButton17_Click() {
     fileRemoval_.RemoveFilenamesContaining();
+}
+
+void Form1::UndoLastRun_Click() {
+    if (!run_.IsInProgress()) { // whose scan may have changed the pointer
+        undo_.Start();
+        ShowUndo();
+    }
+}
+
+void Form1::Forget_Click() {
+    if (!run_.IsInProgress()) {
+        undo_.Forget();
+        ShowUndo();
+    }
+}
+
+void Form1::KeepMissing_Click() {
+    if (!run_.IsInProgress()) {
+        undo_.GiveUpMissing();
+        ShowUndo();
+    }
+}
+
+/// Offers in the status line what can be undone, unless work is going on.
+void Form1::ShowUndo() {
+    const bool isIdle = pointer_ != Hourglass && !run_.IsInProgress() && !undo_.IsInProgress();
+    status_->ShowUndo({isIdle && undo_.IsPossible(), isIdle && undo_.CanForget(),
+                       isIdle && undo_.Missing() > 0, ToQString(undo_.Hint()),
+                       ToQString(undo_.MissingNotice())});
 }
 
 void Form1::ListView1_DblClick() {
@@ -395,6 +457,9 @@ void Form1::ShowPointer(Shape shape) {
         QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     } else if (wasBusy && !busy) {
         QGuiApplication::restoreOverrideCursor();
+    }
+    if (busy != wasBusy) {
+        ShowUndo();
     }
     if (shape == Custom) {
         setCursor(hand_);

@@ -11,6 +11,7 @@
 #include "run/OutputChoice.h"
 #include "run/ReplacementRun.h"
 #include "run/RunInputs.h"
+#include "run/UndoLastRun.h"
 #include "sets/SetList.h"
 #include "sets/SetOperations.h"
 #include "sets/SetsLoading.h"
@@ -23,6 +24,7 @@
 #include <vector>
 
 class QAbstractButton;
+class QAction;
 
 namespace vexmarrow {
 
@@ -35,6 +37,7 @@ class Pickers;
 class Prompts;
 class QtEventLoop;
 class RFTSFSO;
+class Recovery;
 class SavePanel;
 class SettingsStore;
 class StatusLine;
@@ -43,15 +46,18 @@ class Trap;
 /// What the main window works with; all of it outlives the window.
 struct Services {
     RFTSFSO& textio;
-    FileWriter& writer;
+    FileWriter& writer;     ///< of results
+    FileWriter& setsWriter; ///< of sets, which has no way back
     AnsiCodePage& ansi;
     Prompts& prompts;
     Pickers& pickers;
     SettingsStore& settings;
     FileManager& fileManager;
     QtEventLoop& eventLoop;
-    std::u16string programFolder; ///< of the program file, without a separator at its end
-    std::u16string desktopFolder; ///< default of the output folder
+    Recovery& recovery;
+    std::vector<std::string> logFolders; ///< of runs, to undo them
+    std::u16string programFolder;        ///< of the program file, without a separator at its end
+    std::u16string desktopFolder;        ///< default of the output folder
 };
 
 /// The main window: composes the panels, owns the list of files and the list of sets, and wires
@@ -72,6 +78,7 @@ public:
     void Form_Load();
 
 protected:
+    void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:
@@ -91,6 +98,9 @@ private:
     void PushButton13_Click(); // "Add VCF File(s)"
     void PushButton14_Click(); // "..." of the output folder
     void PushButton17_Click(); // "Remove Filenames Contain. X"
+    void UndoLastRun_Click();
+    void Forget_Click();
+    void KeepMissing_Click();
     void ListView1_DblClick();
     void ListView1_Drop(const std::vector<std::u16string>& paths);
     void ListView1_MouseMove();
@@ -104,6 +114,7 @@ private:
     QSize FirstSize() const;
     void WireHandlers();
     void OnClick(QAbstractButton* button, void (Form1::*handler)());
+    void OnTrigger(QAction* action, void (Form1::*handler)());
     void WatchPointer();
     void LoadSkin();
     void LoadHandCursor();
@@ -112,6 +123,7 @@ private:
     int RestoreOptions(Trap& trap, int line); // returns the number of the next statement
     void RestoreTab(const std::u16string& stored);
     void FollowOption4();
+    void ShowUndo();
     void PointTo(Shape shape); // as the mouse moves: never replaces the hourglass
     void ShowPointer(Shape shape);
 
@@ -141,6 +153,7 @@ private:
     SetsLoading setsLoading_;
     OutputChoice outputChoice_;
     ReplacementRun run_;
+    UndoLastRun undo_;
 
     FileListPanel* files_;
     FindPanel* find_;

@@ -37,14 +37,24 @@ QAccessibleInterface* MakeAlert(const QString& className, QObject* object) {
     return nullptr;
 }
 
-bool AsksYesNo(BoxStyle style) {
-    return style == BoxStyle::YesNo || style == BoxStyle::Question;
+/// What closing the box by other means than its buttons is.
+Answer AnswerOfClosing(BoxStyle style) {
+    switch (style) {
+    case BoxStyle::OrLater:
+        return Answer::Later;
+    case BoxStyle::YesNo:
+    case BoxStyle::Question:
+        return Answer::No;
+    default:
+        return Answer::Ok;
+    }
 }
 
 QIcon IconOf(BoxStyle style, const QStyle& look) {
     switch (style) {
     case BoxStyle::Critical:
         return look.standardIcon(QStyle::SP_MessageBoxCritical);
+    case BoxStyle::OrLater:
     case BoxStyle::Question:
         return look.standardIcon(QStyle::SP_MessageBoxQuestion);
     case BoxStyle::Exclamation:
@@ -61,7 +71,7 @@ QIcon IconOf(BoxStyle style, const QStyle& look) {
 MessageBox::MessageBox(QWidget* owner, const QString& title, const QString& text, BoxStyle style)
     : QDialog(owner, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                          Qt::WindowCloseButtonHint),
-      answer_(AsksYesNo(style) ? Answer::No : Answer::Ok) {
+      answer_(AnswerOfClosing(style)) {
     [[maybe_unused]] static const bool installed = (QAccessible::installFactory(MakeAlert), true);
     setWindowTitle(title);
     setAccessibleName(title);
@@ -93,9 +103,12 @@ MessageBox::MessageBox(QWidget* owner, const QString& title, const QString& text
         });
         return button;
     };
-    if (AsksYesNo(style)) {
+    if (answer_ != Answer::Ok) {
         QPushButton* const yes = add(QDialogButtonBox::Yes, QStringLiteral("&Yes"), Answer::Yes);
         add(QDialogButtonBox::No, QStringLiteral("&No"), Answer::No);
+        if (answer_ == Answer::Later) {
+            add(QDialogButtonBox::Cancel, QStringLiteral("&Later"), Answer::Later);
+        }
         yes->setDefault(true);
         yes->setFocus();
     } else {

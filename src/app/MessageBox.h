@@ -19,7 +19,7 @@ class MessageBox final : public QDialog {
 public:
     MessageBox(QWidget* owner, const QString& title, const QString& text, BoxStyle style);
 
-    /// Shows the box and waits. Escape and closing are No where there is a No, else OK.
+    /// Shows the box and waits. Escape and closing are Later where there is that, else No, else OK.
     Answer Ask();
 
 protected:

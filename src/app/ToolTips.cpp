@@ -77,6 +77,9 @@ constexpr std::array kTips{
     Tip{u"Form1", u"PushButton14", u"Choose the folder for the results."},
     Tip{u"Form1", u"PushButton1",
         u"Find and replace in all files of the list, from the first to the last."},
+    Tip{u"Form1", u"UndoMenu",
+        u"Forget the old texts that are kept of earlier runs, and what else can be done about "
+        u"them."},
     Tip{u"Form1", u"Combo3",
         u"The encoding of text files that do not say themselves which one they have; a choice "
         u"counts from the next file that is read, and for the next time, too."},

@@ -25,9 +25,12 @@ Failure::Failure(std::u16string description, int systemError)
       utf8_(NativeName(description_)),
       systemError_(systemError) {}
 
+std::u16string ReasonOf(int error) {
+    return TextFromUtf8(std::generic_category().message(error));
+}
+
 Failure FileFailure(std::u16string_view doing, std::u16string_view path, int error) {
-    return Failure(Sentence(doing, path, TextFromUtf8(std::generic_category().message(error))),
-                   error);
+    return Failure(Sentence(doing, path, ReasonOf(error)), error);
 }
 
 Failure FileFailure(std::u16string_view doing, std::u16string_view path,

@@ -29,6 +29,9 @@ private:
     int systemError_;
 };
 
+/// What the system says of an errno value.
+std::u16string ReasonOf(int error);
+
 /// The failure of a system call on a file or folder: `doing` "path": the system's reason for
 /// `error` (an errno value).
 [[nodiscard]] Failure FileFailure(std::u16string_view doing, std::u16string_view path, int error);

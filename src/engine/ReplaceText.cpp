@@ -7,6 +7,7 @@
 #include "engine/ChangedFile.h"
 #include "engine/PreparedPairs.h"
 #include "textio/CodePage.h"
+#include "textio/Paths.h"
 #include "textio/RFTSFSO.h"
 
 #include <array>
@@ -35,19 +36,20 @@ public:
 
     LineChange(const Cascade& pair, bool inField) : pair_(pair), inField_(inField) {}
 
-    void operator()(View line, Output& output) {
+    template <typename Write>
+    void operator()(View line, const Write& write) {
         const std::size_t colon = line.find(kColon.front());
         if (colon == View::npos) {
-            Write(line, {}, {}, output);
+            Join(line, {}, {}, write);
             return;
         }
         const View rest = line.substr(colon + 1);
         const View field = line.substr(0, colon);
         const View data = rest.substr(0, rest.find(kColon.front()));
         if (inField_) {
-            Write(Changed(field), kColon, data, output);
+            Join(Changed(field), kColon, data, write);
         } else {
-            Write(field, kColon, Changed(data), output);
+            Join(field, kColon, Changed(data), write);
         }
     }
 
@@ -59,14 +61,15 @@ private:
     View Changed(View side) { return pair_.Apply(side, changed_) ? View(changed_) : side; }
 
     /// Joins the parts, which takes less time than to write each by itself, unless they are long.
-    void Write(View field, View colon, View data, Output& output) {
+    template <typename Write>
+    void Join(View field, View colon, View data, const Write& write) {
         constexpr std::size_t kLong = 65'536;
         if (field.size() + data.size() > kLong) {
-            output.Write({field, colon, data, kLineEnd});
+            write({field, colon, data, kLineEnd});
             return;
         }
         line_.assign(field).append(colon).append(data).append(kLineEnd);
-        output.Write(View(line_));
+        write({View(line_)});
     }
 
     const Cascade& pair_;
@@ -107,9 +110,10 @@ void Report(Trap& trap, const Outcome& outcome, const StatementNumbers& numbers,
 }
 
 /// Where the result takes the place of its input, one opening does for both.
-InputFile::Use UseOf(const OutputLocation& location) {
-    return location.Option5 && !location.Option4 ? InputFile::Use::ReadAndWrite
-                                                 : InputFile::Use::Read;
+InputFile::Use UseOf(std::u16string_view path, const OutputLocation& location) {
+    const bool inPlace =
+        location.Option4 ? FolderOfPath(path) == WithSeparator(location.Text3) : location.Option5;
+    return inPlace ? InputFile::Use::ReadAndWrite : InputFile::Use::Read;
 }
 
 /// Calls `run` with the cascade that is quickest where the result is the same: bytes before
@@ -203,7 +207,7 @@ void ReplaceText::ReplaceTextInFile(const std::u16string& path, std::u16string_v
     const StatementNumbers numbers{.read = 1, .replace = 4, .outputPath = 5, .write = 6};
     std::optional<TextPieces> pieces;
     if (trap.Do(numbers.read,
-                [&] { pieces.emplace(textio_.ReadChunksByStream(path, UseOf(location))); }) &&
+                [&] { pieces.emplace(textio_.ReadChunksByStream(path, UseOf(path, location))); }) &&
         trap.Do(2, [&] { pairs_->UseLines(find, replace); })) {
         ReplaceInPieces(trap, pieces, location, numbers);
     }
@@ -215,7 +219,7 @@ void ReplaceText::ReplaceTextInFileCombo(const std::u16string& path, const SetTe
     const StatementNumbers numbers;
     std::optional<TextPieces> pieces;
     if (trap.Do(numbers.read,
-                [&] { pieces.emplace(textio_.ReadTextChunks(path, UseOf(location))); }) &&
+                [&] { pieces.emplace(textio_.ReadTextChunks(path, UseOf(path, location))); }) &&
         trap.Do(numbers.replace, [&] { pairs_->UseSets(sets); })) {
         ReplaceInPieces(trap, pieces, location, numbers);
     }
@@ -227,14 +231,15 @@ void ReplaceText::ReplaceInPieces(Trap& trap, std::optional<TextPieces>& pieces,
     const auto run = [&]<typename Cascade>(const Cascade& cascade) {
         using View = typename Cascade::View;
         using Unit = typename View::value_type;
-        Output output(textio_, writer_, pieces->File(), pieces->Format(), location, numbers);
+        TextResult result(textio_, writer_, &pieces->File());
         if constexpr (std::is_same_v<Cascade, Utf8Cascade>) {
             pieces->PartAfter(cascade.Borders());
         }
         std::basic_string<Unit> changed;
-        return WriteChanged<Unit>(*pieces, output, numbers, [&](View piece, Output& result) {
-            result.Write(cascade.Apply(piece, changed) ? View(changed) : piece);
-        });
+        return WriteChanged<Unit>(
+            *pieces, result, location, numbers, [&](View piece, const auto& write) {
+                write({cascade.Apply(piece, changed) ? View(changed) : piece});
+            });
     };
     Outcome outcome = OutcomeOf(
         numbers, [&] { return WithCascade(pairs, pieces->Format(), textio_.Ansi(), run); });
@@ -268,13 +273,13 @@ void ReplaceText::ReplaceInLines(std::u16string_view routine, Side side, const s
     const StatementNumbers numbers;
     std::optional<TextLines> lines;
     if (!trap.Do(numbers.read,
-                 [&] { lines.emplace(textio_.OpenTextLines(path, UseOf(location))); })) {
+                 [&] { lines.emplace(textio_.OpenTextLines(path, UseOf(path, location))); })) {
         return;
     }
     const auto run = [&]<typename Cascade>(const Cascade& pair) {
-        Output output(textio_, writer_, lines->File(), lines->Format(), location, numbers);
+        TextResult result(textio_, writer_, &lines->File());
         return WriteChanged<typename Cascade::View::value_type>(
-            *lines, output, numbers, LineChange<Cascade>(pair, side == Side::Field));
+            *lines, result, location, numbers, LineChange<Cascade>(pair, side == Side::Field));
     };
     const Outcome outcome = OutcomeOf(numbers, [&] {
         pairs_->UseWhole(find, replace);
@@ -285,7 +290,7 @@ void ReplaceText::ReplaceInLines(std::u16string_view routine, Side side, const s
 }
 
 int ReplaceText::SizeOfNext(std::u16string_view path, const OutputLocation& location) {
-    return textio_.FileSize2(path, UseOf(location));
+    return textio_.FileSize2(path, UseOf(path, location));
 }
 
 void ReplaceText::Settle() noexcept {

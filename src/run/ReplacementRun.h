@@ -39,6 +39,9 @@ public:
     /// The whole job, to its last message. Does nothing while a run is in progress.
     void Start();
 
+    /// Whether a run is in progress, be it one that yields.
+    bool IsInProgress() const { return inProgress_; }
+
 private:
     class InProgress;
 

@@ -79,7 +79,7 @@ void SetOperations::SaveSets() {
 
 void SetOperations::WriteSets(std::u16string_view path, std::span<const std::u16string> findTexts,
                               std::span<const std::u16string> replaceTexts) const {
-    const std::unique_ptr<PendingFile> file = writer_.Begin(path, WriteStart::Replace);
+    const std::unique_ptr<PendingFile> file = writer_.Begin(path);
     std::string bytes;
     for (std::size_t i = 0; i < findTexts.size(); ++i) {
         if (i >= replaceTexts.size()) {
@@ -90,6 +90,7 @@ void SetOperations::WriteSets(std::u16string_view path, std::span<const std::u16
             Concat(findTexts[i], SetList::kSeparator, replaceTexts[i], kCrLf), bytes);
     }
     file->Append(bytes);
+    file->Seal();
     file->Commit();
 }
 

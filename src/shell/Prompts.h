@@ -13,11 +13,12 @@ enum class BoxStyle {
     Information = 0, ///< OK, no icon
     YesNo = 4,       ///< Yes and No, no icon
     Critical = 16,   ///< OK, critical icon
+    OrLater = 35,    ///< Yes, No and Later, question icon
     Question = 36,   ///< Yes and No, question icon
     Exclamation = 48 ///< OK, exclamation icon
 };
 
-enum class Answer { Ok = 1, Yes = 6, No = 7 };
+enum class Answer { Ok = 1, Later = 2, Yes = 6, No = 7 };
 
 /// The boxes that stop the program until the user has answered. An implementation never shows one
 /// once the program is ending; it throws ProgramEnded (see EventLoop.h) instead.
@@ -26,7 +27,8 @@ public:
     virtual ~Prompts() = default;
 
     /// Shows `text` literally (no markup) and waits. An empty title stands for the application
-    /// title. Closing a Yes/No box by other means than its buttons is No.
+    /// title. Closing a box by other means than its buttons is Later where there is one, else No
+    /// where there is one.
     virtual Answer ShowMessage(std::u16string_view text, BoxStyle style = BoxStyle::Information,
                                std::u16string_view title = {}) = 0;
 

@@ -11,11 +11,9 @@ namespace vexmarrow {
 
 class InputFile;
 
-/// Whether a result takes the place of what its file holds, or is written after it.
-enum class WriteStart { Replace, Append };
-
-/// A result on its way into a file. Nothing of the file changes before Commit; dropping the object
-/// without Commit leaves everything as it was. Only one is under way at a time.
+/// A result on its way into a file. Nothing of the file changes before the result differs from what
+/// it holds; dropping the object without Commit leaves everything as it was. Only one is under way
+/// at a time.
 class PendingFile {
 public:
     PendingFile() = default;
@@ -23,11 +21,15 @@ public:
     PendingFile(const PendingFile&) = delete;
     PendingFile& operator=(const PendingFile&) = delete;
 
-    /// Adds bytes at the end of the result. Throws Failure; the result cannot be committed then.
+    /// Adds bytes at the end of the result. Throws Failure, with path and reason; the result
+    /// cannot be committed then.
     virtual void Append(std::string_view bytes) = 0;
 
-    /// Brings the result into the file, or creates it. To be called once. Throws Failure, with
-    /// path and reason.
+    /// The result is complete: makes ready for Commit. Throws Failure like Append.
+    virtual void Seal() = 0;
+
+    /// Brings the sealed result into the file, or creates it. A file that holds the very same
+    /// bytes is not written. To be called once. Throws Failure like Append.
     virtual void Commit() = 0;
 };
 
@@ -39,10 +41,11 @@ public:
     FileWriter(const FileWriter&) = delete;
     FileWriter& operator=(const FileWriter&) = delete;
 
-    /// Begins a result for the file of that path. `source` is what it is made from, if that is a
-    /// file; it outlives the result. Where the result takes its place, it must still be what was
-    /// read: the caller has InputFile::CheckUnchanged look before Commit. Throws Failure.
-    virtual std::unique_ptr<PendingFile> Begin(std::u16string_view path, WriteStart start,
+    /// Begins a result for the file of that path, in the place of what it holds. `source` is what
+    /// it is made from, if that is a file; it outlives the result. Where the result takes its
+    /// place, the caller has InputFile::CheckUnchanged look between Seal and Commit. Throws
+    /// Failure.
+    virtual std::unique_ptr<PendingFile> Begin(std::u16string_view path,
                                                InputFile* source = nullptr) = 0;
 
     /// Gives back what was kept at hand for the next file. To be called when a piece of work is

@@ -5,11 +5,12 @@
 
 #include "base/Failure.h"
 #include "base/Utf8.h"
+#include "textio/Locking.h"
+#include "textio/Opening.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <fcntl.h>
 #include <limits>
 #include <new>
 #include <sys/file.h>
@@ -22,12 +23,6 @@ constexpr std::size_t kBlock = std::size_t{256} * 1024;
 
 constexpr std::u16string_view kCouldNotOpen = u"Could not open the file";
 
-/// O_NONBLOCK: opening what has just become a pipe must not wait for its other end. It means
-/// nothing to regular files.
-int Open(SystemCalls& calls, const std::string& path, int access) {
-    return calls.Open(path, access | O_NONBLOCK | O_CLOEXEC | O_NOCTTY, 0);
-}
-
 } // namespace
 
 InputFile::InputFile(SystemCalls& calls, std::u16string_view path, Use use)
@@ -36,18 +31,21 @@ InputFile::InputFile(SystemCalls& calls, std::u16string_view path, Use use)
     // Looked at before it is opened: a pipe's writer would take us for its reader, and what it
     // writes would be lost. Looked at again afterwards: it may be another file by then.
     RequireRegular(calls_.StatusOfTarget(name, status_));
+    OpenedFile opened{Descriptor(calls), 0, {}};
     if (use == Use::ReadAndWrite) {
-        descriptor_ = Descriptor(calls, Open(calls, name, O_RDWR));
-        writable_ = descriptor_.IsOpen();
+        opened = OpenToWrite(calls, name);
+        writable_ = opened.file.IsOpen();
     }
     if (!writable_) { // why it cannot be written is told by whoever writes it
-        descriptor_ = Descriptor(calls, Open(calls, name, O_RDONLY));
+        opened = OpenToRead(calls, name);
     }
-    RequireRegular(descriptor_.IsOpen() ? calls_.Status(descriptor_.Number(), status_) : -1);
+    descriptor_ = std::move(opened.file);
+    number_ = descriptor_.Number();
+    errno = opened.error;
+    RequireRegular(opened.error == 0 ? calls_.Status(number_, status_) : -1);
     // So that no other program of ours writes while this one reads. Many file systems have no
-    // locks; then size and time must tell.
-    if (calls_.Lock(descriptor_.Number(), writable_ ? LOCK_EX : LOCK_SH) != 0 &&
-        errno == EWOULDBLOCK) {
+    // locks; then size and times must tell.
+    if (LockFile(calls, number_, writable_) == EWOULDBLOCK) {
         throw FileFailure(kCouldNotOpen, path_, u"It is locked by another program");
     }
 }
@@ -64,7 +62,7 @@ void InputFile::RequireRegular(int answer) const {
 }
 
 void InputFile::GiveUpLock() {
-    calls_.Lock(descriptor_.Number(), LOCK_UN);
+    calls_.Lock(number_, LOCK_UN);
 }
 
 std::string_view InputFile::Peek(std::size_t least) {
@@ -92,6 +90,7 @@ void InputFile::MakeRoom(std::size_t least) {
         if (begin_ < end_ && begin_ > 0) {
             std::memmove(buffer_.get(), buffer_.get() + begin_, end_ - begin_);
         }
+        dropped_ = dropped_ || begin_ > 0;
         end_ -= begin_;
         begin_ = 0;
     }
@@ -114,13 +113,29 @@ void InputFile::MakeRoom(std::size_t least) {
     capacity_ = wanted;
 }
 
+/// Reads until there are more bytes, or there is none. Where that is all of a small file, its end
+/// is seen at once: no room need be made for what is not there, and Whole has it.
 void InputFile::ReadOn() {
-    const std::size_t room = capacity_ - end_;
-    const ssize_t got = calls_.Read(descriptor_.Number(), buffer_.get() + end_, room);
+    const std::size_t before = end_;
+    ReadPart();
+    if (end_ > before && position_ == status_.size && end_ < capacity_) {
+        ReadPart();
+    }
+}
+
+void InputFile::ReadPart() {
+    char* const room = buffer_.get() + end_;
+    std::size_t size = capacity_ - end_;
+    if (inCopy_) { // after which anything may follow
+        size = std::min<std::uint64_t>(size, status_.size - position_);
+    }
+    ssize_t got = -1;
+    do {
+        got = inCopy_ ? calls_.ReadAt(number_, room, size,
+                                      position_ + static_cast<std::uint64_t>(shift_))
+                      : calls_.Read(number_, room, size);
+    } while (got < 0 && errno == EINTR);
     if (got < 0) {
-        if (errno == EINTR) {
-            return;
-        }
         throw FileFailure(u"Could not read the file", path_, errno);
     }
     const auto count = static_cast<std::size_t>(got);
@@ -129,7 +144,17 @@ void InputFile::ReadOn() {
     atEnd_ = count == 0; // not at the size that was told: some file systems tell a wrong one
 }
 
+std::optional<std::string_view> InputFile::Whole() const {
+    if (!atEnd_ || dropped_ || inCopy_) {
+        return std::nullopt;
+    }
+    return std::string_view(buffer_.get(), end_);
+}
+
 void InputFile::CheckUnchanged() {
+    if (inCopy_) {
+        return; // which nobody changes; and its writer has looked before it touched the file
+    }
     // By its name: what was read may be a file that another one has taken the place of.
     FileStatus now;
     if (calls_.StatusOfTarget(NativeName(path_), now) != 0 || !now.SameFileAs(status_) ||

@@ -9,8 +9,10 @@
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace vexmarrow {
 
@@ -32,6 +34,10 @@ public:
     /// All the bytes that are left. Valid until the next call of Peek.
     std::string_view PeekAll();
 
+    /// The whole file, where it was read to its end and all of it is still at hand; as valid as
+    /// what Peek shows.
+    std::optional<std::string_view> Whole() const;
+
     /// Moves on over bytes that Peek has shown.
     void Skip(std::size_t count) { begin_ += count; }
 
@@ -46,11 +52,23 @@ public:
     void GiveUpLock();
 
     /// The open file, and whether it may be written through it.
-    int Number() const { return descriptor_.Number(); }
+    int Number() const { return number_; }
     bool IsWritable() const { return writable_; }
 
-    /// Closes the file now; returns the system's answer.
-    int Close() { return descriptor_.Close(); }
+    /// Gives the open file with its lock to whoever writes it. It must not be closed while this
+    /// reads on.
+    Descriptor HandOver() { return std::move(descriptor_); }
+
+    /// Where in the file the next byte is that was not read yet.
+    std::uint64_t Position() const { return position_; }
+
+    /// Reads on from a copy of the file, in which its byte 0 would lie at `shift`; not further than
+    /// the file was long.
+    void GoOnIn(int copy, std::int64_t shift) {
+        number_ = copy;
+        shift_ = shift;
+        inCopy_ = true;
+    }
 
 private:
     struct Free {
@@ -59,14 +77,19 @@ private:
     void RequireRegular(int answer) const;
     void MakeRoom(std::size_t least);
     void ReadOn();
+    void ReadPart();
 
     SystemCalls& calls_;
     std::u16string path_;
     Descriptor descriptor_;
-    bool writable_ = false;
     FileStatus status_;
-    std::uint64_t position_ = 0; // of the descriptor
+    std::uint64_t position_ = 0; // of what is read next in the file
+    std::int64_t shift_ = 0;     // where the file would begin in the copy
+    int number_ = -1;            // from which is read: that of the file, or of a copy
+    bool inCopy_ = false;
+    bool writable_ = false;
     bool atEnd_ = false;
+    bool dropped_ = false; // some of what was read is not in the buffer any more
 
     // Bytes that are read and not skipped yet lie from begin_ to end_.
     std::unique_ptr<char, Free> buffer_;

@@ -49,6 +49,11 @@ public:
     /// detection: the flags stand as some earlier one has left them.
     TextPieces ReadChunksByStream(std::u16string_view path, Use use = Use::Read);
 
+    /// All bytes of a file.
+    std::string ReadBytes(std::u16string_view path) const {
+        return std::string(InputFile(calls_, path).PeekAll());
+    }
+
     /// The size of a regular file in bytes, by really opening it for reading: -1 when that fails.
     /// Only the low 32 bits of the size count, as a signed number, so files of 2 GiB and more can
     /// give zero or a negative number. A file with a size above zero stays open for the reading

@@ -5,9 +5,11 @@
 
 #include <array>
 #include <cerrno>
+#include <climits>
 #include <cstdio>
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/inotify.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <sys/sysmacros.h>
@@ -69,6 +71,13 @@ int SystemCalls::StatusOfTarget(const std::string& path, FileStatus& status) {
     return HoldsNul(path) ? -1 : StatusAt(AT_FDCWD, path.c_str(), AT_NO_AUTOMOUNT, status);
 }
 
+int SystemCalls::ReadLink(const std::string& path, std::string& target) {
+    std::array<char, PATH_MAX> bytes{};
+    const ssize_t length = HoldsNul(path) ? -1 : ::readlink(path.c_str(), bytes.data(), PATH_MAX);
+    target.assign(bytes.data(), length < 0 ? 0 : static_cast<std::size_t>(length));
+    return length < 0 ? -1 : 0;
+}
+
 ssize_t SystemCalls::Read(int descriptor, void* bytes, std::size_t count) {
     return ::read(descriptor, bytes, count);
 }
@@ -94,7 +103,9 @@ int SystemCalls::SetModified(int descriptor, std::int64_t modified) {
     // The part below a second is never negative, also before 1970.
     std::int64_t part = modified % kPerSecond;
     part += part < 0 ? kPerSecond : 0;
-    const std::array<timespec, 2> times{timespec{0, UTIME_OMIT},
+    // The time of the last access is given as well, although nobody asks for it: some file systems
+    // outside of the kernel take no notice of a call that sets one of the two.
+    const std::array<timespec, 2> times{timespec{0, UTIME_NOW},
                                         timespec{(modified - part) / kPerSecond, part}};
     return ::futimens(descriptor, times.data());
 }
@@ -161,6 +172,15 @@ int SystemCalls::RenameToNew(const std::string& from, const std::string& to) {
 
 int SystemCalls::MakeFolder(const std::string& path, mode_t mode) {
     return HoldsNul(path) ? -1 : ::mkdir(path.c_str(), mode);
+}
+
+int SystemCalls::MakeWatch() {
+    return ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+}
+
+int SystemCalls::WatchFolder(int watch, const std::string& folder) {
+    constexpr std::uint32_t kEvents = IN_CREATE | IN_DELETE | IN_MOVE | IN_ATTRIB | IN_DELETE_SELF;
+    return HoldsNul(folder) ? -1 : ::inotify_add_watch(watch, folder.c_str(), kEvents);
 }
 
 int SystemCalls::RoomIn(const std::string& folder, std::uint64_t& bytes) {

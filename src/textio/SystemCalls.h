@@ -24,6 +24,8 @@ public:
     /// Of what has that name: of a link itself, or of what it leads to.
     virtual int StatusOfName(const std::string& path, FileStatus& status);
     virtual int StatusOfTarget(const std::string& path, FileStatus& status);
+    /// Where a symbolic link leads to, as it is written in the link.
+    virtual int ReadLink(const std::string& path, std::string& target);
     virtual ssize_t Read(int descriptor, void* bytes, std::size_t count);
     virtual ssize_t ReadAt(int descriptor, void* bytes, std::size_t count, std::uint64_t offset);
     virtual ssize_t WriteAt(int descriptor, const void* bytes, std::size_t count,
@@ -47,6 +49,11 @@ public:
     /// Renames a file to a name that nothing has yet: EEXIST otherwise.
     virtual int RenameToNew(const std::string& from, const std::string& to);
     virtual int MakeFolder(const std::string& path, mode_t mode);
+    /// A descriptor from which something can be read, without waiting, once entries of a watched
+    /// folder have come or gone or its times were set; and adds a folder to it. Closing it takes
+    /// milliseconds.
+    virtual int MakeWatch();
+    virtual int WatchFolder(int watch, const std::string& folder);
     /// How many bytes this user can still write to the file system of a folder.
     virtual int RoomIn(const std::string& folder, std::uint64_t& bytes);
     /// The value of an extended attribute: its length, as getxattr tells it.

@@ -5,7 +5,7 @@
 
 #include "base/Failure.h"
 #include "engine/ReplaceText.h"
-#include "journal/JournaledWriter.h"
+#include "safety/SafeWriter.h"
 #include "support/Doubles.h"
 #include "support/Faults.h"
 #include "support/TestFolder.h"
@@ -34,8 +34,8 @@ struct Core : testing::Test {
     EncodingFlags flags;
     AnsiCodePage ansi{u"windows-1252"};
     RFTSFSO textio{calls, flags, ansi};
-    TestFolder state; ///< of the program: its journals
-    JournaledWriter writer{calls, {state.Native("first"), state.Native("second")}};
+    TestFolder state; ///< of the program: its logs
+    SafeWriter writer{calls, {state.Native("first"), state.Native("second")}};
     ScriptedPrompts prompts;
     ReplaceText engine{textio, writer, prompts};
 };

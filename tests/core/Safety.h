@@ -4,9 +4,12 @@
 #pragma once
 
 #include "core/Core.h"
-#include "journal/KeptCopies.h"
-#include "journal/Recovery.h"
+#include "safety/KeptCopies.h"
+#include "safety/LogFile.h"
+#include "safety/Recovery.h"
+#include "safety/TakingBack.h"
 #include "textio/InputFile.h"
+#include "textio/Opening.h"
 
 namespace vexmarrow::test {
 
@@ -14,18 +17,16 @@ namespace vexmarrow::test {
 struct Write {
     std::string old; ///< "-": there is none
     std::string text;
-    WriteStart start = WriteStart::Replace;
-    bool nameless = true; ///< the file system has files without a name
-    bool itself = false;  ///< the text is made from the file's own, which is read first
-
-    std::string Result() const {
-        return start == WriteStart::Append && old != "-" ? old + text : text;
-    }
+    bool itself = false;     ///< the text is made from the file's own
+    std::string first = "-"; ///< what is written before, for a file that is listed twice
+    bool nameless = true;    ///< the file system has files without a name
 };
 
 /// Files in a folder, written by programs that end in every way, and a state folder of their own.
 struct Safety : testing::Test {
     using Event = FaultySystemCalls::Event;
+
+    static constexpr std::int64_t kOldDate = 1'000'000'000'123'456'789;
 
     TestFolder folder;
     TestFolder state;
@@ -33,40 +34,65 @@ struct Safety : testing::Test {
     EncodingFlags flags;
     AnsiCodePage ansi{u"windows-1252"};
 
-    std::vector<std::string> Journals() const { return {state.Native("a"), state.Native("b")}; }
+    std::vector<std::string> Logs() const { return {state.Native("a"), state.Native("b")}; }
 
-    /// The folder as the write finds it, with nothing left of the one before.
-    void Prepare(const Write& write) const {
+    static void Clear(const TestFolder& folder) {
         for (const std::string& name : folder.Names()) {
             folder.Remove(name);
         }
-        for (const std::string& name : state.Names()) {
-            state.Remove(name);
-        }
+    }
+    void WriteOld(const std::string& name, const std::string& text) const {
+        folder.Write(name, text);
+        SetDate(name, kOldDate);
+    }
+    void SetDate(const std::string& name, std::int64_t date) const {
+        SystemCalls calls;
+        calls.SetModified(OpenToRead(calls, folder.Native(name)).file.Number(), date);
+    }
+    std::int64_t DateOf(const std::string& name) const {
+        SystemCalls calls;
+        FileStatus status;
+        calls.StatusOfTarget(folder.Native(name), status);
+        return status.modified;
+    }
+    /// The folder as the write finds it, with nothing left of the one before.
+    void Prepare(const Write& write) const {
+        Clear(folder);
+        Clear(state);
         if (write.old != "-") {
-            folder.Write("f", write.old);
+            WriteOld("f", write.old);
         }
     }
     std::string Content() const { return folder.Exists("f") ? folder.Read("f") : "-"; }
 
-    /// Writes the file as a program does; the reason of the failure, if there was one.
-    std::string Do(const Write& write, FaultySystemCalls& calls) const {
-        calls.lacksNamelessFiles = !write.nameless;
-        JournaledWriter writer(calls, Journals());
-        return Do(write, writer, &calls);
-    }
-    std::string Do(const Write& write, FileWriter& writer, SystemCalls* calls = nullptr) const {
+    /// Writes a file as a program does, made from its own text if that is wanted; the reason of
+    /// the failure, if there was one.
+    std::string Put(SystemCalls& calls, FileWriter& writer, const std::string& name,
+                    const std::string& text, bool itself = false) const {
         try {
             std::optional<InputFile> source;
-            if (write.itself) {
-                source.emplace(*calls, folder.Path("f"), InputFile::Use::ReadAndWrite);
-                source->PeekAll();
+            const std::string old = itself ? folder.Read(name) : "";
+            if (itself) {
+                source.emplace(calls, folder.Path(name), InputFile::Use::ReadAndWrite);
             }
-            const auto file =
-                writer.Begin(folder.Path("f"), write.start, source ? &*source : nullptr);
-            const std::size_t half = write.text.size() / 2;
-            file->Append(std::string_view(write.text).substr(0, half));
-            file->Append(std::string_view(write.text).substr(half));
+            const auto file = writer.Begin(folder.Path(name), source ? &*source : nullptr);
+            std::size_t done = 0;
+            std::string read;
+            const auto append = [&](std::size_t upTo) {
+                file->Append(std::string_view(text).substr(done, upTo - done));
+                done = upTo;
+            };
+            for (std::string_view part; source && !(part = source->Peek(65536)).empty();) {
+                read += part;
+                source->Skip(part.size());
+                append(std::min(text.size(), text.size() * read.size() / old.size()));
+            }
+            if (read != old) {
+                throw Failure(u"It was not its old text that was read");
+            }
+            append(done + (text.size() - done) / 2);
+            append(text.size());
+            file->Seal();
             if (source) {
                 source->CheckUnchanged();
             }
@@ -76,12 +102,30 @@ struct Safety : testing::Test {
             return NativeName(failure.Description());
         }
     }
+    std::string Do(const Write& write, FaultySystemCalls& calls, FileWriter& writer) const {
+        calls.lacksNamelessFiles = !write.nameless;
+        const std::string failure =
+            write.first == "-" ? "" : Put(calls, writer, "f", write.first, write.itself);
+        return failure + Put(calls, writer, "f", write.text, write.itself);
+    }
+    std::string Do(const Write& write, FaultySystemCalls& calls) const {
+        SafeWriter writer(calls, Logs());
+        return Do(write, calls, writer);
+    }
+    /// True if the writing has come to its end.
+    bool DoKilledAt(const Write& write, int n, Event event) const {
+        return InChildProcess([&] {
+            FaultySystemCalls calls;
+            calls.AtCall(n, event);
+            Do(write, calls);
+        });
+    }
 
     /// The next start of the program; returns how many boxes it showed.
     std::size_t Recover(FaultySystemCalls& calls, Answer answer) {
         prompts.boxes.clear();
         prompts.answers.assign(99, answer);
-        Recovery(calls, Journals(), prompts).Run();
+        Recovery(calls, Logs(), prompts).Run();
         return prompts.boxes.size();
     }
     std::size_t Recover(Answer answer) {
@@ -91,7 +135,31 @@ struct Safety : testing::Test {
         return boxes;
     }
 
-    /// What is in a folder of the state folder, by the beginning of the names.
+    /// Takes the last run back, if there is one; the names of what was left alone, and why.
+    Strings TakeBack(FaultySystemCalls& calls) const {
+        TakingBack takingBack(calls, Logs());
+        Strings names;
+        try {
+            const std::optional<LastRun> last = takingBack.Last();
+            if (last && last->CanBeTakenBack()) {
+                for (const LeftAlone& left : takingBack.TakeBack(*last, [](auto, auto) {})) {
+                    names.push_back(left.path.substr(folder.Native().size() + 1) + ": " +
+                                    NativeName(left.why));
+                }
+            }
+        } catch (const Failure& failure) {
+            names.push_back(NativeName(failure.Description()));
+        }
+        return names;
+    }
+    Strings TakeBack() const {
+        FaultySystemCalls calls;
+        Strings names = TakeBack(calls);
+        EXPECT_EQ(calls.openFiles, 0);
+        return names;
+    }
+
+    /// What is in a folder of the state folder, by a part of the names.
     Strings Kept(const std::string& subfolder, const std::string& part = {}) const {
         Strings names;
         if (std::filesystem::is_directory(state.Native(subfolder))) {
@@ -102,6 +170,17 @@ struct Safety : testing::Test {
             }
         }
         return names;
+    }
+    /// The states of all records of a log: O, D or C.
+    std::string StatesIn(const std::string& name) const {
+        SystemCalls calls;
+        std::string states;
+        if (const auto log = LogFile::LookAt(calls, state.Native(name))) {
+            for (const PlacedRecord& placed : log->Records()) {
+                states += "?ODC"[static_cast<std::size_t>(placed.state)];
+            }
+        }
+        return states;
     }
 };
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "core/Core.h"
-#include "textio/TextResult.h"
+#include "engine/TextResult.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -37,8 +37,9 @@ struct TextFilesTest : Core {
             for (const auto& [mode, text] : writes) {
                 result.WriteTextFile(text, folder.Path(name), mode);
             }
-            result.Commit();
-            return {};
+            result.Seal(1);
+            result.Commit(1);
+            return result.Refused() ? NativeName(result.Refused()->description) : "";
         } catch (const Failure& failure) {
             return NativeName(failure.Description());
         }

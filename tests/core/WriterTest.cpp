@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-#include "core/Safety.h"
+#include "core/Writing.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -16,35 +16,9 @@ namespace {
 constexpr uid_t kNobody = 65534;
 constexpr gid_t kForeignGroup = 4711;
 
-struct WriterTest : Safety {
-    FaultySystemCalls calls;
-    RFTSFSO textio{calls, flags, ansi};
-    JournaledWriter writer{calls, Journals()};
-    ReplaceText engine{textio, writer, prompts};
-
-    /// The first lines of the reports since the last call, without the folder's name.
-    Strings Reports() {
-        Strings reports;
-        for (const Box& box : prompts.boxes) {
-            std::string text = NativeName(box.text.substr(0, box.text.find(u"\r\n")));
-            for (std::size_t at; (at = text.find(folder.Native() + "/")) != std::string::npos;) {
-                text.erase(at, folder.Native().size() + 1);
-            }
-            reports.push_back(text);
-        }
-        prompts.boxes.clear();
-        return reports;
-    }
-    std::string Write1(const std::string& name, const std::string& text = "new") {
-        try {
-            const auto file = writer.Begin(folder.Path(name), WriteStart::Replace, nullptr);
-            file->Append(text);
-            file->Commit();
-            return {};
-        } catch (const Failure& failure) {
-            return NativeName(failure.Description());
-        }
-    }
+struct WriterTest : Writing {
+    int flock_ = -1;
+    std::optional<OtherProgram> other_;
 };
 
 /// All that is to stay as it was.
@@ -92,7 +66,8 @@ std::string AccessList() {
 
 TEST_F(WriterTest, AFileStaysTheFileThatItWas) {
     const bool root = ::geteuid() == 0;
-    for (const unsigned mode : {0640U, 0600U, 0666U, 02755U, 04755U, 06711U}) {
+    folder.SetMode("", 0755);
+    for (const unsigned mode : {0640U, 0600U, 0666U, 0755U}) {
         for (const std::string& text : {"x"s, std::string(3000, 'y')}) {
             for (const bool unprivileged : {false, true}) {
                 SCOPED_TRACE(std::to_string(mode) + (unprivileged ? ", a user" : ""));
@@ -100,10 +75,9 @@ TEST_F(WriterTest, AFileStaysTheFileThatItWas) {
                     folder.Remove(name);
                 }
                 folder.Write("f", "0123456789");
-                if (root) { // the superuser's group is also that of the user it plays
-                    ASSERT_EQ(::chown(folder.Native("f").c_str(), kNobody,
-                                      (mode & S_ISGID) != 0 ? 0 : kForeignGroup),
-                              0);
+                if (root) {
+                    ASSERT_EQ(::chown(folder.Native().c_str(), kNobody, kForeignGroup), 0);
+                    ASSERT_EQ(::chown(folder.Native("f").c_str(), kNobody, kForeignGroup), 0);
                 }
                 ASSERT_EQ(::chmod(folder.Native("f").c_str(), mode), 0);
                 ASSERT_EQ(::lsetxattr(folder.Native("f").c_str(), "user.note", "n", 1, 0), 0);
@@ -119,10 +93,9 @@ TEST_F(WriterTest, AFileStaysTheFileThatItWas) {
                 {
                     std::optional<Unprivileged> user;
                     if (unprivileged) {
-                        state.SetMode("", 0777);
                         user.emplace();
                     }
-                    EXPECT_EQ(Write1("link", text), "");
+                    EXPECT_EQ(Put("link", text), "");
                     writer.Settle();
                 }
                 EXPECT_TRUE(Identity(folder.Native("f")) == before);
@@ -137,44 +110,237 @@ TEST_F(WriterTest, AFileStaysTheFileThatItWas) {
     }
 }
 
-TEST_F(WriterTest, SetIdBitsThatCouldNotBeGivenBackAreNotTaken) {
-    if (::geteuid() != 0) {
-        GTEST_SKIP() << "only the superuser can make files of somebody else";
-    }
-    for (const bool foreignOwner : {false, true}) {
-        folder.Write("f", "old");
-        ASSERT_EQ(::chown(folder.Native("f").c_str(), foreignOwner ? 1 : kNobody, kForeignGroup),
-                  0);
-        ASSERT_EQ(::chmod(folder.Native("f").c_str(), 02777), 0);
-        {
-            const Unprivileged user;
-            EXPECT_THAT(Write1("f"), testing::HasSubstr("set-id"));
+TEST_F(WriterTest, WhatIsRefused) {
+    const std::string path = folder.Native("f");
+    const bool root = ::geteuid() == 0; // only the superuser can make files of somebody else
+    const auto give = [&](const std::string& name, uid_t owner) {
+        EXPECT_EQ(::lchown(folder.Native(name).c_str(), owner, owner), 0);
+    };
+    const struct {
+        const char* what;
+        std::function<void()> happens;
+        std::string reason; // in the message; empty if it is written
+        bool needsRoot = false;
+    } rows[] = {
+        {"nothing", [] {}, ""},
+        {"set-user-id", [&] { ::chmod(path.c_str(), 04755); }, "It has a set-id bit"},
+        {"set-group-id", [&] { ::chmod(path.c_str(), 02755); }, "It has a set-id bit"},
+        {"a folder", [&] { folder.Remove("f"), folder.MakeFolder("f"); }, "It is a folder"},
+        {"a pipe", [&] { folder.Remove("f"), ::mkfifo(path.c_str(), 0600); },
+         "It is not a regular file"},
+        {"a link to nowhere", [&] { folder.Remove("f"), folder.MakeLink("f", "gone"); },
+         "It is a link to nowhere"},
+        {"an own link",
+         [&] { folder.Write("g", "old"), folder.Remove("f"), folder.MakeLink("f", "g"); }, ""},
+        {"another user's link",
+         [&] {
+             folder.Write("g", "old"), folder.Remove("f"), folder.MakeLink("f", "g"), give("f", 1);
+         },
+         "a link that belongs to another user", true},
+        {"another user's, in a folder for all", [&] { give("f", 1); },
+         "It belongs to another user, in a folder that everybody may write to", true},
+        {"another user's, whose folder it is", [&] { give("f", 1), give("", 1); }, "", true},
+        {"another user's, in a folder for some",
+         [&] { give("f", 1), ::chmod(folder.Native().c_str(), 0775); }, "", true},
+        {"locked", [&] { flock_ = ::open(path.c_str(), O_RDWR), ::flock(flock_, LOCK_EX); },
+         "It is locked by another program"},
+        {"a part of it locked",
+         [&] {
+             other_.emplace([&](const auto& stop) {
+                 const int file = ::open(path.c_str(), O_RDWR);
+                 if (::lseek(file, 1, SEEK_SET) == 1 && ::lockf(file, F_LOCK, 1) == 0) {
+                     stop();
+                 }
+             });
+         },
+         "It is locked by another program"},
+    };
+    for (const auto& row : rows) {
+        for (const bool toFolder : {true, false}) {
+            if (row.needsRoot && !root) {
+                continue;
+            }
+            SCOPED_TRACE(row.what);
+            Clear(folder);
+            folder.Write("f", "old");
+            folder.Write("in/f", "old");
+            row.happens();
+            const OutputLocation location{toFolder, !toFolder, folder.Path()};
+            engine.ReplaceTextInFile(folder.Path(toFolder ? "in/f" : "f"), u"old", u"new", location,
+                                     1);
+            const Strings reports = Reports();
+            ASSERT_EQ(reports.empty(), row.reason.empty());
+            if (toFolder || reports.empty() || reports[0].find("Could not open") != 0) {
+                EXPECT_THAT(reports.empty() ? "" : reports[0], testing::HasSubstr(row.reason));
+            }
+            if (!row.reason.empty()) {
+                EXPECT_TRUE(!folder.Exists("g") || folder.Read("g") == "old");
+            }
+            writer.Settle();
+            EXPECT_EQ(Kept("a").empty(), !row.reason.empty());
+            Clear(state);
+            ::close(flock_);
+            other_.reset();
+            give("", ::geteuid());
+            ::chmod(folder.Native().c_str(), 0777);
         }
-        EXPECT_EQ(folder.Read("f"), "old");
-        EXPECT_EQ(folder.ModeOf("f"), 02777U);
-        folder.Remove("f");
+    }
+}
+
+TEST_F(WriterTest, RightsOfANewFile) {
+    const mode_t before = ::umask(022);
+    const struct {
+        unsigned old;
+        bool foreignGroup;
+        unsigned made;
+    } rows[] = {{0600, false, 0600}, {0644, false, 0644}, {0640, false, 0640}, {0640, true, 0600},
+                {0664, true, 0644},  {0444, false, 0644}, {0777, false, 0644}};
+    folder.MakeFolder("out");
+    for (const auto& row : rows) {
+        for (const bool nameless : {true, false}) {
+            SCOPED_TRACE(row.old);
+            folder.Write("f", "a");
+            folder.Remove("out/f");
+            folder.SetMode("f", row.old);
+            if (row.foreignGroup &&
+                ::chown(folder.Native("f").c_str(), static_cast<uid_t>(-1), kForeignGroup) != 0) {
+                continue; // a user has no such group to give it to
+            }
+            calls.lacksNamelessFiles = !nameless;
+            engine.ReplaceTextInFile(folder.Path("f"), u"a", u"b",
+                                     {true, false, folder.Path("out")}, 1);
+            EXPECT_EQ(folder.ModeOf("out/f"), row.made);
+            EXPECT_EQ(Reports(), Strings{});
+            folder.Remove("f");
+        }
+    }
+    ::umask(before);
+}
+
+TEST_F(WriterTest, AnIdenticalResultIsNotWritten) {
+    folder.MakeFolder("out");
+    for (const std::string& text : {"abc"s, std::string(1200000, 'x'), ""s}) {
+        for (const bool inPlace : {true, false}) {
+            WriteOld("f", text);
+            WriteOld("out/f", text);
+            const OutputLocation location{!inPlace, inPlace, folder.Path("out")};
+            engine.ReplaceTextInFile(folder.Path("f"), u"none", u"new", location, 1);
+            EXPECT_EQ(Reports(), Strings{});
+            EXPECT_EQ(DateOf("f"), kOldDate);
+            EXPECT_EQ(DateOf("out/f"), kOldDate);
+            EXPECT_EQ(Kept("a"), Strings{});
+            if (text == "abc") { // what would have failed to be written is reported all the same
+                folder.SetMode(inPlace ? "f" : "out/f", 0444);
+                const Unprivileged user;
+                engine.ReplaceTextInFile(folder.Path("f"), u"none", u"new", location, 1);
+                EXPECT_THAT(Reports().at(0), testing::HasSubstr("Permission denied"));
+            }
+            folder.Remove("f");
+            folder.Remove("out/f");
+        }
     }
 }
 
 TEST_F(WriterTest, TwoProgramsAtOnce) {
-    folder.Write("f", "old");
-    folder.Write("g", "old");
-    JournaledWriter other(calls, Journals());
-    const auto mine = writer.Begin(folder.Path("f"), WriteStart::Replace, nullptr);
-    mine->Append("mine");
-    EXPECT_THAT(Do({"", "other"}, other), testing::HasSubstr("It is locked by another program"));
-    const auto second = other.Begin(folder.Path("g"), WriteStart::Replace, nullptr);
-    second->Append("other");
-    second->Commit();
-    EXPECT_EQ(Kept("a").size(), 1U);
+    for (const char* name : {"f", "g", "h"}) {
+        WriteOld(name, "old text");
+    }
+    const auto inTheMiddle = [&](const auto& work) { // of the writing of f
+        return [this, work](const std::function<void()>& stop) {
+            FaultySystemCalls others;
+            others.mostAtOnce = 3;
+            others.beforeCall = [&](Calls::Kind) {
+                if (Content().starts_with("new") && Content() != "new text") {
+                    stop();
+                }
+            };
+            work(others);
+        };
+    };
+    const auto write = [this](FaultySystemCalls& others) {
+        SafeWriter theirs(others, Logs());
+        Safety::Put(others, theirs, "f", "newnewnewnewnew");
+    };
+    calls.hasWatches = true;
+    EXPECT_EQ(Put("h", "mine"), ""); // this run has begun
+    std::optional<OtherProgram> other(std::in_place, inTheMiddle(write));
+    EXPECT_EQ(Kept("a").size(), 2U) << "each has a log of its own";
+    EXPECT_THAT(Put("f"), testing::HasSubstr("It is locked by another program"));
+    EXPECT_EQ(Put("g"), "");
     EXPECT_EQ(Recover(Answer::Yes), 0U) << "a third one has nothing to do with them";
-    mine->Commit();
-    EXPECT_EQ(Kept("a").size(), 2U) << "each has a journal of its own";
-    EXPECT_EQ(folder.Read("f") + folder.Read("g"), "mineother");
-    EXPECT_EQ(Do({"", "later"}, other), "");
+    TakingBack takingBack(calls, Logs());
+    EXPECT_TRUE(takingBack.Last()->isInUse);
+    EXPECT_THROW(takingBack.TakeBack(*takingBack.Last(), nullptr), Failure);
+    const std::string mixture = Content();
+
+    // Killed: now it is free, but what it holds is nothing to work with. A program that asks about
+    // it has the log; another one that starts meanwhile asks nothing.
+    other->Kill();
+    prompts.whenShown = [&](const Box& box) {
+        if (box.style != BoxStyle::OrLater) {
+            return;
+        }
+        ScriptedPrompts more;
+        Recovery(calls, Logs(), more).Run();
+        EXPECT_TRUE(more.boxes.empty());
+        EXPECT_THAT(Put("f"), testing::HasSubstr("It is written in part"));
+        engine.ReplaceTextInFile(folder.Path("f"), u"n", u"m", {true, false, folder.Path("out")},
+                                 1);
+    };
+    folder.MakeFolder("out");
+    EXPECT_EQ(Recover(Answer::Later), 2U); // the other box is that of the engine
+    prompts.whenShown = nullptr;
+    EXPECT_THAT(Put("f"), testing::HasSubstr("It is written in part"));
+    EXPECT_EQ(Content(), mixture);
+    EXPECT_EQ(folder.Names("out"), Strings{});
+    EXPECT_EQ(Recover(Answer::Yes), 1U);
+    EXPECT_EQ(Content(), "old text");
+    EXPECT_EQ(Put("f", "another text"), "") << "it is settled";
     writer.Settle();
-    other.Settle();
-    EXPECT_EQ(Kept("a"), Strings{});
+
+    // While another one takes back, and is killed at that.
+    const LastRun run = *takingBack.Last();
+    for (const char* text : {"mine too", "mine again"}) { // the second one sees nothing new
+        EXPECT_EQ(Put("h", text), "");
+    }
+    other.emplace([&](const std::function<void()>& stop) {
+        FaultySystemCalls others;
+        others.mostAtOnce = 3;
+        others.beforeCall = [&](Calls::Kind) {
+            if (Content() != "another text" && Content() != "old text") {
+                stop();
+            }
+        };
+        TakingBack(others, Logs()).TakeBack(run, [](auto, auto) {});
+    });
+    EXPECT_THAT(Put("f"), testing::HasSubstr("It is locked by another program"));
+    other->Kill();
+    EXPECT_THAT(Put("f"), testing::HasSubstr("It is written in part"));
+    EXPECT_EQ(Put("g", "later"), "");
+}
+
+TEST_F(WriterTest, AProgramThatEndsInTheMiddleOfAFileOfALogThatIsTakenOverAtOnce) {
+    WriteOld("f", "old text");
+    FaultySystemCalls others;
+    others.mostAtOnce = 3;
+    calls.hasWatches = true;
+    {
+        SafeWriter theirs(others, Logs());
+        EXPECT_EQ(Safety::Put(others, theirs, "e", "new"), "");
+        for (const char* text : {"mine", "mine again"}) { // so that their log is known
+            EXPECT_EQ(Put("h", text), "");
+        }
+        others.beforeCall = [&](Calls::Kind) {
+            if (Content() == "new text") {
+                others.AtCall(others.allCalls + 1, Event::Gone);
+            }
+        };
+        EXPECT_NE(Safety::Put(others, theirs, "f", "newer text"), "");
+    }
+    prompts.whenShown = [&](const Box&) { // while a third one holds their log
+        EXPECT_THAT(Put("f"), testing::HasSubstr("It is written in part"));
+    };
+    EXPECT_EQ(Recover(Answer::Later), 1U);
 }
 
 TEST_F(WriterTest, AnInputThatChangesWhileItIsReadIsNotWritten) {
@@ -186,6 +352,12 @@ TEST_F(WriterTest, AnInputThatChangesWhileItIsReadIsNotWritten) {
     } rows[] = {
         {"grows", [&] { folder.Write("f", old + "more"); }},
         {"shrinks", [&] { folder.Write("f", "less"); }},
+        {"changes in a way that neither size nor date tells",
+         [&] {
+             const std::int64_t date = DateOf("f");
+             folder.Write("f", std::string(old.size(), 'c'));
+             SetDate("f", date);
+         }},
         {"is removed", [&] { folder.Remove("f"); }},
         {"is replaced",
          [&] {
@@ -245,6 +417,12 @@ TEST_F(WriterTest, ATargetThatChangesBeforeItIsWrittenIsLeftAlone) {
         std::function<void()> happens;
     } rows[] = {
         {"is written into", [&] { folder.Write("out/f", "another program's"); }},
+        {"changes in a way that neither size nor date tells",
+         [&] {
+             const std::int64_t date = DateOf("out/f");
+             folder.Write("out/f", std::string(folder.Read("out/f").size(), 'c'));
+             SetDate("out/f", date);
+         }},
         {"is removed", [&] { folder.Remove("out/f"); }},
         {"is replaced, and has a second name",
          [&] {
@@ -253,104 +431,37 @@ TEST_F(WriterTest, ATargetThatChangesBeforeItIsWrittenIsLeftAlone) {
              ::rename(folder.Native("g").c_str(), path.c_str());
          }},
     };
-    folder.Write("f", "abc");
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        folder.Remove("out");
-        folder.Write("out/f", "old");
-        std::vector<std::string> after;
-        calls.beforeCall = [&, n = 0](Calls::Kind kind) mutable {
-            if (kind == Calls::kLock && ++n == 2) { // that of the target
-                row.happens();
-                after = folder.Names("out");
+    for (const std::string& text : {"abc"s, std::string(1200000, 'a')}) {
+        folder.Write("f", text);
+        for (const auto& row : rows) {
+            for (const int write : {1, 2}) { // of the log's header and of the record
+                SCOPED_TRACE(row.what);
+                folder.Remove("out");
+                folder.Write("out/f", "old");
+                std::map<std::string, std::string> after;
+                const auto all = [&] {
+                    std::map<std::string, std::string> files;
+                    for (const std::string& name : folder.Names("out")) {
+                        files[name] = folder.Read("out/" + name);
+                    }
+                    return files;
+                };
+                calls.beforeCall = [&, n = 0](Calls::Kind kind) mutable {
+                    if (kind == Calls::kWriteAt && ++n == write) {
+                        row.happens();
+                        after = all();
+                    }
+                };
+                engine.ReplaceTextInFile(folder.Path("f"), u"a", u"b",
+                                         {true, false, folder.Path("out")}, 1);
+                calls.beforeCall = nullptr;
+                EXPECT_TRUE(all() == after);
+                EXPECT_THAT(Reports().at(0), testing::HasSubstr("Another program has"));
+                writer.Settle();
+                EXPECT_EQ(Kept("a"), Strings{});
             }
-        };
-        engine.ReplaceTextInFile(folder.Path("f"), u"a", u"b", {true, false, folder.Path("out")},
-                                 1);
-        calls.beforeCall = nullptr;
-        EXPECT_EQ(folder.Names("out"), after);
-        EXPECT_FALSE(folder.Exists("out/f") && folder.Read("out/f") == "bbc");
-        EXPECT_THAT(Reports().at(0), testing::HasSubstr("Another program has"));
-    }
-}
-
-TEST_F(WriterTest, WhereTheJournalGoes) {
-    // What stands in the way of the first folder; whether the second one serves.
-    const struct {
-        const char* what;
-        std::function<void()> happens;
-        std::size_t inFirst, inSecond;
-    } rows[] = {
-        {"nothing", [] {}, 1, 0},
-        {"its rights",
-         [&] {
-             state.MakeFolder("a");
-             state.SetMode("a", 0755);
-         },
-         1, 0},
-        {"a file", [&] { state.Write("a", ""); }, 0, 1},
-        {"a link",
-         [&] {
-             state.MakeFolder("c");
-             state.MakeLink("a", "c");
-         },
-         0, 1},
-        {"no room",
-         [&] { calls.FailAt(Calls::kWriteAt, calls.calls[Calls::kWriteAt] + 1, ENOSPC); }, 0, 1},
-        {"forced modes",
-         [&] {
-             calls.beforeCall = [&](Calls::Kind kind) {
-                 for (const std::string& name : Kept("a", "journal-")) {
-                     state.SetMode(name, kind == Calls::kStatus ? 0755 : 0600);
-                 }
-             };
-         },
-         0, 1},
-        {"no locks", [&] { calls.FailAt(Calls::kLock, calls.calls[Calls::kLock] + 2, ENOLCK); }, 0,
-         1},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        Prepare({"old", "new"});
-        row.happens();
-        EXPECT_EQ(Do({"old", "new"}, writer), "");
-        EXPECT_EQ(Kept("a", "journal-").size(), row.inFirst);
-        EXPECT_EQ(Kept("b", "journal-").size(), row.inSecond);
-        const std::string used = state.Native(row.inFirst == 1 ? "a" : "b");
-        EXPECT_EQ(std::filesystem::status(used).permissions(), std::filesystem::perms(0700));
-        writer.Settle();
-        calls.beforeCall = nullptr;
-    }
-    Prepare({"old", "new"});
-    state.Write("a", "");
-    state.Write("b", "");
-    const std::string failure = Do({"old", "new"}, writer);
-    for (const std::string& part : {folder.Native("f"), Journals()[0], Journals()[1]}) {
-        EXPECT_THAT(failure, testing::HasSubstr(part));
-    }
-    EXPECT_EQ(Content(), "old");
-    state.Remove("a");
-    EXPECT_EQ(Do({"old", "new"}, writer), "") << "there is room again";
-}
-
-TEST_F(WriterTest, JournalsAreNoTargets) {
-    folder.Write("f", "old");
-    EXPECT_EQ(Write1("f"), "");
-    const std::string name = Kept("a", "journal-").at(0);
-    const std::string record = "VXMJRNL\x1A and what follows";
-    state.Write("a/left", record);
-    state.SetMode("a/left", 0600);
-    for (const std::string& journal : {name, "a/left"s}) {
-        state.MakeLink("link", journal);
-        std::filesystem::create_hard_link(state.Native(journal), state.Native("hard"));
-        for (const std::string& path : {journal, "link"s, "hard"s}) {
-            EXPECT_THROW(writer.Begin(state.Path(path), WriteStart::Replace, nullptr), Failure)
-                << path;
         }
-        state.Remove("link");
-        state.Remove("hard");
     }
-    EXPECT_EQ(state.Read("a/left"), record);
 }
 
 TEST_F(WriterTest, TheSameFileByDifferentWays) {

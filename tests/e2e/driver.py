@@ -340,6 +340,19 @@ class Program(Controls):
         self.press("Start Replacing")
         self.confirm("Done.", picture=picture)
 
+    def undo(self):
+        """Undoes the last run; returns what it asked and what it told afterwards."""
+        self.press("Undo Last Run")
+        return self.answer(button="Yes"), self.answer()
+
+    def choose_in_undo_menu(self, entry):
+        """Opens the menu beside "Undo Last Run" and chooses there."""
+        self.press("Undo Menu")
+        press(self.window, entry, "menu item")
+
+    def can_undo(self):
+        return bus.is_enabled(bus.find(self.window, "Undo Last Run", "push button"))
+
     # --- the end
 
     def press_close(self):

@@ -135,7 +135,8 @@ class NamesTest(WindowTest):
         "push button": [
             "Add VCF File(s)", "Add All VCF File(s) In Folder", "Load List Of Files From File",
             "Remove Filenames Contain. X", "Remove Filenames Not Cont. X", "Clear List",
-            "Load Sample/Example Files", "Help", "Browse for output folder", "Start Replacing"],
+            "Load Sample/Example Files", "Help", "Browse for output folder", "Start Replacing",
+            "Undo Last Run", "Undo Menu"],
         "radio button": [FIELDS, VALUES, WHOLE, TO_FOLDER, IN_PLACE],
         "page tab": [SINGLE, SETS],
         "panel": ["Find Options", "Save Option"],

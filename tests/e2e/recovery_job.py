@@ -8,19 +8,24 @@ window_test.py says more.
 """
 
 import os
+import re
 import subprocess
 import sys
 import threading
 import time
 
+import bus
 import driver
 import window_test
+import x11
+from bus import wait_until
 from driver import FIND, REPLACE
 from window_test import WindowTest, read
 
 INTERRUPTED_WRITE = os.path.abspath(sys.argv.pop(1))
 
-OLD, NEW = b"0123456789", b"newnewnewnewnew"
+OLD, NEW, MIXTURE = b"0123456789", b"newnew", b"newnew6789"
+WAITS = "It is written in part"
 
 
 def kill_once_longer(process, path, size):
@@ -32,26 +37,24 @@ def kill_once_longer(process, path, size):
 
 
 class RecoveryTest(WindowTest):
-    def setUp(self):
-        super().setUp()
-        os.environ["XDG_STATE_HOME"] = self.folder("state")
-        self.journals = os.path.join(self.work, "state", "vexmarrow")
-
     def interrupt(self, path):
-        subprocess.run([INTERRUPTED_WRITE, self.journals, path, NEW.decode()], check=False, timeout=60)
-        self.assertEqual(len([name for name in os.listdir(self.journals) if name != "kept"]), 1)
+        """A program is killed in the middle of a file."""
+        window_test.write(path, OLD)
+        subprocess.run([INTERRUPTED_WRITE, self.logs, path, NEW.decode()], check=False, timeout=60)
+        self.assertEqual(read(path), MIXTURE)
+        self.assertEqual(len(self.runs()), 1)
+
+    def runs(self):
+        return sorted(name for name in os.listdir(self.logs) if re.fullmatch(r"\d{10}\.run", name))
 
     def kept(self):
-        folder = os.path.join(self.journals, "kept")
+        folder = os.path.join(self.logs, "kept")
         return [read(os.path.join(folder, name)) for name in sorted(os.listdir(folder))]
 
     def test_the_question_before_the_window(self):
-        path = self.file("card <b>.vcf", data=OLD)
-        for button, content, copy in (("Yes", NEW, None), ("No", None, NEW)):
-            window_test.write(path, OLD)
+        path = self.file("card <b>.vcf")
+        for button, content, copy in (("Yes", OLD, MIXTURE), ("No", MIXTURE, OLD)):
             self.interrupt(path)
-            mixture = read(path)
-            self.assertNotIn(mixture, (OLD, NEW))
             said = []
 
             def meet(program):
@@ -61,14 +64,64 @@ class RecoveryTest(WindowTest):
 
             with self.program(meet=meet) as program:
                 self.assertEqual(program.row_count(), 0)
+                self.assertFalse(program.can_undo())
             self.assertIn(path, said[0])
             self.assertRegex(said[0], r"began: \d{4}-\d\d-\d\d \d\d:\d\d:\d\d")
             self.assertRegex(said[0], r"last changed: \d{4}-\d\d-\d\d \d\d:\d\d:\d\d")
-            self.assertEqual(read(path), content or mixture)
-            self.assertIn(copy or mixture, self.kept())
-            self.assertEqual(os.listdir(self.journals), ["kept"])
+            self.assertEqual(read(path), content)
+            self.assertIn(copy, self.kept())
+            self.assertEqual(self.runs(), [])
         with self.program():
             pass  # nothing is asked again
+
+    def run_in_place(self, program, paths):
+        program.add_files(paths)
+        program.type(FIND, "new")
+        program.type(REPLACE, "x")
+        program.choose(driver.IN_PLACE)
+        program.press("Start Replacing")
+
+    def test_later_is_asked_again_and_no_run_uses_the_file(self):
+        path, other = self.file("card.vcf"), self.file("other.vcf", data=b"new")
+        self.interrupt(path)
+        with self.program(meet=lambda program: program.answer(button="Later")) as program:
+            self.run_in_place(program, [path, other])
+            self.assertIn(WAITS, program.answer("Application Error"))
+            program.confirm("Done.")
+            self.assertEqual((read(path), read(other)), (MIXTURE, b"x"))
+
+        def escape(program):
+            box = program.box()
+            with x11.Keyboard() as keyboard:
+                wait_until(lambda: bus.is_active(box.window), "the question to be active")
+                keyboard.press("Escape")
+                program.wait_closed(box)
+
+        def ask_twice(first):
+            """While the question is open, another start neither asks nor uses the file."""
+            box = first.box()
+            with self.program() as second:
+                self.run_in_place(second, [path])
+                self.assertIn(WAITS, second.answer("Application Error"))
+                second.confirm("Done.")
+            self.assertEqual(read(path), MIXTURE)
+            box.press("Yes")
+
+        with self.program(meet=escape):
+            self.assertEqual(read(path), MIXTURE)
+        with self.program(meet=ask_twice):
+            self.assertEqual(read(path), OLD)
+
+    def test_a_file_that_is_not_there(self):
+        path = self.file("card.vcf")
+        self.interrupt(path)
+        os.remove(path)
+        with self.program() as program:
+            wait_until(lambda: bus.find(program.window, "1 file of an interrupted run is not there", "label"),
+                       "the remark in the status line")
+            program.choose_in_undo_menu("Keep Old Text of Missing Files")
+            self.assertIn(path, program.answer())
+        self.assertEqual((self.kept(), self.runs()), ([OLD], []))
 
     def test_killed_in_the_middle_of_a_run(self):
         old = b"TEL:+49 30 1234567\r\n" * 500
@@ -90,20 +143,19 @@ class RecoveryTest(WindowTest):
             killer.join()
             program.process.wait()
         self.assertEqual(read(files[-1]), old, "it was killed too late")
-        pending = [name for name in os.listdir(self.journals)
-                   if read(os.path.join(self.journals, name))[:1] == b"V"]
+        self.assertEqual(len(self.runs()), 1)
 
-        states = [read(path) for path in files]
-        whole = (old, new)
-        unfinished = [path for path, state in zip(files, states) if state not in whole]
-        self.assertLessEqual(len(unfinished), len(pending))
+        unfinished = [path for path in files if read(path) not in (old, new)]
+        self.assertLessEqual(len(unfinished), 1)
         # What was recorded may be complete already, and then there is no question.
-        with self.program(meet=lambda program: program.answer_before_window("Yes")):
-            pass
-        for path in files:
-            self.assertIn(read(path), whole, path)
-        for path in unfinished:
-            self.assertEqual(read(path), new)
+        with self.program(meet=lambda program: program.answer_before_window("Yes")) as program:
+            for path in files:
+                self.assertIn(read(path), (old, new), path)
+            for path in unfinished:
+                self.assertEqual(read(path), old)
+            # The others can be taken back as those of any run.
+            self.assertRegex(program.undo()[1], r"\AThe run of .* is undone\.\Z")
+        self.assertEqual([path for path in files if read(path) != old], [])
 
 
 if __name__ == "__main__":

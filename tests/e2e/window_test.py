@@ -36,12 +36,14 @@ def write(path, data):
 
 
 class WindowTest(unittest.TestCase):
-    """Gives every test a folder and settings of its own."""
+    """Gives every test a folder, settings and logs of its own."""
 
     def setUp(self):
         self.work = tempfile.mkdtemp(prefix="vexmarrow-e2e.")
         self.addCleanup(shutil.rmtree, self.work)
         os.environ["XDG_CONFIG_HOME"] = self.folder("config")
+        os.environ["XDG_STATE_HOME"] = self.folder("state")
+        self.logs = os.path.join(self.work, "state", "vexmarrow")
 
     def folder(self, *names):
         """A new folder in the test's own."""

@@ -71,7 +71,8 @@ public:
         if (whenShown) {
             whenShown(box);
         }
-        const bool question = style == BoxStyle::YesNo || style == BoxStyle::Question;
+        const bool question =
+            style == BoxStyle::YesNo || style == BoxStyle::Question || style == BoxStyle::OrLater;
         return question ? NextOf(answers, Answer::No) : Answer::Ok;
     }
     std::u16string AskForText(std::u16string_view prompt, std::u16string_view suggestion) override {

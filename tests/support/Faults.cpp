@@ -4,7 +4,9 @@
 #include "support/Faults.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
 #include <stdexcept>
@@ -26,6 +28,10 @@ bool FaultySystemCalls::Fails(Kind kind, std::size_t* count) {
     ++allCalls;
     if (count != nullptr) {
         *count = std::min(*count, mostAtOnce);
+    }
+    if (event_ == Event::Gone && eventCall_ > 0 && allCalls >= eventCall_) {
+        errno = EIO;
+        return true;
     }
     if (allCalls == eventCall_) {
         const bool takesRoom = kind == kWriteAt || kind == kMakeFolder || kind == kName;
@@ -62,6 +68,12 @@ ssize_t FaultySystemCalls::AfterBytes(ssize_t answer) const {
     return answer;
 }
 
+int FaultySystemCalls::Renumbered(int answer, FileStatus& status) const {
+    status.device += renumbered;
+    status.inode += renumbered;
+    return answer;
+}
+
 int FaultySystemCalls::Open(const std::string& path, int flags, mode_t mode) {
     if (Fails(kOpen)) {
         return -1;
@@ -86,15 +98,15 @@ int FaultySystemCalls::Open(const std::string& path, int flags, mode_t mode) {
 }
 
 int FaultySystemCalls::Status(int descriptor, FileStatus& status) {
-    return Fails(kStatus) ? -1 : SystemCalls::Status(descriptor, status);
+    return Renumbered(Fails(kStatus) ? -1 : SystemCalls::Status(descriptor, status), status);
 }
 
 int FaultySystemCalls::StatusOfName(const std::string& path, FileStatus& status) {
-    return Fails(kStatus) ? -1 : SystemCalls::StatusOfName(path, status);
+    return Renumbered(Fails(kStatus) ? -1 : SystemCalls::StatusOfName(path, status), status);
 }
 
 int FaultySystemCalls::StatusOfTarget(const std::string& path, FileStatus& status) {
-    return Fails(kStatus) ? -1 : SystemCalls::StatusOfTarget(path, status);
+    return Renumbered(Fails(kStatus) ? -1 : SystemCalls::StatusOfTarget(path, status), status);
 }
 
 ssize_t FaultySystemCalls::Read(int descriptor, void* bytes, std::size_t count) {
@@ -140,7 +152,9 @@ int FaultySystemCalls::Duplicate(int descriptor) {
 }
 
 int FaultySystemCalls::Close(int descriptor) {
-    --openFiles; // a close that fails has closed the file all the same
+    openFiles -= watches_.erase(descriptor) == 0
+                     ? 1
+                     : 0; // a close that fails has closed the file all the same
     const bool fails = Fails(kClose);
     const int error = errno;
     const int answer = SystemCalls::Close(descriptor);
@@ -162,6 +176,16 @@ int FaultySystemCalls::RenameToNew(const std::string& from, const std::string& t
 
 int FaultySystemCalls::MakeFolder(const std::string& path, mode_t mode) {
     return Fails(kMakeFolder) ? -1 : SystemCalls::MakeFolder(path, mode);
+}
+
+int FaultySystemCalls::MakeWatch() {
+    const int watch = hasWatches ? SystemCalls::MakeWatch() : -1;
+    watches_.insert(watch);
+    return watch;
+}
+
+int FaultySystemCalls::WatchFolder(int watch, const std::string& folder) {
+    return Fails(kOpen) ? -1 : SystemCalls::WatchFolder(watch, folder);
 }
 
 int FaultySystemCalls::RoomIn(const std::string& folder, std::uint64_t& bytes) {
@@ -200,6 +224,41 @@ bool InChildProcess(const std::function<void()>& work) {
         throw std::runtime_error("a child process ended with status " + std::to_string(status));
     }
     return WEXITSTATUS(status) == 0;
+}
+
+OtherProgram::OtherProgram(const std::function<void(const std::function<void()>& stop)>& work) {
+    std::array<int, 2> ends{};
+    process_ = ::pipe(ends.data()) == 0 ? ::fork() : -1;
+    if (process_ == 0) {
+        const auto stop = [&] {
+            if (::write(ends[1], "", 1) != 1) {
+                ::_exit(1); // the reader sees the end
+            }
+            for (;;) {
+                ::pause();
+            }
+        };
+        try {
+            work(stop);
+        } catch (...) { // it ends without having stopped
+        }
+        ::_exit(1);
+    }
+    char byte = 0;
+    ::close(ends[1]);
+    const bool stopped = process_ > 0 && ::read(ends[0], &byte, 1) == 1;
+    ::close(ends[0]);
+    if (!stopped) {
+        throw std::runtime_error("the other program has not come to where it was to stop");
+    }
+}
+
+void OtherProgram::Kill() {
+    if (process_ > 0) {
+        ::kill(process_, SIGKILL);
+        ::waitpid(process_, nullptr, 0);
+        process_ = 0;
+    }
 }
 
 Unprivileged::Unprivileged() : changed_(::geteuid() == 0) {

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
 #include <utility>
 
@@ -18,7 +19,7 @@ namespace vexmarrow::test {
 class FaultySystemCalls final : public SystemCalls {
 public:
     enum Kind {
-        kOpen,
+        kOpen, // WatchFolder as well
         kStatus,
         kRead, // ReadAt is one of these as well
         kWriteAt,
@@ -47,6 +48,7 @@ public:
         Fail,     ///< it fails with EIO
         Full,     ///< it fails for want of room, if it is a call that can
         Short,    ///< it reads or writes one byte at most
+        Gone,     ///< it fails with EIO, as all that come after it: the disk is gone
     };
     void AtCall(int n, Event event) {
         eventCall_ = n;
@@ -56,10 +58,12 @@ public:
     std::size_t mostAtOnce = static_cast<std::size_t>(-1); ///< bytes of one read or write
     std::map<Kind, int> calls;                             ///< so many were made
     int allCalls = 0;
-    int openFiles = 0;                       ///< opened and not closed again
+    int openFiles = 0;       ///< opened and not closed again, but watches
+    bool hasWatches = false; ///< real ones take milliseconds to close; without, all is looked at
     bool lacksNamelessFiles = false;         ///< as old and simple file systems
     std::function<void(Kind)> beforeCall;    ///< what other programs do meanwhile
     std::uint64_t room = UINT64_MAX;         ///< bytes that a file system tells to have at most
+    std::uint64_t renumbered = 0;            ///< by so much: devices and files, as after a restart
     std::map<std::string, int> openErrors;   ///< what opening a file of that path fails with
     std::map<std::string, int> folderErrors; ///< the same for all below a folder
     /// Extended attributes that files have on top of their real ones, by path (without "/" at its
@@ -86,6 +90,8 @@ public:
     int NameFile(int descriptor, const std::string& path) override;
     int RenameToNew(const std::string& from, const std::string& to) override;
     int MakeFolder(const std::string& path, mode_t mode) override;
+    int MakeWatch() override;
+    int WatchFolder(int watch, const std::string& folder) override;
     int RoomIn(const std::string& folder, std::uint64_t& bytes) override;
     ssize_t Attribute(const std::string& path, const char* name, void* value,
                       std::size_t size) override;
@@ -93,8 +99,10 @@ public:
 private:
     bool Fails(Kind kind, std::size_t* count = nullptr);
     ssize_t AfterBytes(ssize_t answer) const;
+    int Renumbered(int answer, FileStatus& status) const;
 
     static constexpr int kKill = -1;
+    std::set<int> watches_;
     std::map<std::pair<Kind, int>, int> faults_;
     int eventCall_ = 0;
     Event event_ = Event::Kill;
@@ -104,6 +112,20 @@ private:
 /// Runs something in a process of its own; true when it came to its end, false when it was killed
 /// by FaultySystemCalls. Throws when it ended in any other way.
 bool InChildProcess(const std::function<void()>& work);
+
+/// Another program that does something and then waits to be killed.
+class OtherProgram {
+public:
+    /// Returns once `work` has called what it is given, which does not return.
+    explicit OtherProgram(const std::function<void(const std::function<void()>& stop)>& work);
+    ~OtherProgram() { Kill(); }
+    OtherProgram(const OtherProgram&) = delete;
+    OtherProgram& operator=(const OtherProgram&) = delete;
+    void Kill();
+
+private:
+    int process_ = 0;
+};
 
 /// While it lives, a process of the superuser, for whom no permission counts, is somebody else.
 class Unprivileged {

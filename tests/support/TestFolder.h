@@ -10,7 +10,7 @@
 #include <filesystem>
 #include <fstream>
 #include <ios>
-#include <iterator>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -57,7 +57,9 @@ public:
     std::string Read(std::string_view name) const {
         std::ifstream file(Native(name), std::ios::binary);
         file.exceptions(file.is_open() ? std::ios::goodbit : std::ios::failbit);
-        return {std::istreambuf_iterator<char>(file), {}};
+        std::ostringstream bytes;
+        bytes << file.rdbuf();
+        return bytes.str();
     }
     void MakeFolder(std::string_view name) const {
         std::filesystem::create_directories(Native(name));

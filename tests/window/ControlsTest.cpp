@@ -145,6 +145,8 @@ private Q_SLOTS:
             {"Text3", "Save results to this folder:"},
             {"PushButton14", "Browse for output folder"},
             {"PushButton1", "Start Replacing"},
+            {"UndoLastRun", "Undo Last Run"},
+            {"UndoMenu", "Undo Menu"},
             {"Combo3", "Code page of unmarked files:"}};
         QStringList expected;
         for (const auto& [name, accessibleName] : order) {

@@ -8,6 +8,7 @@
 #include "app/Strings.h"
 #include "support/TestFolder.h"
 
+#include <QAction>
 #include <QGuiApplication>
 
 namespace vexmarrow::test {
@@ -259,6 +260,102 @@ private Q_SLOTS:
         QCOMPARE(window_->Rows(), 50);
     }
 
+    void Undone() {
+        QCOMPARE(Offer(), QStringLiteral("-- There is no run to undo."));
+        AddFile("1.vcf", "a");
+        AddFile("2.vcf", "a");
+        window_->Press("Option5");
+        Once([&] { return folder_->Read("1.vcf") == "b"; },
+             [&] {
+                 QCOMPARE(Offer().left(2), QStringLiteral("--"));
+                 window_->pickers.folders = {folder_->Path("out")}; // a scan inside the run
+                 window_->Press("PushButton3");
+                 QCOMPARE(Offer().left(2), QStringLiteral("--"));
+                 Trigger("Forget"); // refused
+             });
+        QCOMPARE(Run(), kDone);
+        QVERIFY2(Offer().startsWith(QStringLiteral("UF Undo the run of ")) &&
+                     Offer().endsWith(QStringLiteral(": 2 files.")),
+                 qPrintable(Offer()));
+        window_->prompts.answers = {Answer::Yes};
+        Once([&] { return folder_->Read("2.vcf") == "a"; },
+             [&] {
+                 QCOMPARE(Offer().left(2), QStringLiteral("--"));
+                 QVERIFY(QGuiApplication::overrideCursor() != nullptr);
+                 QVERIFY(
+                     window_->Find<QLabel>("Progress")->text().endsWith(QStringLiteral("of 2")));
+                 window_->Press("PushButton1"); // refused
+             });
+        window_->Press("UndoLastRun");
+        const QString boxes = window_->Boxes();
+        QVERIFY2(boxes.startsWith(QStringLiteral("Undo the run of ")) &&
+                     boxes.endsWith(QStringLiteral(" is undone.")) && boxes.count(u'|') == 1,
+                 qPrintable(boxes));
+        QCOMPARE(folder_->Read("1.vcf") + folder_->Read("2.vcf"), std::string("aa"));
+        QCOMPARE(Offer(), QStringLiteral("-- There is no run to undo."));
+
+        QCOMPARE(Run(), kDone);
+        QCOMPARE(Offer().left(2), QStringLiteral("UF"));
+        window_->prompts.answers = {Answer::Yes};
+        Trigger("Forget");
+        QVERIFY(window_->Boxes().startsWith(QStringLiteral("Forget the old texts")));
+        QCOMPARE(Offer(), QStringLiteral("-- There is no run to undo."));
+        QCOMPARE(folder_->Read("1.vcf") + folder_->Read("2.vcf"), std::string("bb"));
+    }
+
+    void ClosedDuringAnUndo() {
+        for (const char* const name : {"1.vcf", "2.vcf", "3.vcf"}) {
+            AddFile(name, "a");
+        }
+        window_->Press("Option5");
+        QCOMPARE(Run(), kDone);
+        window_->prompts.answers = {Answer::Yes};
+        Once([&] { return folder_->Read("2.vcf") == "a"; }, [&] { window_->form->close(); });
+        window_->Press("UndoLastRun");
+        QCOMPARE(window_->Boxes().count(u'|'), 0); // the question alone
+        QCOMPARE(folder_->Read("1.vcf") + folder_->Read("2.vcf"), std::string("ba"));
+        Reopen();
+    }
+
+    void FilesOfAnInterruptedRunThatAreNotThere() {
+        window_ = std::make_unique<Window>();
+        folder_->Write("card.vcf", "old");
+        QVERIFY(!InChildProcess([&] {
+            window_->calls.KillAt(FaultySystemCalls::kWriteAt, 3);
+            const auto file = window_->writer.Begin(folder_->Path("card.vcf"), nullptr);
+            file->Append("longer than before");
+            file->Seal();
+            file->Commit();
+        }));
+        folder_->Remove("card.vcf");
+        window_->Open();
+        const auto* const notice = window_->Find<QLabel>("Missing");
+        QVERIFY(notice->isVisible());
+        QCOMPARE(notice->text(), QStringLiteral("1 file of an interrupted run is not there"));
+        QVERIFY(Offer().startsWith(QStringLiteral("-FK The run of ")));
+        QCOMPARE(window_->Boxes(), QString());
+        Trigger("KeepMissing");
+        QVERIFY(window_->Boxes().contains(ToQString(folder_->Path("card.vcf"))));
+        QVERIFY(!notice->isVisible());
+        QCOMPARE(Offer(), QStringLiteral("-F There is no run to undo.")); // the copy
+    }
+
+    void ANarrowWindowStaysNarrow() {
+        QFont font = window_->form->font();
+        font.setPointSizeF(18);
+        window_->form->setFont(font);
+        window_->form->resize(800, 600);
+        QTRY_COMPARE_WITH_TIMEOUT(window_->form->width(), 800, kDeadline);
+        AddFile("1.vcf", "a");
+        AddFile("2.vcf", "a");
+        AfterResult("1.vcf", [&] {
+            QVERIFY(window_->Find<QWidget>("Progress")->isVisible());
+            QCOMPARE(window_->form->width(), 800);
+            QVERIFY(window_->form->minimumSizeHint().width() <= 800);
+        });
+        QCOMPARE(Run(), kDone);
+    }
+
     void HundredThousandRows() {
         AddFile("1.vcf", "a");
         std::vector<std::u16string> choice{folder_->Path()};
@@ -280,6 +377,27 @@ private:
     void AddFile(const std::string& name, const std::string& bytes) {
         folder_->Write(name, bytes);
         window_->AddFiles({folder_->Path(name)});
+    }
+
+    /// What the status line offers: U to undo, F to forget, K to keep old texts of missing files;
+    /// and the tool tip.
+    QString Offer() {
+        const auto offers = [&](const char* name, char letter) {
+            const auto* const action = window_->Find<QAction>(name);
+            return action->isEnabled() && action->isVisible() ? QString(QLatin1Char(letter))
+                                                              : QString();
+        };
+        const auto* const undo = window_->Find<QPushButton>("UndoLastRun");
+        const QString menu = offers("Forget", 'F') + offers("KeepMissing", 'K');
+        if (window_->Find<QPushButton>("UndoMenu")->isEnabled() == menu.isEmpty()) {
+            return QStringLiteral("the menu cannot be opened");
+        }
+        return (undo->isEnabled() ? QStringLiteral("U") : QStringLiteral("-")) +
+               (menu.isEmpty() ? QStringLiteral("-") : menu) + u' ' + undo->toolTip();
+    }
+    void Trigger(const char* action) {
+        window_->Find<QAction>(action)->trigger();
+        QCoreApplication::processEvents();
     }
 
     QString Run() {

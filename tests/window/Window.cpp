@@ -14,10 +14,12 @@
 namespace vexmarrow::test {
 
 void Window::Open() {
-    form = std::make_unique<Form1>(Services{textio, writer, ansi, *shown, pickers, settings,
-                                            fileManager, eventLoop, programFolder,
-                                            u"/home/somebody/Desktop/"});
+    recovery.emplace(calls, logFolders, *shown);
+    form = std::make_unique<Form1>(Services{textio, writer, setsWriter, ansi, *shown, pickers,
+                                            settings, fileManager, eventLoop, *recovery, logFolders,
+                                            programFolder, u"/home/somebody/Desktop/"});
     form->Form_Load();
+    recovery->Run();
     form->show();
 }
 

@@ -5,7 +5,8 @@
 
 #include "app/Form1.h"
 #include "app/QtEventLoop.h"
-#include "journal/JournaledWriter.h"
+#include "safety/Recovery.h"
+#include "safety/SafeWriter.h"
 #include "support/Doubles.h"
 #include "support/Faults.h"
 #include "support/TestFolder.h"
@@ -23,6 +24,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace vexmarrow::test {
 
@@ -81,8 +83,10 @@ public:
     AnsiCodePage ansi{u"windows-1252"};
     FaultySystemCalls calls;
     RFTSFSO textio{calls, flags, ansi};
-    TestFolder state; ///< of the program: its journals
-    JournaledWriter writer{calls, {state.Native("journals")}};
+    TestFolder state; ///< of the program: its logs
+    std::vector<std::string> logFolders{state.Native("logs")};
+    SafeWriter writer{calls, logFolders};
+    SafeWriter setsWriter{calls, logFolders, WayBack::None};
     ScriptedPrompts prompts;
     Prompts* shown = &prompts; ///< what the window uses
     ScriptedPickers pickers;
@@ -90,6 +94,7 @@ public:
     RecordingFileManager fileManager;
     std::u16string programFolder = u"/nowhere";
     QtEventLoop eventLoop;
+    std::optional<Recovery> recovery; ///< of the start
     std::unique_ptr<Form1> form;
 };
 

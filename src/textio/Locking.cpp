@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "textio/Locking.h"
+
+#include "textio/SystemCalls.h"
+
+#include <cerrno>
+#include <sys/file.h>
+
+namespace vexmarrow {
+namespace {
+
+bool IsLackOfLocks(int error) {
+    return error == ENOLCK || error == EOPNOTSUPP || error == ENOSYS || error == EINVAL;
+}
+
+} // namespace
+
+int LockFile(SystemCalls& calls, int descriptor, bool forWriting) {
+    // Asked first: on a network, a lock of the whole file is one of all its parts, and would be
+    // taken for another program's.
+    if (calls.AskForLock(descriptor, forWriting) != 0) {
+        return errno;
+    }
+    const bool isOurs = calls.Lock(descriptor, forWriting ? LOCK_EX : LOCK_SH) == 0;
+    return isOurs || IsLackOfLocks(errno) ? 0 : errno;
+}
+
+} // namespace vexmarrow

@@ -1,0 +1,59 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "textio/Opening.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace vexmarrow {
+namespace {
+
+/// O_NONBLOCK: opening what has just become a pipe must not wait for its other end. It means
+/// nothing to regular files.
+constexpr int kFlags = O_NONBLOCK | O_CLOEXEC | O_NOCTTY;
+
+OpenedFile Open(SystemCalls& calls, const std::string& path, int flags) {
+    OpenedFile opened{Descriptor(calls, calls.Open(path, flags | kFlags, 0)), 0, {}};
+    opened.error = opened.file.IsOpen() ? 0 : errno;
+    return opened;
+}
+
+} // namespace
+
+OpenedFile OpenToRead(SystemCalls& calls, const std::string& path) {
+    return Open(calls, path, O_RDONLY);
+}
+
+OpenedFile OpenToWrite(SystemCalls& calls, const std::string& path) {
+    constexpr int kMostLinks = 40; // as the system has it
+    std::string place = path;      // after the links that the path ends in
+    OpenedFile opened = Open(calls, place, O_RDWR | O_NOFOLLOW);
+    for (int links = 0; opened.error == ELOOP && links < kMostLinks; ++links) {
+        std::string target;
+        FileStatus link;
+        if (calls.ReadLink(place, target) != 0 || calls.StatusOfName(place, link) != 0) {
+            opened.error = errno;
+            break;
+        }
+        if (link.owner != ::geteuid() && link.owner != 0) {
+            opened.error = EPERM;
+            opened.reason = u"It is reached by a link that belongs to another user";
+            break;
+        }
+        place = target.starts_with('/') ? target : FolderOf(place).append("/").append(target);
+        opened = Open(calls, place, O_RDWR | O_NOFOLLOW);
+    }
+    return opened;
+}
+
+std::string FolderOf(const std::string& path) {
+    const std::size_t slash = path.find_last_of('/');
+    if (slash == std::string::npos) {
+        return ".";
+    }
+    return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+} // namespace vexmarrow

@@ -1,0 +1,223 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "core/Writing.h"
+#include "textio/ByteSource.h"
+
+#include <cstring>
+
+namespace vexmarrow::test {
+namespace {
+
+using LogsTest = Writing;
+
+TEST_F(LogsTest, WhereTheLogGoes) {
+    // What stands in the way of the first folder; whether the second one serves.
+    const struct {
+        const char* what;
+        std::function<void()> happens;
+        std::size_t inFirst, inSecond;
+    } rows[] = {
+        {"nothing", [] {}, 1, 0},
+        {"its rights",
+         [&] {
+             state.MakeFolder("a");
+             state.SetMode("a", 0755);
+         },
+         1, 0},
+        {"a file", [&] { state.Write("a", ""); }, 0, 1},
+        {"a link",
+         [&] {
+             state.MakeFolder("c");
+             state.MakeLink("a", "c");
+         },
+         0, 1},
+        {"no room",
+         [&] { calls.FailAt(Calls::kWriteAt, calls.calls[Calls::kWriteAt] + 1, ENOSPC); }, 0, 1},
+        {"forced modes",
+         [&] {
+             calls.beforeCall = [&](Calls::Kind kind) {
+                 for (const std::string& name : Kept("a")) {
+                     state.SetMode(name, kind == Calls::kStatus ? 0755 : 0600);
+                 }
+             };
+         },
+         0, 1},
+        {"no locks", [&] { calls.FailAt(Calls::kLock, calls.calls[Calls::kLock] + 3, ENOLCK); }, 0,
+         1},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        Prepare({"old", "new"});
+        row.happens();
+        EXPECT_EQ(Put("f"), "");
+        EXPECT_EQ(Kept("a").size(), row.inFirst);
+        EXPECT_EQ(Kept("b").size(), row.inSecond);
+        const std::string used = state.Native(row.inFirst == 1 ? "a" : "b");
+        EXPECT_EQ(std::filesystem::status(used).permissions(), std::filesystem::perms(0700));
+        writer.Settle();
+        calls.beforeCall = nullptr;
+        EXPECT_EQ(TakeBack(), Strings{});
+        EXPECT_EQ(Content(), "old");
+    }
+    Prepare({"old", "new"});
+    state.Write("a", "");
+    state.Write("b", "");
+    const std::string failure = Put("f");
+    for (const std::string& part : {folder.Native("f"), Logs()[0], Logs()[1]}) {
+        EXPECT_THAT(failure, testing::HasSubstr(part));
+    }
+    EXPECT_EQ(Content(), "old");
+    state.Remove("a");
+    EXPECT_EQ(Put("f"), "") << "there is room again";
+}
+
+TEST_F(LogsTest, RoomForLogs) {
+    std::uint64_t share = 0; // of the disk, that logs may take
+    calls.beforeCall = [&](Calls::Kind kind) {
+        if (kind == Calls::kRoom) {
+            calls.room = 2 * share;
+            for (const std::string& log : Kept("a")) {
+                calls.room -= std::min<std::uint64_t>(
+                    calls.room, std::filesystem::file_size(state.Native(log)));
+            }
+        }
+    };
+    const std::string old(4000, 'o');
+    for (const char* name : {"1", "2", "3", "4", "5"}) {
+        WriteOld(name, old);
+    }
+    WriteOld("large", std::string(20000, 'o'));
+    share = 13900; // three such texts
+    for (const char* name : {"1", "2", "3"}) {
+        EXPECT_EQ(Put(name), "");
+        writer.Settle();
+    }
+    EXPECT_EQ(Kept("a").size(), 3U);
+    EXPECT_THAT(Put("large"), testing::HasSubstr("No space left on device"));
+    writer.Settle();
+    EXPECT_EQ(Kept("a").size(), 3U) << "given up for what could never fit";
+    EXPECT_EQ(DateOf("large"), kOldDate);
+
+    EXPECT_EQ(Put("4"), "");
+    EXPECT_EQ(Kept("a", "1.run"), Strings{}) << "the oldest goes first";
+    EXPECT_EQ(Kept("a").size(), 3U);
+    for (const char* name : {"1", "2", "3", "5"}) {
+        EXPECT_EQ(Put(name, "newer"), "");
+    }
+    writer.Settle();
+    WriteOld("2", old);
+    share = 4600;
+    for (const char* name : {"2", "4"}) {
+        WriteOld(name, old);
+        EXPECT_EQ(Put(name), "");
+    }
+    writer.Settle();
+    EXPECT_EQ(Kept("a").size(), 1U);
+    const std::optional<LastRun> last = TakingBack(calls, Logs()).Last();
+    EXPECT_TRUE(last->isPartial && last->changed == 1);
+    EXPECT_EQ(TakeBack(), Strings{});
+    EXPECT_EQ(folder.Read("2"), "new");
+    EXPECT_EQ(folder.Read("4"), old);
+    EXPECT_TRUE(TakingBack(calls, Logs()).Last()->isPartial) << "it stays the last one";
+    TakingBack(calls, Logs()).Forget();
+    EXPECT_EQ(Kept("a"), Strings{});
+}
+
+TEST_F(LogsTest, HowLongRunsAreKept) {
+    WriteOld("f", "old");
+    WriteOld("g", "old");
+    const auto kept = [&] {
+        std::string numbers;
+        for (const std::string& name : Kept("a")) {
+            numbers += name.substr(name.size() - 5, 1);
+        }
+        return numbers;
+    };
+    EXPECT_FALSE(InChildProcess([&] { // which leaves an open record
+        FaultySystemCalls killed;
+        killed.beforeCall = [&](Calls::Kind) {
+            if (folder.Read("g") == "nld") {
+                killed.AtCall(killed.allCalls + 1, Event::Kill);
+            }
+        };
+        killed.mostAtOnce = 1;
+        SafeWriter killedWriter(killed, Logs());
+        Safety::Put(killed, killedWriter, "g", "new");
+    }));
+    for (int run = 2; run <= 8; ++run) {
+        EXPECT_EQ(Put("f", std::to_string(run)), "");
+        writer.Settle();
+    }
+    EXPECT_EQ(kept(), "145678") << "five, and the one that waits";
+    const auto makeOlder = [&](std::size_t log, std::int64_t days) {
+        const std::string name = Kept("a").at(log);
+        std::string bytes = state.Read(name);
+        LogHeader header;
+        std::memcpy(static_cast<void*>(&header), bytes.data(), sizeof header);
+        header.begun -= days * 24 * 60 * 60 * 1'000'000'000;
+        std::memcpy(bytes.data(), static_cast<const void*>(&header), sizeof header);
+        header.checksum = ChecksumOf(bytes.substr(0, offsetof(LogHeader, checksum)));
+        std::memcpy(bytes.data(), static_cast<const void*>(&header), sizeof header);
+        state.Write(name, bytes);
+    };
+    makeOlder(0, 31);
+    makeOlder(1, 31);
+    makeOlder(2, 29);
+    makeOlder(3, -10000);
+    EXPECT_EQ(Recover(Answer::Later), 1U);
+    EXPECT_EQ(kept(), "15678");
+    EXPECT_EQ(Recover(Answer::Yes), 1U);
+    TakingBack(calls, Logs()).Forget();
+    EXPECT_EQ(kept(), "");
+}
+
+TEST_F(LogsTest, WithoutAWayBack) {
+    WriteOld("f", "old");
+    SafeWriter sets(calls, Logs(), WayBack::None);
+    EXPECT_EQ(Safety::Put(calls, sets, "f", "new"), "");
+    EXPECT_EQ(Safety::Put(calls, sets, "created", "new"), "");
+    sets.Settle();
+    EXPECT_EQ(Kept("a"), Strings{});
+    for (const Write& write : {Write{"old text", "new"}, Write{"-", "new"}}) {
+        for (int n = 1, asked = 0; n < 100; ++n) {
+            SCOPED_TRACE(n);
+            Prepare(write);
+            const bool finished = InChildProcess([&] {
+                FaultySystemCalls killed;
+                killed.AtCall(n, Event::KillHalf);
+                SafeWriter killedWriter(killed, Logs(), WayBack::None);
+                Do(write, killed, killedWriter);
+            });
+            asked += static_cast<int>(Recover(Answer::Yes));
+            EXPECT_TRUE(Content() == write.old || Content() == write.text);
+            EXPECT_EQ(Kept("a"), Strings{}) << "there is nothing to take back";
+            if (finished) {
+                EXPECT_EQ(asked > 0, write.old != "-");
+                break;
+            }
+        }
+    }
+}
+
+TEST_F(LogsTest, LogsAreNoTargets) {
+    folder.Write("f", "old");
+    EXPECT_EQ(Put("f"), "");
+    const std::string name = Kept("a").at(0);
+    const std::string record = "VXMRUN\x1A and what follows"; // of another version
+    state.Write("a/left", record);
+    state.SetMode("a/left", 0600);
+    for (const std::string& log : {name, "a/left"s}) {
+        state.MakeLink("link", log);
+        std::filesystem::create_hard_link(state.Native(log), state.Native("hard"));
+        for (const std::string& path : {log, "link"s, "hard"s}) {
+            EXPECT_THROW(writer.Begin(state.Path(path), nullptr), Failure) << path;
+        }
+        state.Remove("link");
+        state.Remove("hard");
+    }
+    EXPECT_EQ(state.Read("a/left"), record);
+}
+
+} // namespace
+} // namespace vexmarrow::test

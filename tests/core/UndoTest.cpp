@@ -1,0 +1,297 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "core/Core.h"
+#include "run/UndoLastRun.h"
+#include "safety/KeptCopies.h"
+#include "safety/LogFolders.h"
+#include "safety/Recovery.h"
+#include "shell/Trap.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+
+namespace vexmarrow::test {
+namespace {
+
+using Files = std::vector<std::pair<std::string, std::string>>; // names and texts
+
+const std::string kAsTheyAre = " Files that were changed since stay as they are.";
+const std::string kNoRoom = " There was no room to keep the old texts of its other files.";
+const std::string kForget =
+    "Forget the old texts that are kept of the last runs? They cannot be undone then.";
+const std::string kStillKept = "Some old texts are still kept: another program is working, or a "
+                               "file of an interrupted run waits for its old text.";
+
+struct UndoTest : Core {
+    const Strings logs{state.Native("first"), state.Native("second")};
+    ScriptedEventLoop loop;
+    RecordingPointer pointer;
+    Recovery recovery{calls, logs, prompts};
+    UndoLastRun undo{calls, logs, recovery, prompts, loop, pointer};
+
+    void Run(const Files& files) {
+        for (const auto& [name, text] : files) {
+            FailureOf([&, &name = name, &text = text] {
+                const auto file = writer.Begin(folder.Path(name), nullptr);
+                file->Append(text);
+                file->Seal();
+                file->Commit();
+            });
+        }
+        writer.Settle();
+        undo.Refresh();
+    }
+
+    /// A text with "T" for the time and without the name of the folder.
+    std::string Plain(std::string text) const {
+        const std::string name = folder.Native() + "/";
+        for (std::size_t at; (at = text.find(name)) != std::string::npos;) {
+            text.erase(at, name.size());
+        }
+        const std::size_t length = LocalTime(0).size(); // of "2026-..."
+        for (std::size_t at; (at = text.find("run of 2")) != std::string::npos;) {
+            text.replace(text.find('2', at), length, "T");
+        }
+        return text;
+    }
+    std::string Plain(const std::u16string& text) const { return Plain(NativeName(text)); }
+
+    /// The boxes since the last call.
+    Strings Boxes() {
+        Strings boxes = prompts.TakeSummaries();
+        std::transform(boxes.begin(), boxes.end(), boxes.begin(),
+                       [&](const std::string& box) { return Plain(box); });
+        return boxes;
+    }
+
+    std::string Tree() const {
+        std::string tree;
+        for (const std::string& name : folder.Names()) {
+            tree += name + "=" + folder.Read(name).substr(0, 5) + " ";
+        }
+        return tree;
+    }
+
+    /// A program is killed while it writes a file, which is then taken away.
+    void LeaveMissing() {
+        folder.Write("card", "0123456789");
+        EXPECT_FALSE(InChildProcess([&] {
+            calls.KillAt(Calls::kWriteAt, calls.calls[Calls::kWriteAt] + 3);
+            Run({{"card", "newnewnewnewnew"}});
+        }));
+        folder.Remove("card");
+        recovery.Run();
+        undo.Refresh();
+    }
+};
+
+TEST_F(UndoTest, AsksAndTellsWhatWasLeftAlone) {
+    const std::string long1(3000, '1'), long2(3000, '2');
+    const struct {
+        const char* what;
+        Files before, run;
+        std::function<void()> since;
+        std::string question, outcome, tree, hint;
+    } rows[] = {
+        {"one file",
+         {{"a", "1"}},
+         {{"a", "2"}},
+         {},
+         "1 file gets its old text and date back.",
+         ".",
+         "a=1 ",
+         ""},
+        {"a new file", {}, {{"a", "2"}}, {}, "1 new file is removed.", ".", "", ""},
+        {"several of both",
+         {{"a", "1"}, {"b", "1"}, {"same", "1"}},
+         {{"a", "2"}, {"b", "2"}, {"same", "1"}, {"c", "2"}, {"d", "2"}},
+         {},
+         "2 files get their old text and date back, 2 new files are removed.",
+         ".",
+         "a=1 b=1 same=1 ",
+         ""},
+        {"written twice, then edited",
+         {{"a", "1"}, {"b", "1"}},
+         {{"a", "2"}, {"b", "2"}, {"a", "3"}, {"new", "2"}, {"new", "3"}},
+         [&] { folder.Write("a", "4"); },
+         "2 files get their old text and date back, 1 new file is removed.",
+         ", but for these files:\r\n\r\na\r\nIt was changed since.",
+         "a=4 b=1 ",
+         ""},
+        {"one gone, one in another's place",
+         {{"a", "1"}, {"b", "1"}},
+         {{"a", "2"}, {"b", "2"}, {"c", "2"}},
+         [&] {
+             folder.Remove("a");
+             folder.Remove("c");
+             folder.MakeFolder("c");
+             folder.Write("b", "other");
+         },
+         "2 files get their old text and date back, 1 new file is removed.",
+         ", but for these files:\r\n\r\nc\r\nIt is no regular file any more.\r\n\r\nb\r\nIt was "
+         "changed since.\r\n\r\na\r\nIt is not there.",
+         "-",
+         "Undo the run of T: 1 file."},
+        {"no room for all",
+         {{"a", long1}, {"b", long1}},
+         {{"a", "2"}, {"b", "2"}},
+         {},
+         "1 file gets its old text and date back." + kAsTheyAre + kNoRoom,
+         ".",
+         "a=2 b=11111 ",
+         "The run of T cannot be undone: there was no room to keep the old texts of its files."},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        calls.room = row.hint.find("no room") != std::string::npos ? 8000 : UINT64_MAX;
+        for (const auto& [name, text] : row.before) {
+            folder.Write(name, text);
+        }
+        Run(row.run);
+        EXPECT_TRUE(undo.IsPossible());
+        if (row.since) {
+            row.since();
+        }
+        prompts.answers = {Answer::Yes};
+        undo.Start();
+        const bool whole = row.question.find("Files that") != std::string::npos;
+        EXPECT_EQ(Boxes(),
+                  (Strings{"Undo the run of T? " + row.question + (whole ? "" : kAsTheyAre),
+                           "The run of T is undone" + row.outcome}));
+        EXPECT_EQ(prompts.boxes.back().style,
+                  row.outcome == "." ? BoxStyle::Information : BoxStyle::Exclamation);
+        if (row.tree != "-") {
+            EXPECT_EQ(Tree(), row.tree);
+        }
+        EXPECT_EQ(Plain(undo.Hint()), row.hint.empty() ? "There is no run to undo." : row.hint);
+        EXPECT_EQ(undo.IsPossible(), row.hint.find(": 1") != std::string::npos);
+        TakingBack(calls, logs).Forget();
+        for (const std::string& name : folder.Names()) {
+            folder.Remove(name);
+        }
+    }
+}
+
+TEST_F(UndoTest, NothingIsDoneWithoutARunOrAYesOrDuringWork) {
+    undo.Start();
+    EXPECT_EQ(Boxes(), Strings{"There is no run to undo."});
+    folder.Write("a", "1");
+    Run({{"a", "2"}, {"b", "2"}});
+    EXPECT_EQ(Plain(undo.Hint()), "Undo the run of T: 2 files.");
+    undo.Start(); // No
+    EXPECT_EQ(Boxes().size(), 1U);
+    pointer.SetPointer(MousePointer::Hourglass);
+    undo.Start();
+    undo.Forget();
+    undo.GiveUpMissing();
+    EXPECT_EQ(Boxes(), Strings{});
+    EXPECT_EQ(Tree(), "a=2 b=2 ");
+
+    pointer.shapes.clear();
+    loop.whenTold[1] = [&] { // what could be pressed meanwhile
+        EXPECT_TRUE(undo.IsInProgress());
+        undo.Start();
+        undo.Forget();
+    };
+    prompts.answers = {Answer::Yes};
+    undo.Start();
+    EXPECT_EQ(loop.told, (Strings{"File 1/2", "File 2/2"}));
+    EXPECT_EQ(pointer.shapes, (std::vector{MousePointer::Hourglass, MousePointer::Default}));
+    EXPECT_EQ(Boxes().size(), 2U);
+    EXPECT_EQ(Tree(), "a=1 ");
+}
+
+TEST_F(UndoTest, EndsInTheMiddleAndIsGoneOnWith) {
+    folder.Write("a", "1");
+    Run({{"a", "2"}, {"b", "2"}});
+    prompts.answers = {Answer::Yes, Answer::Yes, Answer::Yes};
+    loop.whenTold[2] = [] { throw ProgramEnded(); };
+    EXPECT_THROW(undo.Start(), ProgramEnded);
+    EXPECT_EQ(Tree(), "a=2 ");
+    EXPECT_EQ(Boxes().size(), 1U);
+    EXPECT_FALSE(undo.IsInProgress());
+    pointer.shapes.clear(); // the next start
+    recovery.Run();
+
+    int log = -1; // another program begins to undo it while the question is open
+    prompts.whenShown = [&](const Box& box) {
+        if (box.style == BoxStyle::Question && log < 0) {
+            log = ::open((logs[0] + "/" + LogName(1)).c_str(), O_RDWR | O_CLOEXEC);
+            ::flock(log, LOCK_EX);
+        }
+    };
+    undo.Start();
+    EXPECT_EQ(Boxes().back(), "in Zentavor2021/08/31.Form1.UndoLastRun_Click at line 4");
+    EXPECT_EQ(pointer.Pointer(), MousePointer::Default);
+    EXPECT_EQ(Plain(undo.Hint()), "Another program is working on the run of T.");
+    ::close(log);
+    undo.Start();
+    EXPECT_EQ(Boxes().back(), "The run of T is undone.");
+    EXPECT_EQ(Tree(), "a=1 ");
+}
+
+TEST_F(UndoTest, ForgetsRunsAndKeptCopies) {
+    EXPECT_FALSE(undo.CanForget());
+    const std::string kept = KeptFolder(logs[0]);
+    // Runs and copies that there are (copies in one or two folders), answers, boxes, what is left.
+    for (const std::string& row : Rows(R"(1|0|n|F|1:0 1|0|y|F|0:0 2|1|yn|F1|0:1 0|1|y|1|0:0
+                                          1|3|yy|F3|0:0 1|2|ny|F|1:2 0|0|y||0:0)")) {
+        SCOPED_TRACE(row);
+        const Strings fields = Fields(row);
+        for (int run = 0; run < std::stoi(fields[0]); ++run) {
+            Run({{"a", row + std::to_string(run)}}); // other than before
+        }
+        for (int copy = 0; copy < std::stoi(fields[1]); ++copy) {
+            state.Write((copy < 2 ? "first/kept/" : "second/kept/") + std::to_string(copy), "x");
+        }
+        undo.Refresh();
+        EXPECT_EQ(undo.CanForget(), fields[0] + fields[1] != "00");
+        for (const char answer : fields[2]) {
+            prompts.answers.push_back(answer == 'y' ? Answer::Yes : Answer::No);
+        }
+        undo.Forget();
+        Strings expected;
+        for (const char box : fields[3]) {
+            expected.push_back(
+                box == 'F' ? kForget
+                : box == '1'
+                    ? "1 copy of what files of interrupted runs held is kept in this "
+                      "folder:\r\n\r\n" +
+                          kept + "\r\n\r\nRemove this file, too?"
+                    : "3 copies of what files of interrupted runs held are kept in this "
+                      "folder:\r\n\r\n" +
+                          kept + "\r\n" + KeptFolder(logs[1]) + "\r\n\r\nRemove 3 files, too?");
+        }
+        EXPECT_EQ(Boxes(), expected);
+        EXPECT_EQ(std::to_string(LogsIn(calls, logs).size()) + ":" +
+                      std::to_string(KeptFiles(calls, logs).size()),
+                  fields[4]);
+        EXPECT_EQ(undo.CanForget(), fields[4] != "0:0");
+        prompts.answers.assign(2, Answer::Yes);
+        undo.Forget();
+        prompts.answers.clear();
+        Boxes();
+    }
+}
+
+TEST_F(UndoTest, MissingFiles) {
+    LeaveMissing();
+    EXPECT_EQ(Boxes(), Strings{});
+    EXPECT_EQ(NativeName(undo.MissingNotice()), "1 file of an interrupted run is not there");
+    prompts.answers = {Answer::Yes};
+    undo.Forget();
+    EXPECT_EQ(Boxes(), (Strings{kForget, kStillKept}));
+    EXPECT_TRUE(undo.CanForget());
+    undo.GiveUpMissing();
+    const Strings told = Boxes();
+    ASSERT_EQ(told.size(), 1U);
+    EXPECT_EQ(undo.Missing(), 0U);
+    EXPECT_EQ(undo.MissingNotice(), u"");
+    ASSERT_EQ(KeptFiles(calls, logs).size(), 1U);
+    EXPECT_NE(told[0].find(KeptFiles(calls, logs)[0]), std::string::npos);
+    EXPECT_EQ(LogsIn(calls, logs), Strings{});
+}
+
+} // namespace
+} // namespace vexmarrow::test
