@@ -51,7 +51,6 @@ public:
     int Number() const { return file_.Number(); }
     const LogHeader& Header() const { return header_; }
     const FileStatus& Status() const { return status_; }
-    SystemCalls& Calls() const { return *calls_; }
 
     /// Where the first record begins, in bytes.
     static constexpr std::uint64_t kFirstRecord = sizeof(LogHeader);

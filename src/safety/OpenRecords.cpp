@@ -8,10 +8,8 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 
 namespace vexmarrow {
-
 namespace {
 
 /// Takes news from a watch, if there are any.

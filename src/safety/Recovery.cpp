@@ -74,7 +74,7 @@ void Recovery::SettleAll() {
                     Settle(*log, placed);
                 }
             }
-            Tidy(*log);
+            Tidy(*log, records);
         });
     }
 }

@@ -18,9 +18,6 @@
 namespace vexmarrow {
 namespace {
 
-/// Texts up to this many bytes are held in memory.
-constexpr std::size_t kSmall = std::size_t{1024} * 1024;
-
 constexpr std::u16string_view kChangedMeanwhile =
     u"Another program has changed, removed or replaced it meanwhile";
 
@@ -47,7 +44,7 @@ int Replacement::Number() const {
 
 void Replacement::Append(std::string_view bytes) {
     result_ += bytes;
-    if (result_.size() > kSmall && (open_ || !SkipSame(Part::Middle))) {
+    if (result_.size() > kSmallText && (open_ || !SkipSame(Part::Middle))) {
         if (!open_) {
             OpenRecord(Part::Middle);
         }
@@ -113,7 +110,7 @@ void Replacement::OpenRecord(Part part) {
     record.path = FullPath(NativeName(path_));
     record.old = status_;
     record.begun = Now();
-    if (status_.size > kSmall) { // a small text is at hand as a whole
+    if (status_.size > kSmallText) { // a small text is at hand as a whole
         // The result may be ahead of what was read: where both are one letter, again and again.
         record.keptFrom = isItself_ ? std::min(done_, source_->Position()) : done_;
     }

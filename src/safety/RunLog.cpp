@@ -17,9 +17,6 @@
 namespace vexmarrow {
 namespace {
 
-/// Old bytes up to this go into the log with their head, in one write.
-constexpr std::uint64_t kSmall = std::uint64_t{1024} * 1024;
-
 constexpr std::u16string_view kCouldNotKeep = u"Could not keep the old text of the file";
 
 bool IsLackOfRoom(int error) {
@@ -129,7 +126,7 @@ int RunLog::Append(PlacedRecord& placed, ByteSource& old) {
         return ENOSPC;
     }
     std::uint64_t shown = placed.record.keptFrom;
-    if (kept > kSmall) {
+    if (kept > kSmallText) {
         const int error = CopyTo(calls_, file_->Number(), old, shown, placed.record.old.size,
                                  placed.KeptAt() - shown);
         return error != 0 ? error : file_->Write(placed.at, buffer_);

@@ -14,6 +14,9 @@ namespace vexmarrow {
 
 class ByteSource;
 
+/// Texts up to this many bytes are held in memory, and go into the log in one write.
+inline constexpr std::size_t kSmallText = std::size_t{1024} * 1024;
+
 /// Whether the old texts stay after the work, so that it can be taken back.
 enum class WayBack { Kept, None };
 

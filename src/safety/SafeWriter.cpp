@@ -23,7 +23,6 @@ std::unique_ptr<PendingFile> SafeWriter::Begin(std::u16string_view path, InputFi
     if (source != nullptr) {
         RefuseWaiting(source->Path(), source->Number(), source->Status());
     }
-    const std::string nativePath = NativeName(path);
     const bool samePath = source != nullptr && source->Path() == path;
     if (samePath && source->IsWritable()) { // it need not be opened again
         const std::u16string_view reason =
@@ -35,7 +34,7 @@ std::unique_ptr<PendingFile> SafeWriter::Begin(std::u16string_view path, InputFi
                                              source->Status(), source, true);
     }
     FileStatus status;
-    OpenedFile opened = OpenTarget(calls_, nativePath, status, source);
+    OpenedFile opened = OpenTarget(calls_, NativeName(path), status, source);
     if (opened.error == ENOENT) {
         return std::make_unique<Creation>(calls_, log_, path,
                                           source != nullptr ? &source->Status() : nullptr);

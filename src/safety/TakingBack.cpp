@@ -10,7 +10,6 @@
 #include "safety/PutInPlace.h"
 #include "safety/Refusing.h"
 #include "safety/RunLog.h"
-#include "shell/Trap.h"
 
 #include <algorithm>
 #include <array>
@@ -212,7 +211,7 @@ TakingBack::TakeBack(const LastRun& run,
             left.push_back({placed.record.path, std::move(result.why)});
         }
     }
-    FailureOf([&] { Tidy(*log); });
+    Tidy(*log, records);
     return left;
 }
 
@@ -222,10 +221,10 @@ void TakingBack::Forget() {
     }
 }
 
-void Tidy(LogFile& log) {
+void Tidy(LogFile& log, const std::vector<PlacedRecord>& records) {
     bool isOpen = false;
     bool isOver = !log.Header().isPartial;
-    for (const PlacedRecord& placed : log.Records()) {
+    for (const PlacedRecord& placed : records) {
         isOpen = isOpen || placed.state == RecordState::Open;
         isOver = isOver && (placed.state == RecordState::Closed ||
                             (placed.state == RecordState::Done && !log.Header().hasWayBack));

@@ -59,7 +59,8 @@ private:
     std::vector<std::string> folders_;
 };
 
-/// To be called when work on a log that was left is over: removes one with nothing to do in it.
-void Tidy(LogFile& log);
+/// To be called when work on a log that was left, and on all its records, is over: removes one with
+/// nothing to do in it.
+void Tidy(LogFile& log, const std::vector<PlacedRecord>& records);
 
 } // namespace vexmarrow

@@ -84,13 +84,6 @@ public:
     int Number() const { return number_; }
     bool IsOpen() const { return number_ >= 0; }
 
-    /// Gives the number away: it is not closed here any more.
-    int Release() {
-        const int number = number_;
-        number_ = -1;
-        return number;
-    }
-
     /// Closes now, if it is open; returns the system's answer.
     int Close() {
         if (number_ < 0) {
