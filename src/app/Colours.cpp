@@ -1,0 +1,80 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "app/Colours.h"
+
+#include <QPalette>
+
+#include <algorithm>
+#include <cmath>
+
+namespace vexmarrow {
+namespace {
+
+constexpr double kHighest = 20; // contrast of palettes for people who need the most there is
+
+double Luminance(const QColor& colour) {
+    const auto light = [](double part) {
+        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * light(colour.redF()) + 0.7152 * light(colour.greenF()) +
+           0.0722 * light(colour.blueF());
+}
+
+QColor Mixed(const QColor& from, const QColor& to, double share) {
+    const auto part = [share](float one, float other) {
+        return static_cast<float>(one + (other - one) * share);
+    };
+    return QColor::fromRgbF(part(from.redF(), to.redF()), part(from.greenF(), to.greenF()),
+                            part(from.blueF(), to.blueF()));
+}
+
+/// Seen on every ground of the palette.
+QColor SeenEverywhere(const QColor& wanted, const QPalette& palette, double least) {
+    return Visible(wanted, palette.color(QPalette::WindowText),
+                   {palette.color(QPalette::Window), palette.color(QPalette::Base),
+                    palette.color(QPalette::Button)},
+                   least);
+}
+
+} // namespace
+
+double Contrast(const QColor& one, const QColor& other) {
+    const auto [darker, lighter] = std::minmax({Luminance(one), Luminance(other)});
+    return (lighter + 0.05) / (darker + 0.05);
+}
+
+QColor Visible(const QColor& wanted, const QColor& letters, std::initializer_list<QColor> grounds,
+               double least) {
+    constexpr int kSteps = 20;
+    for (int step = 0; step < kSteps; ++step) {
+        const QColor colour = Mixed(wanted, letters, static_cast<double>(step) / kSteps);
+        if (std::all_of(grounds.begin(), grounds.end(),
+                        [&](const QColor& ground) { return Contrast(colour, ground) >= least; })) {
+            return colour;
+        }
+    }
+    return letters;
+}
+
+QColor LettersOn(const QColor& ground) {
+    return Contrast(Qt::white, ground) >= Contrast(Qt::black, ground) ? Qt::white : Qt::black;
+}
+
+QColor OutlineColour(const QPalette& palette) {
+    const QColor ground = palette.color(QPalette::Window);
+    const QColor letters = palette.color(QPalette::WindowText);
+    return Contrast(ground, letters) >= kHighest
+               ? letters
+               : SeenEverywhere(ground, palette, kLeastOfOutlines);
+}
+
+QColor FocusColour(const QPalette& palette) {
+    return SeenEverywhere(palette.color(QPalette::Highlight), palette, kLeastOfOutlines);
+}
+
+QColor QuietColour(const QPalette& palette) {
+    return SeenEverywhere(palette.color(QPalette::Window), palette, kLeastOfLetters);
+}
+
+} // namespace vexmarrow
