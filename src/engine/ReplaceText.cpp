@@ -22,7 +22,7 @@ namespace {
 constexpr std::u16string_view kNothing;
 
 std::vector<std::u16string> LinesOf(std::u16string_view text) {
-    const std::vector<std::u16string_view> lines = Split(text, kCrLf);
+    const std::vector<std::u16string_view> lines = TextsOfLines(text);
     return {lines.begin(), lines.end()};
 }
 
@@ -136,6 +136,10 @@ Outcome WithCascade(PreparedPairs& pairs, TextFormat format, const AnsiCodePage&
 }
 
 } // namespace
+
+std::vector<std::u16string_view> TextsOfLines(std::u16string_view box) {
+    return Split(box, kCrLf);
+}
 
 /// Pairs with what they were made from.
 class ReplaceText::Pairs {

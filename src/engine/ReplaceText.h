@@ -11,6 +11,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vexmarrow {
 
@@ -27,6 +28,10 @@ struct SetTexts {
     std::span<const std::u16string> replace;
     std::uint64_t revision = 0; ///< another number for other texts; 0 is always another one
 };
+
+/// The texts that whole-text replacement takes from the box of the single pair: its lines, which CR
+/// LF separates. An empty box has none.
+std::vector<std::u16string_view> TextsOfLines(std::u16string_view box);
 
 /// The four routines that change one input file and write its result.
 ///

@@ -15,12 +15,6 @@
 #include <cstdint>
 
 namespace vexmarrow {
-namespace {
-
-constexpr int kSinglePairTab = 0;
-constexpr int kSetsTab = 1;
-
-} // namespace
 
 /// Marks the run as in progress until it is left, by whatever way.
 class ReplacementRun::InProgress {
@@ -54,7 +48,7 @@ void ReplacementRun::Start() {
     if (tab == kSinglePairTab) {
         ForEachRow(trap, [&](const std::u16string& path, std::size_t row) {
             // Empty files and those that cannot be opened are skipped in silence.
-            if (engine_.SizeOfNext(path, Location()) > 0) {
+            if (engine_.SizeOfNext(path, LocationOf(inputs_)) > 0) {
                 ReplaceSinglePair(path, row);
             }
         });
@@ -98,27 +92,30 @@ void ReplacementRun::ForEachRow(Trap& trap, HandOver handOver) {
     trap.Do(9, [&] { pointer_.SetPointer(MousePointer::Default); });
 }
 
-OutputLocation ReplacementRun::Location() const {
-    return {inputs_.Option4(), inputs_.Option5(), inputs_.Text3()};
-}
-
 void ReplacementRun::ReplaceSinglePair(const std::u16string& path, std::size_t row) {
     const auto index = static_cast<std::int32_t>(row);
     const std::u16string find = inputs_.Text1();
     const std::u16string replace = inputs_.Text2();
-    if (inputs_.Option1()) {
-        engine_.ReplaceTextInFileFieldOnly(path, find, replace, Location(), index);
-    } else if (inputs_.Option2()) {
-        engine_.ReplaceTextInFileDataOnly(path, find, replace, Location(), index);
-    } else if (inputs_.Option3()) {
-        engine_.ReplaceTextInFile(path, find, replace, Location(), index);
+    const OutputLocation location = LocationOf(inputs_);
+    switch (FindModeOf(inputs_)) {
+    case FindMode::None:
+        break;
+    case FindMode::Fields:
+        engine_.ReplaceTextInFileFieldOnly(path, find, replace, location, index);
+        break;
+    case FindMode::Values:
+        engine_.ReplaceTextInFileDataOnly(path, find, replace, location, index);
+        break;
+    case FindMode::FieldsAndValues:
+        engine_.ReplaceTextInFile(path, find, replace, location, index);
+        break;
     }
 }
 
 void ReplacementRun::ReplaceSets(const std::u16string& path, std::size_t row) {
     engine_.ReplaceTextInFileCombo(path,
                                    {sets_.FindTexts(), sets_.ReplaceTexts(), sets_.Revision()},
-                                   Location(), static_cast<std::int32_t>(row));
+                                   LocationOf(inputs_), static_cast<std::int32_t>(row));
 }
 
 } // namespace vexmarrow

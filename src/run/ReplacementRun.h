@@ -3,8 +3,6 @@
 
 #pragma once
 
-#include "engine/OutputPath.h"
-
 #include <cstddef>
 #include <string>
 
@@ -50,7 +48,6 @@ private:
     void ForEachRow(class Trap& trap, HandOver handOver);
     void ReplaceSinglePair(const std::u16string& path, std::size_t row);
     void ReplaceSets(const std::u16string& path, std::size_t row);
-    OutputLocation Location() const;
 
     SystemCalls& calls_;
     const RunInputs& inputs_;

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "engine/OutputPath.h"
+
 #include <string>
 
 namespace vexmarrow {
@@ -23,5 +25,23 @@ public:
     virtual bool Option5() const = 0;         ///< save in the folder of the original
     virtual int SelectedTab() const = 0;      ///< 0 the single pair, 1 the sets
 };
+
+// The tabs; any other number is that of none.
+inline constexpr int kSinglePairTab = 0;
+inline constexpr int kSetsTab = 1;
+
+/// What a run applies the single pair to: the first option that is set decides.
+enum class FindMode { None, Fields, Values, FieldsAndValues };
+inline FindMode FindModeOf(const RunInputs& inputs) {
+    return inputs.Option1()   ? FindMode::Fields
+           : inputs.Option2() ? FindMode::Values
+           : inputs.Option3() ? FindMode::FieldsAndValues
+                              : FindMode::None;
+}
+
+/// Where a run saves its results.
+inline OutputLocation LocationOf(const RunInputs& inputs) {
+    return {inputs.Option4(), inputs.Option5(), inputs.Text3()};
+}
 
 } // namespace vexmarrow

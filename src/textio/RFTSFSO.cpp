@@ -18,18 +18,23 @@ using namespace std::string_view_literals;
 constexpr std::size_t kLongestMark = 4;
 
 /// Marks in the order of the tests: the first one that fits decides.
-struct Mark {
-    std::string_view bytes;
-    bool unicode;
-};
 constexpr std::array kMarks{
-    Mark{"\xFF\xFE\0\0"sv, true}, // UTF-32, low byte first
-    Mark{"\0\0\xFE\xFF"sv, true}, // UTF-32, high byte first
-    Mark{kUtf8Mark, false},       Mark{kUtf16Mark, true},
-    Mark{"\xFE\xFF"sv, true}, // UTF-16, high byte first
+    std::pair{"\xFF\xFE\0\0"sv, Mark::Unicode}, // UTF-32, low byte first
+    std::pair{"\0\0\xFE\xFF"sv, Mark::Unicode}, // UTF-32, high byte first
+    std::pair{kUtf8Mark, Mark::Utf8},           std::pair{kUtf16Mark, Mark::Unicode},
+    std::pair{"\xFE\xFF"sv, Mark::Unicode}, // UTF-16, high byte first
 };
 
 } // namespace
+
+Mark MarkOf(std::string_view firstBytes) {
+    for (const auto& [bytes, mark] : kMarks) {
+        if (firstBytes.starts_with(bytes)) {
+            return mark;
+        }
+    }
+    return Mark::None;
+}
 
 bool RFTSFSO::DetectTextEncoding(std::u16string_view path) {
     flags_.IsUtf8 = false;
@@ -63,14 +68,9 @@ InputFile RFTSFSO::Open(std::u16string_view path, Use use) {
 }
 
 bool RFTSFSO::Detect(InputFile& file) {
-    const std::string_view firstBytes = file.Peek(kLongestMark);
-    for (const Mark& mark : kMarks) {
-        if (firstBytes.starts_with(mark.bytes)) {
-            flags_.IsUtf8 = mark.bytes == kUtf8Mark;
-            return mark.unicode;
-        }
-    }
-    return false;
+    const Mark mark = MarkOf(file.Peek(kLongestMark));
+    flags_.IsUtf8 = mark == Mark::Utf8;
+    return mark == Mark::Unicode;
 }
 
 /// The file is opened once for the detection and the reading that follows it.

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 #include "core/Core.h"
+#include "core/Inputs.h"
 #include "filelist/FileList.h"
 #include "run/ReplacementRun.h"
-#include "run/RunInputs.h"
 #include "sets/SetList.h"
 
 #include <fcntl.h>
@@ -13,23 +13,6 @@
 
 namespace vexmarrow::test {
 namespace {
-
-struct Inputs final : RunInputs {
-    Texts texts{u"a", u"b", u""};
-    std::string options = "35"; // the numbers of those that are set
-    int tab = 0;
-
-    bool Option(char number) const { return options.find(number) != std::string::npos; }
-    std::u16string Text1() const override { return texts[0]; }
-    std::u16string Text2() const override { return texts[1]; }
-    std::u16string Text3() const override { return texts[2]; }
-    bool Option1() const override { return Option('1'); }
-    bool Option2() const override { return Option('2'); }
-    bool Option3() const override { return Option('3'); }
-    bool Option4() const override { return Option('4'); }
-    bool Option5() const override { return Option('5'); }
-    int SelectedTab() const override { return tab; }
-};
 
 struct RunTest : Core {
     Inputs inputs;
