@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "run/RunNotes.h"
+
+#include "base/Text.h"
+#include "engine/ReplaceText.h"
+#include "run/RunInputs.h"
+
+namespace vexmarrow {
+
+std::u16string NoteOnTexts(const RunInputs& inputs) {
+    if (inputs.SelectedTab() != kSinglePairTab || FindModeOf(inputs) != FindMode::FieldsAndValues) {
+        return {};
+    }
+    const std::size_t toFind = TextsOfLines(inputs.Text1()).size();
+    const std::size_t toPutIn = TextsOfLines(inputs.Text2()).size();
+    if (toPutIn == 0 || toPutIn >= toFind) { // without any, all that is found is taken out
+        return {};
+    }
+    return Concat(Decimal(static_cast<long long>(toFind)), u" texts to find, ",
+                  Decimal(static_cast<long long>(toPutIn)), u" to put in");
+}
+
+std::u16string NoteOnSets(const RunInputs& inputs) {
+    if (inputs.SelectedTab() != kSetsTab || !inputs.Text1().empty()) {
+        return {};
+    }
+    return u"For a run, type any text into \"Find what\" on the other tab, too.";
+}
+
+std::u16string NoteOnOptions(const RunInputs& inputs) {
+    if (inputs.SelectedTab() == kSetsTab) {
+        return u"\"Find Options\" do not count for sets.";
+    }
+    const FindMode mode = FindModeOf(inputs);
+    if (inputs.SelectedTab() == kSinglePairTab &&
+        (mode == FindMode::Fields || mode == FindMode::Values)) {
+        return u"What follows the second colon of a line is dropped. Every line of the result "
+               u"ends with CR LF.";
+    }
+    return {};
+}
+
+} // namespace vexmarrow

@@ -1,0 +1,111 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "run/Utf8Look.h"
+
+#include "base/Utf8.h"
+#include "filelist/FileList.h"
+#include "run/RunInputs.h"
+#include "sets/SetList.h"
+#include "textio/CodePage.h"
+#include "textio/Opening.h"
+#include "textio/RFTSFSO.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <unordered_set>
+
+namespace vexmarrow {
+namespace {
+
+constexpr std::size_t kMostUnmarked = 8; // files
+constexpr std::size_t kMostTried = 64;   // with those that are marked, or cannot be read
+constexpr std::size_t kMostBytes = 16'384;
+
+bool HasLetters(std::u16string_view text) {
+    return std::any_of(text.begin(), text.end(), [](char16_t unit) { return unit >= 0x80; });
+}
+
+bool HasLettersInTexts(const RunInputs& inputs, const SetList& sets) {
+    const auto inAny = [](std::span<const std::u16string> texts) {
+        return std::any_of(texts.begin(), texts.end(), HasLetters);
+    };
+    switch (inputs.SelectedTab()) {
+    case kSinglePairTab:
+        return HasLetters(inputs.Text1()) || HasLetters(inputs.Text2());
+    case kSetsTab:
+        return inAny(sets.FindTexts()) || inAny(sets.ReplaceTexts());
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+bool Utf8Look::IsSeen(const RunInputs& inputs, const SetList& sets) {
+    if (ansi_.Page().HasStrayBytes()) { // which is UTF-8 itself
+        return false;
+    }
+    if (!found_) {
+        found_ = Look();
+    }
+    return found_->mark ||
+           (found_->letters && !found_->otherBytes && HasLettersInTexts(inputs, sets));
+}
+
+Utf8Look::Found Utf8Look::Look() {
+    Found found;
+    std::unordered_set<std::u16string_view> tried;
+    std::size_t unmarked = 0;
+    for (std::size_t row = 1; row <= list_.Count() && tried.size() < kMostTried &&
+                              unmarked < kMostUnmarked && !found.mark;
+         ++row) {
+        const std::u16string& path = list_.Row(row);
+        std::string bytes;
+        if (!tried.insert(path).second || !ReadBeginning(path, bytes)) {
+            continue;
+        }
+        const Mark mark = MarkOf(bytes);
+        found.mark = mark == Mark::Utf8;
+        if (mark == Mark::None) {
+            ++unmarked;
+            const bool more = bytes.size() == kMostBytes; // so the last character may be cut off
+            bytes.resize(MeasureUtf8(bytes, bytes.size(), more).bytes);
+            found.letters = found.letters || AsciiLength(bytes) < bytes.size();
+            found.otherBytes = found.otherBytes || !IsUtf8(bytes);
+        }
+    }
+    return found;
+}
+
+/// The first bytes of a regular file. False when they cannot be read.
+bool Utf8Look::ReadBeginning(std::u16string_view path, std::string& bytes) {
+    const std::string name = NativeName(path);
+    FileStatus status;
+    // Looked at before it is opened: a pipe's writer would take us for its reader.
+    if (calls_.StatusOfTarget(name, status) != 0 || !status.IsRegular()) {
+        return false;
+    }
+    const OpenedFile opened = OpenToRead(calls_, name);
+    if (opened.error != 0 || calls_.Status(opened.file.Number(), status) != 0 ||
+        !status.IsRegular()) { // it may be another file by now
+        return false;
+    }
+    bytes.resize(kMostBytes);
+    std::size_t size = 0;
+    while (size < kMostBytes) {
+        const ssize_t got =
+            calls_.Read(opened.file.Number(), bytes.data() + size, kMostBytes - size);
+        if (got < 0 && errno != EINTR) {
+            return false;
+        }
+        if (got == 0) {
+            break;
+        }
+        size += got > 0 ? static_cast<std::size_t>(got) : 0;
+    }
+    bytes.resize(size);
+    return true;
+}
+
+} // namespace vexmarrow

@@ -1,0 +1,274 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "core/Core.h"
+#include "core/Inputs.h"
+#include "filelist/FileList.h"
+#include "run/ResultNotes.h"
+#include "run/RunNotes.h"
+#include "run/Utf8Look.h"
+#include "sets/SetList.h"
+#include "textio/Paths.h"
+
+#include <array>
+#include <random>
+#include <set>
+#include <sys/stat.h>
+
+namespace vexmarrow::test {
+namespace {
+
+struct RunNotesTest : Core {
+    Inputs inputs;
+};
+
+TEST_F(RunNotesTest, TellOfTheTextsThatTheEngineWouldMiss) {
+    // Find what, replace with, the note, how many texts the engine reports.
+    for (const std::string& row :
+         Rows("a|b||0 a~b|||0 a~b|1~2||0 a~b|1~2~3||0 a^b|1||0 a<b|1||0 |1||0 "
+              "a~b|1|2_texts_to_find,_1_to_put_in|1 a~b~c|1~2|3_texts_to_find,_2_to_put_in|1 "
+              "a~b~|1~2|3_texts_to_find,_2_to_put_in|1 ~~|1|3_texts_to_find,_1_to_put_in|2 "
+              "a~b~c|~|3_texts_to_find,_2_to_put_in|1 a~b|1^2|2_texts_to_find,_1_to_put_in|1")) {
+        SCOPED_TRACE(row);
+        const Strings fields = Fields(row);
+        inputs.texts = {TextFromUtf8(fields[0]), TextFromUtf8(fields[1]), u""};
+        EXPECT_EQ(NativeName(NoteOnTexts(inputs)), fields[2]);
+        folder.Write("f", "text");
+        engine.ReplaceTextInFile(folder.Path("f"), inputs.Text1(), inputs.Text2(),
+                                 LocationOf(inputs), 1);
+        EXPECT_EQ(std::to_string(prompts.TakeSummaries().size()), fields[3]);
+    }
+}
+
+TEST_F(RunNotesTest, AreThereWhileTheyAreTrue) {
+    const auto first = [](const std::u16string& note) {
+        return note.empty() ? "-" : NativeName(note.substr(0, 1));
+    };
+    // Tab, options, find what; first letters of the notes on the texts, the sets and the options.
+    for (const std::string& row :
+         Rows(R"(0|3|2|2-- 0|13|2|--W 0|23|2|--W 0|123|2|--W 0||2|--- 0|3||--- 0|1||--W 1|3|2|--"
+                 1|3||-F" 1|1|2|--" 1|||-F" 2|3|2|--- 2|1||---)")) {
+        const Strings fields = Fields(row);
+        inputs.tab = std::stoi(fields[0]);
+        inputs.options = fields[1];
+        inputs.texts = {fields[2].empty() ? u"" : u"a\r\nb", u"c", u""};
+        EXPECT_EQ(first(NoteOnTexts(inputs)) + first(NoteOnSets(inputs)) +
+                      first(NoteOnOptions(inputs)),
+                  fields[3])
+            << row;
+    }
+}
+
+std::string ResultNote(const Strings& paths, const std::string& options, std::string_view folder) {
+    FileList list;
+    ResultNotes notes;
+    list.Add({u"/a/f", u"/b/f", u"/a/f"}); // of which nothing is left after the second look
+    notes.Look(list);
+    list.Clear();
+    list.Add(TextsOf(paths));
+    notes.Look(list);
+    Inputs inputs;
+    inputs.options = options;
+    inputs.texts[2] = TextFromUtf8(folder);
+    return NativeName(notes.Note(inputs));
+}
+
+TEST(ResultNotesTest, AreSentences) {
+    // Rows, options, output folder, the note.
+    for (const auto& [rows, options, folder, note] : std::vector<std::array<std::string, 4>>{
+             {"/a/x /b/x", "4", "/c", "2 files have the name of another: the last one wins"},
+             {"/a/x /a/x", "5", "", "1 file is listed twice and is changed twice"},
+             {"/a/x /b/x /a/x", "4", "/a",
+              "2 files have the name of another: the last one wins\n"
+              "1 file is listed twice and is changed twice"},
+             {"/a/x /a/y /a/x /a/y", "5", "", "2 files are listed twice and are changed twice"},
+             {"/x /x /x", "5", "", "1 file is listed more than once and is changed as often"},
+             {"/a/y /a/x /a/x /a/y /a/x", "5", "",
+              "2 files are listed more than once and are changed as often"},
+             {"/a/x /b/x /a/x", "", "/a", ""}, // where no result is saved
+             {"/a/x /b/x /a/x", "45", "", ""}}) {
+        EXPECT_EQ(ResultNote(Rows(rows), options, folder), note);
+    }
+}
+
+/// How many files share their name (N) and how many are changed more than once (L), by what the
+/// engine does with each row.
+std::string ExpectedCounts(const Strings& paths, const OutputLocation& location) {
+    std::map<std::u16string, int> rows;                       // by the file's own path
+    std::map<std::u16string, std::set<std::u16string>> files; // by the path of the result
+    for (const std::u16string& path : TextsOf(paths)) {
+        const bool hasFolder = !FolderOfPath(path).empty();
+        const std::u16string own = hasFolder ? OutputPath(path, {false, true, u""}) : path;
+        ++rows[own];
+        if (hasFolder || location.Option4) {
+            files[OutputPath(path, location)].insert(own);
+        }
+    }
+    std::size_t sharing = 0;
+    int repeated = 0;
+    for (const auto& [result, sources] : files) {
+        sharing += sources.size() > 1 ? sources.size() : 0;
+        repeated += sources.contains(result) && rows[result] > 1 ? 1 : 0;
+    }
+    return (sharing > 0 ? std::to_string(sharing) + "N" : "") +
+           (repeated > 0 ? std::to_string(repeated) + "L" : "");
+}
+
+TEST(ResultNotesTest, CountWhatTheEngineWouldDo) {
+    const Strings paths =
+        Rows("/a/x //a//x /a/X /a/y /b/x /b//y /b/y /b/./y x y /a/b/x /a/b/y ///x");
+    const Strings folders = Rows("/a /a/ //a/// /b /c / a");
+    std::mt19937 random(1); // NOLINT(*-msc51-cpp): the same in each run
+    for (int i = 0; i < 2000; ++i) {
+        Strings list(random() % 9);
+        for (std::string& path : list) {
+            path = paths[random() % paths.size()];
+        }
+        const std::string options = Rows("4 5 45")[random() % 3];
+        const std::string& folder = folders[random() % folders.size()];
+        std::istringstream lines(ResultNote(list, options, folder));
+        std::string counts;
+        for (std::string line; std::getline(lines, line);) {
+            counts += line.substr(0, line.find(' '));
+            counts += line.find("listed") == std::string::npos ? "N" : "L";
+        }
+        const OutputLocation location{options[0] == '4', options != "4", TextFromUtf8(folder)};
+        ASSERT_EQ(counts, ExpectedCounts(list, location))
+            << options << " " << folder << " " << testing::PrintToString(list);
+    }
+}
+
+struct Utf8LookTest : Core {
+    FileList list;
+    SetList sets;
+    Inputs inputs;
+    Utf8Look look{calls, list, ansi};
+    const std::string full = "\xC3\xA4" + std::string(16'384 - 3, 'a'); // a byte less than a look
+    /// Contents by letters; "-" is a file that is not there, "=" the first one again.
+    const std::string letterOf = "eaulbswxyzmcdf";
+    const Strings contents{"",
+                           "a",
+                           "a\xC3\xA4",
+                           "\xE4 ",
+                           "\xC3\xA4\xE4",
+                           "\xC3\xA4\xED\xA0\x80",
+                           kMark16 + "a",
+                           "\xFE\xFF",
+                           "\0\0\xFE\xFF"s,
+                           "\xFF\xFE\0\0"s,
+                           kMark8,
+                           full + "\xC3\xA4",
+                           full + "a\xFF",
+                           full + "\xFF"};
+
+    void List(const std::string& letters) {
+        list.Clear();
+        for (std::size_t i = 0; i < letters.size(); ++i) {
+            const std::string name = std::to_string(letters[i] == '=' ? 0 : i);
+            if (letters[i] == '-') {
+                folder.Remove(name);
+            } else if (letters[i] != '=') {
+                folder.Write(name, contents.at(letterOf.find(letters[i])));
+            }
+            list.Add({folder.Path(name)});
+        }
+        look.ListChanged();
+    }
+    bool IsSeen() {
+        const bool seen = look.IsSeen(inputs, sets);
+        EXPECT_EQ(calls.openFiles + calls.calls[Calls::kLock], 0);
+        return seen;
+    }
+};
+
+TEST_F(Utf8LookTest, LooksAtTheBeginningsOfTheFirstFiles) {
+    Strings rows =
+        Rows("|0 u|1 aeu|1 ua|1 a|0 l|0 b|0 s|0 ul|0 lu|0 wxyz|0 wxyzu|1 w-ux|1 m|2 lm|2 "
+             "uuuuuuul|0 uuuuuuuulm|1 aaaaaaaau|0 u=======l|0 wwwwwwwwwu|1 c|1 d|1 f|0");
+    rows.push_back(std::string(63, '-') + "m|2");
+    rows.push_back(std::string(64, '-') + "m|0");
+    rows.push_back(std::string(64, 'w') + "u|0");
+    for (const std::string& row : rows) { // 1: seen with letters in the texts; 2: without, too
+        List(Fields(row)[0]);
+        inputs.texts[0] = u"a";
+        EXPECT_EQ(IsSeen(), Fields(row)[1] == "2") << row;
+        inputs.texts[0] = u"\u00E4";
+        EXPECT_EQ(IsSeen(), Fields(row)[1] != "0") << row;
+    }
+}
+
+TEST_F(Utf8LookTest, AsksForTheTextsInUseAndRemembersTheFiles) {
+    List("u");
+    // Find what, replace with, both of a set; whether it is seen on tab 0, tab 1 and none.
+    for (const std::string& row :
+         Rows("a|b|c|d|000 ä|b|c|d|100 a|ß|c|d|100 a|b|€|d|010 a|b|c|\x7F|000 a|b|c|\xC2\x80|010 "
+              "a|\xF0\x9F\x98\x80|c|é|110")) {
+        const Strings fields = Fields(row);
+        const Texts texts = TextsOf(fields);
+        inputs.texts = {texts[0], texts[1], u"ä"};
+        sets.ClearFindTexts();
+        sets.ClearReplaceTexts();
+        sets.Add({{u"a", u"b"}, {texts[2], texts[3]}});
+        for (inputs.tab = 0; inputs.tab < 3; ++inputs.tab) {
+            EXPECT_EQ(IsSeen(), fields[4][static_cast<std::size_t>(inputs.tab)] == '1') << row;
+        }
+    }
+    EXPECT_EQ(calls.calls[Calls::kOpen], 1);
+    const int before = calls.allCalls;
+    inputs.tab = 1;
+    ansi.Choose(u"UTF-8");
+    look.ListChanged();
+    EXPECT_FALSE(IsSeen());
+    EXPECT_EQ(calls.allCalls, before); // there is nothing to know
+    ansi.Choose(u"windows-1251");
+    EXPECT_TRUE(IsSeen());
+    List("l");
+    EXPECT_FALSE(IsSeen());
+}
+
+TEST_F(Utf8LookTest, PassesOverWhatItCannotRead) {
+    inputs.texts[0] = u"\u00E4";
+    const auto makePipe = [&] {
+        folder.Remove("1");
+        ::mkfifo(folder.Native("1").c_str(), 0666);
+    };
+    struct Case {
+        std::string what; // becomes of the second of two files, which is not UTF-8
+        std::function<void()> prepare;
+        bool passedOver;
+        int opened;
+        int reads;
+    };
+    const std::vector<Case> cases{
+        {"nothing", [] {}, false, 2, 4},
+        {"no rights", [&] { calls.openErrors[folder.Native("1")] = EACCES; }, true, 2, 2},
+        {"a folder", [&] { folder.Remove("1"), folder.MakeFolder("1"); }, true, 1, 2},
+        {"a pipe", makePipe, true, 1, 2}, // whose writer must not take this for its reader
+        {"a pipe at once",
+         [&] {
+             calls.beforeCall = [&](Calls::Kind kind) {
+                 if (kind == Calls::kOpen && calls.calls[kind] == 1) {
+                     makePipe();
+                 }
+             };
+         },
+         true, 2, 2},
+        {"broken", [&] { calls.FailAt(Calls::kRead, 3, EIO); }, true, 2, 3},
+        {"slow", [&] { calls.FailAt(Calls::kRead, 3, EINTR), calls.mostAtOnce = 1; }, false, 2, 8},
+    };
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.what);
+        folder.Remove("1");
+        calls.calls.clear();
+        calls.openErrors.clear();
+        calls.beforeCall = nullptr;
+        List("ul");
+        each.prepare();
+        EXPECT_EQ(IsSeen(), each.passedOver);
+        EXPECT_EQ(calls.calls[Calls::kOpen], each.opened);
+        EXPECT_EQ(calls.calls[Calls::kRead], each.reads);
+    }
+}
+
+} // namespace
+} // namespace vexmarrow::test
