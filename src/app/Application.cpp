@@ -3,6 +3,7 @@
 
 #include "app/Application.h"
 
+#include "app/Colours.h"
 #include "app/OutlinedStyle.h"
 
 #include <QAbstractButton>
@@ -35,6 +36,7 @@ bool PressesAButton(int key, const QObject& receiver) {
 Application::Application(int& argc, char** argv) : QApplication(argc, argv) {
     KeepFamily();
     KeepOutlines();
+    KeepColours();
 }
 
 bool Application::notify(QObject* receiver, QEvent* event) {
@@ -66,7 +68,7 @@ bool Application::event(QEvent* event) {
     if (event->type() == QEvent::ApplicationFontChange) {
         QMetaObject::invokeMethod(this, &Application::KeepFamily, Qt::QueuedConnection);
     } else if (event->type() == QEvent::ApplicationPaletteChange) {
-        QMetaObject::invokeMethod(this, &Application::KeepOutlines, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, &Application::KeepColours, Qt::QueuedConnection);
     }
     return handled;
 }
@@ -83,9 +85,23 @@ void Application::KeepFamily() {
 }
 
 void Application::KeepOutlines() {
-    if (OutlinedStyle::IsNeeded(*style(), palette())) {
+    if (OutlinedStyle::IsNeededFor(*style())) {
         setStyle(new OutlinedStyle);
         KeepFamily(); // a new style takes the desktop's letters again
+    }
+}
+
+void Application::KeepColours() {
+    QPalette colours = palette();
+    for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+        const QColor letters = colours.color(group, QPalette::HighlightedText);
+        const QColor selection = colours.color(group, QPalette::Highlight);
+        colours.setColor(group, QPalette::Highlight,
+                         Visible(selection, LettersOn(letters), {letters}, kLeastOfLetters));
+        colours.setColor(group, QPalette::PlaceholderText, QuietColour(colours));
+    }
+    if (colours != palette()) {
+        setPalette(colours);
     }
 }
 

@@ -11,7 +11,8 @@
 namespace vexmarrow {
 namespace {
 
-constexpr double kHighest = 20; // contrast of palettes for people who need the most there is
+constexpr double kHighest = 20;      // contrast of palettes for people who need the most there is
+constexpr double kAimOfOutlines = 4; // more than the least: a thin curve is mixed with its ground
 
 double Luminance(const QColor& colour) {
     const auto light = [](double part) {
@@ -31,9 +32,11 @@ QColor Mixed(const QColor& from, const QColor& to, double share) {
 
 /// Seen on every ground of the palette.
 QColor SeenEverywhere(const QColor& wanted, const QPalette& palette, double least) {
+    constexpr int kAsDrawn = 150; // per cent: buttons are drawn lighter than their colour
+    const QColor button = palette.color(QPalette::Button);
     return Visible(wanted, palette.color(QPalette::WindowText),
-                   {palette.color(QPalette::Window), palette.color(QPalette::Base),
-                    palette.color(QPalette::Button)},
+                   {palette.color(QPalette::Window), palette.color(QPalette::Base), button,
+                    button.lighter(kAsDrawn)},
                    least);
 }
 
@@ -64,13 +67,12 @@ QColor LettersOn(const QColor& ground) {
 QColor OutlineColour(const QPalette& palette) {
     const QColor ground = palette.color(QPalette::Window);
     const QColor letters = palette.color(QPalette::WindowText);
-    return Contrast(ground, letters) >= kHighest
-               ? letters
-               : SeenEverywhere(ground, palette, kLeastOfOutlines);
+    return Contrast(ground, letters) >= kHighest ? letters
+                                                 : SeenEverywhere(ground, palette, kAimOfOutlines);
 }
 
 QColor FocusColour(const QPalette& palette) {
-    return SeenEverywhere(palette.color(QPalette::Highlight), palette, kLeastOfOutlines);
+    return SeenEverywhere(palette.color(QPalette::Highlight), palette, kAimOfOutlines);
 }
 
 QColor QuietColour(const QPalette& palette) {

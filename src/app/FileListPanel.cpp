@@ -5,11 +5,13 @@
 
 #include "app/Controls.h"
 #include "app/FileListView.h"
+#include "app/Note.h"
 #include "app/Strings.h"
 
 #include <QGridLayout>
-#include <QLabel>
 #include <QPushButton>
+
+#include <vector>
 
 namespace vexmarrow {
 namespace {
@@ -23,36 +25,47 @@ constexpr std::u16string_view kHint =
 FileListPanel::FileListPanel(FileList& list, QWidget* parent)
     : QWidget(parent),
       ListView1(new FileListView(list, this)),
-      PushButton13(MakeButton(this, u"PushButton13", u"&Add VCF File(s)")),
-      PushButton3(MakeButton(this, u"PushButton3", u"Add All VCF File(s) &In Folder")),
-      PushButton9(MakeButton(this, u"PushButton9", u"Load List &Of Files From File")),
-      PushButton17(MakeButton(this, u"PushButton17", u"Remove Filenames Contain. &X")),
-      PushButton11(MakeButton(this, u"PushButton11", u"Remove Filenames &Not Cont. X")),
-      PushButton2(MakeButton(this, u"PushButton2", u"Clear Lis&t")),
-      PushButton8(MakeButton(this, u"PushButton8", u"Load Sample/&Example Files")),
-      PushButton5(MakeButton(this, u"PushButton5", u"&Help")) {
+      Buttons(new QWidget(this)),
+      PushButton13(MakeButton(Buttons, u"PushButton13", u"&Add VCF File(s)")),
+      PushButton3(MakeButton(Buttons, u"PushButton3", u"Add All VCF File(s) &In Folder")),
+      PushButton9(MakeButton(Buttons, u"PushButton9", u"Load List &Of Files From File")),
+      PushButton17(MakeButton(Buttons, u"PushButton17", u"Remove Filenames Contain. &X")),
+      PushButton11(MakeButton(Buttons, u"PushButton11", u"Remove Filenames &Not Cont. X")),
+      PushButton2(MakeButton(Buttons, u"PushButton2", u"Clear Lis&t")),
+      PushButton8(MakeButton(Buttons, u"PushButton8", u"Load Sample/&Example Files")),
+      PushButton5(MakeButton(Buttons, u"PushButton5", u"&Help")) {
     Name(ListView1, u"ListView1", u"File(s)");
     ListView1->setToolTip(ToQString(kHint).remove(u'&'));
     ListView1->setAccessibleDescription(ListView1->toolTip());
 
-    auto* const hint = new QLabel(ToQString(kHint), this);
-    hint->setObjectName(QStringLiteral("Hint"));
-    hint->setWordWrap(true);
+    auto* const hint = new WrappedLabel(this, u"Hint");
+    hint->setText(ToQString(kHint));
     hint->setBuddy(ListView1);
 
-    auto* const buttons = new QVBoxLayout;
-    for (QPushButton* const button : {PushButton13, PushButton3, PushButton9, PushButton17,
-                                      PushButton11, PushButton2, PushButton8}) {
-        buttons->addWidget(button);
+    // What adds files, what takes them out again, something to try; and help, at the foot.
+    constexpr int kBetweenGroups = 10; // pixels, less where the window is low
+    constexpr int kBetweenButtons = 4;
+    auto* const column = new QVBoxLayout(Buttons);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(kBetweenButtons);
+    for (const std::vector<QPushButton*>& group :
+         {std::vector{PushButton13, PushButton3, PushButton9},
+          {PushButton17, PushButton11, PushButton2},
+          {PushButton8}}) {
+        for (QPushButton* const button : group) {
+            column->addWidget(button);
+        }
+        column->addItem(
+            new QSpacerItem(0, kBetweenGroups, QSizePolicy::Minimum, QSizePolicy::Maximum));
     }
-    buttons->addStretch();
-    buttons->addWidget(PushButton5);
+    column->addStretch();
+    column->addWidget(PushButton5);
 
     auto* const grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);
     grid->addWidget(hint, 0, 0, 1, 2);
     grid->addWidget(ListView1, 1, 0);
-    grid->addLayout(buttons, 1, 1);
+    grid->addWidget(Buttons, 1, 1);
     grid->setColumnStretch(0, 1);
     grid->setRowStretch(1, 1);
 }

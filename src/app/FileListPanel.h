@@ -21,6 +21,7 @@ public:
     FileListPanel(FileList& list, QWidget* parent);
 
     FileListView* ListView1;   // one column "File(s)"
+    QWidget* Buttons;          // holds the others
     QPushButton* PushButton13; // "Add VCF File(s)"
     QPushButton* PushButton3;  // "Add All VCF File(s) In Folder"
     QPushButton* PushButton9;  // "Load List Of Files From File"

@@ -5,6 +5,7 @@
 
 #include "app/Controls.h"
 #include "app/LinesEdit.h"
+#include "app/Note.h"
 
 #include <QComboBox>
 #include <QGridLayout>
@@ -37,7 +38,8 @@ FindPanel::FindPanel(QWidget* parent)
       Frame1(new QGroupBox(QStringLiteral("&Find Options"), this)),
       Option1(MakeOption(Frame1, u"Option1", u"Find and replace in fields only")),
       Option2(MakeOption(Frame1, u"Option2", u"Find and replace in values only")),
-      Option3(MakeOption(Frame1, u"Option3", u"Find and replace in fields and values")) {
+      Option3(MakeOption(Frame1, u"Option3", u"Find and replace in fields and values")),
+      OptionsNote(new Note(Frame1, u"OptionsNote", Frame1)) {
     Name(TabControl1, u"TabControl1", u"Find and replace");
     TabControl1->setUsesScrollButtons(false); // there are two tabs, and always in sight
     TabControl1->addTab(MakeSinglePairTab(), QStringLiteral("Sin&gle find and replace"));
@@ -48,6 +50,7 @@ FindPanel::FindPanel(QWidget* parent)
     for (QRadioButton* const option : {Option1, Option2, Option3}) {
         options->addWidget(option);
     }
+    options->addWidget(OptionsNote);
     options->addStretch();
     MakeOneStop({Option1, Option2, Option3});
 
@@ -71,6 +74,8 @@ QWidget* FindPanel::MakeSinglePairTab() {
     grid->addWidget(Text1, 1, 0);
     grid->addWidget(label2, 0, 1);
     grid->addWidget(Text2, 1, 1);
+    TextsNote = new Note(page, u"TextsNote", Text1);
+    grid->addWidget(TextsNote, 2, 0, 1, 2);
     grid->setRowStretch(1, 1);
     return page;
 }
@@ -101,8 +106,10 @@ QWidget* FindPanel::MakeSetsTab() {
     grid->addWidget(Combo1, 1, 0);
     grid->addWidget(label4, 0, 1);
     grid->addWidget(Combo2, 1, 1);
-    grid->addLayout(buttons, 2, 0, 1, 2);
-    grid->setRowStretch(3, 1);
+    SetsNote = new Note(page, u"SetsNote", Combo1);
+    grid->addWidget(SetsNote, 3, 0, 1, 2);
+    grid->addLayout(buttons, 4, 0, 1, 2);
+    grid->setRowStretch(2, 1);
     return page;
 }
 

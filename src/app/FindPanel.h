@@ -14,6 +14,7 @@ class QTabWidget;
 namespace vexmarrow {
 
 class LinesEdit;
+class Note;
 
 /// What to find and what to put in its place, and in which part of the lines. Makes and lays out
 /// the controls; what they do is wired by the main window.
@@ -37,6 +38,9 @@ public:
     QRadioButton* Option1;               // "Find and replace in fields only"
     QRadioButton* Option2;               // "Find and replace in values only"
     QRadioButton* Option3;               // "Find and replace in fields and values"
+    Note* TextsNote = nullptr;
+    Note* SetsNote = nullptr;
+    Note* OptionsNote;
 
 private:
     QWidget* MakeSinglePairTab();

@@ -11,15 +11,15 @@
 #include "app/FindPanel.h"
 #include "app/Form2.h"
 #include "app/LinesEdit.h"
-#include "app/Look.h"
 #include "app/NormalPointer.h"
+#include "app/Note.h"
 #include "app/QtEventLoop.h"
 #include "app/SavePanel.h"
 #include "app/SetsView.h"
 #include "app/StatusLine.h"
 #include "app/Strings.h"
-#include "app/ToolTips.h"
 #include "base/Text.h"
+#include "run/RunNotes.h"
 #include "shell/Prompts.h"
 #include "shell/SettingsStore.h"
 #include "shell/Titles.h"
@@ -32,26 +32,14 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
-#include <QGroupBox>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QScreen>
-#include <QScrollArea>
-#include <QTabBar>
 #include <QTabWidget>
-#include <QVBoxLayout>
 
-#include <array>
 #include <utility>
 
 namespace vexmarrow {
-namespace {
-
-constexpr double kShareOfScreen = 0.9;
-constexpr QSize kFrame(12, 40); // of the window, about: it is not there before the window shows
-
-} // namespace
 
 Form1::Form1(const Services& services)
     : services_(services),
@@ -69,6 +57,7 @@ Form1::Form1(const Services& services)
            services.eventLoop, *this),
       undo_(services.textio.Calls(), services.logFolders, services.recovery, services.prompts,
             services.eventLoop, *this),
+      utf8Look_(services.textio.Calls(), fileList_, services.ansi),
       files_(new FileListPanel(fileList_, this)),
       find_(new FindPanel(this)),
       save_(new SavePanel(this)) {
@@ -86,68 +75,6 @@ Form1::~Form1() {
     SetPointer(Default);
     // The views look at the lists, which are members and go before the children would.
     delete centralWidget();
-}
-
-void Form1::LayOut() {
-    auto* const centre = new QWidget(this);
-    auto* const column = new QVBoxLayout(centre);
-    column->addWidget(files_, 1);
-    column->addWidget(find_);
-    column->addWidget(save_);
-    // Where the screen is small and the letters are large, not all of it is in sight at once.
-    auto* const area = new QScrollArea(this);
-    area->setWidget(centre);
-    area->setWidgetResizable(true);
-    area->setFrameShape(QFrame::NoFrame);
-    area->setFocusPolicy(Qt::NoFocus);
-    connect(qApp, &QApplication::focusChanged, area, [area](const QWidget*, QWidget* now) {
-        if (now != nullptr && area->widget()->isAncestorOf(now)) {
-            area->ensureWidgetVisible(now);
-        }
-    });
-    setCentralWidget(area);
-
-    status_ = new StatusLine(this);
-    setStatusBar(status_);
-    const QMargins margins = column->contentsMargins();
-    status_->setContentsMargins(margins.left(), 0, margins.right(), 0);
-    SetToolTips(*this);
-    for (QWidget* const control :
-         {static_cast<QWidget*>(find_->Combo1), static_cast<QWidget*>(find_->Combo2),
-          static_cast<QWidget*>(find_->TabControl1->tabBar())}) {
-        KeepWheelOut(control);
-    }
-    resize(FirstSize());
-
-    // Reading order: the list and its buttons, what to find, where results go, start.
-    const std::array<QWidget*, 30> order{
-        files_->ListView1,    files_->PushButton13, files_->PushButton3, files_->PushButton9,
-        files_->PushButton17, files_->PushButton11, files_->PushButton2, files_->PushButton8,
-        files_->PushButton5,  find_->TabControl1,   find_->Text1,        find_->Text2,
-        find_->Combo1,        find_->Combo2,        find_->PushButton7,  find_->PushButton6,
-        find_->PushButton10,  find_->PushButton4,   find_->PushButton12, find_->Option1,
-        find_->Option2,       find_->Option3,       save_->Option5,      save_->Option4,
-        save_->Text3,         save_->PushButton14,  save_->PushButton1,  status_->UndoLastRun,
-        status_->UndoMenu,    status_->Combo3,
-    };
-    for (std::size_t i = 1; i < order.size(); ++i) {
-        setTabOrder(order[i - 1], order[i]);
-    }
-}
-
-QSize Form1::FirstSize() const {
-    constexpr int kCharacters = 137;
-    constexpr int kLines = 48;
-    const QFontMetrics metrics = fontMetrics();
-    const QSize roomy(metrics.averageCharWidth() * kCharacters, metrics.lineSpacing() * kLines);
-    const QSize needed =
-        files_->parentWidget()->minimumSizeHint() + QSize(0, status_->sizeHint().height());
-    const QSize available = screen()->availableSize() - kFrame;
-    const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);
-    const QSize bars(needed.height() > available.height() ? bar : 0,
-                     needed.width() > available.width() ? bar : 0);
-    return roomy.boundedTo(screen()->availableSize() * kShareOfScreen)
-        .expandedTo((needed + bars).boundedTo(available));
 }
 
 void Form1::OnClick(QAbstractButton* button, void (Form1::*handler)()) {
@@ -185,13 +112,16 @@ void Form1::WireHandlers() {
     OnClick(files_->PushButton17, &Form1::PushButton17_Click);
     OnClick(find_->PushButton10, &Form1::PushButton10_Click);
     OnClick(status_->UndoLastRun, &Form1::UndoLastRun_Click);
+    OnClick(status_->UseUtf8, &Form1::UseUtf8_Click);
     OnTrigger(status_->Forget, &Form1::Forget_Click);
     OnTrigger(status_->KeepMissing, &Form1::KeepMissing_Click);
     const QAbstractItemModel* const rows = files_->ListView1->model();
-    const auto count = [this] { status_->ShowCount(fileList_.Count()); };
+    const auto count = [this] { status_->ShowCounts(fileList_.Count(), sets_.FindTexts().size()); };
     connect(rows, &QAbstractItemModel::rowsInserted, status_, count);
     connect(rows, &QAbstractItemModel::rowsRemoved, status_, count);
     connect(rows, &QAbstractItemModel::modelReset, status_, count);
+    connect(find_->Combo1->model(), &QAbstractItemModel::modelReset, status_, count);
+    WireNotes();
     connect(status_->Combo3, &CodePageChooser::Chosen, this,
             [this](const QString& page) { RunHandler([&] { Combo3_Click(page); }); });
     connect(files_->ListView1, &QTreeView::doubleClicked, this, &Form1::ListView1_DblClick);
@@ -201,20 +131,22 @@ void Form1::WireHandlers() {
         [this](const FileListView::Paths& paths) { RunHandler([&] { ListView1_Drop(paths); }); });
 }
 
-void Form1::WatchPointer() {
-    auto* const watch =
-        new PointerWatch([this] { PointTo(Custom); }, [this] { PointTo(Default); }, this);
-    for (QPushButton* const button : findChildren<QPushButton*>()) {
-        watch->Watch(button);
-    }
-    for (QWidget* const ground :
-         {files_->parentWidget(), static_cast<QWidget*>(files_), static_cast<QWidget*>(find_),
-          static_cast<QWidget*>(save_), static_cast<QWidget*>(find_->Frame1),
-          static_cast<QWidget*>(save_->Frame2), save_->Frame4, static_cast<QWidget*>(save_->Text3),
-          static_cast<QWidget*>(find_->TabControl1),
-          static_cast<QWidget*>(find_->TabControl1->tabBar()), find_->TabControl1->widget(0),
-          find_->TabControl1->widget(1), static_cast<QWidget*>(status_), status_->UndoFrame}) {
-        watch->Watch(ground);
+/// All that the notes are about.
+void Form1::WireNotes() {
+    const QAbstractItemModel* const rows = files_->ListView1->model();
+    connect(rows, &QAbstractItemModel::rowsInserted, this, &Form1::FilesChanged);
+    connect(rows, &QAbstractItemModel::rowsRemoved, this, &Form1::FilesChanged);
+    connect(rows, &QAbstractItemModel::modelReset, this, &Form1::FilesChanged);
+    connect(rows, &QAbstractItemModel::dataChanged, this, &Form1::FilesChanged);
+    connect(find_->Combo1->model(), &QAbstractItemModel::modelReset, this,
+            &Form1::SomethingChanged);
+    connect(find_->Text1, &QPlainTextEdit::textChanged, this, &Form1::SomethingChanged);
+    connect(find_->Text2, &QPlainTextEdit::textChanged, this, &Form1::SomethingChanged);
+    connect(find_->TabControl1, &QTabWidget::currentChanged, this, &Form1::SomethingChanged);
+    connect(save_->Text3, &QLineEdit::textChanged, this, &Form1::SomethingChanged);
+    for (const QRadioButton* const option :
+         {find_->Option1, find_->Option2, find_->Option3, save_->Option4, save_->Option5}) {
+        connect(option, &QRadioButton::toggled, this, &Form1::SomethingChanged);
     }
 }
 
@@ -222,6 +154,7 @@ void Form1::showEvent(QShowEvent* event) {
     if (!event->spontaneous()) {
         undo_.Refresh();
         ShowUndo();
+        DivideRoom();
     }
     QMainWindow::showEvent(event);
 }
@@ -348,6 +281,47 @@ void Form1::ShowUndo() {
                        ToQString(undo_.MissingNotice())});
 }
 
+void Form1::UseUtf8_Click() {
+    Combo3_Click(QStringLiteral("UTF-8"));
+    status_->Combo3->setFocus(Qt::OtherFocusReason);
+}
+
+void Form1::FilesChanged() {
+    filesHaveChanged_ = true;
+    SomethingChanged();
+}
+
+/// Makes the notes anew, once for all that changes before the next event.
+void Form1::SomethingChanged() {
+    if (!std::exchange(notesAreDue_, true)) {
+        QMetaObject::invokeMethod(this, &Form1::ShowNotes, Qt::QueuedConnection);
+    }
+}
+
+/// Says in quiet lines what a run would do that the user might not expect, and what the boxes are
+/// for. Work that is going on is not disturbed; its end comes back to this.
+void Form1::ShowNotes() {
+    notesAreDue_ = false;
+    if (pointer_ == Hourglass || run_.IsInProgress()) {
+        return;
+    }
+    if (std::exchange(filesHaveChanged_, false)) {
+        resultNotes_.Look(fileList_);
+        utf8Look_.ListChanged();
+    }
+    const RunInputs& inputs = *this;
+    const bool severalTexts = Option3() && !Option1() && !Option2();
+    for (LinesEdit* const box : {find_->Text1, find_->Text2}) {
+        box->setPlaceholderText(severalTexts ? QStringLiteral("one text a line")
+                                             : QStringLiteral("one text"));
+    }
+    find_->TextsNote->Say(NoteOnTexts(inputs));
+    find_->SetsNote->Say(NoteOnSets(inputs));
+    find_->OptionsNote->Say(NoteOnOptions(inputs));
+    save_->ResultsNote->Say(resultNotes_.Note(inputs));
+    status_->ShowUtf8Hint(utf8Look_.IsSeen(inputs, sets_));
+}
+
 void Form1::ListView1_DblClick() {
     const int row = files_->ListView1->currentIndex().row();
     fileRemoval_.RemoveRow(static_cast<std::size_t>(row) + 1);
@@ -399,6 +373,7 @@ void Form1::Combo3_Click(const QString& page) {
         trap.Do(2, [&] { services_.settings.SaveSetting(kCodePageSetting, name); });
     }
     status_->Combo3->ShowPage(services_.ansi.Page().Name());
+    FilesChanged(); // they are read by another page now
 }
 
 std::u16string Form1::Text1() const {
@@ -460,6 +435,7 @@ void Form1::ShowPointer(Shape shape) {
     }
     if (busy != wasBusy) {
         ShowUndo();
+        SomethingChanged();
     }
     if (shape == Custom) {
         setCursor(hand_);

@@ -10,8 +10,10 @@
 #include "filelist/SampleFiles.h"
 #include "run/OutputChoice.h"
 #include "run/ReplacementRun.h"
+#include "run/ResultNotes.h"
 #include "run/RunInputs.h"
 #include "run/UndoLastRun.h"
+#include "run/Utf8Look.h"
 #include "sets/SetList.h"
 #include "sets/SetOperations.h"
 #include "sets/SetsLoading.h"
@@ -25,6 +27,7 @@
 
 class QAbstractButton;
 class QAction;
+class QSplitter;
 
 namespace vexmarrow {
 
@@ -80,6 +83,7 @@ public:
 protected:
     void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     // Handlers, by control and event.
@@ -101,6 +105,7 @@ private:
     void UndoLastRun_Click();
     void Forget_Click();
     void KeepMissing_Click();
+    void UseUtf8_Click();
     void ListView1_DblClick();
     void ListView1_Drop(const std::vector<std::u16string>& paths);
     void ListView1_MouseMove();
@@ -111,8 +116,11 @@ private:
     void Combo3_Click(const QString& page);
 
     void LayOut();
+    void AlignColumns();
+    void DivideRoom();
     QSize FirstSize() const;
     void WireHandlers();
+    void WireNotes();
     void OnClick(QAbstractButton* button, void (Form1::*handler)());
     void OnTrigger(QAction* action, void (Form1::*handler)());
     void WatchPointer();
@@ -124,6 +132,9 @@ private:
     void RestoreTab(const std::u16string& stored);
     void FollowOption4();
     void ShowUndo();
+    void FilesChanged();
+    void SomethingChanged();
+    void ShowNotes();
     void PointTo(Shape shape); // as the mouse moves: never replaces the hourglass
     void ShowPointer(Shape shape);
 
@@ -154,11 +165,16 @@ private:
     OutputChoice outputChoice_;
     ReplacementRun run_;
     UndoLastRun undo_;
+    ResultNotes resultNotes_;
+    Utf8Look utf8Look_;
 
     FileListPanel* files_;
     FindPanel* find_;
     SavePanel* save_;
+    QSplitter* parts_ = nullptr; // the list above, the rest below
     StatusLine* status_ = nullptr;
+    bool notesAreDue_ = false;
+    bool filesHaveChanged_ = true; // since the notes were made
     Shape pointer_ = Default;
     QCursor hand_; // the custom pointer
 };

@@ -3,39 +3,102 @@
 
 #include "app/OutlinedStyle.h"
 
+#include "app/Colours.h"
+
+#include <QAbstractScrollArea>
 #include <QPainter>
-#include <QPalette>
 #include <QStyleOption>
+#include <QTabBar>
+
+#include <cmath>
 
 namespace vexmarrow {
 namespace {
 
-bool IsBlackGround(const QPalette& colours) {
-    constexpr int kLeastValue = 24; // of 255: darker ground has no visible shade
-    return colours.color(QPalette::Window).value() < kLeastValue;
+// In pixels.
+constexpr double kRound = 2; // of corners
+constexpr int kFocusWidth = 2;
+
+/// A pen whose lines cover whole pixels of the screen, also where these are smaller than ours.
+QPen PenOf(const QColor& colour, double width, const QPainter& painter) {
+    const double ratio = painter.device()->devicePixelRatioF();
+    return {colour, std::ceil(width * ratio) / ratio};
 }
 
-/// Draws an outline around what a style has drawn.
-template <typename Draw>
-void Outline(const QStyleOption& option, QPainter& painter, Draw draw) {
-    if (!IsBlackGround(option.palette)) {
-        return; // the colours have changed since
-    }
+/// The shape within `place` whose outline lies wholly inside.
+QRectF Inside(const QRectF& place, double width) {
+    return place.adjusted(width / 2, width / 2, -width / 2, -width / 2);
+}
+
+enum class Shape { Box, Circle };
+
+/// Draws an outline upon what the style has drawn. Where the keyboard goes, it is thicker.
+void Outline(const QStyleOption& option, QPainter& painter, const QRectF& place,
+             Shape shape = Shape::Box) {
+    const bool focus = option.state.testFlag(QStyle::State_HasFocus) &&
+                       option.state.testFlag(QStyle::State_Enabled);
+    const QPen pen = focus ? PenOf(FocusColour(option.palette), kFocusWidth, painter)
+                           : PenOf(OutlineColour(option.palette), 1, painter);
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(Qt::NoBrush);
-    const bool focus = option.state.testFlag(QStyle::State_HasFocus);
-    painter.setPen(option.palette.color(focus ? QPalette::Highlight : QPalette::WindowText));
-    draw(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5));
+    painter.setPen(pen);
+    const QRectF inside = Inside(place, pen.widthF());
+    if (shape == Shape::Circle) {
+        painter.drawEllipse(inside);
+    } else {
+        painter.drawRoundedRect(inside, kRound, kRound);
+    }
     painter.restore();
+}
+
+/// Where the keyboard goes, in something that is larger.
+void OutlineFocus(const QStyleOption& option, QPainter& painter, const QRectF& place) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QPen pen = PenOf(FocusColour(option.palette), 1, painter);
+    painter.setPen(pen);
+    painter.drawRoundedRect(Inside(place, pen.widthF()), kRound, kRound);
+    painter.restore();
+}
+
+/// The grip of a splitter, in its middle.
+void DrawGrip(const QStyleOption& option, QPainter& painter) {
+    constexpr int kLength = 48;
+    constexpr int kWidth = 3;
+    const bool flat = option.rect.width() > option.rect.height();
+    QRect grip(QPoint(0, 0), flat ? QSize(kLength, kWidth) : QSize(kWidth, kLength));
+    grip.moveCenter(option.rect.center());
+    painter.fillRect(grip, OutlineColour(option.palette));
+}
+
+/// A tab, open to its page when that is in front.
+void OutlineTab(const QStyleOptionTab& option, QPainter& painter) {
+    const bool selected = option.state.testFlag(QStyle::State_Selected);
+    const QPen pen = PenOf(OutlineColour(option.palette), 1, painter);
+    QRectF place = Inside(option.rect, pen.widthF());
+    if (!selected) {
+        constexpr int kLower = 2; // than the selected one
+        place.setTop(place.top() + kLower);
+    }
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(pen);
+    painter.drawPolyline(
+        QPolygonF{place.bottomLeft(), place.topLeft(), place.topRight(), place.bottomRight()});
+    painter.restore();
+    if (option.state.testFlag(QStyle::State_HasFocus)) {
+        constexpr int kAround = 3;
+        OutlineFocus(option, painter, option.rect.adjusted(kAround, kAround, -kAround, -kAround));
+    }
 }
 
 } // namespace
 
 OutlinedStyle::OutlinedStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
 
-bool OutlinedStyle::IsNeeded(const QStyle& style, const QPalette& colours) {
-    if (!IsBlackGround(colours) || qobject_cast<const OutlinedStyle*>(&style) != nullptr) {
+bool OutlinedStyle::IsNeededFor(const QStyle& style) {
+    if (qobject_cast<const OutlinedStyle*>(&style) != nullptr) {
         return false;
     }
     const QStyle* base = &style; // desktops have it wrapped in a style of theirs
@@ -45,20 +108,42 @@ bool OutlinedStyle::IsNeeded(const QStyle& style, const QPalette& colours) {
     return base->inherits("QFusionStyle");
 }
 
+int OutlinedStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
+                               const QWidget* widget) const {
+    return metric == PM_DefaultFrameWidth && qobject_cast<const QAbstractScrollArea*>(widget)
+               ? kFocusWidth
+               : QProxyStyle::pixelMetric(metric, option, widget);
+}
+
 void OutlinedStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
                                   QPainter* painter, const QWidget* widget) const {
+    if (element == PE_FrameFocusRect) {
+        OutlineFocus(*option, *painter, option->rect);
+        return;
+    }
     QProxyStyle::drawPrimitive(element, option, painter, widget);
     switch (element) {
     case PE_IndicatorRadioButton:
-        Outline(*option, *painter, [&](const QRectF& place) { painter->drawEllipse(place); });
+        Outline(*option, *painter, option->rect, Shape::Circle);
         break;
-    case PE_IndicatorCheckBox:
     case PE_Frame:
+        // An empty frame style is drawn as well.
+        if (const auto* const frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
+            frame == nullptr || frame->lineWidth == 0) {
+            break;
+        }
+        [[fallthrough]];
     case PE_FrameLineEdit:
-    case PE_FrameTabWidget:
+    case PE_IndicatorCheckBox:
     case PE_PanelButtonCommand:
-        Outline(*option, *painter, [&](const QRectF& place) { painter->drawRect(place); });
+        Outline(*option, *painter, option->rect);
         break;
+    case PE_FrameTabWidget: {
+        QStyleOption page = *option; // its tabs may have the focus; it never has
+        page.state.setFlag(State_HasFocus, false);
+        Outline(page, *painter, page.rect);
+        break;
+    }
     default:
         break;
     }
@@ -66,28 +151,30 @@ void OutlinedStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* 
 
 void OutlinedStyle::drawControl(ControlElement element, const QStyleOption* option,
                                 QPainter* painter, const QWidget* widget) const {
+    if (element == CE_Splitter) {
+        DrawGrip(*option, *painter);
+        return;
+    }
     QProxyStyle::drawControl(element, option, painter, widget);
-    if (element == CE_ProgressBarContents || element == CE_TabBarTabShape ||
-        element == CE_HeaderSection) {
-        Outline(*option, *painter, [&](const QRectF& place) { painter->drawRect(place); });
+    if (const auto* const tab = qstyleoption_cast<const QStyleOptionTab*>(option);
+        tab != nullptr && element == CE_TabBarTabShape) {
+        OutlineTab(*tab, *painter);
+    } else if (element == CE_ProgressBarContents || element == CE_ProgressBarGroove) {
+        Outline(*option, *painter, option->rect);
     }
 }
 
 void OutlinedStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
                                        QPainter* painter, const QWidget* widget) const {
     QProxyStyle::drawComplexControl(control, option, painter, widget);
-    const SubControl part = control == CC_ScrollBar  ? SC_ScrollBarSlider
-                            : control == CC_GroupBox ? SC_GroupBoxFrame
-                                                     : SC_None;
-    if (part != SC_None) {
-        QRectF place = proxy()->subControlRect(control, option, part, widget);
-        if (control == CC_GroupBox) { // the title stands above
-            place.setTop(subControlRect(control, option, SC_GroupBoxLabel, widget).bottom() + 1);
-        }
-        Outline(*option, *painter,
-                [&](const QRectF&) { painter->drawRect(place.adjusted(0.5, 0.5, -0.5, -0.5)); });
-    } else if (control == CC_ComboBox) {
-        Outline(*option, *painter, [&](const QRectF& place) { painter->drawRect(place); });
+    if (control == CC_ComboBox) {
+        Outline(*option, *painter, option->rect);
+    } else if (control == CC_ScrollBar) {
+        Outline(*option, *painter, subControlRect(control, option, SC_ScrollBarSlider, widget));
+    } else if (control == CC_GroupBox) {
+        QRectF place = subControlRect(control, option, SC_GroupBoxFrame, widget);
+        place.setTop(subControlRect(control, option, SC_GroupBoxLabel, widget).bottom() + 1);
+        Outline(*option, *painter, place); // the title stands above
     }
 }
 

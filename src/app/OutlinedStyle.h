@@ -5,20 +5,23 @@
 
 #include <QProxyStyle>
 
-class QPalette;
-
 namespace vexmarrow {
 
-/// The toolkit's own style with outlines that can be seen on black ground: it draws them somewhat
-/// darker than the ground, which on black leaves nothing of boxes and unset options.
+/// The toolkit's own style with outlines that can be seen in every palette: it draws them somewhat
+/// darker than the ground, which leaves little of frames and unset options on a dark one. What has
+/// the keyboard's focus gets a thicker outline of a colour of its own.
 class OutlinedStyle final : public QProxyStyle {
     Q_OBJECT
 
 public:
     OutlinedStyle();
 
-    /// Whether `style` is the one whose outlines are lost in those colours.
-    static bool IsNeeded(const QStyle& style, const QPalette& colours);
+    /// Whether `style` is one that this one can take the place of.
+    static bool IsNeededFor(const QStyle& style);
+
+    /// Frames of lists and text boxes have room for the outline of the focus.
+    int pixelMetric(PixelMetric metric, const QStyleOption* option = nullptr,
+                    const QWidget* widget = nullptr) const override;
 
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget = nullptr) const override;

@@ -4,39 +4,31 @@
 #include "app/SavePanel.h"
 
 #include "app/Controls.h"
+#include "app/Note.h"
+#include "app/StartButton.h"
 
 #include <QEvent>
+#include <QGridLayout>
 #include <QGroupBox>
-#include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QStyleOptionGroupBox>
 
-#include <cmath>
 #include <limits>
 
 namespace vexmarrow {
 namespace {
 
-constexpr double kBright = 0.4; // in luminance: a colour for black letters
-
-double Luminance(const QColor& colour) {
-    const auto light = [](double part) {
-        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * light(colour.redF()) + 0.7152 * light(colour.greenF()) +
-           0.0722 * light(colour.blueF());
-}
-
-/// The colour of a button, made from that of selections, on which white letters are good to read.
-QColor FaceForWhite(QColor face) {
-    constexpr int kLighter = 130; // per cent: styles draw a button somewhat lighter than its colour
-    constexpr int kStep = 105;
-    constexpr double kReadable = 0.18; // white has 4.5 times its contrast
-    while (Luminance(face.lighter(kLighter)) > kReadable) {
-        face = face.darker(kStep);
-    }
-    return face;
+/// How far below its upper edge a group begins that has a title there, in pixels.
+int HeightOfTitle(const QGroupBox& group) {
+    QStyleOptionGroupBox option;
+    option.initFrom(&group);
+    option.text = group.title();
+    option.subControls = QStyle::SC_GroupBoxFrame | QStyle::SC_GroupBoxLabel;
+    const QRect title = group.style()->subControlRect(QStyle::CC_GroupBox, &option,
+                                                      QStyle::SC_GroupBoxLabel, &group);
+    return title.bottom() + 1;
 }
 
 } // namespace
@@ -49,10 +41,14 @@ SavePanel::SavePanel(QWidget* parent)
       Frame4(new QWidget(Frame2)),
       Text3(new QLineEdit(Frame4)),
       PushButton14(MakeSmallButton(Frame4, u"PushButton14", u"...", u"Browse for output folder")),
-      PushButton1(MakeButton(this, u"PushButton1", u"&Start Replacing")) {
+      ResultsNote(new Note(Frame2, u"ResultsNote", Text3)),
+      PushButton1(new StartButton(QStringLiteral("&Start Replacing"), this)) {
     Name(Frame2, u"Frame2", u"Save Option");
     Name(Frame4, u"Frame4", u"Output folder");
     Name(Text3, u"Text3", u"Save results to this folder:");
+    Name(PushButton1, u"PushButton1", u"Start Replacing");
+    PushButton1->setAutoDefault(true);
+    PushButton1->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Ignored);
     Text3->setMaxLength(std::numeric_limits<int>::max());
 
     auto* const folder = new QHBoxLayout(Frame4);
@@ -66,43 +62,31 @@ SavePanel::SavePanel(QWidget* parent)
     auto* const lines = new QVBoxLayout(Frame2);
     lines->addWidget(Option5);
     lines->addLayout(second);
-
+    lines->addWidget(ResultsNote);
     MakeOneStop({Option5, Option4});
-    PushButton1->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    Measure();
-    ColourStartButton();
 
-    auto* const row = new QHBoxLayout(this);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->addWidget(Frame2, 1);
-    row->addWidget(PushButton1, 0, Qt::AlignBottom);
+    auto* const grid = new QGridLayout(this);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setVerticalSpacing(0);
+    grid->addWidget(Frame2, 0, 0, 2, 1);
+    grid->addWidget(PushButton1, 1, 1);
+    grid->setColumnStretch(0, 1);
+    grid->setRowStretch(1, 1);
+    Measure();
 }
 
 void SavePanel::changeEvent(QEvent* event) {
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange) {
-        ColourStartButton();
-    }
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
         Measure();
     }
     QWidget::changeEvent(event);
 }
 
+/// The button begins where the frame beside it does.
 void SavePanel::Measure() {
-    const QFontMetrics metrics = fontMetrics();
-    Text3->setMinimumWidth(metrics.averageCharWidth() * 16);
-    PushButton1->setMinimumSize(metrics.averageCharWidth() * 26, metrics.lineSpacing() * 4);
-}
-
-void SavePanel::ColourStartButton() {
-    QPalette colours = palette();
-    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
-        const QColor selection = colours.color(group, QPalette::Highlight);
-        const bool bright = Luminance(selection) > kBright;
-        colours.setColor(group, QPalette::Button, bright ? selection : FaceForWhite(selection));
-        colours.setColor(group, QPalette::ButtonText, bright ? Qt::black : Qt::white);
-    }
-    PushButton1->setPalette(colours);
+    constexpr int kCharacters = 16;
+    Text3->setMinimumWidth(fontMetrics().averageCharWidth() * kCharacters);
+    static_cast<QGridLayout*>(layout())->setRowMinimumHeight(0, HeightOfTitle(*Frame2));
 }
 
 } // namespace vexmarrow

@@ -12,6 +12,8 @@ class QRadioButton;
 
 namespace vexmarrow {
 
+class Note;
+
 /// Where results go, and the button that starts it all. Makes and lays out the controls; what they
 /// do is wired by the main window.
 class SavePanel final : public QWidget {
@@ -26,14 +28,14 @@ public:
     QWidget* Frame4;           // holds the folder and its button
     QLineEdit* Text3;          // output folder
     QPushButton* PushButton14; // "..."
-    QPushButton* PushButton1;  // "Start Replacing"
+    Note* ResultsNote;
+    QPushButton* PushButton1; // "Start Replacing"
 
 protected:
     void changeEvent(QEvent* event) override;
 
 private:
     void Measure();
-    void ColourStartButton();
 };
 
 } // namespace vexmarrow

@@ -21,12 +21,18 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace vexmarrow {
 namespace {
 
 int BarValue(std::size_t number) {
     return static_cast<int>(std::min<std::size_t>(number, std::numeric_limits<int>::max()));
+}
+
+QString Counted(std::size_t number, const QString& thing) {
+    return number == 1 ? QStringLiteral("1 ") + thing
+                       : QLocale().toString(number) + u' ' + thing + u's';
 }
 
 /// A button that shows the beginning of its caption where there is no room for all of it.
@@ -143,6 +149,7 @@ StatusLine::StatusLine(QWidget* parent)
       progress_(new QLabel(room_)),
       missing_(new QLabel(room_)),
       bar_(new QProgressBar(room_)) {
+    UseUtf8 = MakeButton(room_, u"UseUtf8", u"Use UTF-&8");
     setSizeGripEnabled(false);
     count_->setObjectName(QStringLiteral("Count"));
     progress_->setObjectName(QStringLiteral("Progress"));
@@ -183,18 +190,34 @@ StatusLine::StatusLine(QWidget* parent)
     ClearProgress();
 }
 
-void StatusLine::ShowCount(std::size_t count) {
-    files_ = count;
+void StatusLine::ShowCounts(std::size_t files, std::size_t sets) {
+    files_ = files;
+    sets_ = sets;
     if (!showsProgress_) {
         ShowRest();
     }
 }
 
+void StatusLine::ShowUtf8Hint(bool shown) {
+    if (std::exchange(hintsAtUtf8_, shown) != shown && !showsProgress_) {
+        ShowRest();
+    }
+}
+
 void StatusLine::ShowRest() {
-    count_->setText(files_ == 0   ? QStringLiteral("No files")
-                    : files_ == 1 ? QStringLiteral("1 file")
-                                  : QLocale().toString(files_) + QStringLiteral(" files"));
+    if (hintsAtUtf8_) {
+        count_->setText(QStringLiteral("These files look like UTF-8"));
+    } else {
+        const QString files =
+            files_ == 0 ? QStringLiteral("No files") : Counted(files_, QStringLiteral("file"));
+        count_->setText(sets_ == 0
+                            ? files
+                            : files + QStringLiteral(", ") + Counted(sets_, QStringLiteral("set")));
+    }
     wanted_ = count_->sizeHint().width();
+    if (hintsAtUtf8_) {
+        wanted_ += Gap() + UseUtf8->sizeHint().width();
+    }
     if (!missing_->accessibleName().isEmpty()) {
         wanted_ += 3 * Gap() + fontMetrics().horizontalAdvance(missing_->accessibleName());
     }
@@ -251,7 +274,9 @@ bool StatusLine::event(QEvent* event) {
     switch (event->type()) {
     case QEvent::FontChange:
     case QEvent::StyleChange:
-        ShowCount(files_);
+        if (!showsProgress_) {
+            ShowRest();
+        }
         break;
     case QEvent::Resize:
     case QEvent::LayoutRequest: // something in the line takes more room than before, or less
@@ -294,6 +319,7 @@ void StatusLine::Arrange() {
     };
     if (showsProgress_) {
         count_->hide();
+        UseUtf8->hide();
         missing_->hide();
         if (wanted_ <= room_->width()) {
             place(bar_, bar_->sizeHint().width());
@@ -304,7 +330,12 @@ void StatusLine::Arrange() {
     } else {
         bar_->hide();
         progress_->hide();
-        place(count_, count_->sizeHint().width());
+        const int button = hintsAtUtf8_ ? UseUtf8->sizeHint().width() : 0;
+        const int most = std::max(room_->width() - button - Gap(), 0);
+        place(count_, hintsAtUtf8_ ? std::min(count_->sizeHint().width(), most)
+                                   : count_->sizeHint().width());
+        place(UseUtf8, button);
+        UseUtf8->setVisible(hintsAtUtf8_);
         constexpr int kFewestCharacters = 12; // less could be taken for the number of files
         left += Gap();
         const int rest = room_->width() - left;

@@ -25,16 +25,20 @@ struct UndoOffer {
     QString missing;          ///< what is said of files that are not there
 };
 
-/// The line at the foot of the main window: how many files the list holds, how far long work is,
-/// the way back, and the code page. Says nothing about results.
+/// The line at the foot of the main window: how many files and sets there are, or else that the
+/// files look like UTF-8, or how far long work is; the way back; and the code page. Says nothing
+/// about results.
 class StatusLine final : public QStatusBar {
     Q_OBJECT
 
 public:
     explicit StatusLine(QWidget* parent);
 
-    /// The number of files in the list, which is shown when no work is.
-    void ShowCount(std::size_t count);
+    /// The numbers of files and of sets, which are shown when no work is.
+    void ShowCounts(std::size_t files, std::size_t sets);
+
+    /// Whether to say, in the place of the counts, that the files look like UTF-8.
+    void ShowUtf8Hint(bool shown);
 
     void ShowProgress(const Progress& progress);
 
@@ -46,6 +50,7 @@ public:
     /// Without what tells of files and progress, which takes what room there is.
     QSize minimumSizeHint() const override;
 
+    QPushButton* UseUtf8;
     QWidget* UndoFrame; // the ground of the next two
     QPushButton* UndoLastRun;
     QPushButton* UndoMenu; // with the next two in it
@@ -64,11 +69,13 @@ private:
     void Arrange();
 
     QWidget* room_; // no layout of its own, so that a change of texts lays nothing out anew
-    QLabel* count_;
+    QLabel* count_; // or the hint
     QLabel* progress_;
     QLabel* missing_;
     QProgressBar* bar_;
     std::size_t files_ = 0;
+    std::size_t sets_ = 0;
+    bool hintsAtUtf8_ = false;
     int wanted_ = 0; // width of what is shown in the room, if that can be had
     bool showsProgress_ = false;
 };

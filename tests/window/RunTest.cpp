@@ -331,7 +331,8 @@ private Q_SLOTS:
         window_->Open();
         const auto* const notice = window_->Find<QLabel>("Missing");
         QVERIFY(notice->isVisible());
-        QCOMPARE(notice->text(), QStringLiteral("1 file of an interrupted run is not there"));
+        QCOMPARE(notice->accessibleName(),
+                 QStringLiteral("1 file of an interrupted run is not there"));
         QVERIFY(Offer().startsWith(QStringLiteral("-FK The run of ")));
         QCOMPARE(window_->Boxes(), QString());
         Trigger("KeepMissing");

@@ -12,6 +12,7 @@ namespace vexmarrow::test {
 std::unique_ptr<QObject> MakeBoxesTest();
 std::unique_ptr<QObject> MakeControlsTest();
 std::unique_ptr<QObject> MakeListTest();
+std::unique_ptr<QObject> MakeLooksTest();
 std::unique_ptr<QObject> MakeRunTest();
 std::unique_ptr<QObject> MakeStartupTest();
 

@@ -4,11 +4,12 @@
 #include "Window.h"
 
 #include "app/LinesEdit.h"
+#include "app/OutlinedStyle.h"
 #include "app/Strings.h"
 
 #include <QAccessible>
 #include <QGroupBox>
-#include <QStyle>
+#include <QStyleFactory>
 #include <QTimer>
 
 namespace vexmarrow::test {
@@ -154,11 +155,11 @@ QString KeyboardFaults(QWidget& window) {
             stops << widget;
         }
     }
-    const QString before = QApplication::style()->name();
     QApplication::setCursorFlashTime(0);
-    // The toolkit's own: what else is installed differs from machine to machine.
-    for (const QString& style : {QStringLiteral("Fusion"), QStringLiteral("Windows")}) {
-        QApplication::setStyle(style);
+    // Ours, and one of the toolkit's: what else is installed differs from machine to machine.
+    for (const QString& style : {QStringLiteral("ours"), QStringLiteral("Windows")}) {
+        QApplication::setStyle(style == QStringLiteral("ours") ? new OutlinedStyle
+                                                               : QStyleFactory::create(style));
         window.activateWindow();
         if (!QTest::qWaitForWindowActive(&window, kDeadline) || stops.isEmpty()) {
             return QStringLiteral("it is not to be used");
@@ -182,7 +183,7 @@ QString KeyboardFaults(QWidget& window) {
             }
         }
     }
-    QApplication::setStyle(before);
+    QApplication::setStyle(new OutlinedStyle);
     return faults;
 }
 

@@ -102,9 +102,10 @@ public:
 /// a user's hand would come in.
 void Once(std::function<bool()> due, std::function<void()> action);
 
-/// What is wrong with a window for those who use it by keyboard or do not see it, in the toolkit's
-/// own styles: controls that Tab does not reach in either direction, that have no name, role or
-/// tool tip, or look the same with and without focus, or are cut; letters that lead to two places.
+/// What is wrong with a window for those who use it by keyboard or do not see it, in our style
+/// and one of the toolkit's: controls that Tab does not reach in either direction, that have no
+/// name, role or tool tip, or look the same with and without focus, or are cut; letters that lead
+/// to two places.
 QString KeyboardFaults(QWidget& window);
 
 } // namespace vexmarrow::test

@@ -18,6 +18,7 @@ int main(int argc, char** argv) {
         {QStringLiteral("BoxesTest"), MakeBoxesTest},
         {QStringLiteral("ControlsTest"), MakeControlsTest},
         {QStringLiteral("ListTest"), MakeListTest},
+        {QStringLiteral("LooksTest"), MakeLooksTest},
         {QStringLiteral("RunTest"), MakeRunTest},
         {QStringLiteral("StartupTest"), MakeStartupTest},
     };

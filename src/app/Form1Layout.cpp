@@ -1,0 +1,164 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+// How the main window is laid out.
+
+#include "app/CodePageChooser.h"
+#include "app/Controls.h"
+#include "app/FileListPanel.h"
+#include "app/FileListView.h"
+#include "app/FindPanel.h"
+#include "app/Form1.h"
+#include "app/LinesEdit.h"
+#include "app/Look.h"
+#include "app/SavePanel.h"
+#include "app/StatusLine.h"
+#include "app/ToolTips.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QSplitter>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <array>
+
+namespace vexmarrow {
+namespace {
+
+constexpr double kShareOfScreen = 0.9;
+constexpr int kHandle = 9;      // pixels, of the splitter
+constexpr QSize kFrame(12, 40); // of the window, about: it is not there before the window shows
+
+} // namespace
+
+void Form1::LayOut() {
+    auto* const below = new QWidget(this);
+    auto* const rest = new QVBoxLayout(below);
+    rest->setContentsMargins(0, 0, 0, 0);
+    rest->addWidget(find_, 1);
+    rest->addWidget(save_);
+    parts_ = new QSplitter(Qt::Vertical, this);
+    parts_->setChildrenCollapsible(false);
+    parts_->setHandleWidth(kHandle);
+    parts_->addWidget(files_);
+    parts_->addWidget(below);
+    parts_->setStretchFactor(0, 1);
+    auto* const centre = new QWidget(this);
+    auto* const column = new QVBoxLayout(centre);
+    column->addWidget(parts_);
+    // Where the screen is small and the letters are large, not all of it is in sight at once.
+    auto* const area = new QScrollArea(this);
+    area->setWidget(centre);
+    area->setWidgetResizable(true);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setFocusPolicy(Qt::NoFocus);
+    connect(qApp, &QApplication::focusChanged, area, [area](const QWidget*, QWidget* now) {
+        if (now != nullptr && area->widget()->isAncestorOf(now)) {
+            area->ensureWidgetVisible(now);
+        }
+    });
+    setCentralWidget(area);
+
+    status_ = new StatusLine(this);
+    setStatusBar(status_);
+    const QMargins margins = column->contentsMargins();
+    status_->setContentsMargins(margins.left(), 0, margins.right(), 0);
+    SetToolTips(*this);
+    for (QWidget* const control :
+         {static_cast<QWidget*>(find_->Combo1), static_cast<QWidget*>(find_->Combo2),
+          static_cast<QWidget*>(find_->TabControl1->tabBar())}) {
+        KeepWheelOut(control);
+    }
+    AlignColumns();
+    resize(FirstSize());
+
+    // Reading order: the list and its buttons, what to find, where results go, start.
+    const std::array<QWidget*, 31> order{
+        files_->ListView1,    files_->PushButton13, files_->PushButton3, files_->PushButton9,
+        files_->PushButton17, files_->PushButton11, files_->PushButton2, files_->PushButton8,
+        files_->PushButton5,  find_->TabControl1,   find_->Text1,        find_->Text2,
+        find_->Combo1,        find_->Combo2,        find_->PushButton7,  find_->PushButton6,
+        find_->PushButton10,  find_->PushButton4,   find_->PushButton12, find_->Option1,
+        find_->Option2,       find_->Option3,       save_->Option5,      save_->Option4,
+        save_->Text3,         save_->PushButton14,  save_->PushButton1,  status_->UseUtf8,
+        status_->UndoLastRun, status_->UndoMenu,    status_->Combo3,
+    };
+    for (std::size_t i = 1; i < order.size(); ++i) {
+        setTabOrder(order[i - 1], order[i]);
+    }
+}
+
+/// The list's buttons, the find options and the start button stand in one column.
+void Form1::AlignColumns() {
+    const std::array<QWidget*, 3> narrow{files_->Buttons, find_->Frame1, save_->PushButton1};
+    int width = 0;
+    for (const QWidget* const each : narrow) {
+        width = std::max(
+            {width, each->minimumSizeHint().width(), save_->PushButton1->sizeHint().width()});
+    }
+    for (QWidget* const each : narrow) {
+        each->setFixedWidth(width);
+    }
+}
+
+/// The list gets the room that the rest does not want; in a low window the rest is as low as it
+/// can.
+void Form1::DivideRoom() {
+    constexpr int kLow = 700; // pixels
+    const QWidget* const below = parts_->widget(1);
+    const int height =
+        (this->height() < kLow ? below->minimumSizeHint() : below->sizeHint()).height();
+    parts_->setSizes({std::max(parts_->height() - height, 0), height});
+}
+
+void Form1::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+        AlignColumns();
+    }
+    QMainWindow::changeEvent(event);
+}
+
+QSize Form1::FirstSize() const {
+    constexpr int kCharacters = 137;
+    constexpr int kLines = 48;
+    const QFontMetrics metrics = fontMetrics();
+    const QSize roomy(metrics.averageCharWidth() * kCharacters, metrics.lineSpacing() * kLines);
+    const QSize needed =
+        parts_->parentWidget()->minimumSizeHint() + QSize(0, status_->sizeHint().height());
+    const QSize available = screen()->availableSize() - kFrame;
+    const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);
+    const QSize bars(needed.height() > available.height() ? bar : 0,
+                     needed.width() > available.width() ? bar : 0);
+    return roomy.boundedTo(screen()->availableSize() * kShareOfScreen)
+        .expandedTo((needed + bars).boundedTo(available));
+}
+
+void Form1::WatchPointer() {
+    auto* const watch =
+        new PointerWatch([this] { PointTo(Custom); }, [this] { PointTo(Default); }, this);
+    for (QPushButton* const button : findChildren<QPushButton*>()) {
+        watch->Watch(button);
+    }
+    for (QWidget* const ground :
+         {parts_->parentWidget(), static_cast<QWidget*>(parts_),
+          static_cast<QWidget*>(parts_->handle(1)), parts_->widget(1),
+          static_cast<QWidget*>(files_), files_->Buttons, static_cast<QWidget*>(find_),
+          static_cast<QWidget*>(save_), static_cast<QWidget*>(find_->Frame1),
+          static_cast<QWidget*>(save_->Frame2), save_->Frame4, static_cast<QWidget*>(save_->Text3),
+          static_cast<QWidget*>(find_->TabControl1),
+          static_cast<QWidget*>(find_->TabControl1->tabBar()), find_->TabControl1->widget(0),
+          find_->TabControl1->widget(1), static_cast<QWidget*>(status_), status_->UndoFrame}) {
+        watch->Watch(ground);
+    }
+}
+
+} // namespace vexmarrow

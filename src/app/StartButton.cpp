@@ -1,0 +1,58 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "app/StartButton.h"
+
+#include "app/Colours.h"
+
+#include <QPainter>
+#include <QStyleOptionButton>
+
+namespace vexmarrow {
+
+StartButton::StartButton(const QString& caption, QWidget* parent) : QPushButton(caption, parent) {
+    QFont letters = font();
+    letters.setBold(true);
+    setFont(letters);
+    setAttribute(Qt::WA_Hover);
+}
+
+void StartButton::paintEvent(QPaintEvent* event) {
+    if (testAttribute(Qt::WA_StyleSheetTarget)) {
+        QPushButton::paintEvent(event);
+        return;
+    }
+    constexpr int kHoverPercent = 108;
+    constexpr int kDownPercent = 115;
+    constexpr double kRound = 3; // of corners, in pixels
+    QStyleOptionButton option;
+    initStyleOption(&option);
+    const QColor letters = option.palette.color(QPalette::HighlightedText);
+    const QColor away = LettersOn(letters);
+    QColor face = Visible(option.palette.color(QPalette::Highlight), away, {letters},
+                          kLeastOfLetters); // also where the palette is somebody else's
+    if (option.state.testFlag(QStyle::State_Sunken)) {
+        face = away == Qt::black ? face.darker(kDownPercent) : face.lighter(kDownPercent);
+    } else if (option.state.testFlag(QStyle::State_MouseOver)) {
+        face = away == Qt::black ? face.darker(kHoverPercent) : face.lighter(kHoverPercent);
+    }
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF place = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
+    painter.setBrush(face);
+    painter.setPen(OutlineColour(option.palette));
+    painter.drawRoundedRect(place, kRound, kRound);
+    if (option.state.testFlag(QStyle::State_HasFocus)) {
+        constexpr double kInset = 4;
+        constexpr double kWidth = 2;
+        painter.setBrush(Qt::NoBrush);
+        painter.setPen(QPen(letters, kWidth));
+        painter.drawRoundedRect(place.adjusted(kInset, kInset, -kInset, -kInset), kRound, kRound);
+    }
+    QPalette colours = option.palette;
+    colours.setColor(QPalette::ButtonText, letters);
+    style()->drawItemText(&painter, rect(), Qt::AlignCenter | Qt::TextShowMnemonic, colours, true,
+                          text(), QPalette::ButtonText);
+}
+
+} // namespace vexmarrow

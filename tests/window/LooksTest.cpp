@@ -1,0 +1,134 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "Suites.h"
+#include "Window.h"
+#include "app/Colours.h"
+
+namespace vexmarrow::test {
+namespace {
+
+/// How many pixels of two pictures of the same place differ so that anybody can see it.
+int Seen(const QImage& one, const QImage& other) {
+    int seen = 0;
+    for (int y = 0; y < one.height(); ++y) {
+        for (int x = 0; x < one.width(); ++x) {
+            seen += Contrast(one.pixelColor(x, y), other.pixelColor(x, y)) >= kLeastOfOutlines;
+        }
+    }
+    return seen;
+}
+
+QImage Picture(QWidget& widget, const QRect& place) {
+    QApplication::processEvents();
+    return widget.grab(place).toImage();
+}
+
+QImage Ground(const QImage& like, const QColor& colour) {
+    QImage ground(like.size(), QImage::Format_RGB32);
+    ground.fill(colour);
+    return ground;
+}
+
+} // namespace
+
+/// What is drawn can be seen, whatever the palette.
+class LooksTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void Palettes_data() {
+        QTest::addColumn<QStringList>(
+            "colours"); // window, lists, buttons, letters, selection, its letters
+        const auto row = [](const char* name, const char* colours) {
+            QTest::newRow(name) << QString::fromLatin1(colours).split(u' ');
+        };
+        row("light", "#efefef #ffffff #efefef #000000 #308cc6 #ffffff");
+        row("bluish light", "#eff0f1 #fcfcfc #fcfcfc #232627 #3daee9 #fcfcfc");
+        row("bluish dark", "#31363b #232629 #31363b #eff0f1 #3daee9 #eff0f1");
+        row("grey dark", "#353535 #2d2d2d #353535 #eeeeec #15539e #ffffff");
+        row("black", "#000000 #000000 #000000 #ffffff #1aebff #000000");
+        row("white", "#ffffff #ffffff #ffffff #000000 #37006e #ffffff");
+    }
+    void Palettes() {
+        QFETCH(const QStringList, colours);
+        QPalette palette{QColor(colours[2]), QColor(colours[0])};
+        for (const auto& [role, which] : {std::pair{QPalette::WindowText, 3},
+                                          {QPalette::Text, 3},
+                                          {QPalette::ButtonText, 3},
+                                          {QPalette::Base, 1},
+                                          {QPalette::Highlight, 4},
+                                          {QPalette::HighlightedText, 5}}) {
+            palette.setColor(role, QColor(colours[which]));
+        }
+        const QPalette before = QApplication::palette();
+        QApplication::setPalette(palette);
+        QApplication::processEvents();
+        Window window;
+        window.Open();
+        QVERIFY(QTest::qWaitForWindowActive(window.form.get(), kDeadline));
+        const QColor ground(colours[0]);
+
+        constexpr int kEdge = 10; // a stretch of a frame, in pixels
+        for (const char* const name :
+             {"Option1", "ListView1", "Text1", "Combo3", "PushButton2", "Frame2", "TabControl1"}) {
+            auto* const control = window.Find<QWidget>(name);
+            const QRect left(0, control->height() / 2 - kEdge / 2, 2 * kEdge, kEdge);
+            const QImage picture = Picture(*control, left);
+            QVERIFY2(Seen(picture, Ground(picture, picture.pixelColor(left.width() - 1, 0))) >=
+                         kEdge / 2, // curves have fewer
+                     qPrintable(
+                         QStringLiteral("%1 %2")
+                             .arg(QString::fromLatin1(name))
+                             .arg(Seen(picture,
+                                       Ground(picture, picture.pixelColor(left.width() - 1, 0))))));
+        }
+        for (const char* const name : {"Option3", "ListView1", "Text1", "Text3", "Combo3",
+                                       "PushButton2", "PushButton1", "PushButton14"}) {
+            auto* const control = window.Find<QWidget>(name);
+            window.form->setFocus();
+            const QImage without = Picture(*control, control->rect());
+            control->setFocus(Qt::TabFocusReason);
+            const QImage with = Picture(*control, control->rect());
+            QVERIFY2(Seen(with, without) >= control->height(),
+                     qPrintable(QStringLiteral("%1 %2")
+                                    .arg(QString::fromLatin1(name))
+                                    .arg(Seen(with, without))));
+        }
+        auto* const tabs = window.Find<QTabWidget>("TabControl1")->tabBar();
+        window.form->setFocus();
+        const QImage without = Picture(*tabs, tabs->tabRect(0));
+        tabs->setFocus(Qt::TabFocusReason);
+        QVERIFY(Seen(Picture(*tabs, tabs->tabRect(0)), without) >= tabs->height());
+
+        // Letters: quiet ones, selected ones, and those of the button that is to be seen first.
+        const QPalette used = QApplication::palette();
+        for (const auto& [letters, on] : {std::pair{QPalette::PlaceholderText, QPalette::Base},
+                                          {QPalette::PlaceholderText, QPalette::Window},
+                                          {QPalette::HighlightedText, QPalette::Highlight}}) {
+            QVERIFY(Contrast(used.color(letters), used.color(on)) >= kLeastOfLetters);
+        }
+        auto* const start = window.Find<QPushButton>("PushButton1");
+        window.form->setFocus();
+        const QImage button = Picture(*start, start->rect());
+        double most = 0;
+        for (int x = 0; x < button.width(); ++x) {
+            for (int y = button.height() / 4; y < button.height() * 3 / 4; ++y) {
+                most = std::max(most,
+                                Contrast(button.pixelColor(x, y), button.pixelColor(kEdge, kEdge)));
+            }
+        }
+        QVERIFY(most >= kLeastOfLetters);
+        QApplication::setPalette(before);
+        QApplication::processEvents();
+        Q_UNUSED(ground)
+    }
+};
+
+std::unique_ptr<QObject> MakeLooksTest() {
+    return std::make_unique<LooksTest>();
+}
+
+} // namespace vexmarrow::test
+
+#include "LooksTest.moc"
