@@ -49,12 +49,15 @@ Assembly::Assembly()
     pickers_.SetOwner(&form1_);
 }
 
-bool Assembly::Start() {
-    RunHandler([this] {
+bool Assembly::Start(const std::vector<std::u16string>& paths) {
+    RunHandler([&] {
         Trap(prompts_, u"Form1.Form_Load").Do(0, [this] { settings_.Check(); });
         form1_.Form_Load();
         recovery_.Run();
         form1_.show();
+        if (!paths.empty()) {
+            form1_.Open(paths);
+        }
     });
     return form1_.isVisible();
 }

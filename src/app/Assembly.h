@@ -39,8 +39,9 @@ public:
 
     /// Reports settings that cannot be used, restores the user's choices, puts back what an earlier
     /// run was interrupted in, if the user agrees, and shows the main window. Returns whether that
-    /// shows: the program may have been ended by then.
-    bool Start();
+    /// shows: the program may have been ended by then. `paths` come into the list after that, as if
+    /// they had been dropped on it.
+    bool Start(const std::vector<std::u16string>& paths = {});
 
     Form1& MainWindow() { return form1_; }
 

@@ -131,6 +131,11 @@ void Form1::WireHandlers() {
         [this](const FileListView::Paths& paths) { RunHandler([&] { ListView1_Drop(paths); }); });
 }
 
+void Form1::Open(const std::vector<std::u16string>& paths) {
+    QMetaObject::invokeMethod(
+        this, [this, paths] { RunHandler([&] { ListView1_Drop(paths); }); }, Qt::QueuedConnection);
+}
+
 /// All that the notes are about.
 void Form1::WireNotes() {
     const QAbstractItemModel* const rows = files_->ListView1->model();

@@ -80,6 +80,9 @@ public:
     /// keeps its state.
     void Form_Load();
 
+    /// Adds paths to the list as a drop does, once the event loop runs.
+    void Open(const std::vector<std::u16string>& paths);
+
 protected:
     void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;

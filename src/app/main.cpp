@@ -3,10 +3,15 @@
 
 #include "app/Application.h"
 #include "app/Assembly.h"
+#include "filelist/DroppedPaths.h"
 
 #include <QIcon>
 
+#include <algorithm>
 #include <csignal>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
 
 int main(int argc, char** argv) {
     using namespace vexmarrow;
@@ -15,11 +20,20 @@ int main(int argc, char** argv) {
     std::signal(SIGXFSZ, SIG_IGN); // NOLINT(cert-err33-c)
 
     SettleHomeFolder();
+    // The toolkit takes its own options out of the arguments, and would do so after "--" as well.
+    // What is left are bytes; its list of arguments has lost those that are not UTF-8.
+    char** const names = std::find(argv, argv + argc, std::string_view("--"));
+    std::vector<std::string> arguments(names, argv + argc);
+    argc = static_cast<int>(names - argv);
     const Application application(argc, argv);
+    arguments.insert(arguments.begin(), argv + std::min(argc, 1), argv + argc);
+
     QApplication::setApplicationVersion(QStringLiteral(VEXMARROW_VERSION));
     QApplication::setDesktopFileName(QStringLiteral(VEXMARROW_DESKTOP_ID));
     QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral(VEXMARROW_DESKTOP_ID)));
 
     Assembly program;
-    return program.Start() ? QApplication::exec() : 0;
+    std::error_code unknown;
+    const std::string folder = std::filesystem::current_path(unknown).native();
+    return program.Start(PathsOfArguments(arguments, folder)) ? QApplication::exec() : 0;
 }

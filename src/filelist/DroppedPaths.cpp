@@ -54,6 +54,17 @@ std::optional<std::string> LocalPath(std::string_view address, std::string_view 
     return address.starts_with('/') ? std::optional(PercentDecoded(address)) : std::nullopt;
 }
 
+std::string AbsolutePath(std::string_view name, std::string_view workingFolder) {
+    if (name.starts_with('/') || workingFolder.empty()) {
+        return std::string(name);
+    }
+    // As a shell spells what stands in the working folder, and the folder itself.
+    name.remove_prefix(name.starts_with("./") ? 2 : name == "." ? 1 : 0);
+    std::string path(workingFolder);
+    path.append(path.ends_with('/') ? "" : "/").append(name);
+    return path;
+}
+
 } // namespace
 
 std::vector<std::u16string> PathsInUriList(std::string_view list, std::string_view host) {
@@ -65,6 +76,20 @@ std::vector<std::u16string> PathsInUriList(std::string_view list, std::string_vi
             paths.push_back(TextFromNativeName(*path));
         }
         list.remove_prefix(std::min(end + 1, list.size()));
+    }
+    return paths;
+}
+
+std::vector<std::u16string> PathsOfArguments(const std::vector<std::string>& arguments,
+                                             std::string_view workingFolder) {
+    std::vector<std::u16string> paths;
+    bool onlyNames = false;
+    for (const std::string& argument : arguments) {
+        if (!onlyNames && argument.starts_with('-')) {
+            onlyNames = argument == "--";
+        } else if (!argument.empty()) {
+            paths.push_back(TextFromNativeName(AbsolutePath(argument, workingFolder)));
+        }
     }
     return paths;
 }

@@ -27,6 +27,24 @@ TEST(PathsInUriList, EveryKindOfAddress) {
     }
 }
 
+TEST(PathsOfArguments, EveryKindOfArgument) {
+    // The working folder and the arguments, then the paths.
+    for (const std::string& row :
+         Rows("/w|/a|b_c|../d/=/w|/a|/w/b_c|/w/../d/ /w/|b|./c|.|.d=/w/|/w/b|/w/c|/w/|/w/.d /w=/w "
+              "/|b|.=/|/b|/ "
+              "/w\xFE|\xFF|\xC3\xA9|-\xFF|/\xE9^=/w\xFE|/w\xFE/\xFF|/w\xFE/\xC3\xA9|/\xE9^ "
+              "/w|-a|--b|-||a|--|-c||--|d=/w|/w/a|/w/-c|/w/--|/w/d /w|--=/w |b|./c|/d=|b|./c|/d")) {
+        SCOPED_TRACE(row);
+        Strings arguments = Fields(row.substr(0, row.find('=')));
+        Strings paths{arguments[0]};
+        arguments.erase(arguments.begin());
+        for (const std::u16string& path : PathsOfArguments(arguments, paths[0])) {
+            paths.push_back(NativeName(path));
+        }
+        EXPECT_EQ(paths, Fields(row.substr(row.find('=') + 1)));
+    }
+}
+
 struct ListSourcesTest : Lists {
     FileRemoval removal{list, prompts, loop, pointer};
     SetsLoading loading{sets, prompts, pickers, settings, textio};

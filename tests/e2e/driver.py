@@ -99,10 +99,11 @@ class Box(Controls):
 class Program(Controls):
     """One run of the program, from its start to its end."""
 
-    def __init__(self, executable, meet=None):
-        """`meet` is called with this before the main window is waited for: boxes may come first."""
+    def __init__(self, executable, meet=None, arguments=(), folder=None):
+        """`meet` is called with this before the main window is waited for: boxes may come first. It starts
+        with these arguments, in `folder`."""
         self.log = tempfile.TemporaryFile(mode="w+", encoding="utf-8", errors="replace")
-        self.process = subprocess.Popen([executable], stdin=subprocess.DEVNULL,
+        self.process = subprocess.Popen([executable, *arguments], stdin=subprocess.DEVNULL, cwd=folder,
                                         stdout=self.log, stderr=subprocess.STDOUT)
         try:
             self.application = wait_until(self._appear, "the program on the accessibility bus")

@@ -125,6 +125,16 @@ class DropTest(WindowTest):
             self.assertEqual(faults(expected) + faults(contents), [])
             self.assertEqual(sorted(os.listdir(os.fsencode(results))), sorted(names))
 
+    def test_named_at_the_start(self):
+        lone, dashed = self.file("caf\udcff.vcf"), self.file("-style")
+        folder = self.tree("in", ("deep",))
+        arguments = ["-style", "fusion", "./caf\udcff.vcf", "--unknown", "", folder + "/", "-style=windows", "--",
+                     "-style", "gone.vcf"]
+        with self.program(arguments=arguments, folder=self.work) as program:
+            self.assertEqual(EXTENSION_QUESTION.fullmatch(program.answer(button="No"))[1].strip(), dashed)
+            rows = [lone, *oracle.dropped([folder]), dashed, os.path.join(self.work, "gone.vcf")]
+            self.assertEqual(program.rows(), [shown(row) for row in rows])
+
     def test_the_other_program_need_not_wait(self):
         folders, late = 1500, []
         root = self.folder("tree")

@@ -58,9 +58,9 @@ class WindowTest(unittest.TestCase):
         return path
 
     @contextlib.contextmanager
-    def program(self, to_be_closed=True, executable=PROGRAM, meet=None):
+    def program(self, to_be_closed=True, executable=PROGRAM, **start):
         """The running program; at the end its window is closed, and its exit status must be 0."""
-        program = driver.Program(executable, meet)
+        program = driver.Program(executable, **start)
         try:
             yield program
             if to_be_closed:
