@@ -5,6 +5,7 @@
 #include "app/Assembly.h"
 #include "filelist/DroppedPaths.h"
 
+#include <QDir>
 #include <QIcon>
 
 #include <algorithm>
@@ -12,6 +13,19 @@
 #include <filesystem>
 #include <string_view>
 #include <system_error>
+
+namespace {
+
+/// The icon of a program that is not installed, in all its sizes.
+QIcon BuiltInIcon() {
+    QIcon icon;
+    for (const QFileInfo& picture : QDir(QStringLiteral(":/icon")).entryInfoList()) {
+        icon.addFile(picture.filePath());
+    }
+    return icon;
+}
+
+} // namespace
 
 int main(int argc, char** argv) {
     using namespace vexmarrow;
@@ -30,7 +44,8 @@ int main(int argc, char** argv) {
 
     QApplication::setApplicationVersion(QStringLiteral(VEXMARROW_VERSION));
     QApplication::setDesktopFileName(QStringLiteral(VEXMARROW_DESKTOP_ID));
-    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral(VEXMARROW_DESKTOP_ID)));
+    QApplication::setWindowIcon(
+        QIcon::fromTheme(QStringLiteral(VEXMARROW_DESKTOP_ID), BuiltInIcon()));
 
     Assembly program;
     std::error_code unknown;

@@ -16,7 +16,7 @@ from urllib.parse import quote_from_bytes
 import oracle
 import window_test
 from bus import wait_until
-from driver import FIND, REPLACE, SETS, TO_FOLDER
+from driver import FIND, REPLACE, SETS, TO_FOLDER, WINDOW, tool
 from oracle import UTF8_MARK, UTF16_MARK, WHOLE, Oracle, faults, shown, to_utf16
 from window_test import WindowTest, samples, write
 from x11 import Drag, Mouse
@@ -125,7 +125,7 @@ class DropTest(WindowTest):
             self.assertEqual(faults(expected) + faults(contents), [])
             self.assertEqual(sorted(os.listdir(os.fsencode(results))), sorted(names))
 
-    def test_named_at_the_start(self):
+    def test_started_by_a_desktop(self):
         lone, dashed = self.file("caf\udcff.vcf"), self.file("-style")
         folder = self.tree("in", ("deep",))
         arguments = ["-style", "fusion", "./caf\udcff.vcf", "--unknown", "", folder + "/", "-style=windows", "--",
@@ -134,6 +134,8 @@ class DropTest(WindowTest):
             self.assertEqual(EXTENSION_QUESTION.fullmatch(program.answer(button="No"))[1].strip(), dashed)
             rows = [lone, *oracle.dropped([folder]), dashed, os.path.join(self.work, "gone.vcf")]
             self.assertEqual(program.rows(), [shown(row) for row in rows])
+            icon = tool("xprop", "-name", WINDOW, "_NET_WM_ICON")
+            self.assertIn("(128 x 128)", icon, "the icon, also of a program that is not installed")
 
     def test_the_other_program_need_not_wait(self):
         folders, late = 1500, []
