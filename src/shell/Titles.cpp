@@ -23,8 +23,7 @@ std::u16string HelpText() {
     return Concat(u"This software is not intended to be used on non-text-based files such as "
                   u"media files, executables, etc.",
                   u"\r\r",
-                  u"To contact us, please use the online contact form at "
-                  u"https://vexmarrow.example/contact");
+                  u"To contact us, please use the online contact form at " VEXMARROW_CONTACT_PAGE);
 }
 
 } // namespace vexmarrow

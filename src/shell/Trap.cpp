@@ -12,7 +12,7 @@ namespace vexmarrow {
 std::u16string ErrorReportText(std::u16string_view description, std::u16string_view location,
                                int line) {
     return Concat(description, kCrLf, location, u"at line ", Decimal(line), u"\r\r",
-                  u"Please email screenshot of this message to support@vexmarrow.example");
+                  u"Please email screenshot of this message to " VEXMARROW_SUPPORT_ADDRESS);
 }
 
 std::u16string UnforeseenDescription(const std::exception& error) {
