@@ -7,12 +7,13 @@
 
 #include <QDialog>
 
-class QDialogButtonBox;
+class QLayout;
+class QPlainTextEdit;
 
 namespace vexmarrow {
 
-/// A message box for plain text of any length: a box never grows beyond the screen, its text
-/// scrolls. Assistive programs see an alert.
+/// A message box for plain text of any length. It never grows beyond the screen: of a text that has
+/// no room, the longest paragraph scrolls. Assistive programs see an alert.
 class MessageBox final : public QDialog {
     Q_OBJECT
 
@@ -26,8 +27,9 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
-    QWidget* MakeText(const QString& text);
-    QWidget* MakeScrollingText(const QString& text, const QSize& size);
+    QSize Most() const; // that the text may take
+    QLayout* MakeText(const QString& text);
+    QPlainTextEdit* MakeScrollingText();
 
     Answer answer_;
 };

@@ -86,14 +86,11 @@ class Box(Controls):
 
     @property
     def message(self):
-        """Its message, whether it stands in a label or, a very long one, in a text to scroll."""
-        for node in bus.walk(self.window):
-            role = node.getRoleName()
-            if role == "text" and bus.text_of(node):
-                return bus.text_of(node)
-            if role in ("label", "static") and node.name:
-                return node.name
-        return ""
+        """Its message, whose paragraphs may stand in labels and, the longest, in a text to scroll."""
+        nodes = [(node, node.getRoleName()) for node in bus.walk(self.window)]
+        parts = [bus.text_of(node) if role == "text" else node.name for node, role in nodes
+                 if role in ("text", "label", "static")]
+        return "\n\n".join(filter(None, parts))
 
 
 class Program(Controls):

@@ -110,36 +110,71 @@ private Q_SLOTS:
 
     void NeverLargerThanTheScreen_data() {
         QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("scrolled"); // a part of it, or nothing
+        QTest::addColumn<int>("points");
         const QString path = QStringLiteral("/a/path/that/has/no/blank/in/it/anywhere/");
-        QTest::newRow("one long line") << path.repeated(60);
-        QTest::newRow("a paragraph") << QStringLiteral("word ").repeated(2'000);
-        QTest::newRow("fifty lines") << (path + u'\n').repeated(50);
-        QTest::newRow("thousands of lines") << (path.repeated(10) + u'\n').repeated(20'000);
+        const QString question = QStringLiteral("\n\n\nabout them.\n\nAre they to go?");
+        const auto row = [](const char* name, const QString& before, const QString& scrolled,
+                            const QString& after, int points = 10) {
+            QTest::newRow(name) << before + scrolled + after << scrolled << points;
+        };
+        row("one long line", path.repeated(60), {}, {});
+        row("a paragraph", {}, QStringLiteral("word ").repeated(2'000), {});
+        row("fifty lines", {}, (path + u'\n').repeated(50), {});
+        row("thousands of lines", {}, (path.repeated(10) + u'\n').repeated(20'000), {});
+        row("a short question", QStringLiteral("These:\n\n") + path + question, {}, {});
+        for (const int points : {10, 24}) {
+            row("a long question", QStringLiteral("These:\n\n"), path + (u'\n' + path).repeated(99),
+                question, points);
+        }
+        row("a longer one", QStringLiteral("These:\n\n"), path + (u'\n' + path).repeated(9'999),
+            question);
+        row("a long question after the rest", {},
+            QStringLiteral("b\n\n") + (path + u'\n').repeated(60) + question.repeated(11), {});
     }
     void NeverLargerThanTheScreen() {
         QFETCH(const QString, text);
-        QString shown, faults;
+        QFETCH(const QString, scrolled);
+        QFETCH(const int, points);
+        const QFont letters = QApplication::font();
+        QFont large = letters;
+        large.setPointSize(points);
+        QApplication::setFont(large);
+        QStringList parts;
+        QString inScroll, faults, focus;
         QRect frame;
         bool allInSight = true;
         WhileOpen<MessageBox>(
             [&](MessageBox& box) {
+                focus = box.focusWidget()->accessibleName();
                 faults = KeyboardFaults(box);
                 frame = box.frameGeometry();
                 for (const auto* child :
                      box.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
-                    allInSight = allInSight && box.rect().contains(child->geometry());
+                    if (const auto* const label = qobject_cast<const QLabel*>(child)) {
+                        parts << label->text();
+                        const int needed = label->heightForWidth(label->width());
+                        allInSight = allInSight && label->height() >= needed;
+                    } else if (const auto* const edit =
+                                   qobject_cast<const QPlainTextEdit*>(child)) {
+                        parts << edit->toPlainText();
+                        inScroll = parts.constLast();
+                    }
+                    const bool inSight = box.rect().contains(child->geometry());
+                    allInSight = allInSight && (inSight || child->isHidden());
                 }
-                const auto* const edit = box.findChild<QPlainTextEdit*>();
-                shown = edit != nullptr ? edit->toPlainText()
-                                        : box.findChildren<QLabel*>().constLast()->text();
+                parts.removeAll({});
             },
             [&] { return prompts_.ShowMessage(ToText(text), BoxStyle::Question, u""); });
+        QApplication::setFont(letters);
         QCOMPARE(faults, QString());
         const QSize screen = QGuiApplication::primaryScreen()->availableSize();
         QVERIFY(frame.width() <= screen.width() && frame.height() <= screen.height());
         QVERIFY(frame.width() > 100);
         QVERIFY(allInSight);
-        QCOMPARE(shown, text);
+        QCOMPARE(focus, QStringLiteral("Yes"));
+        QCOMPARE(inScroll, scrolled);
+        QCOMPARE(parts.join(QStringLiteral("\n\n")), text);
     }
 
     void LinesTooLongToDraw() {
