@@ -71,6 +71,16 @@ QPushButton* MakeSmallButton(QWidget* parent, std::u16string_view name, std::u16
     return button;
 }
 
+void MakeEquallyWide(const QList<QPushButton*>& row) {
+    int widest = 0;
+    for (const QPushButton* const button : row) {
+        widest = std::max(widest, button->sizeHint().width());
+    }
+    for (QPushButton* const button : row) {
+        button->setMinimumWidth(widest);
+    }
+}
+
 QRadioButton* MakeOption(QWidget* parent, std::u16string_view name, std::u16string_view caption) {
     auto* const option = new QRadioButton(ToQString(caption), parent);
     Name(option, name, caption);

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include <QList>
+
 #include <functional>
 #include <string_view>
 #include <vector>
@@ -25,6 +27,9 @@ QRadioButton* MakeOption(QWidget* parent, std::u16string_view name, std::u16stri
 /// A button with a caption of a few marks, which is not wide.
 QPushButton* MakeSmallButton(QWidget* parent, std::u16string_view name, std::u16string_view caption,
                              std::u16string_view accessibleName);
+
+/// Makes buttons that stand in a row as wide as the widest of them.
+void MakeEquallyWide(const QList<QPushButton*>& row);
 
 /// A caption over `control`, which takes its accessible name from it.
 QLabel* MakeLabel(QWidget* parent, std::u16string_view name, std::u16string_view caption,

@@ -64,6 +64,7 @@ void Form2::LayOut() {
     Text1->setMinimumWidth(Text1->fontMetrics().averageCharWidth() * kCharacters);
     Text2->setObjectName(QStringLiteral("Text2"));
     PushButton1->setDefault(true);
+    MakeEquallyWide({PushButton1, PushButton2});
 
     auto* const buttons = new QHBoxLayout;
     buttons->addStretch();

@@ -15,7 +15,6 @@
 #include <QVBoxLayout>
 
 #include <limits>
-#include <utility>
 
 namespace vexmarrow {
 
@@ -35,14 +34,13 @@ InputBox::InputBox(QWidget* owner, const QString& title, const QString& prompt,
     answer_->selectAll();
     answer_->setMinimumWidth(answer_->fontMetrics().averageCharWidth() * kCharacters);
 
-    auto* const buttons =
-        new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-    for (const auto& [which, caption] :
-         {std::pair{QDialogButtonBox::Ok, u"&OK"}, {QDialogButtonBox::Cancel, u"&Cancel"}}) {
-        const QString text = ToQString(caption);
-        buttons->button(which)->setText(text);
-        Name(buttons->button(which), ToText(text.mid(1)), caption);
-    }
+    auto* const buttons = new QDialogButtonBox(this); // which has them in the order of the desktop
+    QPushButton* const ok = MakeButton(buttons, u"OK", u"&OK");
+    QPushButton* const cancel = MakeButton(buttons, u"Cancel", u"&Cancel");
+    buttons->addButton(ok, QDialogButtonBox::AcceptRole);
+    buttons->addButton(cancel, QDialogButtonBox::RejectRole);
+    ok->setDefault(true);
+    MakeEquallyWide({ok, cancel});
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 

@@ -4,6 +4,7 @@
 #include "app/MessageBox.h"
 
 #include "app/Boxes.h"
+#include "app/Controls.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>
@@ -143,31 +144,30 @@ MessageBox::MessageBox(QWidget* owner, const QString& title, const QString& text
     grid->setColumnMinimumWidth(
         1, std::min(fontMetrics().averageCharWidth() * kNarrowestInCharacters, Most().width()));
 
-    auto* const buttons = new QDialogButtonBox(this);
-    const auto add = [&](QDialogButtonBox::StandardButton which, const QString& caption,
+    auto* const buttons = new QDialogButtonBox(this); // which has them in the order of the desktop
+    const auto add = [&](QDialogButtonBox::ButtonRole role, std::u16string_view caption,
                          Answer answer) {
-        QPushButton* const button = buttons->addButton(which);
-        button->setText(caption);
-        button->setAccessibleName(caption.mid(1));
+        QPushButton* const button = MakeButton(buttons, caption.substr(1), caption);
+        buttons->addButton(button, role);
         connect(button, &QPushButton::clicked, this, [this, answer] {
             answer_ = answer;
             accept();
         });
         return button;
     };
-    if (answer_ != Answer::Ok) {
-        QPushButton* const yes = add(QDialogButtonBox::Yes, QStringLiteral("&Yes"), Answer::Yes);
-        add(QDialogButtonBox::No, QStringLiteral("&No"), Answer::No);
-        if (answer_ == Answer::Later) {
-            add(QDialogButtonBox::Cancel, QStringLiteral("&Later"), Answer::Later);
-        }
-        yes->setDefault(true);
-        yes->setFocus();
+    QPushButton* first = nullptr;
+    if (answer_ == Answer::Ok) {
+        first = add(QDialogButtonBox::AcceptRole, u"&OK", Answer::Ok);
     } else {
-        QPushButton* const ok = add(QDialogButtonBox::Ok, QStringLiteral("&OK"), Answer::Ok);
-        ok->setDefault(true);
-        ok->setFocus();
+        first = add(QDialogButtonBox::YesRole, u"&Yes", Answer::Yes);
+        add(QDialogButtonBox::NoRole, u"&No", Answer::No);
+        if (answer_ == Answer::Later) {
+            add(QDialogButtonBox::RejectRole, u"&Later", Answer::Later);
+        }
     }
+    first->setDefault(true);
+    first->setFocus();
+    MakeEquallyWide(buttons->findChildren<QPushButton*>());
     grid->addWidget(buttons, 1, 0, 1, 2);
     grid->setVerticalSpacing(grid->verticalSpacing() * 2);
 }
