@@ -4,6 +4,7 @@
 #include "app/Application.h"
 
 #include "app/Colours.h"
+#include "app/FileListView.h"
 #include "app/OutlinedStyle.h"
 
 #include <QAbstractButton>
@@ -22,8 +23,12 @@ constexpr std::array<const char*, 15> kKinds{
     "QListView",   "QHeaderView", "QStatusBar",  "QComboMenuItem", "QAbstractItemView",
     "QMessageBox", "QMenu",       "QTipLabel",   "QComboLineEdit", "QToolButton"};
 
-/// Whether a key goes on to a button from there. In boxes of several lines it makes lines.
-bool PressesAButton(int key, const QObject& receiver) {
+/// Whether a key that is held there counts once: where it goes on to a button (in boxes of several
+/// lines it makes lines), and where it takes a file out of the list.
+bool CountsOnce(int key, const QObject& receiver) {
+    if (key == Qt::Key_Delete) {
+        return qobject_cast<const FileListView*>(&receiver) != nullptr;
+    }
     if (key == Qt::Key_Space) {
         return qobject_cast<const QAbstractButton*>(&receiver) != nullptr;
     }
@@ -45,7 +50,7 @@ bool Application::notify(QObject* receiver, QEvent* event) {
         (pressed || event->type() == QEvent::KeyRelease) && receiver->isWidgetType()
             ? dynamic_cast<const QKeyEvent*>(event)
             : nullptr;
-    if (key != nullptr && pressed && IsHeld(*key) && PressesAButton(key->key(), *receiver)) {
+    if (key != nullptr && pressed && IsHeld(*key) && CountsOnce(key->key(), *receiver)) {
         return true;
     }
     if (key != nullptr && !pressed) {

@@ -4,6 +4,7 @@
 #include "app/FileListModel.h"
 
 #include "app/Strings.h"
+#include "app/ToolTips.h"
 
 #include <climits>
 
@@ -29,10 +30,11 @@ int FileListModel::rowCount(const QModelIndex& parent) const {
 }
 
 QVariant FileListModel::data(const QModelIndex& index, int role) const {
-    if (role != Qt::DisplayRole || !index.isValid()) {
+    if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::ToolTipRole)) {
         return {};
     }
-    return ShownInOneLine(list_.Row(static_cast<std::size_t>(index.row()) + 1), kShownCharacters);
+    const std::u16string& path = list_.Row(static_cast<std::size_t>(index.row()) + 1);
+    return role == Qt::DisplayRole ? ShownInOneLine(path, kShownCharacters) : TipOf(path);
 }
 
 QVariant FileListModel::headerData(int section, Qt::Orientation orientation, int role) const {

@@ -9,7 +9,8 @@
 
 namespace vexmarrow {
 
-/// Shows a FileList in a view: one column "File(s)", one row per path.
+/// Shows a FileList in a view: one column "File(s)", one row per path, which
+/// is also the row's tool tip.
 class FileListModel final : public QAbstractListModel, private FileListObserver {
     Q_OBJECT
 

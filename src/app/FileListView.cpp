@@ -3,17 +3,21 @@
 
 #include "app/FileListView.h"
 
+#include "app/Colours.h"
 #include "app/FileListModel.h"
+#include "app/Rows.h"
 #include "filelist/DroppedPaths.h"
 #include "filelist/FileList.h"
 
 #include <QDropEvent>
 #include <QGuiApplication>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
+#include <QStyledItemDelegate>
 #include <QSysInfo>
 
 namespace vexmarrow {
@@ -46,10 +50,46 @@ int HeightOf(const QMouseEvent& event, const QWidget& view) {
     return qRound(origin + (event.globalPosition().y() - origin) * view.devicePixelRatioF());
 }
 
+/// Draws the line where the column ends, over the whole height of the list or its header. Not every
+/// style has one.
+void DrawEdge(QPainter& painter, const QHeaderView& header, int height) {
+    const int within = header.isRightToLeft() ? 0 : header.sectionSize(0) - 1;
+    painter.fillRect(header.sectionViewportPosition(0) + within, 0, 1, height,
+                     OutlineColour(header.palette()));
+}
+
+class Header final : public QHeaderView {
+public:
+    explicit Header(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
+        setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+        setStretchLastSection(false);
+        setSectionsMovable(false);
+    }
+
+protected:
+    void paintEvent(QPaintEvent* event) override {
+        QHeaderView::paintEvent(event);
+        QPainter painter(viewport());
+        DrawEdge(painter, *this, height());
+    }
+};
+
+class RowDelegate final : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+        return {QStyledItemDelegate::sizeHint(option, index).width(), RowHeight(*option.widget)};
+    }
+};
+
 } // namespace
 
 FileListView::FileListView(FileList& list, QWidget* parent) : QTreeView(parent), list_(list) {
     setModel(new FileListModel(list, this));
+    setHeader(new Header(this));
+    setItemDelegate(new RowDelegate(this));
+    setTextElideMode(Qt::ElideMiddle);
     setRootIsDecorated(false);
     setItemsExpandable(false);
     setExpandsOnDoubleClick(false);
@@ -59,8 +99,6 @@ FileListView::FileListView(FileList& list, QWidget* parent) : QTreeView(parent),
     setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     setAcceptDrops(true);
     setMouseTracking(true);
-    header()->setStretchLastSection(false);
-    header()->setSectionsMovable(false);
     header()->resizeSection(0, ColumnWidth(*this));
 }
 
@@ -96,10 +134,34 @@ void FileListView::dropEvent(QDropEvent* event) {
 
 void FileListView::paintEvent(QPaintEvent* event) {
     QTreeView::paintEvent(event);
-    if (hasFocus() && !currentIndex().isValid()) { // there is no row to show the focus
-        QPainter painter(viewport());
-        painter.setPen(palette().color(QPalette::Highlight));
-        painter.drawRect(viewport()->rect().adjusted(0, 0, -1, -1));
+    QPainter painter(viewport());
+    if (model()->rowCount() == 0) {
+        painter.setPen(QuietColour(palette()));
+        const int beside = fontMetrics().averageCharWidth();
+        QRect words;
+        painter.drawText(viewport()->rect(), Qt::AlignCenter | Qt::TextWordWrap,
+                         QStringLiteral("Drag and drop files here."), &words);
+        painter.setClipRegion(QRegion(viewport()->rect()) - words.adjusted(-beside, 0, beside, 0));
+    }
+    DrawEdge(painter, *header(), viewport()->height());
+    painter.end();
+    ShowFocusWithoutRow(*this);
+}
+
+void FileListView::scrollContentsBy(int dx, int dy) {
+    QTreeView::scrollContentsBy(dx, dy);
+    if (!currentIndex().isValid()) { // what is painted then stays in its place
+        viewport()->update();
+    }
+}
+
+void FileListView::keyPressEvent(QKeyEvent* event) {
+    const QModelIndexList selected = selectionModel()->selectedIndexes();
+    const bool alone = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    if (event->key() == Qt::Key_Delete && alone && !selected.isEmpty()) {
+        Q_EMIT DeletePressed(selected.front().row());
+    } else {
+        QTreeView::keyPressEvent(event);
     }
 }
 

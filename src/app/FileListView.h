@@ -15,7 +15,8 @@ namespace vexmarrow {
 class FileList;
 
 /// The view of the list of files: takes dropped files, and lets the user move a row by dragging it
-/// with the mouse, one row at a time with the pointer.
+/// with the mouse, one row at a time with the pointer. Paths that are too long for the column show
+/// both their ends. A line shows where the column ends, and an empty list says how to fill it.
 class FileListView final : public QTreeView {
     Q_OBJECT
 
@@ -36,11 +37,16 @@ Q_SIGNALS:
     /// The mouse has moved over the list.
     void MouseMoved();
 
+    /// The Delete key was pressed, and this row, numbered from 0, is the selected one.
+    void DeletePressed(int row);
+
 protected:
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dragMoveEvent(QDragMoveEvent* event) override;
     void dropEvent(QDropEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;

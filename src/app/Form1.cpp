@@ -125,6 +125,7 @@ void Form1::WireHandlers() {
     connect(status_->Combo3, &CodePageChooser::Chosen, this,
             [this](const QString& page) { RunHandler([&] { Combo3_Click(page); }); });
     connect(files_->ListView1, &QTreeView::doubleClicked, this, &Form1::ListView1_DblClick);
+    connect(files_->ListView1, &FileListView::DeletePressed, this, &Form1::ListView1_Delete);
     connect(files_->ListView1, &FileListView::MouseMoved, this, &Form1::ListView1_MouseMove);
     connect(
         files_->ListView1, &FileListView::PathsDropped, this,
@@ -329,6 +330,10 @@ void Form1::ShowNotes() {
 
 void Form1::ListView1_DblClick() {
     const int row = files_->ListView1->currentIndex().row();
+    fileRemoval_.RemoveRow(static_cast<std::size_t>(row) + 1);
+}
+
+void Form1::ListView1_Delete(int row) {
     fileRemoval_.RemoveRow(static_cast<std::size_t>(row) + 1);
 }
 

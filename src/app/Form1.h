@@ -110,6 +110,7 @@ private:
     void KeepMissing_Click();
     void UseUtf8_Click();
     void ListView1_DblClick();
+    void ListView1_Delete(int row);
     void ListView1_Drop(const std::vector<std::u16string>& paths);
     void ListView1_MouseMove();
     void SaveModeOptions();   // Option1_Click, Option2_Click, Option3_Click

@@ -98,6 +98,22 @@ constexpr std::array kTips{
     Tip{u"Splash", u"Check1", u"Leave this picture out when the program starts the next time."},
 };
 
+/// The length of the first part of a text after which a line may end: at a blank, after a "/", and
+/// within long words, but not within a character.
+qsizetype LengthOfPart(QStringView text) {
+    constexpr qsizetype kLongWord = 30;
+    const auto mayEndAfter = [text](qsizetype i) {
+        const QChar next = text[i + 1];
+        return text[i] == u' ' || text[i] == u'/' ||
+               (i + 1 >= kLongWord && !next.isLowSurrogate() && !next.isMark());
+    };
+    qsizetype last = 0;
+    while (last + 1 < text.size() && !mayEndAfter(last)) {
+        ++last;
+    }
+    return qMin(last + 1, text.size());
+}
+
 /// Breaks a text into lines that are not too long to read; the toolkit does that for markup only.
 QString InLines(const QString& text) {
     constexpr int kCharacters = 60;
@@ -105,12 +121,14 @@ QString InLines(const QString& text) {
     const int widest = metrics.averageCharWidth() * kCharacters;
     QString lines;
     QString line;
-    for (const QString& word : text.split(u' ')) {
-        if (!line.isEmpty() && metrics.horizontalAdvance(line + u' ' + word) > widest) {
+    for (QStringView rest(text); !rest.isEmpty();) {
+        const QString part = rest.first(LengthOfPart(rest)).toString();
+        if (!line.isEmpty() && metrics.horizontalAdvance(line + part) > widest) {
             lines += line + u'\n';
             line.clear();
         }
-        line += line.isEmpty() ? word : u' ' + word;
+        line += part;
+        rest = rest.sliced(part.size());
     }
     return lines + line;
 }
@@ -133,6 +151,12 @@ public:
 };
 
 } // namespace
+
+QString TipOf(std::u16string_view text) {
+    constexpr std::size_t kCharacters = 2'000; // they fit on a small screen
+    return QStringLiteral("<div style=\"white-space: pre\">") +
+           InLines(ShownInOneLine(text, kCharacters)).toHtmlEscaped() + QStringLiteral("</div>");
+}
 
 void SetToolTips(QWidget& window) {
     auto* const inLines = new TipsInLines(&window);

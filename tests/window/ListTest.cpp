@@ -3,15 +3,21 @@
 
 #include "Suites.h"
 #include "Window.h"
+#include "app/Colours.h"
 #include "app/LinesEdit.h"
 #include "app/Strings.h"
 #include "support/TestFolder.h"
 
 #include <QApplication>
 #include <QDragEnterEvent>
+#include <QHeaderView>
+#include <QHelpEvent>
 #include <QMimeData>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <QStyle>
+#include <QTextDocumentFragment>
+#include <QToolTip>
 
 namespace vexmarrow::test {
 
@@ -83,6 +89,96 @@ private Q_SLOTS:
             QCOMPARE(View()->currentIndex().row(), 1);
             Mouse("d1 r1");
             QCOMPARE(Shown(), QString::fromLatin1(rows));
+        }
+    }
+
+    void DeleteRemovesTheSelectedRow() {
+        using Case = std::tuple<int, const char*, Qt::KeyboardModifiers, bool, const char*>;
+        Open({u"v", u"c", u"f"});
+        View()->selectionModel()->setCurrentIndex(Index(1), QItemSelectionModel::NoUpdate);
+        for (const auto& [select, what, modifiers, held, rows] :
+             {Case{-1, "none selected", Qt::NoModifier, false, "v c f"},
+              Case{1, "held", Qt::NoModifier, true, "v c f"},
+              Case{1, "with another key", Qt::ControlModifier, false, "v c f"},
+              Case{1, "pressed", Qt::NoModifier, false, "v f"},
+              Case{-1, "again, on the row that came there", Qt::KeypadModifier, false, "v"}}) {
+            if (select >= 0) {
+                View()->setCurrentIndex(Index(select));
+            }
+            QKeyEvent press(QEvent::KeyPress, Qt::Key_Delete, modifiers, QString(), held);
+            QApplication::sendEvent(View(), &press);
+            QVERIFY2(Shown() == QString::fromLatin1(rows), what);
+        }
+        Once([] { return QGuiApplication::overrideCursor() != nullptr; },
+             [&] { QTest::keyClick(View(), Qt::Key_Delete); });
+        window_->prompts.texts = {u"x"};
+        window_->Press("PushButton17");
+        QCOMPARE(Shown(), QStringLiteral("v"));
+    }
+
+    void WhatTheListShows() {
+        const std::u16string path(1'000'000, u'x');
+        Open({path + u"/a", path + u"/b"});
+        const QString before = QApplication::style()->name();
+        for (const QString& style : {QStringLiteral("Fusion"), QStringLiteral("Windows")}) {
+            QApplication::setStyle(style);
+            QFont font = View()->font();
+            font.setPointSize(font.pointSize() + 5);
+            View()->setFont(font);
+            QTRY_COMPARE_WITH_TIMEOUT(View()->visualRect(Index(1)).height(),
+                                      View()->fontMetrics().height() * 3 / 2, kDeadline);
+            const auto row = [this](int n) {
+                return View()->viewport()->grab(View()->visualRect(Index(n))).toImage();
+            };
+            QVERIFY(row(0) != row(1)); // the ends are seen
+            const int edge = View()->columnWidth(0) - 1;
+            for (QWidget* const part : {View()->viewport(), View()->header()->viewport()}) {
+                const QImage image = part->grab().toImage();
+                QCOMPARE(image.pixel(edge, image.height() - 2),
+                         OutlineColour(View()->palette()).rgb());
+            }
+        }
+        QApplication::setStyle(before);
+        const auto quietMarks = [this] {
+            const QImage image = View()->viewport()->grab().toImage();
+            const QRgb quiet = QuietColour(View()->palette()).rgb();
+            int marks = 0;
+            for (int x = 0; x < image.width(); ++x) {
+                for (int y = 0; y < image.height(); ++y) {
+                    marks += image.pixel(x, y) == quiet ? 1 : 0;
+                }
+            }
+            return marks;
+        };
+        QCOMPARE(quietMarks(), 0);
+        window_->Press("PushButton2");
+        QVERIFY(quietMarks() > 9); // "Drag and drop files here."
+    }
+
+    void TipsOfRows() {
+        const std::u16string deep(300, u'/'), word(1'990, u'x');
+        const std::vector<std::u16string> paths{u"/a", u"/<b>a</b>  &amp;\"'",     u"/\xDC12", word,
+                                                deep,  std::u16string(9'999, u'x')};
+        Open(paths);
+        const auto tip = [this](const QPoint& at) {
+            QToolTip::hideText();
+            QHelpEvent help(QEvent::ToolTip, at, View()->viewport()->mapToGlobal(at));
+            QApplication::sendEvent(View()->viewport(), &help);
+            return QToolTip::text();
+        };
+        for (std::size_t i = 0; i < paths.size(); ++i) {
+            const QString shown = tip(View()->visualRect(Index(static_cast<int>(i))).center());
+            QVERIFY(Qt::mightBeRichText(shown));
+            const QString text = QTextDocumentFragment::fromHtml(shown).toPlainText();
+            const QStringList lines = text.split(u'\n');
+            QCOMPARE(lines.join(QString()), ShownInOneLine(paths[i], 2'000));
+            for (const QString& line : lines) {
+                QVERIFY(QFontMetrics(QToolTip::font()).horizontalAdvance(line) < 700);
+            }
+        }
+        for (const QPoint& off : {QPoint(View()->columnWidth(0) + 9, 9),
+                                  View()->visualRect(Index(5)).bottomLeft() + QPoint(9, 9)}) {
+            QCOMPARE(tip(off).remove(u'\n'), View()->toolTip());
         }
     }
 

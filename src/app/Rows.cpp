@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "app/Rows.h"
+
+#include "app/Colours.h"
+
+#include <QAbstractItemView>
+#include <QPainter>
+
+namespace vexmarrow {
+
+int RowHeight(const QWidget& view) {
+    return view.fontMetrics().height() * 3 / 2;
+}
+
+void ShowFocusWithoutRow(QAbstractItemView& view) {
+    if (view.hasFocus() && !view.currentIndex().isValid()) {
+        QPainter painter(view.viewport());
+        painter.setPen(FocusColour(view.palette()));
+        painter.drawRect(view.viewport()->rect().adjusted(0, 0, -1, -1));
+    }
+}
+
+} // namespace vexmarrow

@@ -1,0 +1,20 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+class QAbstractItemView;
+class QWidget;
+
+namespace vexmarrow {
+
+// What the views of rows have in common.
+
+/// Height of a row in such a view: about one and a half lines of its letters.
+int RowHeight(const QWidget& view);
+
+/// Draws a frame along the edge of a view that has the focus but no row to show it. To be called
+/// when the view has painted itself.
+void ShowFocusWithoutRow(QAbstractItemView& view);
+
+} // namespace vexmarrow
