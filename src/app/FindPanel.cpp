@@ -6,6 +6,7 @@
 #include "app/Controls.h"
 #include "app/LinesEdit.h"
 #include "app/Note.h"
+#include "app/SetsTable.h"
 
 #include <QComboBox>
 #include <QGridLayout>
@@ -88,6 +89,8 @@ QWidget* FindPanel::MakeSetsTab() {
     QLabel* const label4 = MakeLabel(page, u"Label4", kReplaceCaption, Combo2);
     Combo1->setObjectName(QStringLiteral("Combo1"));
     Combo2->setObjectName(QStringLiteral("Combo2"));
+    Sets = new SetsTable(page);
+    Name(Sets, u"SetsTable", u"Sets");
 
     auto* const buttons = new QHBoxLayout;
     PushButton7 = MakeButton(page, u"PushButton7", u"A&dd Set");
@@ -106,6 +109,7 @@ QWidget* FindPanel::MakeSetsTab() {
     grid->addWidget(Combo1, 1, 0);
     grid->addWidget(label4, 0, 1);
     grid->addWidget(Combo2, 1, 1);
+    grid->addWidget(Sets, 2, 0, 1, 2);
     SetsNote = new Note(page, u"SetsNote", Combo1);
     grid->addWidget(SetsNote, 3, 0, 1, 2);
     grid->addLayout(buttons, 4, 0, 1, 2);

@@ -15,6 +15,7 @@ namespace vexmarrow {
 
 class LinesEdit;
 class Note;
+class SetsTable;
 
 /// What to find and what to put in its place, and in which part of the lines. Makes and lays out
 /// the controls; what they do is wired by the main window.
@@ -29,6 +30,7 @@ public:
     LinesEdit* Text2 = nullptr;          // " Replace with:"
     QComboBox* Combo1 = nullptr;         // " Find what (exact case):"
     QComboBox* Combo2 = nullptr;         // " Replace with:"
+    SetsTable* Sets = nullptr;           // all sets
     QPushButton* PushButton7 = nullptr;  // "Add Set"
     QPushButton* PushButton6 = nullptr;  // "Remove Selected Set"
     QPushButton* PushButton10 = nullptr; // "Load Sets"

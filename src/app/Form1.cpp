@@ -15,6 +15,7 @@
 #include "app/Note.h"
 #include "app/QtEventLoop.h"
 #include "app/SavePanel.h"
+#include "app/SetsTable.h"
 #include "app/SetsView.h"
 #include "app/StatusLine.h"
 #include "app/Strings.h"
@@ -62,7 +63,7 @@ Form1::Form1(const Services& services)
       find_(new FindPanel(this)),
       save_(new SavePanel(this)) {
     setObjectName(QStringLiteral("Form1"));
-    new SetsView(sets_, find_->Combo1, find_->Combo2, find_);
+    new SetsView(sets_, find_->Combo1, find_->Combo2, find_->Sets, find_);
     LayOut();
     WireHandlers();
     WatchPointer();

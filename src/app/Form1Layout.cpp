@@ -12,6 +12,7 @@
 #include "app/LinesEdit.h"
 #include "app/Look.h"
 #include "app/SavePanel.h"
+#include "app/SetsTable.h"
 #include "app/StatusLine.h"
 #include "app/ToolTips.h"
 
@@ -82,15 +83,15 @@ void Form1::LayOut() {
     resize(FirstSize());
 
     // Reading order: the list and its buttons, what to find, where results go, start.
-    const std::array<QWidget*, 31> order{
+    const std::array<QWidget*, 32> order{
         files_->ListView1,    files_->PushButton13, files_->PushButton3, files_->PushButton9,
         files_->PushButton17, files_->PushButton11, files_->PushButton2, files_->PushButton8,
         files_->PushButton5,  find_->TabControl1,   find_->Text1,        find_->Text2,
-        find_->Combo1,        find_->Combo2,        find_->PushButton7,  find_->PushButton6,
-        find_->PushButton10,  find_->PushButton4,   find_->PushButton12, find_->Option1,
-        find_->Option2,       find_->Option3,       save_->Option5,      save_->Option4,
-        save_->Text3,         save_->PushButton14,  save_->PushButton1,  status_->UseUtf8,
-        status_->UndoLastRun, status_->UndoMenu,    status_->Combo3,
+        find_->Combo1,        find_->Combo2,        find_->Sets,         find_->PushButton7,
+        find_->PushButton6,   find_->PushButton10,  find_->PushButton4,  find_->PushButton12,
+        find_->Option1,       find_->Option2,       find_->Option3,      save_->Option5,
+        save_->Option4,       save_->Text3,         save_->PushButton14, save_->PushButton1,
+        status_->UseUtf8,     status_->UndoLastRun, status_->UndoMenu,   status_->Combo3,
     };
     for (std::size_t i = 1; i < order.size(); ++i) {
         setTabOrder(order[i - 1], order[i]);

@@ -3,13 +3,16 @@
 
 #include "app/SetsView.h"
 
+#include "app/Boxes.h"
 #include "app/Controls.h"
+#include "app/SetsTable.h"
 #include "app/Strings.h"
 
 #include <QAbstractListModel>
 #include <QComboBox>
 #include <QSignalBlocker>
 
+#include <algorithm>
 #include <functional>
 
 namespace vexmarrow {
@@ -45,28 +48,53 @@ private:
     Texts texts_;
 };
 
-SetsView::SetsView(SetList& sets, QComboBox* combo1, QComboBox* combo2, QObject* parent)
-    : QObject(parent), sets_(sets) {
+SetsView::SetsView(SetList& sets, QComboBox* combo1, QComboBox* combo2, SetsTable* table,
+                   QObject* parent)
+    : QObject(parent), sets_(sets), table_(table) {
     sides_[0] = {combo1, new TextsModel([&sets] { return sets.FindTexts(); }, this)};
     sides_[1] = {combo2, new TextsModel([&sets] { return sets.ReplaceTexts(); }, this)};
     for (const Side& side : sides_) {
         side.combo->setModel(side.model);
         side.combo->setCurrentIndex(-1);
         ObeySelection(side.combo);
+        connect(side.combo, &QComboBox::currentIndexChanged, this, &SetsView::Choose);
     }
-    const auto follow = [](const QComboBox* chosen, QComboBox* other) {
-        connect(chosen, &QComboBox::currentIndexChanged, other, [other](int index) {
-            const QSignalBlocker blocker(other);
-            other->setCurrentIndex(index);
-        });
-    };
-    follow(combo1, combo2);
-    follow(combo2, combo1);
+    table_->SetSets(sets);
+    connect(table_, &SetsTable::Chosen, this, [this](int set) {
+        // What assistive programs do is kept back by no box.
+        Choose(IsBehindBox(*table_) ? Chosen() : set);
+    });
+    ShowCount();
     sets_.SetObserver(this);
 }
 
 SetsView::~SetsView() {
     sets_.SetObserver(nullptr);
+}
+
+/// Where one of the lists has no such entry, nothing is chosen in it.
+void SetsView::Choose(int set) {
+    for (const Side& side : sides_) {
+        const QSignalBlocker blocker(side.combo);
+        side.combo->setCurrentIndex(set);
+    }
+    table_->ShowChosen(set);
+    ShowCount();
+}
+
+/// The entry that is chosen in both lists, or in the one that has it; -1 for none.
+int SetsView::Chosen() const {
+    return std::max(sides_[0].combo->currentIndex(), sides_[1].combo->currentIndex());
+}
+
+/// How many sets there are is shown in the drop-down lists in which nothing is chosen. Assistive
+/// programs are not told what is written there.
+void SetsView::ShowCount() {
+    const QString count = CountOf(sets_.FindTexts().size(), u"set");
+    for (const Side& side : sides_) {
+        side.combo->setPlaceholderText(count);
+        side.combo->setAccessibleDescription(side.combo->currentIndex() < 0 ? count : QString());
+    }
 }
 
 void SetsView::SetsAboutToChange() {
@@ -77,6 +105,7 @@ void SetsView::SetsAboutToChange() {
         side.combo->blockSignals(true);
         side.model->AboutToChange();
     }
+    table_->SetsAboutToChange();
 }
 
 void SetsView::SetsChanged() {
@@ -86,6 +115,8 @@ void SetsView::SetsChanged() {
         side.combo->setCurrentIndex(lost ? -1 : side.selectedBefore);
         side.combo->blockSignals(false);
     }
+    table_->SetsChanged(Chosen());
+    ShowCount();
 }
 
 } // namespace vexmarrow

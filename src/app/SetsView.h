@@ -13,14 +13,19 @@ class QComboBox;
 
 namespace vexmarrow {
 
-/// Shows a SetList in two drop-down lists, and keeps their selections in step: choosing an entry of
-/// the one selects the entry of the same number in the other. Changes of the list choose nothing;
-/// a selection ends when its own list loses an entry.
+class SetsTable;
+
+/// Shows a SetList in two drop-down lists and a table, and keeps their selections in step: choosing
+/// an entry of one of them selects the entry of the same number in the others. Changes of the list
+/// choose nothing; a selection ends when its own list loses an entry, and the table's with both.
+/// Where nothing is chosen, the drop-down lists show how many sets there are.
 class SetsView final : public QObject, private SetListObserver {
     Q_OBJECT
 
 public:
-    SetsView(SetList& sets, QComboBox* combo1, QComboBox* combo2, QObject* parent);
+    /// The sets and the controls outlive the view.
+    SetsView(SetList& sets, QComboBox* combo1, QComboBox* combo2, SetsTable* table,
+             QObject* parent);
     ~SetsView() override;
     SetsView(const SetsView&) = delete;
     SetsView& operator=(const SetsView&) = delete;
@@ -34,11 +39,15 @@ private:
         int selectedBefore = -1;
     };
 
+    void Choose(int set);
+    int Chosen() const;
+    void ShowCount();
     void SetsAboutToChange() override;
     void SetsChanged() override;
 
     SetList& sets_;
     std::array<Side, 2> sides_;
+    SetsTable* table_;
 };
 
 } // namespace vexmarrow

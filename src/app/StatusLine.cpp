@@ -30,11 +30,6 @@ int BarValue(std::size_t number) {
     return static_cast<int>(std::min<std::size_t>(number, std::numeric_limits<int>::max()));
 }
 
-QString Counted(std::size_t number, const QString& thing) {
-    return number == 1 ? QStringLiteral("1 ") + thing
-                       : QLocale().toString(number) + u' ' + thing + u's';
-}
-
 /// A button that shows the beginning of its caption where there is no room for all of it.
 class ShrinkingButton final : public QPushButton {
 public:
@@ -208,11 +203,8 @@ void StatusLine::ShowRest() {
     if (hintsAtUtf8_) {
         count_->setText(QStringLiteral("These files look like UTF-8"));
     } else {
-        const QString files =
-            files_ == 0 ? QStringLiteral("No files") : Counted(files_, QStringLiteral("file"));
-        count_->setText(sets_ == 0
-                            ? files
-                            : files + QStringLiteral(", ") + Counted(sets_, QStringLiteral("set")));
+        const QString files = CountOf(files_, u"file");
+        count_->setText(sets_ == 0 ? files : files + QStringLiteral(", ") + CountOf(sets_, u"set"));
     }
     wanted_ = count_->sizeHint().width();
     if (hintsAtUtf8_) {

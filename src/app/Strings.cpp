@@ -5,6 +5,8 @@
 
 #include "base/Text.h"
 
+#include <QLocale>
+
 namespace vexmarrow {
 namespace {
 
@@ -56,6 +58,11 @@ QString ShownInOneLine(std::u16string_view text, std::size_t most) {
         }
     }
     return shown;
+}
+
+QString CountOf(std::size_t count, std::u16string_view one) {
+    const QString number = count == 0 ? QStringLiteral("No") : QLocale().toString(count);
+    return number + u' ' + ToQString(one) + (count == 1 ? QString() : QStringLiteral("s"));
 }
 
 QString ShownAsText(std::u16string_view text) {

@@ -33,6 +33,10 @@ std::u16string Shortened(std::u16string_view text, std::size_t most);
 /// replacement mark for others and for what is no character (the stray bytes of a file name).
 QString ShownInOneLine(std::u16string_view text, std::size_t most);
 
+/// How many there are of something, whose name is given in the singular: "No sets", "1 set", and
+/// more as the user's language writes numbers.
+QString CountOf(std::size_t count, std::u16string_view one);
+
 /// As text: CR LF and lone CR as line ends, and the replacement mark as above.
 QString ShownAsText(std::u16string_view text);
 

@@ -55,6 +55,8 @@ constexpr std::array kTips{
     Tip{u"Form1", u"Combo1", u"The texts to find, in their order; choose one to remove its set."},
     Tip{u"Form1", u"Combo2",
         u"The texts to put in their places, in their order; choose one to remove its set."},
+    Tip{u"Form1", u"SetsTable",
+        u"All sets, in the order in which they are applied; choose one to remove it."},
     Tip{u"Form1", u"PushButton7", u"Type a text to find and what to put in its place as a set."},
     Tip{u"Form1", u"PushButton6", u"Take the chosen set out of the list of sets."},
     Tip{u"Form1", u"PushButton10", u"Add sets from a text file, one a line."},

@@ -3,8 +3,12 @@
 
 #include "Suites.h"
 #include "Window.h"
+#include "app/Boxes.h"
+#include "app/Colours.h"
 #include "app/LinesEdit.h"
 #include "app/QtPickers.h"
+#include "app/SetsTable.h"
+#include "app/SetsView.h"
 #include "app/Strings.h"
 #include "support/TestFolder.h"
 
@@ -65,39 +69,131 @@ private Q_SLOTS:
     void SetsAreChosenInStep() {
         Window window;
         window.Open();
+        window.SelectTab(1);
+        QVERIFY(QTest::qWaitForWindowActive(window.form.get(), kDeadline));
         auto* const find = window.Find<QComboBox>("Combo1");
         auto* const replace = window.Find<QComboBox>("Combo2");
+        auto* const table = window.Find<SetsTable>("SetsTable");
+        // The lists, each with its number of entries and what is chosen in it, and the table's row.
         const auto state = [&] {
-            return QStringLiteral("%1 %2, %3 %4")
+            const QModelIndexList rows = table->selectionModel()->selectedRows();
+            return QStringLiteral("%1 %2, %3 %4, %5")
                 .arg(find->count())
                 .arg(find->currentIndex())
                 .arg(replace->count())
-                .arg(replace->currentIndex());
+                .arg(replace->currentIndex())
+                .arg(rows.isEmpty() ? -1 : rows.front().row());
+        };
+        const auto click = [&](int row, Qt::KeyboardModifiers modifiers = {}) {
+            const QRect cell = table->visualRect(table->model()->index(row, 2));
+            QTest::mouseClick(table->viewport(), Qt::LeftButton, modifiers, cell.center());
         };
         window.Press("PushButton6");
         window.AddSet(u"a::b");
-        QCOMPARE(state(), QStringLiteral("1 -1, 1 -1")); // nothing chooses itself
+        QCOMPARE(state(), QStringLiteral("1 -1, 1 -1, -1")); // nothing chooses itself
         window.AddSet(u"c::d::e");
         window.AddSet(u"c::");
         find->setCurrentIndex(1);
-        QCOMPARE(state(), QStringLiteral("3 1, 3 1"));
+        QCOMPARE(state(), QStringLiteral("3 1, 3 1, 1"));
         QCOMPARE(find->currentText() + replace->currentText(), QStringLiteral("cd"));
         QTest::keyClick(replace, Qt::Key_Down);
-        QCOMPARE(state(), QStringLiteral("3 2, 3 2"));
+        QCOMPARE(state(), QStringLiteral("3 2, 3 2, 2"));
         window.AddSet(u"::");
-        QCOMPARE(state(), QStringLiteral("4 2, 4 2"));
+        QCOMPARE(state(), QStringLiteral("4 2, 4 2, 2"));
         window.Press("PushButton6");
-        QCOMPARE(state(), QStringLiteral("3 -1, 3 -1"));
+        QCOMPARE(state(), QStringLiteral("3 -1, 3 -1, -1"));
         window.Press("PushButton6"); // nothing is selected any more
-        QCOMPARE(state(), QStringLiteral("3 -1, 3 -1"));
+        QCOMPARE(state(), QStringLiteral("3 -1, 3 -1, -1"));
         replace->setCurrentIndex(0);
         window.Press("PushButton4");
-        QCOMPARE(state(), QStringLiteral("0 -1, 0 -1"));
+        QCOMPARE(state(), QStringLiteral("0 -1, 0 -1, -1"));
+
+        for (const char16_t* const set : {u"a::b", u"c::d", u"e::f"}) {
+            window.AddSet(set);
+        }
+        replace->setFocus();
+        QTest::keyClick(replace, Qt::Key_Tab); // into the table: the first row has the focus only
+        QCOMPARE(QApplication::focusWidget(), table);
+        window.Press("PushButton6");
+        QCOMPARE(state(), QStringLiteral("3 -1, 3 -1, -1"));
+        click(2);
+        QCOMPARE(state(), QStringLiteral("3 2, 3 2, 2"));
+        QTest::keyClick(table, Qt::Key_Up);
+        QCOMPARE(state(), QStringLiteral("3 1, 3 1, 1"));
+        click(1, Qt::ControlModifier); // lets it go
+        QCOMPARE(state(), QStringLiteral("3 -1, 3 -1, -1"));
+        click(1);
+        window.Press("PushButton6");
+        QCOMPARE(state(), QStringLiteral("2 -1, 2 -1, -1"));
+        QCOMPARE(table->currentIndex().row(), 1); // from where the keys go on
+        QTest::keyClick(table, Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), window.Find<QWidget>("PushButton7"));
+        Once([&] { return IsBehindBox(*table); },
+             [&] {
+                 table->selectRow(0);
+                 QCOMPARE(state(), QStringLiteral("2 -1, 2 -1, -1"));
+                 CloseBoxes();
+             });
+        window.Press("PushButton10");
+        window.Press("PushButton4");
+
         window.AddSet(u"no separator");
         window.AddSet(u"");
         QCOMPARE(window.Boxes(),
                  QStringLiteral("You must use :: to separate the find text from the replace text"));
         QCOMPARE(find->count(), 0);
+    }
+
+    void SetsInSight() {
+        SetList sets;
+        QWidget window;
+        QComboBox find, replace;
+        auto* const table = new SetsTable(&window);
+        table->resize(400, table->minimumSizeHint().height());
+        const SetsView view(sets, &find, &replace, table, nullptr);
+        window.show();
+        const auto cells = [&](int row) {
+            QStringList texts;
+            for (int column = 0; column < 3; ++column) {
+                texts << table->model()->index(row, column).data().toString();
+            }
+            return texts.join(u'|');
+        };
+        const auto counts = [&] {
+            return QStringList{find.placeholderText(), find.accessibleDescription(),
+                               replace.placeholderText(), replace.accessibleDescription()};
+        };
+        const auto all = [](const QString& count) { return QStringList(4, count); };
+        const QString largest = QLocale().toString(10'000);
+        QCOMPARE(counts(), all(QStringLiteral("No sets")));
+        sets.Add(u"a", u"");
+        QCOMPARE(counts(), all(QStringLiteral("1 set")));
+        QCOMPARE(cells(0), QStringLiteral("1|a|(empty)"));
+        QCOMPARE(table->model()->index(0, 2).data(Qt::ForegroundRole).value<QColor>(),
+                 QuietColour(table->palette()));
+        QVERIFY(!table->model()->index(0, 1).data(Qt::ForegroundRole).isValid());
+        std::vector<SetList::Set> many(9'999, {u"<b>\n", u"c"});
+        sets.Add(many);
+        QCOMPARE(counts(), all(largest + QStringLiteral(" sets")));
+        QCOMPARE(cells(9'999), largest + ToQString(u"|<b>\u240A|c"));
+        const QString tip = table->model()->index(1, 1).data(Qt::ToolTipRole).toString();
+        QVERIFY(tip.contains(ToQString(u"&lt;b&gt;\u240A")));
+        // Two whole rows, the one that was added last among them.
+        QTRY_COMPARE_WITH_TIMEOUT(table->rowAt(0), 9'998, kDeadline);
+        QCOMPARE(table->rowAt(table->viewport()->height() - 1), 9'999);
+        QCOMPARE(table->columnWidth(1) + table->columnWidth(0) + table->columnWidth(2),
+                 table->viewport()->width());
+        QVERIFY(qAbs(table->columnWidth(1) - table->columnWidth(2)) < 2);
+        QVERIFY(table->columnWidth(0) >= table->fontMetrics().horizontalAdvance(largest));
+
+        // Halves of sets, as an error can leave them
+        sets.ClearReplaceTexts();
+        QCOMPARE(cells(3), ToQString(u"4|<b>\u240A|"));
+        table->selectRow(3);
+        QCOMPARE(std::pair(find.currentIndex(), replace.currentIndex()), std::pair(3, -1));
+        QCOMPARE(counts()[1] + counts()[3], largest + QStringLiteral(" sets"));
+        sets.ClearFindTexts();
+        QCOMPARE(table->model()->rowCount(), 0);
     }
 
     void ListShowsAnyName() {
@@ -132,6 +228,7 @@ private Q_SLOTS:
             {"Text2", "Replace with:"},
             {"Combo1", "Find what (exact case):"},
             {"Combo2", "Replace with:"},
+            {"SetsTable", "Sets"},
             {"PushButton7", "Add Set"},
             {"PushButton6", "Remove Selected Set"},
             {"PushButton10", "Load Sets"},
