@@ -20,6 +20,9 @@ namespace vexmarrow {
 namespace {
 
 constexpr std::u16string_view kFindCaption = u" Find &what (exact case):";
+constexpr QMargins kAroundPage(9, 6, 9, 8); // pixels
+constexpr int kBetweenLines = 4;            // pixels
+constexpr int kBetweenButtons = 6;          // pixels
 constexpr std::u16string_view kReplaceCaption = u" &Replace with:";
 
 QComboBox* MakeCombo(QWidget* parent) {
@@ -71,6 +74,8 @@ QWidget* FindPanel::MakeSinglePairTab() {
     Text2->setObjectName(QStringLiteral("Text2"));
 
     auto* const grid = new QGridLayout(page);
+    grid->setContentsMargins(kAroundPage);
+    grid->setVerticalSpacing(kBetweenLines);
     grid->addWidget(label1, 0, 0);
     grid->addWidget(Text1, 1, 0);
     grid->addWidget(label2, 0, 1);
@@ -93,6 +98,7 @@ QWidget* FindPanel::MakeSetsTab() {
     Name(Sets, u"SetsTable", u"Sets");
 
     auto* const buttons = new QHBoxLayout;
+    buttons->setSpacing(kBetweenButtons);
     PushButton7 = MakeButton(page, u"PushButton7", u"A&dd Set");
     PushButton6 = MakeButton(page, u"PushButton6", u"Re&move Selected Set");
     PushButton10 = MakeButton(page, u"PushButton10", u"&Load Sets");
@@ -105,12 +111,14 @@ QWidget* FindPanel::MakeSetsTab() {
     buttons->addStretch();
 
     auto* const grid = new QGridLayout(page);
+    grid->setContentsMargins(kAroundPage);
+    grid->setVerticalSpacing(kBetweenLines);
     grid->addWidget(label3, 0, 0);
     grid->addWidget(Combo1, 1, 0);
     grid->addWidget(label4, 0, 1);
     grid->addWidget(Combo2, 1, 1);
     grid->addWidget(Sets, 2, 0, 1, 2);
-    SetsNote = new Note(page, u"SetsNote", Combo1);
+    SetsNote = new Note(page, u"SetsNote", Sets);
     grid->addWidget(SetsNote, 3, 0, 1, 2);
     grid->addLayout(buttons, 4, 0, 1, 2);
     grid->setRowStretch(2, 1);

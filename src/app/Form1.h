@@ -87,6 +87,7 @@ protected:
     void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     // Handlers, by control and event.
@@ -177,6 +178,7 @@ private:
     SavePanel* save_;
     QSplitter* parts_ = nullptr; // the list above, the rest below
     StatusLine* status_ = nullptr;
+    bool isDivided_ = false; // by the user, who has moved the splitter
     bool notesAreDue_ = false;
     bool filesHaveChanged_ = true; // since the notes were made
     Shape pointer_ = Default;

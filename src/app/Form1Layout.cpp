@@ -36,7 +36,8 @@ namespace vexmarrow {
 namespace {
 
 constexpr double kShareOfScreen = 0.9;
-constexpr int kHandle = 9;      // pixels, of the splitter
+constexpr int kHandle = 9; // pixels, of the splitter
+constexpr QMargins kAround(9, 6, 9, 4);
 constexpr QSize kFrame(12, 40); // of the window, about: it is not there before the window shows
 
 } // namespace
@@ -53,8 +54,10 @@ void Form1::LayOut() {
     parts_->addWidget(files_);
     parts_->addWidget(below);
     parts_->setStretchFactor(0, 1);
+    connect(parts_, &QSplitter::splitterMoved, this, [this] { isDivided_ = true; });
     auto* const centre = new QWidget(this);
     auto* const column = new QVBoxLayout(centre);
+    column->setContentsMargins(kAround);
     column->addWidget(parts_);
     // Where the screen is small and the letters are large, not all of it is in sight at once.
     auto* const area = new QScrollArea(this);
@@ -115,10 +118,18 @@ void Form1::AlignColumns() {
 /// can.
 void Form1::DivideRoom() {
     constexpr int kLow = 700; // pixels
+    if (isDivided_) {
+        return;
+    }
     const QWidget* const below = parts_->widget(1);
     const int height =
         (this->height() < kLow ? below->minimumSizeHint() : below->sizeHint()).height();
     parts_->setSizes({std::max(parts_->height() - height, 0), height});
+}
+
+void Form1::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
+    DivideRoom();
 }
 
 void Form1::changeEvent(QEvent* event) {
@@ -130,7 +141,7 @@ void Form1::changeEvent(QEvent* event) {
 
 QSize Form1::FirstSize() const {
     constexpr int kCharacters = 137;
-    constexpr int kLines = 48;
+    constexpr int kLines = 54;
     const QFontMetrics metrics = fontMetrics();
     const QSize roomy(metrics.averageCharWidth() * kCharacters, metrics.lineSpacing() * kLines);
     const QSize needed =

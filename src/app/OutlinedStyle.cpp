@@ -115,6 +115,13 @@ int OutlinedStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
                : QProxyStyle::pixelMetric(metric, option, widget);
 }
 
+QSize OutlinedStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
+                                      const QSize& contents, const QWidget* widget) const {
+    constexpr int kAround = 6;
+    const QSize room = type == CT_PushButton ? QSize(2 * kAround, 0) : QSize(0, 0);
+    return QProxyStyle::sizeFromContents(type, option, contents + room, widget);
+}
+
 void OutlinedStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
                                   QPainter* painter, const QWidget* widget) const {
     if (element == PE_FrameFocusRect) {

@@ -4,6 +4,7 @@
 #include "app/Rows.h"
 
 #include "app/Colours.h"
+#include "app/OutlinedStyle.h"
 
 #include <QAbstractItemView>
 #include <QPainter>
@@ -15,7 +16,8 @@ int RowHeight(const QWidget& view) {
 }
 
 void ShowFocusWithoutRow(QAbstractItemView& view) {
-    if (view.hasFocus() && !view.currentIndex().isValid()) {
+    const bool shown = qobject_cast<const OutlinedStyle*>(view.style()) != nullptr; // by its frame
+    if (view.hasFocus() && !view.currentIndex().isValid() && !shown) {
         QPainter painter(view.viewport());
         painter.setPen(FocusColour(view.palette()));
         painter.drawRect(view.viewport()->rect().adjusted(0, 0, -1, -1));

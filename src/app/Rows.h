@@ -13,8 +13,8 @@ namespace vexmarrow {
 /// Height of a row in such a view: about one and a half lines of its letters.
 int RowHeight(const QWidget& view);
 
-/// Draws a frame along the edge of a view that has the focus but no row to show it. To be called
-/// when the view has painted itself.
+/// Draws a frame along the edge of a view that has the focus but no row to show it, in styles that
+/// do not. To be called when the view has painted itself.
 void ShowFocusWithoutRow(QAbstractItemView& view);
 
 } // namespace vexmarrow

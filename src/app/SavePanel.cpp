@@ -20,6 +20,9 @@
 namespace vexmarrow {
 namespace {
 
+constexpr QMargins kAround(9, 7, 9, 8); // pixels
+constexpr int kBetweenLines = 4;        // pixels
+
 /// How far below its upper edge a group begins that has a title there, in pixels.
 int HeightOfTitle(const QGroupBox& group) {
     QStyleOptionGroupBox option;
@@ -60,6 +63,8 @@ SavePanel::SavePanel(QWidget* parent)
     second->addWidget(Option4);
     second->addWidget(Frame4, 1);
     auto* const lines = new QVBoxLayout(Frame2);
+    lines->setContentsMargins(kAround);
+    lines->setSpacing(kBetweenLines);
     lines->addWidget(Option5);
     lines->addLayout(second);
     lines->addWidget(ResultsNote);

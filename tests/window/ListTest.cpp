@@ -150,9 +150,9 @@ private Q_SLOTS:
             }
             return marks;
         };
-        QCOMPARE(quietMarks(), 0);
+        const int inRows = quietMarks();
         window_->Press("PushButton2");
-        QVERIFY(quietMarks() > 9); // "Drag and drop files here."
+        QVERIFY(quietMarks() > inRows + 9); // "Drag and drop files here."
     }
 
     void TipsOfRows() {
