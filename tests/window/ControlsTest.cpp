@@ -6,6 +6,7 @@
 #include "app/Boxes.h"
 #include "app/Colours.h"
 #include "app/LinesEdit.h"
+#include "app/Note.h"
 #include "app/QtPickers.h"
 #include "app/SetsTable.h"
 #include "app/SetsView.h"
@@ -194,6 +195,60 @@ private Q_SLOTS:
         QCOMPARE(counts()[1] + counts()[3], largest + QStringLiteral(" sets"));
         sets.ClearFindTexts();
         QCOMPARE(table->model()->rowCount(), 0);
+    }
+
+    void QuietLines() {
+        const TestFolder folder;
+        std::vector<std::u16string> paths;
+        for (const char* const name : {"a/x.vcf", "b/x.vcf"}) {
+            folder.Write(name, "FN:M\xC3\xBCller\r\n");
+            paths.push_back(folder.Path(name));
+        }
+        Window window;
+        window.Open();
+        QVERIFY(QTest::qWaitForWindowActive(window.form.get(), kDeadline));
+        const auto shown = [&] {
+            QApplication::processEvents();
+            QStringList names;
+            for (const auto* const note : window.form->findChildren<Note*>()) {
+                names += note->isVisible() ? QStringList(note->objectName()) : QStringList();
+            }
+            return names.join(u' ') + u'|' + window.Find<LinesEdit>("Text2")->placeholderText() +
+                   u'|' + window.Find<QLabel>("Count")->text();
+        };
+        using Step = std::pair<std::function<void()>, const char*>;
+        for (const auto& [change, expected] :
+             {Step{[] {}, "|one text a line|No files"},
+              Step{[&] { window.Press("Option1"); }, "OptionsNote|one text|No files"},
+              Step{[&] { window.Press("Option3"); }, "|one text a line|No files"},
+              Step{[&] { window.AddFiles(paths); }, "ResultsNote|one text a line|2 files"},
+              Step{[&] { window.SetText3(u""); }, "|one text a line|2 files"},
+              Step{[&] { window.Press("Option5"); }, "|one text a line|2 files"},
+              Step{[&] { window.AddFiles({paths[0]}); }, "ResultsNote|one text a line|3 files"},
+              Step{[&] { window.SetText1(u"a\nb"), window.SetText2(u"c"); },
+                   "TextsNote ResultsNote|one text a line|3 files"},
+              Step{[&] { window.SelectTab(1); }, "OptionsNote ResultsNote|one text a line|3 files"},
+              Step{[&] { window.SetText1(u""), window.AddSet(u"a::b"); },
+                   "SetsNote OptionsNote ResultsNote|one text a line|3 files, 1 set"},
+              Step{[&] { window.AddSet(u"\u00FC::u"); },
+                   "SetsNote OptionsNote ResultsNote|one text a line|These files look like UTF-8"},
+              Step{[&] { window.SelectTab(0); }, "ResultsNote|one text a line|3 files, 2 sets"},
+              Step{[&] { window.SetText2(u"\u00FC"); },
+                   "ResultsNote|one text a line|These files look like UTF-8"},
+              Step{[&] { window.Find<QComboBox>("Combo3")->setCurrentIndex(10); },
+                   "ResultsNote|one text a line|3 files, 2 sets"},
+              Step{[&] { window.Find<QComboBox>("Combo3")->setCurrentIndex(0); },
+                   "ResultsNote|one text a line|These files look like UTF-8"},
+              Step{[&] { window.Press("UseUtf8"); },
+                   "ResultsNote|one text a line|3 files, 2 sets"}}) {
+            change();
+            QCOMPARE(shown(), QString::fromLatin1(expected));
+        }
+        QVERIFY(window.Find<QComboBox>("Combo3")->hasFocus());
+        QCOMPARE(ToQString(window.settings.values[u"AnsiCodePage"]), QStringLiteral("UTF-8"));
+        QVERIFY(!window.flags.IsUtf8 && !window.flags.IsUnicode);
+        QCOMPARE(window.Find<QWidget>("Text3")->accessibleDescription(),
+                 window.Find<QLabel>("ResultsNote")->text());
     }
 
     void ListShowsAnyName() {
