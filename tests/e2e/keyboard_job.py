@@ -156,6 +156,12 @@ class WithoutMouseTest(WindowTest):
             keys.press("Alt+s")
             keys.answer("space", "Done.")
             self.assert_results(lambda data: data.replace(b"caf", b"tea"))
+
+            # A key that is held takes out one row.
+            keys.press("Alt+b", "space")
+            keys.hold("Delete", 1)
+            program.wait_for_rows(1)
+            self.assertEqual(program.rows(), self.paths[1:])
             keys.press("Alt+t")
             program.wait_for_rows(0)
 
