@@ -9,9 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <iomanip>
 #include <random>
-#include <sstream>
 #include <sys/mman.h>
 
 namespace vexmarrow::test {
@@ -52,20 +50,6 @@ struct CascadeTest : testing::Test {
     std::mt19937 random{2026};
     std::size_t Below(std::size_t limit) { return random() % limit; }
 
-    static std::string Literal(const String& text) {
-        std::ostringstream literal;
-        for (const Unit unit : text) {
-            const unsigned code = std::make_unsigned_t<Unit>(unit);
-            literal << std::hex << std::setfill('0');
-            if (code >= ' ' && code < 0x7F && code != '"' && code != '\\') {
-                literal << static_cast<char>(code);
-            } else {
-                literal << "\\x" << std::setw(2 * sizeof(Unit)) << code << "\" \"";
-            }
-        }
-        return "\"" + literal.str() + "\"";
-    }
-
     /// Whether the cascade does to the text what the plain one does; it is applied twice.
     bool IsExact(const BasicCascade<Unit>& cascade, const Pairs& pairs, const String& text) {
         String plain = text, result;
@@ -84,29 +68,6 @@ struct CascadeTest : testing::Test {
         return true;
     }
 
-    /// Drops pairs and units while the case still fails and patience lasts, and shows what is left.
-    std::string Smallest(Pairs pairs, String text) {
-        int attempts = 2000;
-        const auto drop = [&](auto& from, auto fails) {
-            for (std::size_t size = std::bit_ceil(from.size()); size > 0; size /= 2) {
-                for (std::size_t at = 0; at < from.size() && --attempts > 0;) {
-                    auto less = from;
-                    const auto begin = less.begin() + static_cast<std::ptrdiff_t>(at);
-                    less.erase(begin, begin + static_cast<std::ptrdiff_t>(
-                                                  std::min(size, from.size() - at)));
-                    fails(less) ? from = less : (at += size, from);
-                }
-            }
-        };
-        drop(pairs, [&](const Pairs& less) { return !IsExact(BasicCascade(less), less, text); });
-        drop(text, [&](const String& less) { return !IsExact(BasicCascade(pairs), pairs, less); });
-        std::string shown = "\n{{";
-        for (const auto& [find, replace] : pairs) {
-            shown += "{" + Literal(find) + ", " + Literal(replace) + "}, ";
-        }
-        return shown + "}, " + Literal(text) + "}";
-    }
-
     /// Texts must not grow without bounds: pairs that make them too long are left out.
     static void Tame(Pairs& pairs, String text) {
         const std::size_t most = 2 * text.size() + 500;
@@ -119,9 +80,7 @@ struct CascadeTest : testing::Test {
     void Check(const Pairs& pairs, const std::vector<String>& texts) {
         const BasicCascade<Unit> cascade(pairs);
         for (const String& text : texts) {
-            if (!IsExact(cascade, pairs, text)) {
-                FAIL() << Smallest(pairs, text);
-            }
+            ASSERT_TRUE(IsExact(cascade, pairs, text)) << testing::PrintToString(text);
         }
     }
 
