@@ -15,30 +15,14 @@ namespace {
 
 using namespace std::chrono_literals;
 
-const Write kWrite{"0123456789", "newnewnewnewnew"};
-const std::string kMixture = "newn456789";
-
 struct RecoveryTest : Safety {
     void SetUp() override { LeaveRecord(); }
 
     /// A program is killed in the middle of the file; returns the name of its log.
     std::string LeaveRecord() const {
-        Prepare(kWrite);
-        LeaveMixture("f");
+        Prepare({kOld, kWhole});
+        LeaveMixture({"f"});
         return Kept("a").at(0);
-    }
-    void LeaveMixture(const std::string& name) const {
-        EXPECT_FALSE(InChildProcess([&] {
-            FaultySystemCalls calls;
-            calls.mostAtOnce = 4;
-            calls.beforeCall = [&](Calls::Kind) {
-                if (folder.Read(name) == kMixture) {
-                    calls.AtCall(calls.allCalls + 1, Event::Kill);
-                }
-            };
-            SafeWriter writer(calls, Logs());
-            Put(calls, writer, name, kWrite.text);
-        }));
     }
     /// What was shown: Q for the question, T for a message.
     std::string Boxes() const {
@@ -64,24 +48,22 @@ TEST_F(RecoveryTest, WhatHasBecomeOfTheFileSince) {
         std::string boxes, content, found;
         bool isMissing = false, renumbered = false;
     } rows[] = {
-        {"nothing", [] {}, "Q", kWrite.old, kMixture},
-        {"edited", [&] { whole("edited"); }, "Q", kWrite.old, "edited"},
-        {"emptied", [&] { whole(""); }, "Q", kWrite.old, "-"},
-        {"completed by hand", [&] { whole(kWrite.text); }, "", kWrite.text, "-"},
-        {"put back by hand", [&] { whole(kWrite.old); }, "", kWrite.old, "-"},
+        {"nothing", [] {}, "Q", kOld, kMixture},
+        {"edited", [&] { whole("edited"); }, "Q", kOld, "edited"},
+        {"emptied", [&] { whole(""); }, "Q", kOld, "-"},
+        {"completed by hand", [&] { whole(kWhole); }, "", kWhole, "-"},
+        {"put back by hand", [&] { whole(kOld); }, "", kOld, "-"},
         {"renamed", [&] { rename("f", "g"); }, "", "-", "-", true},
         {"removed", [&] { folder.Remove("f"); }, "", "-", "-", true},
-        {"replaced", [&] { folder.Write("g", "other"), rename("g", "f"); }, "Q", kWrite.old,
-         "other"},
-        {"replaced by its old text", [&] { folder.Write("g", kWrite.old), rename("g", "f"); }, "",
-         kWrite.old, "-", true},
+        {"replaced", [&] { folder.Write("g", "other"), rename("g", "f"); }, "Q", kOld, "other"},
+        {"replaced by its old text", [&] { folder.Write("g", kOld), rename("g", "f"); }, "", kOld,
+         "-", true},
         {"a pipe", [&] { folder.Remove("f"), ::mkfifo(path.c_str(), 0666); }, "", "?", "-", true},
         {"a folder", [&] { folder.Remove("f"), folder.MakeFolder("f"); }, "", "?", "-", true},
-        {"a link to it", [&] { rename("f", "g"), folder.MakeLink("f", "g"); }, "Q", kWrite.old,
-         kMixture},
-        {"nothing", [] {}, "Q", kWrite.old, kMixture, false, true},
-        {"completed", [&] { whole(kWrite.text); }, "", kWrite.text, "-", true, true},
-        {"put back", [&] { whole(kWrite.old); }, "", kWrite.old, "-", true, true},
+        {"a link to it", [&] { rename("f", "g"), folder.MakeLink("f", "g"); }, "Q", kOld, kMixture},
+        {"nothing", [] {}, "Q", kOld, kMixture, false, true},
+        {"completed", [&] { whole(kWhole); }, "", kWhole, "-", true, true},
+        {"put back", [&] { whole(kOld); }, "", kOld, "-", true, true},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
@@ -97,7 +79,7 @@ TEST_F(RecoveryTest, WhatHasBecomeOfTheFileSince) {
         EXPECT_EQ(recovery.Missing(), row.isMissing ? 1U : 0U);
         if (row.content != "?") {
             EXPECT_EQ(Content(), row.content);
-            EXPECT_EQ(row.content == kWrite.old && !row.isMissing, DateOf("f") == kOldDate);
+            EXPECT_EQ(row.content == kOld && !row.isMissing, DateOf("f") == kOldDate);
         }
         const auto kept = [&](const std::string& kind) {
             const Strings names = Kept("a/kept", kind);
@@ -110,7 +92,7 @@ TEST_F(RecoveryTest, WhatHasBecomeOfTheFileSince) {
             EXPECT_EQ(recovery.Missing(), 1U);
             recovery.GiveUpMissing();
             EXPECT_EQ(recovery.Missing(), 0U);
-            EXPECT_EQ(kept("-old-"), kWrite.old);
+            EXPECT_EQ(kept("-old-"), kOld);
             EXPECT_EQ(Boxes(), "T");
             if (row.content != "?") {
                 EXPECT_EQ(Content(), row.content);
@@ -125,8 +107,8 @@ TEST_F(RecoveryTest, WhatHasBecomeOfTheFileSince) {
 
 TEST_F(RecoveryTest, ManyMoreThanAProcessMayHaveOpen) {
     for (int i = 0; i < 40; ++i) {
-        folder.Write("g" + std::to_string(i), kWrite.old);
-        LeaveMixture("g" + std::to_string(i));
+        folder.Write("g" + std::to_string(i), kOld);
+        LeaveMixture({"g" + std::to_string(i)});
     }
     EXPECT_EQ(Kept("a").size(), 41U);
     EXPECT_TRUE(InChildProcess([&] {
@@ -136,7 +118,7 @@ TEST_F(RecoveryTest, ManyMoreThanAProcessMayHaveOpen) {
         }
     }));
     for (int i = 0; i < 40; ++i) {
-        EXPECT_EQ(folder.Read("g" + std::to_string(i)), kWrite.old);
+        EXPECT_EQ(folder.Read("g" + std::to_string(i)), kOld);
     }
     EXPECT_EQ(Kept("a"), Strings{});
 }
@@ -145,20 +127,9 @@ TEST_F(RecoveryTest, ManyMoreThanAProcessMayHaveOpen) {
 // at each: no file may get anything but a text that it had, and what is asked for is kept.
 TEST_F(RecoveryTest, ADamagedLogChangesNothingThatItShouldNot) {
     const auto leave = [&] {
-        Prepare(kWrite);
+        Prepare({kOld, kWhole});
         WriteOld("g", "old");
-        EXPECT_FALSE(InChildProcess([&] {
-            FaultySystemCalls calls;
-            calls.mostAtOnce = 4;
-            calls.beforeCall = [&](Calls::Kind) {
-                if (Content() == kMixture) {
-                    calls.AtCall(calls.allCalls + 1, Event::Kill);
-                }
-            };
-            SafeWriter writer(calls, Logs());
-            Put(calls, writer, "g", "new");
-            Put(calls, writer, "f", kWrite.text);
-        }));
+        LeaveMixture({"g", "f"});
         return Kept("a").at(0);
     };
     const std::size_t size = state.Read(leave()).size();
@@ -175,14 +146,14 @@ TEST_F(RecoveryTest, ADamagedLogChangesNothingThatItShouldNot) {
             Recover(Answer::Yes);
             ASSERT_LE(prompts.boxes.size(), 2U);
             asked += Boxes().starts_with("Q") ? 1 : 0;
-            EXPECT_TRUE(Content() == kMixture || Content() == kWrite.old) << Content();
+            EXPECT_TRUE(Content() == kMixture || Content() == kOld) << Content();
             if (Boxes() == "QT") {
                 EXPECT_EQ(Content(), kMixture) << "its old text is damaged";
                 EXPECT_EQ(Kept("a/kept", "-part-").size(), 1U);
             }
             EXPECT_EQ(Recover(Answer::Yes), 0U) << "told twice";
             takenBack += TakeBack().empty() && folder.Read("g") == "old" ? 1 : 0;
-            EXPECT_TRUE(folder.Read("g") == "old" || folder.Read("g") == "new");
+            EXPECT_TRUE(folder.Read("g") == "old" || folder.Read("g") == kWhole);
             EXPECT_EQ(folder.Names(), (Strings{"f", "g"}));
         }
     }
@@ -234,7 +205,7 @@ TEST_F(RecoveryTest, OnlyItsOwnLogs) {
         const std::string bytes = state.Read(LeaveRecord());
         row.happens(bytes);
         EXPECT_EQ(Recover(Answer::Yes), row.isAsked ? 1U : 0U);
-        EXPECT_EQ(Content(), row.isAsked ? kWrite.old : kMixture);
+        EXPECT_EQ(Content(), row.isAsked ? kOld : kMixture);
         FaultySystemCalls calls;
         TakingBack(calls, Logs()).Forget();
         EXPECT_EQ(state.Exists(name), row.stays);
@@ -274,7 +245,7 @@ TEST_F(RecoveryTest, WhatCannotBeDoneNowIsToldAndWaits) {
     prompts.whenShown = nullptr;
 
     EXPECT_EQ(Recover(Answer::Yes), 1U);
-    EXPECT_EQ(Content(), kWrite.old);
+    EXPECT_EQ(Content(), kOld);
     EXPECT_EQ(folder.ModeOf("f"), 0600U) << "rights that were taken away since stay away";
 }
 

@@ -36,11 +36,6 @@ struct Safety : testing::Test {
 
     std::vector<std::string> Logs() const { return {state.Native("a"), state.Native("b")}; }
 
-    static void Clear(const TestFolder& folder) {
-        for (const std::string& name : folder.Names()) {
-            folder.Remove(name);
-        }
-    }
     void WriteOld(const std::string& name, const std::string& text) const {
         folder.Write(name, text);
         SetDate(name, kOldDate);
@@ -57,8 +52,8 @@ struct Safety : testing::Test {
     }
     /// The folder as the write finds it, with nothing left of the one before.
     void Prepare(const Write& write) const {
-        Clear(folder);
-        Clear(state);
+        folder.Clear();
+        state.Clear();
         if (write.old != "-") {
             WriteOld("f", write.old);
         }
@@ -119,6 +114,26 @@ struct Safety : testing::Test {
             calls.AtCall(n, event);
             Do(write, calls);
         });
+    }
+
+    /// A program writes kWhole into files of kOld, and is killed in the middle of the last one,
+    /// which then holds kMixture.
+    static constexpr const char *kOld = "0123456789", *kWhole = "newnewnewnewnew",
+                                *kMixture = "newn456789";
+    void LeaveMixture(const Strings& names) const {
+        EXPECT_FALSE(InChildProcess([&] {
+            FaultySystemCalls calls;
+            calls.mostAtOnce = 4;
+            calls.beforeCall = [&](Calls::Kind) {
+                if (folder.Read(names.back()) == kMixture) {
+                    calls.AtCall(calls.allCalls + 1, Event::Kill);
+                }
+            };
+            SafeWriter writer(calls, Logs());
+            for (const std::string& name : names) {
+                Put(calls, writer, name, kWhole);
+            }
+        }));
     }
 
     /// The next start of the program; returns how many boxes it showed.

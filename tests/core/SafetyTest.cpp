@@ -335,7 +335,7 @@ TEST_F(SafetyTest, KilledAThousandTimesAtRandomMoments) {
             EXPECT_TRUE(!back || folder.Read(name) == before[file]);
         }
         ASSERT_EQ(folder.Names().size(), kFiles);
-        Clear(state);
+        state.Clear();
     }
     EXPECT_GT(takenBack, 0U); // how many depends on the machine
     RecordProperty("taken back", std::to_string(takenBack));

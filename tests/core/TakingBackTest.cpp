@@ -82,8 +82,8 @@ struct TakingBackTest : Safety {
     }
 
     void MakeTree() {
-        Clear(folder);
-        Clear(state);
+        folder.Clear();
+        state.Clear();
         folder.MakeFolder("out");
         paths.clear();
         const std::size_t count = 1 + Any(6);

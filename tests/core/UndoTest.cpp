@@ -14,10 +14,7 @@
 namespace vexmarrow::test {
 namespace {
 
-using Files = std::vector<std::pair<std::string, std::string>>; // names and texts
-
 const std::string kAsTheyAre = " Files that were changed since stay as they are.";
-const std::string kNoRoom = " There was no room to keep the old texts of its other files.";
 const std::string kForget =
     "Forget the old texts that are kept of the last runs? They cannot be undone then.";
 const std::string kStillKept = "Some old texts are still kept: another program is working, or a "
@@ -30,14 +27,13 @@ struct UndoTest : Core {
     Recovery recovery{calls, logs, prompts};
     UndoLastRun undo{calls, logs, recovery, prompts, loop, pointer};
 
-    void Run(const Files& files) {
-        for (const auto& [name, text] : files) {
-            FailureOf([&, &name = name, &text = text] {
-                const auto file = writer.Begin(folder.Path(name), nullptr);
-                file->Append(text);
-                file->Seal();
-                file->Commit();
-            });
+    /// Files are told by a letter and their text: "a=1 b=2".
+    void Run(const std::string& files) {
+        for (const std::string& file : Rows(files)) {
+            const auto pending = writer.Begin(folder.Path(file.substr(0, 1)), nullptr);
+            pending->Append(file.substr(2));
+            pending->Seal();
+            pending->Commit();
         }
         writer.Settle();
         undo.Refresh();
@@ -68,116 +64,75 @@ struct UndoTest : Core {
     std::string Tree() const {
         std::string tree;
         for (const std::string& name : folder.Names()) {
-            tree += name + "=" + folder.Read(name).substr(0, 5) + " ";
+            tree += (tree.empty() ? "" : " ") + name + "=" + folder.Read(name);
         }
         return tree;
-    }
-
-    /// A program is killed while it writes a file, which is then taken away.
-    void LeaveMissing() {
-        folder.Write("card", "0123456789");
-        EXPECT_FALSE(InChildProcess([&] {
-            calls.KillAt(Calls::kWriteAt, calls.calls[Calls::kWriteAt] + 3);
-            Run({{"card", "newnewnewnewnew"}});
-        }));
-        folder.Remove("card");
-        recovery.Run();
-        undo.Refresh();
     }
 };
 
 TEST_F(UndoTest, AsksAndTellsWhatWasLeftAlone) {
-    const std::string long1(3000, '1'), long2(3000, '2');
-    const struct {
-        const char* what;
-        Files before, run;
-        std::function<void()> since;
-        std::string question, outcome, tree, hint;
-    } rows[] = {
-        {"one file",
-         {{"a", "1"}},
-         {{"a", "2"}},
-         {},
-         "1 file gets its old text and date back.",
-         ".",
-         "a=1 ",
-         ""},
-        {"a new file", {}, {{"a", "2"}}, {}, "1 new file is removed.", ".", "", ""},
-        {"several of both",
-         {{"a", "1"}, {"b", "1"}, {"same", "1"}},
-         {{"a", "2"}, {"b", "2"}, {"same", "1"}, {"c", "2"}, {"d", "2"}},
-         {},
-         "2 files get their old text and date back, 2 new files are removed.",
-         ".",
-         "a=1 b=1 same=1 ",
-         ""},
-        {"written twice, then edited",
-         {{"a", "1"}, {"b", "1"}},
-         {{"a", "2"}, {"b", "2"}, {"a", "3"}, {"new", "2"}, {"new", "3"}},
-         [&] { folder.Write("a", "4"); },
-         "2 files get their old text and date back, 1 new file is removed.",
-         ", but for these files:\r\n\r\na\r\nIt was changed since.",
-         "a=4 b=1 ",
-         ""},
-        {"one gone, one in another's place",
-         {{"a", "1"}, {"b", "1"}},
-         {{"a", "2"}, {"b", "2"}, {"c", "2"}},
-         [&] {
-             folder.Remove("a");
-             folder.Remove("c");
-             folder.MakeFolder("c");
-             folder.Write("b", "other");
-         },
-         "2 files get their old text and date back, 1 new file is removed.",
-         ", but for these files:\r\n\r\nc\r\nIt is no regular file any more.\r\n\r\nb\r\nIt was "
-         "changed since.\r\n\r\na\r\nIt is not there.",
-         "-",
-         "Undo the run of T: 1 file."},
-        {"no room for all",
-         {{"a", long1}, {"b", long1}},
-         {{"a", "2"}, {"b", "2"}},
-         {},
-         "1 file gets its old text and date back." + kAsTheyAre + kNoRoom,
-         ".",
-         "a=2 b=11111 ",
-         "The run of T cannot be undone: there was no room to keep the old texts of its files."},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        calls.room = row.hint.find("no room") != std::string::npos ? 8000 : UINT64_MAX;
-        for (const auto& [name, text] : row.before) {
-            folder.Write(name, text);
+    // Files before the run and its results; what happens to them since ("-": it goes, "/": a folder
+    // takes its place); what is asked; what is told; the files then.
+    for (const std::string& row :
+         Rows("a=1|a=2||1_file_gets_its_old_text_and_date_back||a=1 "
+              "|a=2||1_new_file_is_removed|| "
+              "a=1_b=1_s=1|a=2_b=2_s=1_c=2_d=2||2_files_get_their_old_text_and_date_back,_"
+              "2_new_files_are_removed||a=1_b=1_s=1 "
+              "a=1_b=1|a=2_b=2_a=3_n=2_n=3|a=4|2_files_get_their_old_text_and_date_back,_"
+              "1_new_file_is_removed|~~a~It_was_changed_since.|a=4_b=1 "
+              "a=1_b=1|a=2_b=2_c=2|a=-_c=/_b=x|2_files_get_their_old_text_and_date_back,_"
+              "1_new_file_is_removed|~~c~It_is_no_regular_file_any_more.~~b~It_was_changed_since."
+              "~~a~It_is_not_there.|b=x")) {
+        SCOPED_TRACE(row);
+        const Strings fields = Fields(row);
+        for (const std::string& file : Rows(fields[0])) {
+            folder.Write(file.substr(0, 1), file.substr(2));
         }
-        Run(row.run);
+        Run(fields[1]);
         EXPECT_TRUE(undo.IsPossible());
-        if (row.since) {
-            row.since();
+        for (const std::string& change : Rows(fields[2])) {
+            const std::string name = change.substr(0, 1), text = change.substr(2);
+            folder.Remove(name);
+            text == "/" ? folder.MakeFolder(name) : text == "-" ? void() : folder.Write(name, text);
         }
         prompts.answers = {Answer::Yes};
         undo.Start();
-        const bool whole = row.question.find("Files that") != std::string::npos;
-        EXPECT_EQ(Boxes(),
-                  (Strings{"Undo the run of T? " + row.question + (whole ? "" : kAsTheyAre),
-                           "The run of T is undone" + row.outcome}));
+        const bool whole = fields[4].empty();
+        EXPECT_EQ(Boxes(), (Strings{"Undo the run of T? " + fields[3] + "." + kAsTheyAre,
+                                    "The run of T is undone" +
+                                        (whole ? "." : ", but for these files:" + fields[4])}));
         EXPECT_EQ(prompts.boxes.back().style,
-                  row.outcome == "." ? BoxStyle::Information : BoxStyle::Exclamation);
-        if (row.tree != "-") {
-            EXPECT_EQ(Tree(), row.tree);
-        }
-        EXPECT_EQ(Plain(undo.Hint()), row.hint.empty() ? "There is no run to undo." : row.hint);
-        EXPECT_EQ(undo.IsPossible(), row.hint.find(": 1") != std::string::npos);
+                  whole ? BoxStyle::Information : BoxStyle::Exclamation);
+        std::filesystem::remove(folder.Native("c/")); // a folder alone
+        EXPECT_EQ(Tree(), fields[5]);
+        const bool waits = fields[4].ends_with("there."); // for the file to come back
+        EXPECT_EQ(undo.IsPossible(), waits);
+        EXPECT_EQ(Plain(undo.Hint()),
+                  waits ? "Undo the run of T: 1 file." : "There is no run to undo.");
         TakingBack(calls, logs).Forget();
-        for (const std::string& name : folder.Names()) {
-            folder.Remove(name);
-        }
+        folder.Clear();
     }
+    calls.room = 8000;
+    folder.Write("a", std::string(3000, '1'));
+    folder.Write("b", std::string(3000, '1'));
+    Run("a=2 b=2");
+    prompts.answers = {Answer::Yes};
+    undo.Start();
+    EXPECT_EQ(Boxes()[0], "Undo the run of T? 1 file gets its old text and date back." +
+                              kAsTheyAre +
+                              " There was no room to keep the old texts of its other "
+                              "files.");
+    EXPECT_EQ(folder.Read("a") + folder.Read("b"), "2" + std::string(3000, '1'));
+    EXPECT_EQ(Plain(undo.Hint()),
+              "The run of T cannot be undone: there was no room to keep the old "
+              "texts of its files.");
 }
 
 TEST_F(UndoTest, NothingIsDoneWithoutARunOrAYesOrDuringWork) {
     undo.Start();
     EXPECT_EQ(Boxes(), Strings{"There is no run to undo."});
     folder.Write("a", "1");
-    Run({{"a", "2"}, {"b", "2"}});
+    Run("a=2 b=2");
     EXPECT_EQ(Plain(undo.Hint()), "Undo the run of T: 2 files.");
     undo.Start(); // No
     EXPECT_EQ(Boxes().size(), 1U);
@@ -186,7 +141,7 @@ TEST_F(UndoTest, NothingIsDoneWithoutARunOrAYesOrDuringWork) {
     undo.Forget();
     undo.GiveUpMissing();
     EXPECT_EQ(Boxes(), Strings{});
-    EXPECT_EQ(Tree(), "a=2 b=2 ");
+    EXPECT_EQ(Tree(), "a=2 b=2");
 
     pointer.shapes.clear();
     loop.whenTold[1] = [&] { // what could be pressed meanwhile
@@ -199,16 +154,16 @@ TEST_F(UndoTest, NothingIsDoneWithoutARunOrAYesOrDuringWork) {
     EXPECT_EQ(loop.told, (Strings{"File 1/2", "File 2/2"}));
     EXPECT_EQ(pointer.shapes, (std::vector{MousePointer::Hourglass, MousePointer::Default}));
     EXPECT_EQ(Boxes().size(), 2U);
-    EXPECT_EQ(Tree(), "a=1 ");
+    EXPECT_EQ(Tree(), "a=1");
 }
 
 TEST_F(UndoTest, EndsInTheMiddleAndIsGoneOnWith) {
     folder.Write("a", "1");
-    Run({{"a", "2"}, {"b", "2"}});
+    Run("a=2 b=2");
     prompts.answers = {Answer::Yes, Answer::Yes, Answer::Yes};
     loop.whenTold[2] = [] { throw ProgramEnded(); };
     EXPECT_THROW(undo.Start(), ProgramEnded);
-    EXPECT_EQ(Tree(), "a=2 ");
+    EXPECT_EQ(Tree(), "a=2");
     EXPECT_EQ(Boxes().size(), 1U);
     EXPECT_FALSE(undo.IsInProgress());
     pointer.shapes.clear(); // the next start
@@ -228,19 +183,19 @@ TEST_F(UndoTest, EndsInTheMiddleAndIsGoneOnWith) {
     ::close(log);
     undo.Start();
     EXPECT_EQ(Boxes().back(), "The run of T is undone.");
-    EXPECT_EQ(Tree(), "a=1 ");
+    EXPECT_EQ(Tree(), "a=1");
 }
 
 TEST_F(UndoTest, ForgetsRunsAndKeptCopies) {
     EXPECT_FALSE(undo.CanForget());
-    const std::string kept = KeptFolder(logs[0]);
+    const std::string keptIn = " kept in this folder:\r\n\r\n" + KeptFolder(logs[0]) + "\r\n";
     // Runs and copies that there are (copies in one or two folders), answers, boxes, what is left.
     for (const std::string& row : Rows(R"(1|0|n|F|1:0 1|0|y|F|0:0 2|1|yn|F1|0:1 0|1|y|1|0:0
                                           1|3|yy|F3|0:0 1|2|ny|F|1:2 0|0|y||0:0)")) {
         SCOPED_TRACE(row);
         const Strings fields = Fields(row);
         for (int run = 0; run < std::stoi(fields[0]); ++run) {
-            Run({{"a", row + std::to_string(run)}}); // other than before
+            Run("a=" + row + std::to_string(run)); // other than before
         }
         for (int copy = 0; copy < std::stoi(fields[1]); ++copy) {
             state.Write((copy < 2 ? "first/kept/" : "second/kept/") + std::to_string(copy), "x");
@@ -254,14 +209,11 @@ TEST_F(UndoTest, ForgetsRunsAndKeptCopies) {
         Strings expected;
         for (const char box : fields[3]) {
             expected.push_back(
-                box == 'F' ? kForget
-                : box == '1'
-                    ? "1 copy of what files of interrupted runs held is kept in this "
-                      "folder:\r\n\r\n" +
-                          kept + "\r\n\r\nRemove this file, too?"
-                    : "3 copies of what files of interrupted runs held are kept in this "
-                      "folder:\r\n\r\n" +
-                          kept + "\r\n" + KeptFolder(logs[1]) + "\r\n\r\nRemove 3 files, too?");
+                box == 'F'   ? kForget
+                : box == '1' ? "1 copy of what files of interrupted runs held is" + keptIn +
+                                   "\r\nRemove this file, too?"
+                             : "3 copies of what files of interrupted runs held are" + keptIn +
+                                   KeptFolder(logs[1]) + "\r\n\r\nRemove 3 files, too?");
         }
         EXPECT_EQ(Boxes(), expected);
         EXPECT_EQ(std::to_string(LogsIn(calls, logs).size()) + ":" +
@@ -276,7 +228,14 @@ TEST_F(UndoTest, ForgetsRunsAndKeptCopies) {
 }
 
 TEST_F(UndoTest, MissingFiles) {
-    LeaveMissing();
+    folder.Write("f", "0123456789");
+    EXPECT_FALSE(InChildProcess([&] {
+        calls.KillAt(Calls::kWriteAt, calls.calls[Calls::kWriteAt] + 3);
+        Run("f=newnewnewnewnew");
+    }));
+    folder.Remove("f");
+    recovery.Run();
+    undo.Refresh();
     EXPECT_EQ(Boxes(), Strings{});
     EXPECT_EQ(NativeName(undo.MissingNotice()), "1 file of an interrupted run is not there");
     prompts.answers = {Answer::Yes};

@@ -71,9 +71,7 @@ TEST_F(WriterTest, AFileStaysTheFileThatItWas) {
         for (const std::string& text : {"x"s, std::string(3000, 'y')}) {
             for (const bool unprivileged : {false, true}) {
                 SCOPED_TRACE(std::to_string(mode) + (unprivileged ? ", a user" : ""));
-                for (const std::string& name : folder.Names()) {
-                    folder.Remove(name);
-                }
+                folder.Clear();
                 folder.Write("f", "0123456789");
                 if (root) {
                     ASSERT_EQ(::chown(folder.Native().c_str(), kNobody, kForeignGroup), 0);
@@ -102,9 +100,7 @@ TEST_F(WriterTest, AFileStaysTheFileThatItWas) {
                 EXPECT_EQ(folder.Read("hard"), text);
                 EXPECT_TRUE(std::filesystem::is_symlink(folder.Native("link")));
                 EXPECT_EQ(folder.Names(), (Strings{"f", "hard", "link"}));
-                for (const std::string& name : state.Names()) {
-                    state.Remove(name);
-                }
+                state.Clear();
             }
         }
     }
@@ -161,7 +157,7 @@ TEST_F(WriterTest, WhatIsRefused) {
                 continue;
             }
             SCOPED_TRACE(row.what);
-            Clear(folder);
+            folder.Clear();
             folder.Write("f", "old");
             folder.Write("in/f", "old");
             row.happens();
@@ -178,7 +174,7 @@ TEST_F(WriterTest, WhatIsRefused) {
             }
             writer.Settle();
             EXPECT_EQ(Kept("a").empty(), !row.reason.empty());
-            Clear(state);
+            state.Clear();
             ::close(flock_);
             other_.reset();
             give("", ::geteuid());

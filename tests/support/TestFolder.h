@@ -76,6 +76,11 @@ public:
         return static_cast<unsigned>(std::filesystem::status(Native(name)).permissions());
     }
     void Remove(std::string_view name) const { std::filesystem::remove_all(Native(name)); }
+    void Clear() const {
+        for (const std::string& name : Names()) {
+            Remove(name);
+        }
+    }
 
     /// Whether there is anything of that name, be it a link to nowhere.
     bool Exists(std::string_view name) const {
