@@ -108,11 +108,12 @@ struct Safety : testing::Test {
         return Do(write, calls, writer);
     }
     /// True if the writing has come to its end.
-    bool DoKilledAt(const Write& write, int n, Event event) const {
+    bool DoKilledAt(const Write& write, int n, Event event, WayBack wayBack = WayBack::Kept) const {
         return InChildProcess([&] {
             FaultySystemCalls calls;
             calls.AtCall(n, event);
-            Do(write, calls);
+            SafeWriter writer(calls, Logs(), wayBack);
+            Do(write, calls, writer);
         });
     }
 

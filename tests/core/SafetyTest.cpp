@@ -4,10 +4,7 @@
 #include "core/Safety.h"
 
 #include <csignal>
-#include <random>
 #include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace vexmarrow::test {
 namespace {
@@ -279,68 +276,6 @@ TEST_F(SafetyTest, AFileThatWaitsIsNeitherWrittenNorReadMeanwhile) {
     EXPECT_EQ(Recover(Answer::Yes), 1U);
     EXPECT_EQ(Content(), "0123456789");
     EXPECT_EQ(DateOf("f"), kOldDate);
-}
-
-// As no test with prepared faults can do it: a real process that overwrites real files, killed at
-// whatever point it has come to.
-TEST_F(SafetyTest, KilledAThousandTimesAtRandomMoments) {
-    constexpr std::size_t kFiles = 12;
-    // Each version of a file is one letter, as often as the letter tells.
-    const auto version = [](std::size_t file, std::size_t round) {
-        const auto letter = static_cast<char>('a' + round % 20);
-        const std::size_t unit = file == 0 ? 60000 : 100 + 900 * file;
-        return std::string(unit * (1 + round * 7 % 20), letter);
-    };
-    const auto isVersion = [&](std::size_t file, const std::string& bytes) {
-        return !bytes.empty() && bytes == version(file, static_cast<std::size_t>(bytes[0] - 'a'));
-    };
-    for (std::size_t file = 0; file < kFiles; ++file) {
-        WriteOld(std::to_string(file), version(file, 0));
-    }
-    std::mt19937 random(4); // NOLINT(cert-msc51-cpp): the moments differ all the same
-    std::size_t questions = 0, mixtures = 0, takenBack = 0;
-    for (int kill = 0; kill < 1000 && !HasFailure(); ++kill) {
-        std::vector<std::string> before;
-        for (std::size_t file = 0; file < kFiles; ++file) {
-            before.push_back(folder.Read(std::to_string(file)));
-        }
-        const pid_t child = ::fork();
-        ASSERT_GE(child, 0);
-        if (child == 0) {
-            SystemCalls calls;
-            SafeWriter writer(calls, Logs());
-            for (std::size_t round = random();; ++round) {
-                for (std::size_t file = 0; file < kFiles; ++file) {
-                    Put(calls, writer, std::to_string(file), version(file, round));
-                }
-            }
-        }
-        ::usleep(static_cast<useconds_t>(500 + random() % 3000));
-        ::kill(child, SIGKILL);
-        int status = 0;
-        ASSERT_EQ(::waitpid(child, &status, 0), child);
-        ASSERT_TRUE(WIFSIGNALED(status)) << "it ended by itself";
-        for (std::size_t file = 0; file < kFiles; ++file) {
-            mixtures += isVersion(file, folder.Read(std::to_string(file))) ? 0 : 1;
-        }
-        questions += Recover(Answer::Yes);
-        const bool back = kill % 2 == 1;
-        if (back) {
-            takenBack += Kept("a").empty() ? 0 : 1;
-            EXPECT_EQ(TakeBack(), Strings{});
-        }
-        for (std::size_t file = 0; file < kFiles; ++file) {
-            const std::string name = std::to_string(file);
-            ASSERT_TRUE(isVersion(file, folder.Read(name))) << "kill " << kill;
-            EXPECT_TRUE(!back || folder.Read(name) == before[file]);
-        }
-        ASSERT_EQ(folder.Names().size(), kFiles);
-        state.Clear();
-    }
-    EXPECT_GT(takenBack, 0U); // how many depends on the machine
-    RecordProperty("taken back", std::to_string(takenBack));
-    RecordProperty("mixtures", std::to_string(mixtures));
-    RecordProperty("questions", std::to_string(questions));
 }
 
 TEST_F(SafetyTest, ALimitOnTheSizeOfFiles) {

@@ -230,23 +230,5 @@ TEST_F(TextFilesTest, WriteModesAndMarks) {
     EXPECT_EQ(Content(), "???\xE9\x81");
 }
 
-TEST_F(TextFilesTest, AWriteKeepsTheFileItself) {
-    folder.Write("real/file", "0123456789");
-    folder.SetMode("real/file", 0604);
-    folder.MakeLink("link", "real/file");
-    std::filesystem::create_hard_link(folder.Native("real/file"), folder.Native("hard"));
-    const mode_t mask = ::umask(027);
-    for (const std::size_t size : {4U, 10U, 5000U, 0U}) {
-        Write("link", {{1, std::u16string(size, u'n')}});
-        EXPECT_EQ(folder.Read("hard"), std::string(size, 'n'));
-    }
-    Write("new", {{1, u"n"}});
-    ::umask(mask);
-    EXPECT_EQ(folder.ModeOf("real/file"), 0604U);
-    EXPECT_EQ(folder.ModeOf("new"), 0640U);
-    EXPECT_TRUE(std::filesystem::is_symlink(folder.Native("link")));
-    EXPECT_EQ(folder.Names("real"), Strings{"file"});
-}
-
 } // namespace
 } // namespace vexmarrow::test

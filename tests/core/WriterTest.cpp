@@ -210,6 +210,8 @@ TEST_F(WriterTest, RightsOfANewFile) {
             folder.Remove("f");
         }
     }
+    EXPECT_EQ(Put("made from none"), "");
+    EXPECT_EQ(folder.ModeOf("made from none"), 0644U);
     ::umask(before);
 }
 
