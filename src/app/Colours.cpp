@@ -30,13 +30,12 @@ QColor Mixed(const QColor& from, const QColor& to, double share) {
                             part(from.blueF(), to.blueF()));
 }
 
-/// Seen on every ground of the palette.
+/// Seen on windows, lists and buttons, which are drawn lighter than their colour.
 QColor SeenEverywhere(const QColor& wanted, const QPalette& palette, double least) {
-    constexpr int kAsDrawn = 150; // per cent: buttons are drawn lighter than their colour
-    const QColor button = palette.color(QPalette::Button);
+    constexpr int kAsDrawn = 150; // per cent
     return Visible(wanted, palette.color(QPalette::WindowText),
-                   {palette.color(QPalette::Window), palette.color(QPalette::Base), button,
-                    button.lighter(kAsDrawn)},
+                   {palette.color(QPalette::Window), palette.color(QPalette::Base),
+                    palette.color(QPalette::Button).lighter(kAsDrawn)},
                    least);
 }
 
@@ -67,8 +66,9 @@ QColor LettersOn(const QColor& ground) {
 QColor OutlineColour(const QPalette& palette) {
     const QColor ground = palette.color(QPalette::Window);
     const QColor letters = palette.color(QPalette::WindowText);
-    return Contrast(ground, letters) >= kHighest ? letters
-                                                 : SeenEverywhere(ground, palette, kAimOfOutlines);
+    return Contrast(ground, letters) >= kHighest
+               ? letters
+               : Visible(ground, letters, {ground, palette.color(QPalette::Base)}, kAimOfOutlines);
 }
 
 QColor FocusColour(const QPalette& palette) {

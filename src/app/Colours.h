@@ -27,14 +27,15 @@ QColor Visible(const QColor& wanted, const QColor& letters, std::initializer_lis
 /// Black or white, whichever is better to read on `ground`.
 QColor LettersOn(const QColor& ground);
 
-/// Of frames, unset options and lines, seen against windows, lists and buttons. Where a palette has
-/// the highest contrast, so has this.
+/// Of frames, unset options and lines, seen against windows and lists. Where a palette has the
+/// highest contrast, so has this.
 QColor OutlineColour(const QPalette& palette);
 
-/// Of what shows where the keyboard goes: that of selections, as far as it can be seen.
+/// Of what shows where the keyboard goes, on buttons, too: that of selections, as far as it can be
+/// seen.
 QColor FocusColour(const QPalette& palette);
 
-/// Of letters that are not to catch the eye, on windows and in text boxes.
+/// Of letters that are not to catch the eye, on windows, lists and buttons.
 QColor QuietColour(const QPalette& palette);
 
 } // namespace vexmarrow

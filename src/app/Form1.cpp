@@ -321,6 +321,7 @@ void Form1::ShowNotes() {
     for (LinesEdit* const box : {find_->Text1, find_->Text2}) {
         box->setPlaceholderText(severalTexts ? QStringLiteral("one text a line")
                                              : QStringLiteral("one text"));
+        box->viewport()->update(); // which the toolkit forgets
     }
     find_->TextsNote->Say(NoteOnTexts(inputs));
     find_->SetsNote->Say(NoteOnSets(inputs));

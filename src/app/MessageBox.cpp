@@ -170,6 +170,7 @@ MessageBox::MessageBox(QWidget* owner, const QString& title, const QString& text
     MakeEquallyWide(buttons->findChildren<QPushButton*>());
     grid->addWidget(buttons, 1, 0, 1, 2);
     grid->setVerticalSpacing(grid->verticalSpacing() * 2);
+    resize(sizeHint()); // or the toolkit would make a short one higher
 }
 
 QSize MessageBox::Most() const {

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 
 namespace vexmarrow {
 
@@ -36,6 +37,7 @@ private:
     };
 
     std::size_t sharingNames_ = 0; // files of which another one has the name
+    std::unordered_set<std::u16string> foldersOfSharing_;
     Repeated repeated_;
     std::unordered_map<std::u16string, Repeated> repeatedIn_; // by folder, for those that have any
 };

@@ -49,24 +49,23 @@ bool Utf8Look::IsSeen(const RunInputs& inputs, const SetList& sets) {
     if (!found_) {
         found_ = Look();
     }
-    return found_->mark ||
-           (found_->letters && !found_->otherBytes && HasLettersInTexts(inputs, sets));
+    return !found_->otherBytes &&
+           (found_->mark || (found_->letters && HasLettersInTexts(inputs, sets)));
 }
 
 Utf8Look::Found Utf8Look::Look() {
     Found found;
     std::unordered_set<std::u16string_view> tried;
     std::size_t unmarked = 0;
-    for (std::size_t row = 1; row <= list_.Count() && tried.size() < kMostTried &&
-                              unmarked < kMostUnmarked && !found.mark;
-         ++row) {
+    for (std::size_t row = 1;
+         row <= list_.Count() && tried.size() < kMostTried && unmarked < kMostUnmarked; ++row) {
         const std::u16string& path = list_.Row(row);
         std::string bytes;
         if (!tried.insert(path).second || !ReadBeginning(path, bytes)) {
             continue;
         }
         const Mark mark = MarkOf(bytes);
-        found.mark = mark == Mark::Utf8;
+        found.mark = found.mark || mark == Mark::Utf8;
         if (mark == Mark::None) {
             ++unmarked;
             const bool more = bytes.size() == kMostBytes; // so the last character may be cut off

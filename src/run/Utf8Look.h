@@ -26,9 +26,9 @@ public:
     Utf8Look(SystemCalls& calls, const FileList& list, const AnsiCodePage& ansi)
         : calls_(calls), list_(list), ansi_(ansi) {}
 
-    /// Whether one of the files has the mark; or whether there are such letters in the texts that a
-    /// run would use now, and in the unmarked files, all of which are UTF-8. Reads files only when
-    /// it is called for the first time, or after ListChanged.
+    /// Whether all unmarked files are UTF-8, and either a file has the mark, or there are letters
+    /// outside ASCII in these files and in the texts that a run would use now. Reads files only
+    /// when it is called for the first time, or after ListChanged.
     bool IsSeen(const RunInputs& inputs, const SetList& sets);
 
     /// To be called when there are other files in the list, or other texts in the files.

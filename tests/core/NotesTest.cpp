@@ -77,9 +77,10 @@ TEST(ResultNotesTest, AreSentences) {
              {"/a/x /b/x x /a/y /b/y /a/X /a/z", "45", "/c",
               "5 files have the name of another: the last one wins"},
              {"/a/x /a/x", "5", "", "1 file is listed twice and is changed twice"},
-             {"/a/x //a//x x x", "5", "", "1 file is listed twice and is changed twice"},
+             {"/a/x /a/../a/./x x x", "4", "/b/../a",
+              "1 file is listed twice and is changed twice"},
              {"/a/x /b/x /a/x", "4", "/a",
-              "2 files have the name of another: the last one wins\n"
+              "2 files have the name of another and are written over one of them\n"
               "1 file is listed twice and is changed twice"},
              {"/a/x /a/y /a/x /a/y", "5", "", "2 files are listed twice and are changed twice"},
              {"/x /x /x", "5", "", "1 file is listed more than once and is changed as often"},
@@ -138,7 +139,7 @@ struct Utf8LookTest : Core {
 
 TEST_F(Utf8LookTest, LooksAtTheBeginningsOfTheFirstFiles) {
     Strings rows =
-        Rows("|0 u|1 aeu|1 ua|1 a|0 l|0 b|0 s|0 ul|0 lu|0 wxyz|0 wxyzu|1 w-ux|1 m|2 lm|2 "
+        Rows("|0 u|1 aeu|1 ua|1 a|0 l|0 b|0 s|0 ul|0 lu|0 wxyz|0 wxyzu|1 w-ux|1 m|2 lm|0 ml|0 um|2 "
              "uuuuuuul|0 uuuuuuuulm|1 aaaaaaaau|0 u=======l|0 wwwwwwwwwu|1 c|1 d|1 f|0");
     rows.push_back(std::string(63, '-') + "m|2");
     rows.push_back(std::string(64, '-') + "m|0");
