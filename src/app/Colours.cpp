@@ -11,7 +11,6 @@
 namespace vexmarrow {
 namespace {
 
-constexpr double kHighest = 20;      // contrast of palettes for people who need the most there is
 constexpr double kAimOfOutlines = 4; // more than the least: a thin curve is mixed with its ground
 
 double Luminance(const QColor& colour) {
@@ -28,6 +27,13 @@ QColor Mixed(const QColor& from, const QColor& to, double share) {
     };
     return QColor::fromRgbF(part(from.redF(), to.redF()), part(from.greenF(), to.greenF()),
                             part(from.blueF(), to.blueF()));
+}
+
+/// Whether it is a palette for people who need the most contrast that there is.
+bool IsOfHighestContrast(const QPalette& palette) {
+    constexpr double kHighest = 20;
+    return Contrast(palette.color(QPalette::Window), palette.color(QPalette::WindowText)) >=
+           kHighest;
 }
 
 /// Seen on windows, lists and buttons, which are drawn lighter than their colour.
@@ -66,7 +72,7 @@ QColor LettersOn(const QColor& ground) {
 QColor OutlineColour(const QPalette& palette) {
     const QColor ground = palette.color(QPalette::Window);
     const QColor letters = palette.color(QPalette::WindowText);
-    return Contrast(ground, letters) >= kHighest
+    return IsOfHighestContrast(palette)
                ? letters
                : Visible(ground, letters, {ground, palette.color(QPalette::Base)}, kAimOfOutlines);
 }
@@ -76,7 +82,8 @@ QColor FocusColour(const QPalette& palette) {
 }
 
 QColor QuietColour(const QPalette& palette) {
-    return SeenEverywhere(palette.color(QPalette::Window), palette, kLeastOfLetters);
+    return SeenEverywhere(palette.color(QPalette::Window), palette,
+                          IsOfHighestContrast(palette) ? 2 * kLeastOfLetters : kLeastOfLetters);
 }
 
 } // namespace vexmarrow

@@ -48,6 +48,24 @@ public:
     }
 };
 
+class LowButton final : public QPushButton {
+public:
+    using QPushButton::QPushButton;
+    QSize minimumSizeHint() const override {
+        constexpr int kAround = 4; // pixels above and below the letters, together
+        return {QPushButton::minimumSizeHint().width(), fontMetrics().height() + kAround};
+    }
+};
+
+template <typename Button>
+QPushButton* MakeButtonOf(QWidget* parent, std::u16string_view name, std::u16string_view caption,
+                          std::u16string_view accessibleName) {
+    auto* const button = new Button(ToQString(caption), parent);
+    button->setAutoDefault(true); // Enter presses it, also where there is no dialog
+    Name(button, name, accessibleName);
+    return button;
+}
+
 } // namespace
 
 void Name(QWidget* control, std::u16string_view name, std::u16string_view accessibleName) {
@@ -56,18 +74,19 @@ void Name(QWidget* control, std::u16string_view name, std::u16string_view access
 }
 
 QPushButton* MakeButton(QWidget* parent, std::u16string_view name, std::u16string_view caption) {
-    auto* const button = new QPushButton(ToQString(caption), parent);
-    button->setAutoDefault(true); // Enter presses it, also where there is no dialog
-    Name(button, name, caption);
+    return MakeButtonOf<QPushButton>(parent, name, caption, caption);
+}
+
+QPushButton* MakeLowButton(QWidget* parent, std::u16string_view name, std::u16string_view caption) {
+    QPushButton* const button = MakeButtonOf<LowButton>(parent, name, caption, caption);
+    button->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Maximum);
     return button;
 }
 
 QPushButton* MakeSmallButton(QWidget* parent, std::u16string_view name, std::u16string_view caption,
                              std::u16string_view accessibleName) {
-    auto* const button = new SmallButton(ToQString(caption), parent);
-    button->setAutoDefault(true);
+    QPushButton* const button = MakeButtonOf<SmallButton>(parent, name, caption, accessibleName);
     button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    Name(button, name, accessibleName);
     return button;
 }
 

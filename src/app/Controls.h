@@ -24,6 +24,9 @@ namespace vexmarrow {
 QPushButton* MakeButton(QWidget* parent, std::u16string_view name, std::u16string_view caption);
 QRadioButton* MakeOption(QWidget* parent, std::u16string_view name, std::u16string_view caption);
 
+/// A button in a column that gets lower where there is little room.
+QPushButton* MakeLowButton(QWidget* parent, std::u16string_view name, std::u16string_view caption);
+
 /// A button with a caption of a few marks, which is not wide.
 QPushButton* MakeSmallButton(QWidget* parent, std::u16string_view name, std::u16string_view caption,
                              std::u16string_view accessibleName);

@@ -26,14 +26,14 @@ FileListPanel::FileListPanel(FileList& list, QWidget* parent)
     : QWidget(parent),
       ListView1(new FileListView(list, this)),
       Buttons(new QWidget(this)),
-      PushButton13(MakeButton(Buttons, u"PushButton13", u"&Add VCF File(s)")),
-      PushButton3(MakeButton(Buttons, u"PushButton3", u"Add All VCF File(s) &In Folder")),
-      PushButton9(MakeButton(Buttons, u"PushButton9", u"Load List &Of Files From File")),
-      PushButton17(MakeButton(Buttons, u"PushButton17", u"Remove Filenames Contain. &X")),
-      PushButton11(MakeButton(Buttons, u"PushButton11", u"Remove Filenames &Not Cont. X")),
-      PushButton2(MakeButton(Buttons, u"PushButton2", u"Clear Lis&t")),
-      PushButton8(MakeButton(Buttons, u"PushButton8", u"Load Sample/&Example Files")),
-      PushButton5(MakeButton(Buttons, u"PushButton5", u"&Help")) {
+      PushButton13(MakeLowButton(Buttons, u"PushButton13", u"&Add VCF File(s)")),
+      PushButton3(MakeLowButton(Buttons, u"PushButton3", u"Add All VCF File(s) &In Folder")),
+      PushButton9(MakeLowButton(Buttons, u"PushButton9", u"Load List &Of Files From File")),
+      PushButton17(MakeLowButton(Buttons, u"PushButton17", u"Remove Filenames Contain. &X")),
+      PushButton11(MakeLowButton(Buttons, u"PushButton11", u"Remove Filenames &Not Cont. X")),
+      PushButton2(MakeLowButton(Buttons, u"PushButton2", u"Clear Lis&t")),
+      PushButton8(MakeLowButton(Buttons, u"PushButton8", u"Load Sample/&Example Files")),
+      PushButton5(MakeLowButton(Buttons, u"PushButton5", u"&Help")) {
     Name(ListView1, u"ListView1", u"File(s)");
     ListView1->setToolTip(ToQString(kHint).remove(u'&'));
     ListView1->setAccessibleDescription(ListView1->toolTip());
@@ -43,20 +43,24 @@ FileListPanel::FileListPanel(FileList& list, QWidget* parent)
     hint->setBuddy(ListView1);
 
     // What adds files, what takes them out again, something to try; and help, at the foot.
-    constexpr int kBetweenGroups = 10; // pixels, less where the window is low
-    constexpr int kBetweenButtons = 4;
+    // Pixels, less where the window is low.
+    constexpr int kBetweenGroups = 10;
+    constexpr int kBetweenButtons = 3;
     auto* const column = new QVBoxLayout(Buttons);
     column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(kBetweenButtons);
+    column->setSpacing(1);
+    const auto addGap = [column](int height) {
+        column->addItem(new QSpacerItem(0, height, QSizePolicy::Minimum, QSizePolicy::Maximum));
+    };
     for (const std::vector<QPushButton*>& group :
          {std::vector{PushButton13, PushButton3, PushButton9},
           {PushButton17, PushButton11, PushButton2},
           {PushButton8}}) {
         for (QPushButton* const button : group) {
             column->addWidget(button);
+            addGap(kBetweenButtons);
         }
-        column->addItem(
-            new QSpacerItem(0, kBetweenGroups, QSizePolicy::Minimum, QSizePolicy::Maximum));
+        addGap(kBetweenGroups);
     }
     column->addStretch();
     column->addWidget(PushButton5);

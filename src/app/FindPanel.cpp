@@ -80,7 +80,7 @@ QWidget* FindPanel::MakeSinglePairTab() {
     grid->addWidget(Text1, 1, 0);
     grid->addWidget(label2, 0, 1);
     grid->addWidget(Text2, 1, 1);
-    TextsNote = new Note(page, u"TextsNote", Text1);
+    TextsNote = new Note(page, u"TextsNote", Text2);
     grid->addWidget(TextsNote, 2, 0, 1, 2);
     grid->setRowStretch(1, 1);
     return page;

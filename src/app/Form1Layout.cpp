@@ -53,6 +53,7 @@ void Form1::LayOut() {
     parts_->setHandleWidth(kHandle);
     parts_->addWidget(files_);
     parts_->addWidget(below);
+    below->raise(); // assistive programs read in the order of the children
     parts_->setStretchFactor(0, 1);
     connect(parts_, &QSplitter::splitterMoved, this, [this] { isDivided_ = true; });
     auto* const centre = new QWidget(this);

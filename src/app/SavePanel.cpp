@@ -44,7 +44,7 @@ SavePanel::SavePanel(QWidget* parent)
       Frame4(new QWidget(Frame2)),
       Text3(new QLineEdit(Frame4)),
       PushButton14(MakeSmallButton(Frame4, u"PushButton14", u"...", u"Browse for output folder")),
-      ResultsNote(new Note(Frame2, u"ResultsNote", Text3)),
+      ResultsNote(new Note(Frame2, u"ResultsNote", Frame2)),
       PushButton1(new StartButton(QStringLiteral("&Start Replacing"), this)) {
     Name(Frame2, u"Frame2", u"Save Option");
     Name(Frame4, u"Frame4", u"Output folder");

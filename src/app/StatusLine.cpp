@@ -326,8 +326,11 @@ void StatusLine::Arrange() {
         const int most = std::max(room_->width() - button - Gap(), 0);
         place(count_, hintsAtUtf8_ ? std::min(count_->sizeHint().width(), most)
                                    : count_->sizeHint().width());
-        place(UseUtf8, button);
-        UseUtf8->setVisible(hintsAtUtf8_);
+        if (hintsAtUtf8_) {
+            place(UseUtf8, button);
+        } else {
+            UseUtf8->hide();
+        }
         constexpr int kFewestCharacters = 12; // less could be taken for the number of files
         left += Gap();
         const int rest = room_->width() - left;

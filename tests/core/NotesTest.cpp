@@ -77,7 +77,7 @@ TEST(ResultNotesTest, AreSentences) {
              {"/a/x /b/x x /a/y /b/y /a/X /a/z", "45", "/c",
               "5 files have the name of another: the last one wins"},
              {"/a/x /a/x", "5", "", "1 file is listed twice and is changed twice"},
-             {"/a/x /a/../a/./x x x", "4", "/b/../a",
+             {"/a/x /a/../a/./x", "4", "/b/../a",
               "1 file is listed twice and is changed twice"},
              {"/a/x /b/x /a/x", "4", "/a",
               "2 files have the name of another and are written over one of them\n"

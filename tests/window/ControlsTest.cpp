@@ -249,7 +249,7 @@ private Q_SLOTS:
         QVERIFY(window.Find<QComboBox>("Combo3")->hasFocus());
         QCOMPARE(ToQString(window.settings.values[u"AnsiCodePage"]), QStringLiteral("UTF-8"));
         QVERIFY(!window.flags.IsUtf8 && !window.flags.IsUnicode);
-        QCOMPARE(window.Find<QWidget>("Text3")->accessibleDescription(),
+        QCOMPARE(window.Find<QWidget>("Frame2")->accessibleDescription(),
                  window.Find<QLabel>("ResultsNote")->text());
     }
 
