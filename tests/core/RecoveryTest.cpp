@@ -228,9 +228,9 @@ TEST_F(RecoveryTest, WhatCannotBeDoneNowIsToldAndWaits) {
     waits(calls, "locked by another program");
     ::close(other);
 
-    calls.folderErrors = {{state.Native("a/kept"), ENOSPC}, {state.Native("b"), EACCES}};
+    calls.openErrors = {{state.Native("a/kept"), ENOSPC}, {state.Native("b"), EACCES}};
     waits(calls, "Permission denied");
-    calls.folderErrors.clear();
+    calls.openErrors.clear();
 
     ASSERT_EQ(::chmod(path.c_str(), 04755), 0);
     waits(calls, "set-id");

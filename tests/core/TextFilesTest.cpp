@@ -107,25 +107,6 @@ TEST_F(TextFilesTest, Lines) {
     }
 }
 
-TEST_F(TextFilesTest, PiecesOf65536Characters) {
-    calls.mostAtOnce = 50000;
-    for (const std::size_t size : {1U, 65535U, 65536U, 65537U, 131072U, 131073U}) {
-        std::string text(size, 'x');
-        for (std::size_t i = 0; i < size; ++i) {
-            text[i] = static_cast<char>('A' + i % 61);
-        }
-        Texts expected;
-        for (std::size_t at = 0; at < size; at += 65536) {
-            expected.push_back(TextFromUtf8(text.substr(at, 65536)));
-        }
-        EXPECT_EQ(Pieces(text), expected);
-        EXPECT_EQ(All(textio.ReadChunksByStream(folder.Path("f"))), expected);
-        EXPECT_EQ(Pieces(Utf16(TextFromUtf8(text))), expected);
-        EXPECT_EQ(All(textio.ReadChunksByStream(folder.Path("f"))), expected);
-        EXPECT_EQ(Pieces(kMark8 + text), Texts{TextFromUtf8(text)});
-    }
-}
-
 TEST_F(TextFilesTest, TheFlagsTellHowFarAFailedReadCame) {
     const struct {
         Calls::Kind kind;

@@ -176,7 +176,7 @@ TEST(Shell, Values) {
     for (const std::string& row : Rows(R"(
              True|1| fALSE|0| _true_|1| 0|0|0 -1|1|-1 0.0|0|0 0.4|1|0 _12_|1|12 2.5|1|2 3.5|1|4
              +3|1|3 1e2|1|100 -0|0|0 2147483647|1|2147483647 2147483648|1|
-             -2147483648|1|-2147483648 -2147483649|1| || _|| yes|| inf|| nan|| 1x|| 0x1|| +-3||
+             -2147483648.5|1|-2147483648 -2147483649|1| 4.9e-324|1|0 1e999|| || _|| yes|| inf|| nan|| 1x|| 0x1|| +-3||
              --3|| 1_2|| .|| e|| Trué||)")) {
         const std::u16string text = TextFromUtf8(Fields(row)[0]);
         EXPECT_EQ(valueOf(BooleanFromText, text), Fields(row)[1]) << row;

@@ -78,12 +78,8 @@ int FaultySystemCalls::Open(const std::string& path, int flags, mode_t mode) {
     if (Fails(kOpen)) {
         return -1;
     }
-    if (const auto error = openErrors.find(path); error != openErrors.end()) {
-        errno = error->second;
-        return -1;
-    }
-    for (const auto& [folder, error] : folderErrors) {
-        if (path.starts_with(folder)) {
+    for (const auto& [beginning, error] : openErrors) {
+        if (path.starts_with(beginning)) {
             errno = error;
             return -1;
         }

@@ -60,12 +60,12 @@ public:
     int allCalls = 0;
     int openFiles = 0;       ///< opened and not closed again, but watches
     bool hasWatches = false; ///< real ones take milliseconds to close; without, all is looked at
-    bool lacksNamelessFiles = false;         ///< as old and simple file systems
-    std::function<void(Kind)> beforeCall;    ///< what other programs do meanwhile
-    std::uint64_t room = UINT64_MAX;         ///< bytes that a file system tells to have at most
-    std::uint64_t renumbered = 0;            ///< by so much: devices and files, as after a restart
-    std::map<std::string, int> openErrors;   ///< what opening a file of that path fails with
-    std::map<std::string, int> folderErrors; ///< the same for all below a folder
+    bool lacksNamelessFiles = false;      ///< as old and simple file systems
+    std::function<void(Kind)> beforeCall; ///< what other programs do meanwhile
+    std::uint64_t room = UINT64_MAX;      ///< bytes that a file system tells to have at most
+    std::uint64_t renumbered = 0;         ///< by so much: devices and files, as after a restart
+    /// What opening a file fails with, by how its path begins.
+    std::map<std::string, int> openErrors;
     /// Extended attributes that files have on top of their real ones, by path (without "/" at its
     /// end) and name: few file systems keep those by which shares and NTFS volumes tell DOS
     /// attributes.
