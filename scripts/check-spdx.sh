@@ -15,7 +15,6 @@ exempt=(
     'CMakePresets.json'     # JSON has no comments
     'Samples/*'             # data, whose every byte matters
     'fuzz/seeds/*'
-    'fuzz/found/*'
     '*.png'                 # pictures, made from drawings that name both
     '*.CUR'
     '*.ico'

@@ -3,7 +3,6 @@
 
 #include "app/Application.h"
 
-#include "app/Colours.h"
 #include "app/FileListView.h"
 #include "app/OutlinedStyle.h"
 
@@ -41,7 +40,6 @@ bool CountsOnce(int key, const QObject& receiver) {
 Application::Application(int& argc, char** argv) : QApplication(argc, argv) {
     KeepFamily();
     KeepOutlines();
-    KeepColours();
 }
 
 bool Application::notify(QObject* receiver, QEvent* event) {
@@ -72,8 +70,6 @@ bool Application::event(QEvent* event) {
     // Afterwards: the change is still on its way through the windows.
     if (event->type() == QEvent::ApplicationFontChange) {
         QMetaObject::invokeMethod(this, &Application::KeepFamily, Qt::QueuedConnection);
-    } else if (event->type() == QEvent::ApplicationPaletteChange) {
-        QMetaObject::invokeMethod(this, &Application::KeepColours, Qt::QueuedConnection);
     }
     return handled;
 }
@@ -93,20 +89,6 @@ void Application::KeepOutlines() {
     if (OutlinedStyle::IsNeededFor(*style())) {
         setStyle(new OutlinedStyle);
         KeepFamily(); // a new style takes the desktop's letters again
-    }
-}
-
-void Application::KeepColours() {
-    QPalette colours = palette();
-    for (const auto group : {QPalette::Active, QPalette::Inactive}) {
-        const QColor letters = colours.color(group, QPalette::HighlightedText);
-        const QColor selection = colours.color(group, QPalette::Highlight);
-        colours.setColor(group, QPalette::Highlight,
-                         Visible(selection, LettersOn(letters), {letters}, kLeastOfLetters));
-        colours.setColor(group, QPalette::PlaceholderText, QuietColour(colours));
-    }
-    if (colours != palette()) {
-        setPalette(colours);
     }
 }
 

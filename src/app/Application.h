@@ -30,7 +30,6 @@ protected:
 private:
     static void KeepFamily();
     static void KeepOutlines();
-    static void KeepColours();
     bool IsHeld(const QKeyEvent& event) const;
 
     int released_ = 0; // the key that was released last

@@ -162,6 +162,7 @@ void FileListView::keyPressEvent(QKeyEvent* event) {
         Q_EMIT DeletePressed(selected.front().row());
     } else {
         QTreeView::keyPressEvent(event);
+        SelectRowWithFocus(*this, event->key());
     }
 }
 

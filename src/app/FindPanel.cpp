@@ -119,6 +119,9 @@ QWidget* FindPanel::MakeSetsTab() {
     grid->addWidget(Combo2, 1, 1);
     grid->addWidget(Sets, 2, 0, 1, 2);
     SetsNote = new Note(page, u"SetsNote", Sets);
+    QSizePolicy room = SetsNote->sizePolicy();
+    room.setRetainSizeWhenHidden(true); // or all below would jump
+    SetsNote->setSizePolicy(room);
     grid->addWidget(SetsNote, 3, 0, 1, 2);
     grid->addLayout(buttons, 4, 0, 1, 2);
     grid->setRowStretch(2, 1);

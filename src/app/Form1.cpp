@@ -63,7 +63,7 @@ Form1::Form1(const Services& services)
       find_(new FindPanel(this)),
       save_(new SavePanel(this)) {
     setObjectName(QStringLiteral("Form1"));
-    new SetsView(sets_, find_->Combo1, find_->Combo2, find_->Sets, find_);
+    setsView_ = new SetsView(sets_, find_->Combo1, find_->Combo2, find_->Sets, find_);
     LayOut();
     WireHandlers();
     WatchPointer();
@@ -117,11 +117,9 @@ void Form1::WireHandlers() {
     OnTrigger(status_->Forget, &Form1::Forget_Click);
     OnTrigger(status_->KeepMissing, &Form1::KeepMissing_Click);
     const QAbstractItemModel* const rows = files_->ListView1->model();
-    const auto count = [this] { status_->ShowCounts(fileList_.Count(), sets_.FindTexts().size()); };
-    connect(rows, &QAbstractItemModel::rowsInserted, status_, count);
-    connect(rows, &QAbstractItemModel::rowsRemoved, status_, count);
-    connect(rows, &QAbstractItemModel::modelReset, status_, count);
-    connect(find_->Combo1->model(), &QAbstractItemModel::modelReset, status_, count);
+    connect(rows, &QAbstractItemModel::rowsInserted, this, &Form1::FilesChanged);
+    connect(rows, &QAbstractItemModel::rowsRemoved, this, &Form1::FilesChanged);
+    connect(rows, &QAbstractItemModel::modelReset, this, &Form1::FilesChanged);
     WireNotes();
     connect(status_->Combo3, &CodePageChooser::Chosen, this,
             [this](const QString& page) { RunHandler([&] { Combo3_Click(page); }); });
@@ -138,15 +136,12 @@ void Form1::Open(const std::vector<std::u16string>& paths) {
         this, [this, paths] { RunHandler([&] { ListView1_Drop(paths); }); }, Qt::QueuedConnection);
 }
 
-/// All that the notes are about.
+/// What the notes are about, besides the list of files.
 void Form1::WireNotes() {
-    const QAbstractItemModel* const rows = files_->ListView1->model();
-    connect(rows, &QAbstractItemModel::rowsInserted, this, &Form1::FilesChanged);
-    connect(rows, &QAbstractItemModel::rowsRemoved, this, &Form1::FilesChanged);
-    connect(rows, &QAbstractItemModel::modelReset, this, &Form1::FilesChanged);
-    connect(rows, &QAbstractItemModel::dataChanged, this, &Form1::FilesChanged);
-    connect(find_->Combo1->model(), &QAbstractItemModel::modelReset, this,
-            &Form1::SomethingChanged);
+    connect(setsView_, &SetsView::Changed, this, [this] {
+        ShowCounts();
+        SomethingChanged();
+    });
     connect(find_->Text1, &QPlainTextEdit::textChanged, this, &Form1::SomethingChanged);
     connect(find_->Text2, &QPlainTextEdit::textChanged, this, &Form1::SomethingChanged);
     connect(find_->TabControl1, &QTabWidget::currentChanged, this, &Form1::SomethingChanged);
@@ -293,7 +288,12 @@ void Form1::UseUtf8_Click() {
     status_->Combo3->setFocus(Qt::OtherFocusReason);
 }
 
+void Form1::ShowCounts() {
+    status_->ShowCounts(fileList_.Count(), sets_.FindTexts().size());
+}
+
 void Form1::FilesChanged() {
+    ShowCounts();
     filesHaveChanged_ = true;
     SomethingChanged();
 }
@@ -314,10 +314,10 @@ void Form1::ShowNotes() {
     }
     if (std::exchange(filesHaveChanged_, false)) {
         resultNotes_.Look(fileList_);
-        utf8Look_.ListChanged();
+        utf8Look_.Forget();
     }
     const RunInputs& inputs = *this;
-    const bool severalTexts = Option3() && !Option1() && !Option2();
+    const bool severalTexts = FindModeOf(inputs) == FindMode::FieldsAndValues;
     for (LinesEdit* const box : {find_->Text1, find_->Text2}) {
         box->setPlaceholderText(severalTexts ? QStringLiteral("one text a line")
                                              : QStringLiteral("one text"));
@@ -385,7 +385,7 @@ void Form1::Combo3_Click(const QString& page) {
         trap.Do(2, [&] { services_.settings.SaveSetting(kCodePageSetting, name); });
     }
     status_->Combo3->ShowPage(services_.ansi.Page().Name());
-    FilesChanged(); // they are read by another page now
+    SomethingChanged();
 }
 
 std::u16string Form1::Text1() const {
@@ -447,6 +447,7 @@ void Form1::ShowPointer(Shape shape) {
     }
     if (busy != wasBusy) {
         ShowUndo();
+        utf8Look_.Forget(); // the files may hold other texts by now
         SomethingChanged();
     }
     if (shape == Custom) {

@@ -42,6 +42,7 @@ class QtEventLoop;
 class RFTSFSO;
 class Recovery;
 class SavePanel;
+class SetsView;
 class SettingsStore;
 class StatusLine;
 class Trap;
@@ -137,6 +138,7 @@ private:
     void RestoreTab(const std::u16string& stored);
     void FollowOption4();
     void ShowUndo();
+    void ShowCounts();
     void FilesChanged();
     void SomethingChanged();
     void ShowNotes();
@@ -176,6 +178,7 @@ private:
     FileListPanel* files_;
     FindPanel* find_;
     SavePanel* save_;
+    SetsView* setsView_ = nullptr;
     QSplitter* parts_ = nullptr; // the list above, the rest below
     StatusLine* status_ = nullptr;
     bool isDivided_ = false; // by the user, who has moved the splitter

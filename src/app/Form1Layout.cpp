@@ -169,7 +169,8 @@ void Form1::WatchPointer() {
           static_cast<QWidget*>(save_->Frame2), save_->Frame4, static_cast<QWidget*>(save_->Text3),
           static_cast<QWidget*>(find_->TabControl1),
           static_cast<QWidget*>(find_->TabControl1->tabBar()), find_->TabControl1->widget(0),
-          find_->TabControl1->widget(1), static_cast<QWidget*>(status_), status_->UndoFrame}) {
+          find_->TabControl1->widget(1), find_->Sets->viewport(), static_cast<QWidget*>(status_),
+          status_->UndoFrame}) {
         watch->Watch(ground);
     }
 }

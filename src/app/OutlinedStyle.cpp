@@ -108,6 +108,17 @@ bool OutlinedStyle::IsNeededFor(const QStyle& style) {
     return base->inherits("QFusionStyle");
 }
 
+void OutlinedStyle::polish(QPalette& colours) {
+    QProxyStyle::polish(colours);
+    for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+        const QColor letters = colours.color(group, QPalette::HighlightedText);
+        const QColor selection = colours.color(group, QPalette::Highlight);
+        colours.setColor(group, QPalette::Highlight,
+                         Visible(selection, LettersOn(letters), {letters}, kLeastOfLetters));
+        colours.setColor(group, QPalette::PlaceholderText, QuietColour(colours));
+    }
+}
+
 int OutlinedStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
                                const QWidget* widget) const {
     return metric == PM_DefaultFrameWidth && qobject_cast<const QAbstractScrollArea*>(widget)

@@ -19,6 +19,11 @@ public:
     /// Whether `style` is one that this one can take the place of.
     static bool IsNeededFor(const QStyle& style);
 
+    /// Selections are dark or light enough to read their letters on them, and quiet letters are not
+    /// too quiet, whatever the desktop's palette.
+    void polish(QPalette& colours) override;
+    using QProxyStyle::polish;
+
     /// Frames of lists and text boxes have room for the outline of the focus.
     int pixelMetric(PixelMetric metric, const QStyleOption* option = nullptr,
                     const QWidget* widget = nullptr) const override;

@@ -15,6 +15,14 @@ int RowHeight(const QWidget& view) {
     return view.fontMetrics().height() * 3 / 2;
 }
 
+void SelectRowWithFocus(QAbstractItemView& view, int key) {
+    const bool goes =
+        key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_Home || key == Qt::Key_End;
+    if (goes && view.currentIndex().isValid() && !view.selectionModel()->hasSelection()) {
+        view.setCurrentIndex(view.currentIndex());
+    }
+}
+
 void ShowFocusWithoutRow(QAbstractItemView& view) {
     const bool shown = qobject_cast<const OutlinedStyle*>(view.style()) != nullptr; // by its frame
     if (view.hasFocus() && !view.currentIndex().isValid() && !shown) {

@@ -12,6 +12,7 @@
 #include <QAbstractTableModel>
 #include <QEvent>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QScopedValueRollback>
 
 #include <algorithm>
@@ -178,6 +179,11 @@ void SetsTable::changeEvent(QEvent* event) {
         Arrange();
         updateGeometry();
     }
+}
+
+void SetsTable::keyPressEvent(QKeyEvent* event) {
+    QTableView::keyPressEvent(event);
+    SelectRowWithFocus(*this, event->key());
 }
 
 void SetsTable::paintEvent(QPaintEvent* event) {

@@ -117,6 +117,7 @@ void SetsView::SetsChanged() {
     }
     table_->SetsChanged(Chosen());
     ShowCount();
+    Q_EMIT Changed();
 }
 
 } // namespace vexmarrow

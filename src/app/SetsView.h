@@ -30,6 +30,10 @@ public:
     SetsView(const SetsView&) = delete;
     SetsView& operator=(const SetsView&) = delete;
 
+Q_SIGNALS:
+    /// The sets have changed, and what shows them is up to date.
+    void Changed();
+
 private:
     class TextsModel;
     struct Side {

@@ -36,11 +36,12 @@ int main(int argc, char** argv) {
     SettleHomeFolder();
     // The toolkit takes its own options out of the arguments, and would do so after "--" as well.
     // What is left are bytes; its list of arguments has lost those that are not UTF-8.
-    char** const names = std::find(argv, argv + argc, std::string_view("--"));
-    std::vector<std::string> arguments(names, argv + argc);
-    argc = static_cast<int>(names - argv);
+    char** const onlyNames = std::find(argv, argv + argc, std::string_view("--"));
+    const std::vector<std::string> names(onlyNames, argv + argc);
+    argc = static_cast<int>(onlyNames - argv);
     const Application application(argc, argv);
-    arguments.insert(arguments.begin(), argv + std::min(argc, 1), argv + argc);
+    std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
+    arguments.insert(arguments.end(), names.begin(), names.end());
 
     QApplication::setApplicationVersion(QStringLiteral(VEXMARROW_VERSION));
     QApplication::setDesktopFileName(QStringLiteral(VEXMARROW_DESKTOP_ID));

@@ -34,10 +34,9 @@ std::u16string NoteOnOptions(const RunInputs& inputs) {
         return u"\"Find Options\" do not count for sets.";
     }
     const FindMode mode = FindModeOf(inputs);
-    if (inputs.SelectedTab() == kSinglePairTab &&
-        (mode == FindMode::Fields || mode == FindMode::Values)) {
-        return u"What follows the second colon of a line is dropped. Every line of the result "
-               u"ends with CR LF.";
+    if (mode == FindMode::Fields || mode == FindMode::Values) {
+        return u"The second colon of a line and what follows it are dropped. Every line of the "
+               u"result ends with CR LF.";
     }
     return {};
 }

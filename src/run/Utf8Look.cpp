@@ -30,14 +30,9 @@ bool HasLettersInTexts(const RunInputs& inputs, const SetList& sets) {
     const auto inAny = [](std::span<const std::u16string> texts) {
         return std::any_of(texts.begin(), texts.end(), HasLetters);
     };
-    switch (inputs.SelectedTab()) {
-    case kSinglePairTab:
-        return HasLetters(inputs.Text1()) || HasLetters(inputs.Text2());
-    case kSetsTab:
-        return inAny(sets.FindTexts()) || inAny(sets.ReplaceTexts());
-    default:
-        return false;
-    }
+    return inputs.SelectedTab() == kSetsTab
+               ? inAny(sets.FindTexts()) || inAny(sets.ReplaceTexts())
+               : HasLetters(inputs.Text1()) || HasLetters(inputs.Text2());
 }
 
 } // namespace

@@ -28,11 +28,11 @@ public:
 
     /// Whether all unmarked files are UTF-8, and either a file has the mark, or there are letters
     /// outside ASCII in these files and in the texts that a run would use now. Reads files only
-    /// when it is called for the first time, or after ListChanged.
+    /// when it is called for the first time, or after Forget.
     bool IsSeen(const RunInputs& inputs, const SetList& sets);
 
-    /// To be called when there are other files in the list, or other texts in the files.
-    void ListChanged() { found_.reset(); }
+    /// Forgets the files. To be called when there are others in the list, or other texts in them.
+    void Forget() { found_.reset(); }
 
 private:
     struct Found {

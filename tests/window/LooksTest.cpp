@@ -5,6 +5,8 @@
 #include "Window.h"
 #include "app/Colours.h"
 
+#include <QStyle>
+
 namespace vexmarrow::test {
 namespace {
 
@@ -61,6 +63,7 @@ private Q_SLOTS:
                                           {QPalette::HighlightedText, 5}}) {
             palette.setColor(role, QColor(colours[which]));
         }
+        QApplication::style()->polish(palette); // as it does with a desktop's
         const QPalette before = QApplication::palette();
         QApplication::setPalette(palette);
         QApplication::processEvents();
