@@ -137,18 +137,6 @@ TYPED_TEST(CascadeTest, RandomTextsAndPairs) {
     }
 }
 
-TYPED_TEST(CascadeTest, ManyPairs) {
-    const std::basic_string<TypeParam> all{'a', 'e', 'b', ':', 'r', '\n'};
-    for (int round = 0; round < 60 && !this->HasFailure(); ++round) {
-        const std::size_t least = 1 + this->Below(6), letters = 2 + this->Below(5);
-        auto pairs = this->Entangled(this->Below(1500) + 1, all.substr(0, letters), all, least,
-                                     std::min<std::size_t>(least + 2, 8));
-        const auto text = this->Word(all, 0, 3000);
-        this->Tame(pairs, text);
-        this->Check(pairs, {text, text.substr(text.size() / 3)});
-    }
-}
-
 TYPED_TEST(CascadeTest, CardsInPieces) {
     Cards cards(7);
     const auto text = As<TypeParam>(cards.Text(65'536 + 200));

@@ -17,12 +17,9 @@ using namespace std::chrono_literals;
 
 struct RecoveryTest : Safety {
     void SetUp() override { LeaveRecord(); }
-
-    /// A program is killed in the middle of the file; returns the name of its log.
-    std::string LeaveRecord() const {
+    void LeaveRecord() const {
         Prepare({kOld, kWhole});
         LeaveMixture({"f"});
-        return Kept("a").at(0);
     }
     /// What was shown: Q for the question, T for a message.
     std::string Boxes() const {
@@ -162,48 +159,41 @@ TEST_F(RecoveryTest, ADamagedLogChangesNothingThatItShouldNot) {
 }
 
 TEST_F(RecoveryTest, OnlyItsOwnLogs) {
-    const std::string name = "a/0000000001.run";
+    const std::string name = "a/0000000001.run", path = state.Native(name);
+    const auto rename = [&](const char* to) { ::rename(path.c_str(), state.Native(to).c_str()); };
     // What is done to the log of a mixture; whether recovery may act upon it.
     const struct {
         const char* what;
-        std::function<void(const std::string& bytes)> happens;
+        std::function<void()> happens;
         bool isAsked = false, stays = true;
     } rows[] = {
-        {"nothing", [](auto&) {}, true, false},
-        {"readable for others", [&](auto&) { ::chmod(state.Native(name).c_str(), 0644); }, true,
-         false},
-        {"writable for others", [&](auto&) { ::chmod(state.Native(name).c_str(), 0666); }},
-        {"with a second name",
-         [&](auto&) { std::filesystem::create_hard_link(state.Native(name), state.Native("x")); },
+        {"nothing", [] {}, true, false},
+        {"readable for others", [&] { ::chmod(path.c_str(), 0644); }, true, false},
+        {"writable for others", [&] { ::chmod(path.c_str(), 0666); }},
+        {"with a second name", [&] { std::filesystem::create_hard_link(path, state.Native("x")); },
          true, false},
-        {"a link",
-         [&](auto&) {
-             ::rename(state.Native(name).c_str(), state.Native("x").c_str());
-             state.MakeLink(name, state.Native("x"));
-         }},
-        {"a pipe", [&](auto&) { state.Remove(name), ::mkfifo(state.Native(name).c_str(), 0600); }},
-        {"a folder", [&](auto&) { state.Remove(name), state.MakeFolder(name); }},
+        {"a link", [&] { rename("x"), state.MakeLink(name, state.Native("x")); }},
+        {"a pipe", [&] { state.Remove(name), ::mkfifo(path.c_str(), 0600); }},
+        {"a folder", [&] { state.Remove(name), state.MakeFolder(name); }},
         {"of a later version",
-         [&](auto& bytes) { state.Write(name, "VXMRUN\x1A\2" + bytes.substr(8)); }},
-        {"of another name",
-         [&](auto&) { ::rename(state.Native(name).c_str(), state.Native("a/1.run").c_str()); },
-         false, false},
+         [&] { state.Write(name, "VXMRUN\x1A\2" + state.Read(name).substr(8)); }},
+        {"of another name", [&] { rename("a/1.run"); }, false, false},
         {"another user's",
-         [&](auto&) {
-             if (::chown(state.Native(name).c_str(), 1, 1) != 0) {
-                 ::chmod(state.Native(name).c_str(), 0666);
+         [&] {
+             if (::chown(path.c_str(), 1, 1) != 0) {
+                 ::chmod(path.c_str(), 0666);
              }
          }},
         {"in use",
-         [&](auto&) {
-             const int held = ::open(state.Native(name).c_str(), O_RDWR | O_CLOEXEC);
+         [&] {
+             const int held = ::open(path.c_str(), O_RDWR | O_CLOEXEC);
              EXPECT_EQ(::flock(held, LOCK_EX), 0); // until the end of the test
          }},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
-        const std::string bytes = state.Read(LeaveRecord());
-        row.happens(bytes);
+        LeaveRecord();
+        row.happens();
         EXPECT_EQ(Recover(Answer::Yes), row.isAsked ? 1U : 0U);
         EXPECT_EQ(Content(), row.isAsked ? kOld : kMixture);
         FaultySystemCalls calls;
