@@ -231,31 +231,6 @@ TEST_F(EngineTest, BytesAndCharactersComeToTheSame) {
     EXPECT_EQ(folder.Read("f"), "bb") << "a later pair finds what the page lacks";
 }
 
-TEST_F(EngineTest, AUtf8FileWithAMarkIsWrittenWhileItIsRead) {
-    std::string bytes = kMark8;
-    while (bytes.size() < 4'000'000) {
-        bytes += "NOTE:" + std::string(200, 'a') + "\xC3\xA9\xC3\r\n";
-    }
-    folder.Write("f", bytes);
-    folder.MakeFolder("out");
-    calls.mostAtOnce = 100'000;
-    for (const std::size_t routine : {kSets, kField, kData}) {
-        int atFirstWrite = 0;
-        calls.calls.clear();
-        calls.beforeCall = [&](Calls::Kind kind) {
-            if (kind == Calls::kWriteAt && atFirstWrite == 0) {
-                atFirstWrite = calls.calls[Calls::kRead];
-            }
-        };
-        Replace(routine, "f", u"a\u00E9\uFFFD", u"b", {true, false, folder.Path("out")});
-        ASSERT_GT(atFirstWrite, 0) << kRoutines[routine];
-        EXPECT_LT(atFirstWrite, calls.calls[Calls::kRead] / 2) << kRoutines[routine];
-        const std::string after = routine == kData || routine == kSets ? "b\r\n" : "a\xE9?\r\n";
-        EXPECT_TRUE(folder.Read("out/f").starts_with("NOTE:" + std::string(199, 'a') + after));
-    }
-    calls.beforeCall = nullptr;
-}
-
 TEST_F(EngineTest, AnyBytesComeOutOfAnyPageAsTheyWentIn) {
     std::mt19937 random(11);
     for (const ChoosableCodePage& page : ChoosableCodePages()) {
@@ -315,29 +290,6 @@ TEST_F(EngineTest, NoMatchCrossesACutBetweenPieces) {
                     << kRoutines[routine] << " at " << at << " after " << mark;
             }
         }
-    }
-    ansi.Choose(u"UTF-8"); // characters are units of 16 bits, whatever they take in the file
-    const auto times = [](int count, const std::string& what) {
-        std::string all;
-        for (; count > 0; --count) {
-            all += what;
-        }
-        return all;
-    };
-    const std::string smile = "\xF0\x9F\x98\x80", other = "\xF0\x9F\x98\x81", letter = "\xC3\xA9";
-    for (const auto& [bytes, found] :
-         std::map<std::string, bool>{{times(65534, letter) + "ab", true},
-                                     {times(65535, letter) + "ab", false},
-                                     {times(65535, "-") + "ab", false},
-                                     {times(32767, other) + "ab", true},
-                                     {times(32767, other) + "-ab", false},
-                                     {times(65535, "-") + smile + times(65534, "-") + "ab", false},
-                                     {times(65535, "-") + smile + times(65533, "-") + "ab", true},
-                                     {times(65534, "-") + smile, true},
-                                     {times(65535, "-") + smile, false}}) {
-        folder.Write("f", bytes);
-        Replace(kSets, "f", u"ab\r\n\U0001F600", u"\u00E9\r\nx");
-        EXPECT_EQ(folder.Read("f") != bytes, found) << bytes.size();
     }
 }
 
