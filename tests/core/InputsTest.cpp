@@ -50,16 +50,16 @@ TEST_F(InputsTest, AnInputThatChangesWhileItIsReadIsNotWritten) {
     const auto hasTold = testing::Contains(testing::HasSubstr("Another program has"));
     folder.MakeFolder("out");
     calls.mostAtOnce = 20000;
-    for (const auto& [what, happens] : changes) {
+    for (const auto& change : changes) {
         for (const OutputLocation& location : {kInPlace, out}) {
             for (const int read : {1, 2, 3, 4}) {
-                SCOPED_TRACE(what + " at read " + std::to_string(read));
+                SCOPED_TRACE(change.first + " at read " + std::to_string(read));
                 folder.Write("f", std::string(70000, 'a'));
                 std::string after;
-                EXPECT_THAT(
-                    ReplaceWhile(
-                        Calls::kRead, read, [&] { happens("f"), after = Content(); }, location),
-                    hasTold);
+                EXPECT_THAT(ReplaceWhile(
+                                Calls::kRead, read, [&] { change.second("f"), after = Content(); },
+                                location),
+                            hasTold);
                 EXPECT_EQ(Content(), after);
                 EXPECT_EQ(folder.Names("out"), Strings{});
             }
@@ -76,9 +76,9 @@ TEST_F(InputsTest, AnInputThatChangesWhileItIsReadIsNotWritten) {
 TEST_F(InputsTest, ATargetThatChangesBeforeItIsWrittenIsLeftAlone) {
     for (const std::string& text : {"abc"s, std::string(1200000, 'a')}) {
         folder.Write("f", text);
-        for (const auto& [what, happens] : changes) {
+        for (const auto& change : changes) {
             for (const int write : {1, 2}) { // of the log's header and of the record
-                SCOPED_TRACE(what);
+                SCOPED_TRACE(change.first);
                 folder.Remove("out");
                 folder.Write("out/f", "old");
                 std::map<std::string, std::string> after;
@@ -90,7 +90,7 @@ TEST_F(InputsTest, ATargetThatChangesBeforeItIsWrittenIsLeftAlone) {
                     return files;
                 };
                 const Strings reports = ReplaceWhile(
-                    Calls::kWriteAt, write, [&] { happens("out/f"), after = all(); }, out);
+                    Calls::kWriteAt, write, [&] { change.second("out/f"), after = all(); }, out);
                 EXPECT_THAT(reports.at(0), testing::AnyOf(testing::HasSubstr("Another program has"),
                                                           testing::HasSubstr("Could not keep")));
                 EXPECT_TRUE(all() == after);
