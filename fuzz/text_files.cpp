@@ -1,18 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-#include "base/Failure.h"
 #include "base/Text.h"
 #include "base/Utf8.h"
-#include "fuzz/Fuzz.h"
-#include "textio/CodePage.h"
-#include "textio/RFTSFSO.h"
-#include "textio/SystemCalls.h"
+#include "fuzz/MemoryFile.h"
 
-#include <cerrno>
 #include <numeric>
-#include <optional>
-#include <vector>
 
 // Reading a text file as pieces and as lines: the pieces turned back into bytes are the file, and
 // the lines are those of the pieces.
@@ -21,99 +14,6 @@ namespace vexmarrow::fuzz {
 namespace {
 
 using namespace std::string_view_literals;
-
-using Texts = std::vector<std::u16string>;
-
-/// The path of the one file there is, which is in memory.
-const std::u16string kPath = u"/memory/file";
-
-/// One file whose contents are in memory. How it is read is drawn from the input: a size told
-/// wrongly, reads that give less than was asked for, that are interrupted or that fail.
-class MemoryFile final : public SystemCalls {
-public:
-    explicit MemoryFile(Input& input) : toldSize_(input.Byte()), habits_(input.Bytes(4)) {
-        habits_.resize(4);
-    }
-
-    std::string bytes;
-    bool open = false;
-    bool failed = false; ///< a read has been made to fail
-
-    /// Another thing drawn from the input: whether text without a mark is UTF-8.
-    bool PageIsUtf8() const { return toldSize_ / 4 % 2 != 0; }
-
-    int Open(const std::string& path, int, mode_t) override {
-        Require(!open && path == "/memory/file", "the right file is opened, and only once");
-        open = true;
-        position_ = reads_ = 0;
-        return 1000;
-    }
-    int Status(int, FileStatus& status) override {
-        const std::size_t told[] = {bytes.size(), 0, bytes.size() / 2, bytes.size() + 9};
-        status = {};
-        status.mode = S_IFREG;
-        status.size = told[toldSize_ % 4];
-        return 0;
-    }
-    int StatusOfTarget(const std::string&, FileStatus& status) override {
-        return Status(0, status);
-    }
-    ssize_t Attribute(const std::string&, const char*, void*, std::size_t) override { return -1; }
-    int Lock(int, int) override { return 0; }
-    ssize_t Read(int, void* into, std::size_t count) override {
-        Require(open, "an open file is read");
-        // Habits are given up after a while: a long file must not come byte by byte to its end.
-        const int habit = reads_ < 40 ? habits_[reads_ % 4] & 0xFF : 0;
-        ++reads_;
-        if (habit >= 0xFE) {
-            failed = failed || habit == 0xFF;
-            errno = habit == 0xFF ? EIO : EINTR;
-            return -1;
-        }
-        count = habit == 0 ? count : std::min(count, static_cast<std::size_t>(habit));
-        const std::size_t got = bytes.copy(static_cast<char*>(into), count, position_);
-        position_ += got;
-        return static_cast<ssize_t>(got);
-    }
-    int Close(int) override {
-        open = false;
-        return 0;
-    }
-
-private:
-    int toldSize_;
-    std::string habits_; // of four reads, again and again; 0: gives what is asked for
-    std::size_t position_ = 0;
-    std::size_t reads_ = 0;
-};
-
-/// A reader of that file, with all it needs.
-struct Reader {
-    explicit Reader(Input& input) : file(input) {}
-
-    MemoryFile file;
-    EncodingFlags flags;
-    static inline const AnsiCodePage pages[]{AnsiCodePage(u"windows-1252"), AnsiCodePage(u"UTF-8")};
-    const AnsiCodePage& ansi = pages[file.PageIsUtf8() ? 1 : 0];
-    RFTSFSO textio{file, flags, ansi};
-
-    /// What `read` returns; nothing when the file was made to fail, and only then.
-    template <typename Read>
-    std::optional<Texts> Try(Read read) {
-        std::optional<Texts> texts;
-        file.failed = false;
-        try {
-            texts = read();
-        } catch (const Failure&) {
-        }
-        Require(texts.has_value() != file.failed, "a read fails when the system's does, only then");
-        Require(!file.open, "the file is closed again");
-        return texts;
-    }
-    std::optional<Texts> TryLines() {
-        return Try([&] { return textio.ReadTextLines(kPath); });
-    }
-};
 
 constexpr std::string_view kMark8 = "\xEF\xBB\xBF";
 constexpr std::string_view kMark16 = "\xFF\xFE";

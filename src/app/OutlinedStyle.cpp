@@ -128,8 +128,11 @@ int OutlinedStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
 
 QSize OutlinedStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
                                       const QSize& contents, const QWidget* widget) const {
-    constexpr int kAround = 6;
-    const QSize room = type == CT_PushButton ? QSize(2 * kAround, 0) : QSize(0, 0);
+    constexpr QSize kAroundCaption(12, 4);
+    constexpr QSize kAroundText(0, 2);
+    const QSize room = type == CT_PushButton                        ? kAroundCaption
+                       : type == CT_LineEdit || type == CT_ComboBox ? kAroundText
+                                                                    : QSize(0, 0);
     return QProxyStyle::sizeFromContents(type, option, contents + room, widget);
 }
 
