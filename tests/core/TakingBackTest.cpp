@@ -162,14 +162,20 @@ TEST_F(TakingBackTest, RunsOneAfterTheOtherAndNoneBeneathAnother) {
 }
 
 TEST_F(TakingBackTest, WhatWaitsForAnAnswerGoesOnWaiting) {
-    WriteOld("f", kOld);
-    WriteOld("g", kOld);
-    LeaveMixture({"g", "f"});
-    folder.Remove("f");
-    folder.MakeFolder("f");
-    EXPECT_EQ(TakeBack(), Strings{"f: It is no regular file any more"});
-    EXPECT_EQ(folder.Read("g"), kOld);
-    EXPECT_EQ(StatesIn(Kept("a").at(0)), "CO");
+    for (const bool isFolder : {false, true}) {
+        Prepare({kOld, kWhole});
+        WriteOld("g", kOld);
+        LeaveMixture({"g", "f"});
+        if (isFolder) {
+            folder.Remove("f");
+            folder.MakeFolder("f");
+        }
+        EXPECT_EQ(TakeBack(),
+                  Strings{isFolder ? "f: It is no regular file any more"
+                                   : "f: It is written in part, and the next start asks about it"});
+        EXPECT_EQ(folder.Read("g"), kOld);
+        EXPECT_EQ(StatesIn(Kept("a").at(0)), "CO");
+    }
 }
 
 } // namespace
