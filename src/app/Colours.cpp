@@ -82,8 +82,9 @@ QColor FocusColour(const QPalette& palette) {
 }
 
 QColor QuietColour(const QPalette& palette) {
+    constexpr double kAim = 5; // more than the least: groups are drawn darker than the window
     return SeenEverywhere(palette.color(QPalette::Window), palette,
-                          IsOfHighestContrast(palette) ? 2 * kLeastOfLetters : kLeastOfLetters);
+                          IsOfHighestContrast(palette) ? 2 * kAim : kAim);
 }
 
 } // namespace vexmarrow
