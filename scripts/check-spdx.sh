@@ -14,7 +14,7 @@ exempt=(
     '*.md'                  # prose; the licence of the whole covers it
     'CMakePresets.json'     # JSON has no comments
     'Samples/*'             # data, whose every byte matters
-    'fuzz/seeds/*'
+    'fuzz/*/*'              # seeds, and what was found, if anything was
     '*.png'                 # pictures, made from drawings that name both
     '*.CUR'
     '*.ico'
