@@ -61,9 +61,9 @@ Form1::Form1(const Services& services)
       utf8Look_(services.textio.Calls(), fileList_, services.ansi),
       files_(new FileListPanel(fileList_, this)),
       find_(new FindPanel(this)),
-      save_(new SavePanel(this)) {
+      save_(new SavePanel(this)),
+      setsView_(new SetsView(sets_, find_->Combo1, find_->Combo2, find_->Sets, find_)) {
     setObjectName(QStringLiteral("Form1"));
-    setsView_ = new SetsView(sets_, find_->Combo1, find_->Combo2, find_->Sets, find_);
     LayOut();
     WireHandlers();
     WatchPointer();
@@ -182,6 +182,7 @@ void Form1::PushButton1_Click() {
     if (!run_.IsInProgress()) { // or this was another press during a run
         undo_.Refresh();
         ShowUndo();
+        SomethingChanged(); // a scan within the run may have taken the hourglass away
     }
 }
 

@@ -178,7 +178,7 @@ private:
     FileListPanel* files_;
     FindPanel* find_;
     SavePanel* save_;
-    SetsView* setsView_ = nullptr;
+    SetsView* setsView_;
     QSplitter* parts_ = nullptr; // the list above, the rest below
     StatusLine* status_ = nullptr;
     bool isDivided_ = false; // by the user, who has moved the splitter

@@ -30,6 +30,16 @@ QRectF Inside(const QRectF& place, double width) {
     return place.adjusted(width / 2, width / 2, -width / 2, -width / 2);
 }
 
+template <typename Draw>
+void DrawWith(const QPen& pen, QPainter& painter, Draw draw) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(pen);
+    draw();
+    painter.restore();
+}
+
 enum class Shape { Box, Circle };
 
 /// Draws an outline upon what the style has drawn. Where the keyboard goes, it is thicker.
@@ -39,27 +49,21 @@ void Outline(const QStyleOption& option, QPainter& painter, const QRectF& place,
                        option.state.testFlag(QStyle::State_Enabled);
     const QPen pen = focus ? PenOf(FocusColour(option.palette), kFocusWidth, painter)
                            : PenOf(OutlineColour(option.palette), 1, painter);
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(pen);
     const QRectF inside = Inside(place, pen.widthF());
-    if (shape == Shape::Circle) {
-        painter.drawEllipse(inside);
-    } else {
-        painter.drawRoundedRect(inside, kRound, kRound);
-    }
-    painter.restore();
+    DrawWith(pen, painter, [&] {
+        if (shape == Shape::Circle) {
+            painter.drawEllipse(inside);
+        } else {
+            painter.drawRoundedRect(inside, kRound, kRound);
+        }
+    });
 }
 
 /// Where the keyboard goes, in something that is larger.
 void OutlineFocus(const QStyleOption& option, QPainter& painter, const QRectF& place) {
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
     const QPen pen = PenOf(FocusColour(option.palette), 1, painter);
-    painter.setPen(pen);
-    painter.drawRoundedRect(Inside(place, pen.widthF()), kRound, kRound);
-    painter.restore();
+    DrawWith(pen, painter,
+             [&] { painter.drawRoundedRect(Inside(place, pen.widthF()), kRound, kRound); });
 }
 
 /// The grip of a splitter, in its middle.
@@ -81,12 +85,10 @@ void OutlineTab(const QStyleOptionTab& option, QPainter& painter) {
         constexpr int kLower = 2; // than the selected one
         place.setTop(place.top() + kLower);
     }
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(pen);
-    painter.drawPolyline(
-        QPolygonF{place.bottomLeft(), place.topLeft(), place.topRight(), place.bottomRight()});
-    painter.restore();
+    DrawWith(pen, painter, [&] {
+        painter.drawPolyline(
+            QPolygonF{place.bottomLeft(), place.topLeft(), place.topRight(), place.bottomRight()});
+    });
     if (option.state.testFlag(QStyle::State_HasFocus)) {
         constexpr int kAround = 3;
         OutlineFocus(option, painter, option.rect.adjusted(kAround, kAround, -kAround, -kAround));

@@ -45,7 +45,8 @@ SavePanel::SavePanel(QWidget* parent)
       Text3(new QLineEdit(Frame4)),
       PushButton14(MakeSmallButton(Frame4, u"PushButton14", u"...", u"Browse for output folder")),
       ResultsNote(new Note(Frame2, u"ResultsNote", Frame2)),
-      PushButton1(new StartButton(QStringLiteral("&Start Replacing"), this)) {
+      PushButton1(new StartButton(QStringLiteral("&Start Replacing"), this)),
+      grid_(new QGridLayout(this)) {
     Name(Frame2, u"Frame2", u"Save Option");
     Name(Frame4, u"Frame4", u"Output folder");
     Name(Text3, u"Text3", u"Save results to this folder:");
@@ -70,13 +71,12 @@ SavePanel::SavePanel(QWidget* parent)
     lines->addWidget(ResultsNote);
     MakeOneStop({Option5, Option4});
 
-    auto* const grid = new QGridLayout(this);
-    grid->setContentsMargins(0, 0, 0, 0);
-    grid->setVerticalSpacing(0);
-    grid->addWidget(Frame2, 0, 0, 2, 1);
-    grid->addWidget(PushButton1, 1, 1);
-    grid->setColumnStretch(0, 1);
-    grid->setRowStretch(1, 1);
+    grid_->setContentsMargins(0, 0, 0, 0);
+    grid_->setVerticalSpacing(0);
+    grid_->addWidget(Frame2, 0, 0, 2, 1);
+    grid_->addWidget(PushButton1, 1, 1);
+    grid_->setColumnStretch(0, 1);
+    grid_->setRowStretch(1, 1);
     Measure();
 }
 
@@ -91,7 +91,7 @@ void SavePanel::changeEvent(QEvent* event) {
 void SavePanel::Measure() {
     constexpr int kCharacters = 16;
     Text3->setMinimumWidth(fontMetrics().averageCharWidth() * kCharacters);
-    static_cast<QGridLayout*>(layout())->setRowMinimumHeight(0, HeightOfTitle(*Frame2));
+    grid_->setRowMinimumHeight(0, HeightOfTitle(*Frame2));
 }
 
 } // namespace vexmarrow

@@ -5,6 +5,7 @@
 
 #include <QWidget>
 
+class QGridLayout;
 class QGroupBox;
 class QLineEdit;
 class QPushButton;
@@ -36,6 +37,8 @@ protected:
 
 private:
     void Measure();
+
+    QGridLayout* grid_;
 };
 
 } // namespace vexmarrow

@@ -54,7 +54,7 @@ public:
         case Qt::DisplayRole:
             return QLocale().toString(index.row() + 1);
         case Qt::TextAlignmentRole:
-            return QVariant(Qt::AlignRight | Qt::AlignVCenter);
+            return (Qt::AlignRight | Qt::AlignVCenter).toInt();
         default:
             return {};
         }

@@ -32,7 +32,8 @@ class HintsTest(WindowTest):
     def test_an_accent_in_cards_of_utf8(self):
         folder, out = self.folder("in"), self.folder("out")
         self.folder("in", "deeper")
-        cards = {("in", "anna.vcf"): "FN:Anna M\u00fcller\r\n", ("in", "deeper", "jos\u00e9.vcf"): "FN:Jos\u00e9 M\u00fcller\r\n"}
+        cards = {("in", "anna.vcf"): "FN:Anna M\u00fcller\r\n",
+                 ("in", "deeper", "jos\u00e9.vcf"): "FN:Jos\u00e9 M\u00fcller\r\n"}
         for names, text in cards.items():
             self.file(*names, data=text.encode())
         with self.program() as program, Keys(program) as keys:
