@@ -35,7 +35,6 @@
 
 #include <QAbstractButton>
 #include <QApplication>
-#include <QDialogButtonBox>
 #include <QPushButton>
 #include <QTimer>
 #include <QTreeView>
@@ -119,7 +118,7 @@ public:
         QTimer::singleShot(0, [] {
             QWidget* const box = TopBox();
             UntilUsable(*box);
-            box->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Yes)->click();
+            box->findChild<QPushButton*>(QStringLiteral("Yes"))->click();
         });
         return real_.ShowMessage(text, style, title);
     }

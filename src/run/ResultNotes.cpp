@@ -9,21 +9,51 @@
 #include "run/RunInputs.h"
 #include "textio/Paths.h"
 
+#include <bit>
 #include <deque>
 #include <filesystem>
+#include <functional>
 #include <string_view>
+#include <vector>
 
 namespace vexmarrow {
 namespace {
 
+/// Whether the path is written as it would be anyway.
+bool IsPlain(std::u16string_view path) {
+    for (std::size_t i = path.find(u'/'); i < path.size(); i = path.find(u'/', i + 1)) {
+        if (i + 1 < path.size() && (path[i + 1] == u'/' || path[i + 1] == u'.')) {
+            return false;
+        }
+    }
+    return true;
+}
+
 /// The same text for two spellings of one path; what links lead to is not looked up.
 std::u16string OneSpelling(std::u16string_view path) {
-    std::u16string plain = NormalizePath(path);
-    return plain.find(u"/.") == std::u16string::npos
-               ? plain
-               : TextFromNativeName(
-                     std::filesystem::path(NativeName(plain)).lexically_normal().native());
+    const std::string name = NativeName(NormalizePath(path));
+    return TextFromNativeName(std::filesystem::path(name).lexically_normal().native());
 }
+
+/// Of many texts, told by their hashes, those that may occur more than once: all that do, and a few
+/// others. Remembering each of them would take several times as long.
+class Repeats {
+public:
+    explicit Repeats(std::size_t count) : seen_(std::bit_ceil(count * kSpread)), again_(seen_) {}
+
+    void Add(std::size_t hash) {
+        const std::size_t place = hash & (seen_.size() - 1);
+        again_[place] = again_[place] || seen_[place];
+        seen_[place] = true;
+    }
+    bool Contain(std::size_t hash) const { return again_[hash & (again_.size() - 1)]; }
+
+private:
+    static constexpr std::size_t kSpread = 32; // one text of so many is taken for another
+
+    std::vector<bool> seen_;
+    std::vector<bool> again_;
+};
 
 } // namespace
 
@@ -44,27 +74,45 @@ std::u16string ResultNotes::Repeated::Note() const {
 
 void ResultNotes::Look(const FileList& list) {
     *this = {};
-    std::deque<std::u16string> respelled; // those that are not in the list
-    std::unordered_map<std::u16string_view, std::size_t> rowsOf;
-    rowsOf.reserve(list.Count());
+    struct Row {
+        std::u16string_view path;
+        std::size_t hash;
+        std::size_t hashOfName;
+    };
+    const std::hash<std::u16string_view> hash;
+    std::vector<Row> rows;
+    rows.reserve(list.Count());
+    std::deque<std::u16string> respelled; // in place of those in the list
+    Repeats paths(list.Count() + 1);
+    Repeats names(list.Count() + 1);
     for (std::size_t number = 1; number <= list.Count(); ++number) {
         std::u16string_view path = list.Row(number);
-        if (std::u16string other = OneSpelling(path); other != path) {
-            path = respelled.emplace_back(std::move(other));
+        if (!IsPlain(path)) {
+            path = respelled.emplace_back(OneSpelling(path));
         }
-        ++rowsOf[path];
+        rows.push_back({path, hash(path), hash(NameOfPath(path))});
+        paths.Add(rows.back().hash);
+        names.Add(rows.back().hashOfName);
     }
+
+    std::unordered_map<std::u16string_view, std::size_t> rowsOf;  // by path
     std::unordered_map<std::u16string_view, std::size_t> filesOf; // by name
-    filesOf.reserve(rowsOf.size());
-    for (const auto& [path, rows] : rowsOf) {
-        ++filesOf[NameOfPath(path)];
-        const std::u16string_view folder = FolderOfPath(path);
-        if (rows > 1 && !folder.empty()) { // without one, it has no result beside it
-            repeated_.Add(rows);
-            repeatedIn_[std::u16string(folder)].Add(rows);
+    std::vector<std::u16string_view> sharing;
+    for (const Row& row : rows) {
+        const bool known = paths.Contain(row.hash) && ++rowsOf[row.path] > 1;
+        if (!known && names.Contain(row.hashOfName)) {
+            ++filesOf[NameOfPath(row.path)];
+            sharing.push_back(row.path);
         }
     }
-    for (const auto& [path, rows] : rowsOf) {
+    for (const auto& [path, count] : rowsOf) {
+        const std::u16string_view folder = FolderOfPath(path);
+        if (count > 1 && !folder.empty()) { // without one, it has no result beside it
+            repeated_.Add(count);
+            repeatedIn_[std::u16string(folder)].Add(count);
+        }
+    }
+    for (const std::u16string_view path : sharing) {
         if (filesOf[NameOfPath(path)] > 1) {
             ++sharingNames_;
             foldersOfSharing_.insert(std::u16string(FolderOfPath(path)));
