@@ -42,10 +42,10 @@ FileListPanel::FileListPanel(FileList& list, QWidget* parent)
     hint->setText(ToQString(kHint));
     hint->setBuddy(ListView1);
 
-    // What adds files, what takes them out again, something to try; and help, at the foot.
-    // Pixels, less where the window is low.
+    // Both in pixels, and less where the window is low.
     constexpr int kBetweenGroups = 10;
     constexpr int kBetweenButtons = 3;
+    // What adds files, what takes them out again, something to try; and help, at the foot.
     auto* const column = new QVBoxLayout(Buttons);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(1);

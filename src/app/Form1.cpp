@@ -332,8 +332,7 @@ void Form1::ShowNotes() {
 }
 
 void Form1::ListView1_DblClick() {
-    const int row = files_->ListView1->currentIndex().row();
-    fileRemoval_.RemoveRow(static_cast<std::size_t>(row) + 1);
+    ListView1_Delete(files_->ListView1->currentIndex().row()); // which does the same
 }
 
 void Form1::ListView1_Delete(int row) {

@@ -105,10 +105,9 @@ void Form1::LayOut() {
 /// The list's buttons, the find options and the start button stand in one column.
 void Form1::AlignColumns() {
     const std::array<QWidget*, 3> narrow{files_->Buttons, find_->Frame1, save_->PushButton1};
-    int width = 0;
+    int width = save_->PushButton1->sizeHint().width();
     for (const QWidget* const each : narrow) {
-        width = std::max(
-            {width, each->minimumSizeHint().width(), save_->PushButton1->sizeHint().width()});
+        width = std::max(width, each->minimumSizeHint().width());
     }
     for (QWidget* const each : narrow) {
         each->setFixedWidth(width);

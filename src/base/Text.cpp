@@ -20,6 +20,10 @@ std::u16string Decimal(long long number) {
     return {digits.begin(), digits.end()};
 }
 
+std::u16string Counted(std::size_t number, std::u16string_view one, std::u16string_view several) {
+    return Concat(Decimal(static_cast<long long>(number)), number == 1 ? one : several);
+}
+
 std::vector<std::u16string_view> Split(std::u16string_view text, std::u16string_view separator) {
     std::vector<std::u16string_view> parts;
     if (text.empty()) {

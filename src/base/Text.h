@@ -24,6 +24,9 @@ std::u16string InLowerAscii(std::u16string_view text);
 /// Decimal digits of a number, without padding.
 std::u16string Decimal(long long number);
 
+/// "1 file is", "2 files are": a number, and what goes with one or with several.
+std::u16string Counted(std::size_t number, std::u16string_view one, std::u16string_view several);
+
 /// The parts of `text` between the occurrences of `separator` (not empty), the empty ones
 /// included: one part more than there are separators. An empty text has no part at all.
 std::vector<std::u16string_view> Split(std::u16string_view text, std::u16string_view separator);

@@ -67,7 +67,7 @@ std::u16string ResultNotes::Repeated::Note() const {
         return {};
     }
     const std::u16string_view is = files == 1 ? u" is " : u" are ";
-    return Concat(Decimal(static_cast<long long>(files)), files == 1 ? u" file" : u" files", is,
+    return Concat(Counted(files, u" file", u" files"), is,
                   moreThanTwice ? u"listed more than once and" : u"listed twice and", is,
                   moreThanTwice ? u"changed as often" : u"changed twice");
 }
@@ -132,8 +132,7 @@ std::u16string ResultNotes::Note(const RunInputs& inputs) const {
     const std::u16string folder(FolderOfPath(OneSpelling(OutputPath(u"name", location))));
     std::u16string note;
     if (sharingNames_ > 0) {
-        note = Concat(Decimal(static_cast<long long>(sharingNames_)),
-                      u" files have the name of another",
+        note = Concat(Counted(sharingNames_, u"", u" files have the name of another"),
                       foldersOfSharing_.contains(folder) ? u" and are written over one of them"
                                                          : u": the last one wins");
     }

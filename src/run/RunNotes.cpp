@@ -18,8 +18,9 @@ std::u16string NoteOnTexts(const RunInputs& inputs) {
     if (toPutIn == 0 || toPutIn >= toFind) { // without any, all that is found is taken out
         return {};
     }
-    return Concat(Decimal(static_cast<long long>(toFind)), u" texts to find, ",
-                  Decimal(static_cast<long long>(toPutIn)), u" to put in");
+    constexpr std::u16string_view kToPutIn = u" to put in";
+    return Concat(Counted(toFind, u" text to find, ", u" texts to find, "),
+                  Counted(toPutIn, kToPutIn, kToPutIn));
 }
 
 std::u16string NoteOnSets(const RunInputs& inputs) {

@@ -24,11 +24,6 @@ namespace {
 constexpr std::u16string_view kNoneOfOthers =
     u" There was no room to keep the old texts of its other files.";
 
-/// "1 file is", "2 files are": a number, and what goes with one or with several.
-std::u16string Counted(std::size_t number, std::u16string_view one, std::u16string_view several) {
-    return Concat(Decimal(static_cast<long long>(number)), number == 1 ? one : several);
-}
-
 std::u16string Name(const LastRun& run) {
     return Concat(u"run of ", LocalTime(run.begun));
 }

@@ -7,12 +7,13 @@
 #include "filelist/FileList.h"
 #include "run/RunInputs.h"
 #include "sets/SetList.h"
+#include "textio/ByteSource.h"
 #include "textio/CodePage.h"
+#include "textio/FileTests.h"
 #include "textio/Opening.h"
 #include "textio/RFTSFSO.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <unordered_set>
 
 namespace vexmarrow {
@@ -74,32 +75,21 @@ Utf8Look::Found Utf8Look::Look() {
 
 /// The first bytes of a regular file. False when they cannot be read.
 bool Utf8Look::ReadBeginning(std::u16string_view path, std::string& bytes) {
-    const std::string name = NativeName(path);
-    FileStatus status;
     // Looked at before it is opened: a pipe's writer would take us for its reader.
-    if (calls_.StatusOfTarget(name, status) != 0 || !status.IsRegular()) {
+    if (!IsExistingFile(calls_, path)) {
         return false;
     }
-    const OpenedFile opened = OpenToRead(calls_, name);
+    const OpenedFile opened = OpenToRead(calls_, NativeName(path));
+    FileStatus status;
     if (opened.error != 0 || calls_.Status(opened.file.Number(), status) != 0 ||
         !status.IsRegular()) { // it may be another file by now
         return false;
     }
     bytes.resize(kMostBytes);
     std::size_t size = 0;
-    while (size < kMostBytes) {
-        const ssize_t got =
-            calls_.Read(opened.file.Number(), bytes.data() + size, kMostBytes - size);
-        if (got < 0 && errno != EINTR) {
-            return false;
-        }
-        if (got == 0) {
-            break;
-        }
-        size += got > 0 ? static_cast<std::size_t>(got) : 0;
-    }
+    const int error = ReadWhole(calls_, opened.file.Number(), bytes.data(), kMostBytes, 0, size);
     bytes.resize(size);
-    return true;
+    return error == 0;
 }
 
 } // namespace vexmarrow
