@@ -201,7 +201,11 @@ private Q_SLOTS:
         for (const auto& [height, by] : {std::pair{304, -1}, {305, 0}, {364, 0}, {365, 1}}) {
             View()->scrollTo(Index(100), QAbstractItemView::PositionAtTop);
             const int before = View()->verticalScrollBar()->value();
-            const int last = View()->indexAt(QPoint(1, View()->viewport()->height() - 1)).row() - 1;
+            const int bottom = View()->viewport()->height() - 1;
+            int last = View()->indexAt(QPoint(1, bottom)).row();
+            if (View()->visualRect(Index(last)).bottom() > bottom) {
+                --last; // which is in sight as a whole
+            }
             height_ = height;
             Mouse(by < 0 ? QStringLiteral("p101 m101 m100 r100")
                          : QStringLiteral("p%1 m%1 m%2 r%2").arg(last - 1).arg(last));
