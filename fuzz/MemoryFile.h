@@ -53,7 +53,12 @@ public:
     }
     ssize_t Attribute(const std::string&, const char*, void*, std::size_t) override { return -1; }
     int Lock(int, int) override { return 0; }
-    ssize_t Read(int, void* into, std::size_t count) override {
+    ssize_t Read(int descriptor, void* into, std::size_t count) override {
+        const ssize_t got = ReadAt(descriptor, into, count, position_);
+        position_ += got > 0 ? static_cast<std::size_t>(got) : 0;
+        return got;
+    }
+    ssize_t ReadAt(int, void* into, std::size_t count, std::uint64_t offset) override {
         Require(open, "an open file is read");
         // Habits are given up after a while: a long file must not come byte by byte to its end.
         const int habit = reads_ < 40 ? habits_[reads_ % 4] & 0xFF : 0;
@@ -64,9 +69,7 @@ public:
             return -1;
         }
         count = habit == 0 ? count : std::min(count, static_cast<std::size_t>(habit));
-        const std::size_t got = bytes.copy(static_cast<char*>(into), count, position_);
-        position_ += got;
-        return static_cast<ssize_t>(got);
+        return static_cast<ssize_t>(bytes.copy(static_cast<char*>(into), count, offset));
     }
     int Close(int) override {
         open = false;

@@ -5,6 +5,7 @@
 
 #include "engine/OutputPath.h"
 #include "engine/TextResult.h"
+#include "textio/InputFile.h"
 
 #include <cstdint>
 #include <initializer_list>
@@ -29,28 +30,20 @@ struct Outcome {
     std::uint64_t count = 0;        ///< pieces or lines
 };
 
-/// Reads a file to its end, changes each piece or line and writes the result to where `location`
-/// says. No box opens in here: the result holds the lock of its file. `change` takes a text and a
-/// function, which it calls with the parts of what becomes of the text; `Unit` tells whether they
-/// are characters or bytes.
-template <typename Unit, typename Reader, typename Change>
-Outcome WriteChanged(Reader& reader, TextResult& result, const OutputLocation& location,
-                     const StatementNumbers& numbers, Change&& change) {
-    using View = std::basic_string_view<Unit>;
+/// Has `work` read a file to its end and write the result to where `location` says. No box opens in
+/// here: the result holds the lock of its file. `work` takes the result's path, and a number that
+/// it keeps at that of the statement which it is at.
+template <typename Work>
+Outcome WriteResult(InputFile& file, TextResult& result, const OutputLocation& location,
+                    const StatementNumbers& numbers, Work&& work) {
     std::u16string path;
-    result.Try(numbers.outputPath, [&] { path = OutputPath(reader.File().Path(), location); });
-    const auto write = [&](std::initializer_list<View> parts) {
-        result.Write(parts, reader.Format(), path, numbers.write);
-    };
+    result.Try(numbers.outputPath, [&] { path = OutputPath(file.Path(), location); });
     Outcome outcome;
     int line = numbers.read;
     const std::optional<std::u16string> failure = FailureOf([&] {
-        for (View text; line = numbers.read, reader.Next(text);) {
-            line = numbers.replace;
-            change(text, write);
-        }
+        work(path, line);
         result.Seal(numbers.write);
-        reader.Finish(); // also when it is refused, which may come of that
+        file.CheckUnchanged(); // also when it is refused, which may come of that
         result.Commit(numbers.write);
     });
     if (failure) {
@@ -59,6 +52,25 @@ Outcome WriteChanged(Reader& reader, TextResult& result, const OutputLocation& l
     outcome.refused = result.Refused();
     outcome.count = result.Count();
     return outcome;
+}
+
+/// The same for a file that is changed piece by piece or line by line. `change` takes a text and a
+/// function, which it calls with the parts of what becomes of the text; `Unit` tells whether they
+/// are characters or bytes.
+template <typename Unit, typename Reader, typename Change>
+Outcome WriteChanged(Reader& reader, TextResult& result, const OutputLocation& location,
+                     const StatementNumbers& numbers, Change&& change) {
+    using View = std::basic_string_view<Unit>;
+    const auto work = [&](const std::u16string& path, int& line) {
+        const auto write = [&](std::initializer_list<View> parts) {
+            result.Write(parts, reader.Format(), path, numbers.write);
+        };
+        for (View text; line = numbers.read, reader.Next(text);) {
+            line = numbers.replace;
+            change(text, write);
+        }
+    };
+    return WriteResult(reader.File(), result, location, numbers, work);
 }
 
 } // namespace vexmarrow

@@ -142,4 +142,11 @@ const WideCascade& PreparedPairs::OfWideText() {
     return *ofWideText_;
 }
 
+const vcard::Pairs& PreparedPairs::OfCards() {
+    if (!ofCards_) {
+        ofCards_.emplace(pairs_);
+    }
+    return ofCards_->Get();
+}
+
 } // namespace vexmarrow

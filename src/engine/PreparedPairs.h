@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "engine/CardPairs.h"
 #include "engine/Cascade.h"
 #include "textio/TextStreams.h"
 
@@ -100,6 +101,9 @@ public:
     /// Replaces in wide text.
     const WideCascade& OfWideText();
 
+    /// Replaces in contact cards.
+    const vcard::Pairs& OfCards();
+
 private:
     std::vector<ReplacementPair> pairs_;
     std::vector<std::u16string> partnerless_;
@@ -110,6 +114,7 @@ private:
     std::optional<Utf8Cascade> ofUtf8_;
     bool askedForUtf8_ = false;
     std::optional<WideCascade> ofWideText_;
+    std::optional<CardPairs> ofCards_;
 };
 
 } // namespace vexmarrow

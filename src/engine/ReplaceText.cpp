@@ -9,6 +9,7 @@
 #include "textio/CodePage.h"
 #include "textio/Paths.h"
 #include "textio/RFTSFSO.h"
+#include "vcard/CardText.h"
 
 #include <array>
 #include <optional>
@@ -200,7 +201,11 @@ private:
 };
 
 ReplaceText::ReplaceText(RFTSFSO& textio, FileWriter& writer, Prompts& prompts)
-    : textio_(textio), writer_(writer), prompts_(prompts), pairs_(std::make_unique<Pairs>()) {}
+    : textio_(textio),
+      writer_(writer),
+      prompts_(prompts),
+      cards_(std::make_unique<vcard::CardText>()),
+      pairs_(std::make_unique<Pairs>()) {}
 
 ReplaceText::~ReplaceText() = default;
 
@@ -291,6 +296,47 @@ void ReplaceText::ReplaceInLines(std::u16string_view routine, Side side, const s
     });
     lines.reset(); // a box may be open for hours, and the file is locked until it is closed
     Report(trap, outcome, numbers, {});
+}
+
+void ReplaceText::ReplaceTextInCards(const std::u16string& path, vcard::Part part,
+                                     std::u16string_view find, std::u16string_view replace,
+                                     const OutputLocation& location) {
+    ReplaceInCards(u"ReplaceText.ReplaceTextInCards", path, part, location,
+                   [&] { pairs_->UseLines(find, replace); });
+}
+
+void ReplaceText::ReplaceSetsInCards(const std::u16string& path, const SetTexts& sets,
+                                     const OutputLocation& location) {
+    ReplaceInCards(u"ReplaceText.ReplaceSetsInCards", path, vcard::Part::WholeLine, location,
+                   [&] { pairs_->UseSets(sets); });
+}
+
+template <typename UsePairs>
+void ReplaceText::ReplaceInCards(std::u16string_view routine, const std::u16string& path,
+                                 vcard::Part part, const OutputLocation& location,
+                                 UsePairs usePairs) {
+    Trap trap(prompts_, routine);
+    const StatementNumbers numbers;
+    std::optional<InputFile> file;
+    if (!trap.Do(numbers.read,
+                 [&] { file.emplace(textio_.OpenBytes(path, UseOf(path, location))); }) ||
+        !trap.Do(numbers.replace, usePairs)) {
+        return;
+    }
+    PreparedPairs& pairs = pairs_->Present();
+    Outcome outcome = OutcomeOf(numbers, [&] {
+        TextResult result(textio_, writer_, &*file);
+        const auto work = [&](const std::u16string& resultPath, int& /*line*/) {
+            const auto write = [&](std::string_view bytes) {
+                result.Write({bytes}, TextFormat::Ansi, resultPath, numbers.write);
+            };
+            cards_->Replace(*file, pairs.OfCards(), part, textio_.Ansi().Page(), write);
+        };
+        return WriteResult(*file, result, location, numbers, work);
+    });
+    outcome.count = 1; // in however many parts it came
+    file.reset();      // a box may be open for hours, and the file is locked until it is closed
+    Report(trap, outcome, numbers, pairs.Partnerless());
 }
 
 int ReplaceText::SizeOfNext(std::u16string_view path, const OutputLocation& location) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "engine/OutputPath.h"
+#include "vcard/Part.h"
 
 #include <cstdint>
 #include <memory>
@@ -15,6 +16,9 @@
 
 namespace vexmarrow {
 
+namespace vcard {
+class CardText;
+}
 class FileWriter;
 class Prompts;
 class RFTSFSO;
@@ -71,6 +75,17 @@ public:
                                    std::u16string_view replace, const OutputLocation& location,
                                    std::int32_t index);
 
+    /// Reads the file as contact cards (vcard/CardText.h) and replaces in that part of each logical
+    /// line. Whatever the part, the lines of `find` and `replace` are the pairs, as for
+    /// ReplaceTextInFile; a find line without a partner is reported once. The encoding flags
+    /// neither count nor change.
+    void ReplaceTextInCards(const std::u16string& path, vcard::Part part, std::u16string_view find,
+                            std::u16string_view replace, const OutputLocation& location);
+
+    /// The same with sets, in whole logical lines.
+    void ReplaceSetsInCards(const std::u16string& path, const SetTexts& sets,
+                            const OutputLocation& location);
+
     /// FileSize2 of a file that one of the routines may be called for next: it is opened only once.
     int SizeOfNext(std::u16string_view path, const OutputLocation& location);
 
@@ -83,6 +98,9 @@ private:
 
     void ReplaceInPieces(Trap& trap, std::optional<TextPieces>& pieces,
                          const OutputLocation& location, const StatementNumbers& numbers);
+    template <typename UsePairs>
+    void ReplaceInCards(std::u16string_view routine, const std::u16string& path, vcard::Part part,
+                        const OutputLocation& location, UsePairs usePairs);
     void ReplaceInLines(std::u16string_view routine, Side side, const std::u16string& path,
                         std::u16string_view find, std::u16string_view replace,
                         const OutputLocation& location);
@@ -90,6 +108,7 @@ private:
     RFTSFSO& textio_;
     FileWriter& writer_;
     Prompts& prompts_;
+    std::unique_ptr<vcard::CardText> cards_;
     std::unique_ptr<Pairs> pairs_; // those of the last file, which are mostly those of the next
 };
 

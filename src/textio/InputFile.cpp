@@ -131,9 +131,10 @@ void InputFile::ReadPart() {
     }
     ssize_t got = -1;
     do {
-        got = inCopy_ ? calls_.ReadAt(number_, room, size,
-                                      position_ + static_cast<std::uint64_t>(shift_))
-                      : calls_.Read(number_, room, size);
+        got = inCopy_    ? calls_.ReadAt(number_, room, size,
+                                         position_ + static_cast<std::uint64_t>(shift_))
+              : rewound_ ? calls_.ReadAt(number_, room, size, position_)
+                         : calls_.Read(number_, room, size);
     } while (got < 0 && errno == EINTR);
     if (got < 0) {
         throw FileFailure(u"Could not read the file", path_, errno);
@@ -149,6 +150,20 @@ std::optional<std::string_view> InputFile::Whole() const {
         return std::nullopt;
     }
     return std::string_view(buffer_.get(), end_);
+}
+
+void InputFile::Rewind() {
+    if (!dropped_) { // all that was read is in the buffer still
+        begin_ = 0;
+        return;
+    }
+    CheckUnchanged(); // what is read anew has to be what was read
+    position_ = 0;
+    begin_ = 0;
+    end_ = 0;
+    atEnd_ = false;
+    dropped_ = false;
+    rewound_ = true;
 }
 
 void InputFile::CheckUnchanged() {

@@ -41,6 +41,10 @@ public:
     /// Moves on over bytes that Peek has shown.
     void Skip(std::size_t count) { begin_ += count; }
 
+    /// Begins again at the front, with the same failures as CheckUnchanged. To be called before the
+    /// result is begun.
+    void Rewind();
+
     /// Throws when what was read may be a mixture: another program has written into the file, or
     /// has cut, removed or replaced it since it was opened. For the end of reading.
     void CheckUnchanged();
@@ -87,6 +91,7 @@ private:
     std::int64_t shift_ = 0;     // where the file would begin in the copy
     int number_ = -1;            // from which is read: that of the file, or of a copy
     bool inCopy_ = false;
+    bool rewound_ = false; // the system's own place in the file does not count any more
     bool writable_ = false;
     bool atEnd_ = false;
     bool dropped_ = false; // some of what was read is not in the buffer any more

@@ -55,6 +55,10 @@ public:
     /// detection: the flags stand as some earlier one has left them.
     TextPieces ReadChunksByStream(std::u16string_view path, Use use = Use::Read);
 
+    /// Opens the file for whoever reads its bytes, without a detection: the flags do not matter and
+    /// stay as they are.
+    InputFile OpenBytes(std::u16string_view path, Use use) { return Open(path, use); }
+
     /// All bytes of a file.
     std::string ReadBytes(std::u16string_view path) const {
         return std::string(InputFile(calls_, path).PeekAll());

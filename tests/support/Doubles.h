@@ -9,11 +9,14 @@
 #include "shell/Pickers.h"
 #include "shell/Prompts.h"
 #include "shell/SettingsStore.h"
+#include "textio/FileWriter.h"
 
 #include <cstddef>
 #include <deque>
 #include <functional>
 #include <map>
+#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -82,6 +85,25 @@ public:
 
 private:
     std::size_t taken_ = 0;
+};
+
+/// Keeps what is written last, whatever the path.
+class KeepingWriter final : public FileWriter {
+public:
+    std::optional<std::string> result; ///< once it is complete
+
+    std::unique_ptr<PendingFile> Begin(std::u16string_view, InputFile*) override {
+        struct Pending final : PendingFile {
+            explicit Pending(std::optional<std::string>& kept) : result(kept) { result.reset(); }
+            void Append(std::string_view more) override { bytes += more; }
+            void Seal() override {}
+            void Commit() override { result = std::move(bytes); }
+            std::optional<std::string>& result;
+            std::string bytes;
+        };
+        return std::make_unique<Pending>(result);
+    }
+    void Settle() noexcept override {}
 };
 
 class ScriptedPickers final : public Pickers {

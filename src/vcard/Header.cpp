@@ -1,0 +1,156 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "vcard/Header.h"
+
+#include "vcard/Units.h"
+
+#include <algorithm>
+#include <array>
+
+namespace vexmarrow::vcard {
+namespace {
+
+bool IsNameLetter(char byte) {
+    const char letter = InLower(byte);
+    return (letter >= 'a' && letter <= 'z') || (byte >= '0' && byte <= '9') || byte == '-' ||
+           byte == '_';
+}
+
+std::size_t EndOfName(std::string_view line, std::size_t from) {
+    while (from < line.size() && IsNameLetter(line[from])) {
+        ++from;
+    }
+    return from;
+}
+
+/// Where a quoted text ends that begins at a place; the place itself where it is but a stray quote.
+std::size_t EndOfQuoted(std::string_view line, std::size_t begin, bool& isOpen) {
+    const char before = line[begin - 1];
+    if (before != '=' && before != ',') {
+        return begin;
+    }
+    const std::size_t close = line.find('"', begin + 1);
+    if (close == std::string_view::npos || close + 1 == line.size()) {
+        isOpen = true;
+        return begin;
+    }
+    const char after = line[close + 1];
+    return after == ';' || after == ',' || after == ':' ? close : begin;
+}
+
+/// Where the parameter ends that begins at a place: at a semicolon or at the separating colon.
+std::size_t EndOfParameter(std::string_view line, std::size_t begin, Version version,
+                           bool& isOpen) {
+    for (std::size_t at = begin; at < line.size(); ++at) {
+        if (line[at] == ';' || line[at] == ':') {
+            return at;
+        }
+        if (line[at] == '"' && version == Version::Later) {
+            at = EndOfQuoted(line, at, isOpen);
+        }
+    }
+    return std::string_view::npos;
+}
+
+std::string_view WithoutQuotes(std::string_view value) {
+    if (value.size() >= 2 && value.front() == '"' && value.back() == '"') {
+        value = value.substr(1, value.size() - 2);
+    }
+    return value;
+}
+
+void TakeParameter(std::string_view parameter, Header& header) {
+    const std::size_t equals = parameter.find('=');
+    const bool isBare = equals == std::string_view::npos;
+    const std::string_view name = isBare ? "" : WithoutBlanks(parameter.substr(0, equals));
+    const std::string_view value =
+        WithoutQuotes(WithoutBlanks(isBare ? parameter : parameter.substr(equals + 1)));
+    if (isBare || IsWord(name, "encoding")) {
+        if (IsWord(value, "b") || IsWord(value, "base64")) {
+            header.coding = Coding::Base64;
+        } else if (IsWord(value, "quoted-printable") && header.coding == Coding::Plain) {
+            header.coding = Coding::QuotedPrintable;
+        }
+    } else if (IsWord(name, "charset") && !header.hasCharset) {
+        header.hasCharset = true;
+        header.charset = value;
+    }
+}
+
+} // namespace
+
+Header ReadHeader(std::string_view line, Version version) {
+    std::size_t begin = 0;
+    std::size_t end = EndOfName(line, 0);
+    if (end > 0 && end < line.size() && line[end] == '.') {
+        begin = end + 1;
+        end = EndOfName(line, begin);
+    }
+    Header header;
+    if (end == begin || end == line.size() || (line[end] != ';' && line[end] != ':')) {
+        return header;
+    }
+    const std::string_view name = line.substr(begin, end - begin);
+    header.isAgent = IsWord(name, "agent");
+    header.mayBeBinary = IsWord(name, "photo") || IsWord(name, "logo") || IsWord(name, "sound") ||
+                         IsWord(name, "key");
+    while (line[end] == ';') {
+        begin = end + 1;
+        end = EndOfParameter(line, begin, version, header.hasOpenQuote);
+        if (end == std::string_view::npos) {
+            header.isUnfinished = true;
+            return header;
+        }
+        TakeParameter(line.substr(begin, end - begin), header);
+    }
+    header.colon = end;
+    return header;
+}
+
+bool IsBase64Address(std::string_view value) {
+    if (!BeginsWithWord(value, "data:")) {
+        return false;
+    }
+    constexpr std::string_view kMark = ";base64";
+    const std::string_view type = value.substr(0, value.find(','));
+    return type.size() < value.size() && type.size() >= kMark.size() &&
+           IsWord(type.substr(type.size() - kMark.size()), kMark);
+}
+
+Frame FrameOf(std::string_view line) {
+    if (line.empty()) {
+        return Frame::None;
+    }
+    switch (InLower(line.front())) {
+    case 'b':
+        return IsWord(WithoutBlanksAtEnd(line), "begin:vcard") ? Frame::Begin : Frame::None;
+    case 'e':
+        return IsWord(WithoutBlanksAtEnd(line), "end:vcard") ? Frame::End : Frame::None;
+    case 'v':
+        return BeginsWithWord(line, "version:") || BeginsWithWord(line, "version;") ? Frame::Version
+                                                                                    : Frame::None;
+    default:
+        return Frame::None;
+    }
+}
+
+Version VersionOf(std::string_view line) {
+    const std::size_t colon = line.find(':');
+    const bool isTwoOne =
+        colon != std::string_view::npos && WithoutBlanks(line.substr(colon + 1)) == "2.1";
+    return isTwoOne ? Version::TwoOne : Version::Later;
+}
+
+bool IsBase64Letter(char byte) {
+    const char letter = InLower(byte);
+    return (letter >= 'a' && letter <= 'z') || (byte >= '0' && byte <= '9') || byte == '+' ||
+           byte == '/' || byte == '=';
+}
+
+bool IsBase64Line(std::string_view line) {
+    line = WithoutBlanksAtEnd(line);
+    return !line.empty() && std::all_of(line.begin(), line.end(), IsBase64Letter);
+}
+
+} // namespace vexmarrow::vcard

@@ -1,0 +1,261 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "vcard/LineChange.h"
+
+#include "base/Failure.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace vexmarrow::vcard {
+namespace {
+
+constexpr std::size_t kNowhere = std::string_view::npos;
+constexpr std::size_t kLongestText = std::size_t{512} * 1024 * 1024; // places have 32 bits
+
+} // namespace
+
+bool LineChange::Apply(const Pairs& pairs, Part part, const RawLine& line, const LineText& text) {
+    std::size_t number = pairs.finder->FirstFound(text.Text(), 0);
+    if (number == PairFinder::kNone) {
+        return false;
+    }
+    Begin(line, text);
+    bool any = false;
+    for (; number != PairFinder::kNone; number = pairs.finder->FirstFound(text_, number + 1)) {
+        any = Replace(pairs.list[number], part) || any;
+    }
+    if (!any || text_ == text.Text()) {
+        return false;
+    }
+    DropFolds();
+    return true;
+}
+
+void LineChange::Begin(const RawLine& line, const LineText& text) {
+    line_ = &line;
+    old_ = &text;
+    text_ = text.Text();
+    stretches_.assign(1, {0, 0});
+    border_ = text.Border();
+    TakeFolds();
+}
+
+/// The folds between units; one within a unit stays or goes with it.
+void LineChange::TakeFolds() {
+    folds_.clear();
+    std::size_t place = 0;
+    for (std::size_t i = 0; i < line_->folds.size(); ++i) {
+        const std::uint32_t at = line_->folds[i].at;
+        while (place < text_.size() && (old_->InJoined(place) < at || GoesOn(text_[place]))) {
+            ++place;
+        }
+        if (old_->InJoined(place) == at) {
+            folds_.push_back({static_cast<std::uint32_t>(place), static_cast<std::uint32_t>(i)});
+        }
+    }
+}
+
+/// Walks over the occurrences of a pair that are to be replaced, from left to right.
+class LineChange::Search {
+public:
+    Search(const LineChange& change, const Pair& pair, Part part)
+        : text_(change.text_),
+          pair_(pair),
+          border_(change.line_->context.hasHeader ? change.border_ : kNowhere),
+          end_(text_.size()) {
+        if (part == Part::Fields) {
+            end_ = change.border_ == kNowhere ? 0 : change.border_;
+        } else if (part == Part::Values) {
+            from_ = change.border_ == kNowhere ? 0 : change.border_ + 1;
+        }
+        const LineContext& context = change.line_->context;
+        const bool hasEscapes = context.inCard && context.version == Version::Later;
+        escape_ = hasEscapes ? text_.find('\\', from_) : kNowhere;
+    }
+
+    bool Next(Occurrence& occurrence) {
+        for (;;) {
+            occurrence.begin = text_.find(pair_.find, from_);
+            occurrence.end = occurrence.begin + pair_.find.size();
+            if (occurrence.begin == kNowhere || occurrence.end > end_) {
+                return false;
+            }
+            while (escape_ < occurrence.begin && escape_ + 1 != occurrence.begin) {
+                escape_ = text_.find('\\', escape_ + 2);
+            }
+            if (escape_ < occurrence.begin) { // a backslash and its letter belong together
+                from_ = occurrence.begin + 1;
+                continue;
+            }
+            from_ = occurrence.end;
+            occurrence.hasBorder = occurrence.begin <= border_ && border_ < occurrence.end;
+            if (!occurrence.hasBorder || pair_.replace.find(':') != kNowhere) {
+                return true;
+            }
+        }
+    }
+
+private:
+    const std::string& text_;
+    const Pair& pair_;
+    std::size_t border_;
+    std::size_t from_ = 0;
+    std::size_t end_;
+    std::size_t escape_; // a backslash that is not escaped itself, the next one or the last
+};
+
+/// What is put in for an occurrence: of what is left of the colon and of what is right of it, each
+/// as it has to be there.
+std::string_view LineChange::NewText(const Pair& pair, const Occurrence& occurrence) {
+    if (line_->context.coding != Coding::QuotedPrintable) {
+        return pair.replace;
+    }
+    if (occurrence.hasBorder) {
+        room_.assign(pair.replace, 0, pair.replace.find(':'));
+        room_.append(pair.replaceCoded, pair.replaceCoded.find(':'));
+        return room_;
+    }
+    const bool inValue = !line_->begins || (border_ != kNowhere && occurrence.begin > border_);
+    return inValue ? pair.replaceCoded : pair.replace;
+}
+
+/// Replaces all occurrences of a pair; false if there is none.
+bool LineChange::Replace(const Pair& pair, Part part) {
+    Search search(*this, pair, part);
+    Occurrence occurrence;
+    if (!search.Next(occurrence)) {
+        return false;
+    }
+    nextText_.clear();
+    nextStretches_.clear();
+    nextFolds_.clear();
+    done_ = 0;
+    stretchesDone_ = 0;
+    foldsDone_ = 0;
+    lastKept_ = kNowhere;
+    lastDropped_ = kNowhere;
+    std::size_t nextBorder = border_;
+    do {
+        KeepUpTo(occurrence.begin);
+        KeepFoldsAt(occurrence.begin, true);
+        while (foldsDone_ < folds_.size() && folds_[foldsDone_].at < occurrence.end) {
+            ++foldsDone_;
+        }
+        const std::string_view newText = NewText(pair, occurrence);
+        if (occurrence.hasBorder) {
+            nextBorder = nextText_.size() + newText.find(':');
+        } else if (border_ != kNowhere && occurrence.begin < border_) {
+            nextBorder = nextBorder + newText.size() - pair.find.size();
+        }
+        PutIn(newText);
+        done_ = occurrence.end;
+    } while (search.Next(occurrence));
+    KeepUpTo(text_.size());
+    KeepFoldsAt(text_.size(), false);
+    border_ = nextBorder;
+    text_.swap(nextText_);
+    stretches_.swap(nextStretches_);
+    folds_.swap(nextFolds_);
+    return true;
+}
+
+void LineChange::PutIn(std::string_view newText) {
+    if (newText.empty()) {
+        return;
+    }
+    if (nextText_.size() + newText.size() > kLongestText) {
+        throw Failure(u"A line would become too long: there is room for 512 MiB.");
+    }
+    if (nextStretches_.empty() || nextStretches_.back().origin != kNew) {
+        nextStretches_.push_back({static_cast<std::uint32_t>(nextText_.size()), kNew});
+    }
+    nextText_.append(newText);
+}
+
+/// Keeps the text up to a place, and the folds before that.
+void LineChange::KeepUpTo(std::size_t end) {
+    for (; foldsDone_ < folds_.size() && folds_[foldsDone_].at < end; ++foldsDone_) {
+        KeepFold(folds_[foldsDone_], nextText_.size() + (folds_[foldsDone_].at - done_));
+    }
+    for (std::size_t place = done_; place < end;) {
+        while (stretchesDone_ + 1 < stretches_.size() &&
+               stretches_[stretchesDone_ + 1].begin <= place) {
+            ++stretchesDone_;
+        }
+        const Stretch& stretch = stretches_[stretchesDone_];
+        const bool isLast = stretchesDone_ + 1 == stretches_.size();
+        const std::size_t stop = isLast ? end : std::min<std::size_t>(end, (&stretch + 1)->begin);
+        const auto inside = static_cast<std::uint32_t>(place - stretch.begin);
+        nextStretches_.push_back({static_cast<std::uint32_t>(nextText_.size() + (place - done_)),
+                                  stretch.origin == kNew ? kNew : stretch.origin + inside});
+        place = stop;
+    }
+    nextText_.append(text_, done_, end - done_);
+    done_ = end;
+}
+
+/// Keeps the folds at the place up to which the text is done.
+void LineChange::KeepFoldsAt(std::size_t place, bool isBlankReplaced) {
+    for (; foldsDone_ < folds_.size() && folds_[foldsDone_].at == place; ++foldsDone_) {
+        const KeptFold& fold = folds_[foldsDone_];
+        if (!isBlankReplaced || !line_->folds[fold.number].leavesBlank) {
+            KeepFold(fold, nextText_.size());
+        }
+    }
+}
+
+/// Keeps a fold, unless there is one before it already and what was between them is gone.
+void LineChange::KeepFold(const KeptFold& fold, std::size_t place) {
+    const bool isDouble = !nextFolds_.empty() && nextFolds_.back().at == place &&
+                          lastKept_ != fold.at && lastDropped_ != fold.at;
+    if (isDouble) {
+        lastDropped_ = fold.at;
+        return;
+    }
+    lastKept_ = fold.at;
+    nextFolds_.push_back({static_cast<std::uint32_t>(place), fold.number});
+}
+
+/// Drops a fold that has newly nothing before it or after it in the line, and soft breaks that are
+/// newly followed by a blank, which some programs would lose.
+void LineChange::DropFolds() {
+    const auto isBeforeKeptBlank = [&](const KeptFold& fold) {
+        const Fold& before = line_->folds[fold.number];
+        if (!before.isSoftBreak || fold.at == text_.size() || !IsBlank(text_[fold.at])) {
+            return false;
+        }
+        const std::uint32_t origin = OriginOf(fold.at);
+        return origin != kNew && old_->InJoined(origin) != before.at &&
+               IsBlank(line_->joined[old_->InJoined(origin)]); // and is not coded
+    };
+    folds_.erase(std::remove_if(folds_.begin(), folds_.end(), isBeforeKeptBlank), folds_.end());
+    const auto endsNewly = [&] {
+        return !folds_.empty() && line_->ends && folds_.back().at == text_.size() &&
+               line_->folds[folds_.back().number].at < line_->joined.size();
+    };
+    if (endsNewly()) {
+        folds_.pop_back();
+        // Others, with nothing between, may stay, but for a CR before the line's own end.
+        while (endsNewly() && line_->folds[folds_.back().number].bytes.ends_with('\r')) {
+            folds_.pop_back();
+        }
+    }
+    if (!folds_.empty() && line_->begins && folds_.front().at == 0 &&
+        line_->folds[folds_.front().number].at > 0) {
+        folds_.erase(folds_.begin());
+    }
+}
+
+std::uint32_t LineChange::OriginOf(std::size_t place) const {
+    const auto next =
+        std::upper_bound(stretches_.begin(), stretches_.end(), place,
+                         [](std::size_t at, const Stretch& stretch) { return at < stretch.begin; });
+    const Stretch& stretch = *std::prev(next);
+    return stretch.origin == kNew
+               ? kNew
+               : stretch.origin + static_cast<std::uint32_t>(place - stretch.begin);
+}
+
+} // namespace vexmarrow::vcard

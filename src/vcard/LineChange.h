@@ -1,0 +1,84 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "vcard/LineReader.h"
+#include "vcard/LineText.h"
+#include "vcard/Pairs.h"
+#include "vcard/Part.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vexmarrow::vcard {
+
+/// What the pairs make of the text of a logical line, and what in it is from where.
+class LineChange {
+public:
+    static constexpr std::uint32_t kNew = 0xFFFFFFFF;
+
+    /// A stretch of the changed text, up to the next one.
+    struct Stretch {
+        std::uint32_t begin = 0;
+        std::uint32_t origin = kNew; ///< where in the old text it was, if it is not new
+    };
+
+    /// A fold between two units of the changed text.
+    struct KeptFold {
+        std::uint32_t at = 0;     ///< before which place of the text
+        std::uint32_t number = 0; ///< in the raw line
+    };
+
+    /// Runs all pairs over that part of the line. Returns whether its text is another one now.
+    bool Apply(const Pairs& pairs, Part part, const RawLine& line, const LineText& text);
+
+    const std::string& Text() const { return text_; }
+    const std::vector<Stretch>& Stretches() const { return stretches_; }
+    const std::vector<KeptFold>& Folds() const { return folds_; }
+
+    /// Where the separating colon is now; npos if there is none.
+    std::size_t Border() const { return border_; }
+
+private:
+    class Search;
+    struct Occurrence {
+        std::size_t begin = 0;
+        std::size_t end = 0;
+        bool hasBorder = false; ///< the separating colon is in it
+    };
+
+    void Begin(const RawLine& line, const LineText& text);
+    void TakeFolds();
+    bool Replace(const Pair& pair, Part part);
+    void PutIn(std::string_view newText);
+    void KeepUpTo(std::size_t end);
+    void KeepFoldsAt(std::size_t place, bool isBlankReplaced);
+    void KeepFold(const KeptFold& fold, std::size_t place);
+    std::string_view NewText(const Pair& pair, const Occurrence& occurrence);
+    void DropFolds();
+    std::uint32_t OriginOf(std::size_t place) const;
+
+    const RawLine* line_ = nullptr;
+    const LineText* old_ = nullptr;
+    std::string text_;
+    std::vector<Stretch> stretches_;
+    std::vector<KeptFold> folds_;
+    std::size_t border_ = 0;
+
+    // What a pair makes of these, up to what was done so far.
+    std::string nextText_;
+    std::vector<Stretch> nextStretches_;
+    std::vector<KeptFold> nextFolds_;
+    std::size_t done_ = 0;          // so far in text_
+    std::size_t stretchesDone_ = 0; // of which the last may go on
+    std::size_t foldsDone_ = 0;
+    std::size_t lastKept_ = 0;    // the fold that was kept last, and that was dropped last: their
+    std::size_t lastDropped_ = 0; // places in text_
+    std::string room_;
+};
+
+} // namespace vexmarrow::vcard

@@ -1,0 +1,274 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "vcard/LineText.h"
+
+#include "base/Utf8.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace vexmarrow::vcard {
+namespace {
+
+int HexDigit(char byte) {
+    const char letter = InLower(byte);
+    return letter >= '0' && letter <= '9'   ? letter - '0'
+           : letter >= 'a' && letter <= 'f' ? letter - 'a' + 10
+                                            : -1;
+}
+
+bool HasCode(std::string_view value) {
+    for (std::size_t at = value.find('='); at != std::string_view::npos;
+         at = value.find('=', at + 1)) {
+        if (IsCode(value, at)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool IsAscii(std::string_view bytes) {
+    return AsciiLength(bytes) == bytes.size();
+}
+
+/// Bytes of UTF-8 without what is but a part at their end: of a character, or of a code.
+std::string_view WithoutTornUnit(std::string_view bytes) {
+    const std::size_t code = bytes.find('=', bytes.size() - std::min<std::size_t>(bytes.size(), 2));
+    bytes = bytes.substr(0, code);
+    const TextStretch stretch = MeasureUtf8(bytes, bytes.size(), true);
+    return bytes.substr(0, stretch.bytes);
+}
+
+/// Takes the bytes of a line from a place of the joined line on away.
+void CutAt(std::size_t place, RawLine& line) {
+    std::size_t raw = place;
+    std::size_t folds = 0;
+    while (folds < line.folds.size() && line.folds[folds].at < place) {
+        raw += line.folds[folds++].bytes.size();
+    }
+    line.folds.resize(folds);
+    line.raw = line.raw.substr(0, raw);
+    line.joined = line.joined.substr(0, place);
+    line.endSize = 0;
+    line.ends = false;
+}
+
+} // namespace
+
+bool IsCode(std::string_view text, std::size_t place) {
+    return place + 2 < text.size() && text[place] == '=' && HexDigit(text[place + 1]) >= 0 &&
+           HexDigit(text[place + 2]) >= 0;
+}
+
+/// Where the value begins, of a line or of the part of one.
+std::size_t LineDecoder::BeginOfValue(const RawLine& line) {
+    const bool hasColon = line.header.colon != Header::kNone;
+    return !line.begins ? 0 : hasColon ? line.header.colon + 1 : line.joined.size();
+}
+
+void LineDecoder::Shorten(RawLine& line) {
+    constexpr std::size_t kMore = 64;
+    constexpr std::size_t kLongestUnit = 4; // of charsets whose bytes do not tell where one begins
+    const std::string_view joined = line.joined;
+    const bool isTold = line.context.charset == nullptr || line.context.charset->IsUtf8();
+    std::size_t left = (kMostUnits + kMore) * (isTold ? 1 : kLongestUnit);
+    if (joined.size() <= left) {
+        return;
+    }
+    const bool isQuoted = line.context.coding == Coding::QuotedPrintable;
+    const std::size_t value = BeginOfValue(line);
+    for (std::size_t at = 0; at < joined.size();) {
+        const bool isCode = isQuoted && at >= value && IsCode(joined, at);
+        const bool goesOn = isCode ? (HexDigit(joined[at + 1]) & 0xC) == 0x8 : GoesOn(joined[at]);
+        if ((!goesOn || !isTold) && left-- == 0) {
+            CutAt(at, line);
+            return;
+        }
+        at += isCode ? 3 : 1;
+    }
+}
+
+void LineDecoder::Decode(const RawLine& line, LineText& text) {
+    most_ = kMostUnits + 1;
+    DecodeText(line, text);
+}
+
+void LineDecoder::DecodeAgain(const RawLine& line, LineText& text) {
+    most_ = std::numeric_limits<std::size_t>::max();
+    DecodeText(line, text);
+}
+
+void LineDecoder::DecodeText(const RawLine& line, LineText& text) {
+    const std::string_view joined = line.joined;
+    const std::size_t value = BeginOfValue(line);
+    const bool isQuoted = line.context.coding == Coding::QuotedPrintable;
+    text.joined_ = joined;
+    text.valueCharset_ = line.context.charset;
+    const bool isUtf8 =
+        charsets_.file->IsUtf8() && (text.valueCharset_ == nullptr || text.valueCharset_->IsUtf8());
+    text.isJoined_ = !(isQuoted && HasCode(joined.substr(value))) &&
+                     (IsAscii(joined) || (isUtf8 && vexmarrow::IsUtf8(joined)));
+    text.isLocated_ = text.isJoined_;
+    needsPlaces_ = false;
+    if (isQuoted && (!text.isJoined_ || text.valueCharset_ == nullptr)) {
+        Uncode(joined, value);
+        if (text.valueCharset_ == nullptr) {
+            text.valueCharset_ = CharsetOfCoded(line.ends);
+        }
+    }
+    text.border_ = value > 0 && value <= joined.size() && line.header.colon != Header::kNone
+                       ? value - 1
+                       : std::string_view::npos;
+    if (!text.isJoined_) {
+        if (isQuoted && IsUtf8Alike(joined.substr(0, value), text)) {
+            text.decoded_.text.assign(joined, 0, value).append(bytes_);
+        } else {
+            Locate(line, text);
+        }
+    }
+}
+
+void LineDecoder::Cut(RawLine& line, LineText& text) {
+    std::size_t size = LengthOfUnits(text.Text(), kMostUnits);
+    // Where the bytes end in the middle of a line, so may those of its last unit.
+    constexpr std::size_t kUncertain = 16;
+    if (!line.ends && line.context.passed == Passed::No && text.Text().size() - size < kUncertain &&
+        size > kUncertain) {
+        size -= kUncertain;
+        while (GoesOn(text.Text()[size])) {
+            --size;
+        }
+    }
+    if (size < text.Text().size()) {
+        Locate(line, text);
+        CutAt(text.InJoined(size), line);
+        text.joined_ = line.joined;
+        text.decoded_.text.resize(std::min(size, text.decoded_.text.size()));
+        text.decoded_.from.resize(text.decoded_.text.size());
+    }
+}
+
+/// Whether the text of a coded line is its header and the bytes of its value, which are taken out
+/// of their codes already.
+bool LineDecoder::IsUtf8Alike(std::string_view header, const LineText& text) const {
+    return text.valueCharset_ != nullptr && text.valueCharset_->IsUtf8() && beside_.size() == 1 &&
+           vexmarrow::IsUtf8(bytes_) &&
+           (IsAscii(header) || (charsets_.file->IsUtf8() && vexmarrow::IsUtf8(header)));
+}
+
+void LineDecoder::Locate(const RawLine& line, LineText& text) {
+    if (text.isLocated_) {
+        return;
+    }
+    const std::string_view joined = line.joined;
+    const std::size_t value = BeginOfValue(line);
+    text.decoded_.Begin(most_);
+    charsets_.file->Decode(joined.substr(0, value), 0, text.decoded_);
+    if (text.border_ != std::string_view::npos) {
+        text.border_ = text.decoded_.text.size() - 1;
+    }
+    if (line.context.coding == Coding::QuotedPrintable) {
+        needsPlaces_ = true;
+        Uncode(joined, value);
+        DecodeCoded(joined, text);
+    } else {
+        const Charset* const charset = text.valueCharset_;
+        (charset != nullptr ? charset : charsets_.file)
+            ->Decode(joined.substr(value), value, text.decoded_);
+    }
+    text.isLocated_ = true;
+}
+
+/// Takes the codes out of a value.
+void LineDecoder::Uncode(std::string_view joined, std::size_t value) {
+    bytes_.clear();
+    places_.clear();
+    beside_.clear();
+    for (std::size_t at = value; at < joined.size();) {
+        const std::size_t equals = std::min(joined.find('=', at), joined.size());
+        AddBytes(joined.substr(at, equals - at), at);
+        at = equals;
+        if (IsCode(joined, at)) {
+            const int byte = 16 * HexDigit(joined[at + 1]) + HexDigit(joined[at + 2]);
+            bytes_.push_back(static_cast<char>(byte));
+            if (needsPlaces_) {
+                places_.push_back(static_cast<std::uint32_t>(at));
+            }
+            at += 3;
+        } else if (at < joined.size()) {
+            AddBytes(joined.substr(at, 1), at);
+            ++at;
+        }
+    }
+    places_.push_back(static_cast<std::uint32_t>(joined.size()));
+    beside_.push_back({bytes_.size(), joined.size(), joined.size()});
+}
+
+/// Adds bytes of the value that are not coded.
+void LineDecoder::AddBytes(std::string_view bytes, std::size_t place) {
+    const auto add = [&](std::size_t begin, std::size_t end) {
+        bytes_.append(bytes, begin, end - begin);
+        for (std::size_t at = begin; needsPlaces_ && at < end; ++at) {
+            places_.push_back(static_cast<std::uint32_t>(place + at));
+        }
+    };
+    if (!charsets_.hasMark) {
+        add(0, bytes.size());
+        return;
+    }
+    for (std::size_t at = 0; at < bytes.size();) {
+        const std::size_t ascii = AsciiLength(bytes.substr(at));
+        add(at, at + ascii);
+        at += ascii;
+        const std::size_t begin = at;
+        while (at < bytes.size() && static_cast<unsigned char>(bytes[at]) >= 0x80) {
+            ++at;
+        }
+        if (at > begin) {
+            beside_.push_back({bytes_.size(), place + begin, place + at});
+        }
+    }
+}
+
+/// That of coded bytes whose line names none.
+const Charset* LineDecoder::CharsetOfCoded(bool isWhole) const {
+    if (IsAscii(bytes_)) {
+        return charsets_.hasMark ? charsets_.utf8 : charsets_.file;
+    }
+    std::size_t begin = 0;
+    for (const Beside& beside : beside_) {
+        std::string_view run = std::string_view(bytes_).substr(begin, beside.at - begin);
+        if (!isWhole && &beside == &beside_.back()) {
+            run = WithoutTornUnit(run);
+        }
+        if (!vexmarrow::IsUtf8(run)) {
+            return charsets_.page;
+        }
+        begin = beside.at;
+    }
+    return charsets_.utf8;
+}
+
+void LineDecoder::DecodeCoded(std::string_view joined, LineText& text) {
+    std::size_t begin = 0;
+    for (const Beside& beside : beside_) {
+        AppendRun(begin, beside.at, *text.valueCharset_, text.decoded_);
+        charsets_.file->Decode(joined.substr(beside.begin, beside.end - beside.begin), beside.begin,
+                               text.decoded_);
+        begin = beside.at;
+    }
+}
+
+void LineDecoder::AppendRun(std::size_t begin, std::size_t end, const Charset& charset,
+                            Decoded& decoded) {
+    run_.Begin(decoded.room);
+    charset.Decode(std::string_view(bytes_).substr(begin, end - begin), begin, run_);
+    decoded.text.append(run_.text);
+    decoded.room = run_.room;
+    for (const std::uint32_t byte : run_.from) {
+        decoded.from.push_back(places_[byte]);
+    }
+}
+
+} // namespace vexmarrow::vcard

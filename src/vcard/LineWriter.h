@@ -1,0 +1,98 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "vcard/LineChange.h"
+#include "vcard/LineReader.h"
+#include "vcard/LineText.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vexmarrow::vcard {
+
+class FileText;
+
+/// Writes changed logical lines. What stays of a line is copied; what is new is written as what
+/// surrounds it.
+class LineWriter {
+public:
+    LineWriter(const FileCharsets& charsets, const FileText& file)
+        : charsets_(charsets), file_(file) {}
+
+    /// What a line may be folded with that has become too long.
+    struct Folding {
+        std::string_view lineEnd;
+        std::function<bool()> isUsual; ///< whether lines of this card are folded at all
+    };
+
+    /// Writes a line without its end.
+    void Write(const RawLine& line, const LineText& text, const LineChange& change,
+               const Folding& folding);
+
+    /// Its bytes, and the text that they have to be read as; both valid until the next call,
+    /// and as long as the change stays.
+    std::string_view Raw() const { return isPlain_ ? std::string_view(change_->Text()) : out_; }
+    std::string_view Text() const {
+        return isPlain_ ? std::string_view(change_->Text()) : expected_;
+    }
+
+private:
+    /// A unit as it is written.
+    struct Token {
+        std::uint32_t at = 0;                    // in joined_
+        std::uint32_t origin = LineChange::kNew; // in the old joined line
+    };
+
+    bool IsPlain() const;
+    bool WriteUnfolded();
+    void WriteJoined();
+    void KeepUnits(std::size_t begin, std::size_t end, std::uint32_t origin);
+    void AddUnits(std::size_t begin, std::size_t end);
+    void AddUnit(char32_t unit, bool inValue);
+    void AddEncoded(char32_t unit, bool inValue);
+    void TakeFoldsUpTo(std::size_t place);
+    bool IsInValue(std::size_t place) const;
+    std::string_view TokenBytes(std::size_t token) const;
+    bool IsLiteralEquals(std::size_t token) const;
+
+    void WritePhysicalLines();
+    void AddToken(std::size_t token, std::size_t& fold);
+    void EndPhysicalLine(const LineChange::KeptFold* fold, std::size_t tokens);
+    void MendEnd(std::size_t oldEnd, std::size_t tokens);
+    std::size_t OldLength(std::size_t first, std::size_t last) const;
+    bool IsToBeBroken(std::size_t length, std::size_t lastOld) const;
+    void Break(std::size_t column, std::size_t left);
+
+    FileCharsets charsets_;
+    const FileText& file_;
+    const RawLine* line_ = nullptr;
+    const LineText* text_ = nullptr;
+    const LineChange* change_ = nullptr;
+    const Folding* folding_ = nullptr;
+    bool isQuoted_ = false;
+    bool isPlain_ = false; // the bytes are the text
+
+    std::string joined_; // the new line without folds
+    std::vector<Token> tokens_;
+    std::vector<LineChange::KeptFold> folds_; // in joined_
+    std::size_t border_ = 0;                  // in joined_: where the value begins
+    std::string expected_;
+    std::size_t nextKept_ = 0;  // of the folds that the change has kept
+    std::size_t nextInner_ = 0; // of the old folds, which may be within a unit
+    std::string bytes_;         // of one unit
+
+    std::string out_;
+    std::string physical_;            // the line that is being written
+    std::vector<std::size_t> breaks_; // where it may be broken
+    std::size_t firstOld_ = 0;        // the first old physical line that it is made from
+    bool beginsWithBlank_ = false;    // that of a fold
+    std::string broken_;
+};
+
+} // namespace vexmarrow::vcard

@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "vcard/OpenCards.h"
+
+#include "vcard/PhysicalLine.h"
+#include "vcard/Units.h"
+
+#include <algorithm>
+
+namespace vexmarrow::vcard {
+namespace {
+
+constexpr std::size_t kVersionReach = std::size_t{64} * 1024; // bytes from BEGIN to VERSION
+
+/// The version of the card at the beginning of a window: that of its own first VERSION line.
+Version FindVersion(std::string_view window) {
+    PhysicalLine line;
+    std::size_t depth = 0;
+    bool isAfterEmptyAgent = false;
+    line.Find(window, true, 0);
+    while (line.next < std::min(window.size(), kVersionReach)) {
+        line.Find(window, true, line.next);
+        const std::string_view content = line.In(window);
+        const Frame frame = FrameOf(content);
+        if (frame == Frame::Version && depth == 0) {
+            return VersionOf(content);
+        }
+        if (frame == Frame::End ? depth-- == 0 : frame == Frame::Begin && !isAfterEmptyAgent) {
+            break;
+        }
+        depth += frame == Frame::Begin ? 1 : 0;
+        isAfterEmptyAgent = IsEmptyAgent(content, ReadHeader(content, Version::Later));
+    }
+    return Version::Later;
+}
+
+} // namespace
+
+void OpenCards::Begin(std::string_view window, bool isWithin) {
+    if (!isWithin) {
+        open_.clear();
+    }
+    // Deep within others, a card is read as most are: each BEGIN would have much searched.
+    constexpr std::size_t kDeep = 16;
+    open_.push_back({open_.size() < kDeep ? FindVersion(window) : Version::Later, begun_++});
+}
+
+bool IsEmptyAgent(std::string_view line, const Header& header) {
+    return header.colon != Header::kNone && header.isAgent &&
+           WithoutBlanks(line.substr(header.colon + 1)).empty();
+}
+
+} // namespace vexmarrow::vcard

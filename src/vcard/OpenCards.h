@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "vcard/Header.h"
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+namespace vexmarrow::vcard {
+
+/// How much text has to be at hand to begin a card, unless it ends before that.
+inline constexpr std::size_t kLookForVersion = std::size_t{128} * 1024;
+
+/// The cards that have begun and not ended, one within the other.
+class OpenCards {
+public:
+    bool Any() const { return !open_.empty(); }
+
+    // Of the innermost.
+    Version CardVersion() const { return open_.back().version; }
+    std::size_t Number() const { return open_.back().number; }
+
+    /// Begins the card at the beginning of `window`: within the innermost, or in place of all.
+    void Begin(std::string_view window, bool isWithin);
+    void End() { open_.pop_back(); }
+
+private:
+    struct Card {
+        Version version = Version::Later;
+        std::size_t number = 0;
+    };
+    std::vector<Card> open_;
+    std::size_t begun_ = 0;
+};
+
+/// Whether a logical line is an AGENT without a value, in which the next card lies.
+bool IsEmptyAgent(std::string_view line, const Header& header);
+
+} // namespace vexmarrow::vcard

@@ -1,0 +1,255 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "vcard/PlainLines.h"
+
+#include "vcard/PhysicalLine.h"
+#include "vcard/Units.h"
+
+#include <array>
+#include <bit>
+#include <cstring>
+#include <utility>
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+namespace vexmarrow::vcard {
+namespace {
+
+constexpr std::size_t kBlock = 64;
+constexpr std::size_t kNone = std::string_view::npos;
+
+bool IsHexDigit(char byte) {
+    const char letter = InLower(byte);
+    return (letter >= '0' && letter <= '9') || (letter >= 'a' && letter <= 'f');
+}
+
+/// Whether an `=` may begin a code or a soft break.
+bool MayBeCode(std::string_view window, std::size_t equals) {
+    const std::string_view next = window.substr(equals + 1, 2);
+    return next.size() < 2 || IsBlank(next[0]) || next[0] == '\r' || next[0] == '\n' ||
+           (IsHexDigit(next[0]) && IsHexDigit(next[1]));
+}
+
+/// Whether a header may say that the value is in an encoding of its own. It may be more than the
+/// header.
+bool MayBeEncoded(std::string_view header) {
+    for (std::size_t at = 0; at < header.size(); ++at) {
+        if (header[at] == ';' || header[at] == '=') {
+            constexpr std::size_t kEnough = 64; // but for blanks without end
+            const std::string_view word = WithoutBlanks(header.substr(at + 1, kEnough));
+            if (word.empty() || BeginsWithWord(word, "charset") ||
+                BeginsWithWord(word, "quoted-printable")) {
+                return true;
+            }
+        }
+    }
+    return header.find('"') != kNone; // in which the colon may be, or what is looked for
+}
+
+} // namespace
+
+/// Where things stand in a block of bytes: bit n is for byte n.
+struct PlainLines::Marks {
+    std::uint64_t lineEnds = 0; // CR and LF
+    std::uint64_t colons = 0;
+    std::uint64_t special = 0; // `=`, and what is not ASCII
+
+#if defined(__SSE2__)
+    explicit Marks(const char* block) {
+        constexpr std::size_t kVector = sizeof(__m128i);
+        for (std::size_t at = 0; at < kBlock; at += kVector) {
+            const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(block + at));
+            const auto bits = [at](__m128i equal) {
+                return std::uint64_t{static_cast<std::uint32_t>(_mm_movemask_epi8(equal))} << at;
+            };
+            const auto where = [&bytes](char byte) {
+                return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(byte));
+            };
+            lineEnds |= bits(_mm_or_si128(where('\r'), where('\n')));
+            colons |= bits(where(':'));
+            special |= bits(_mm_or_si128(where('='), bytes)); // of which the highest bits count
+        }
+    }
+#else
+    explicit Marks(const char* block) {
+        for (std::size_t at = 0; at < kBlock; ++at) {
+            const char byte = block[at];
+            const std::uint64_t bit = std::uint64_t{1} << at;
+            lineEnds |= byte == '\r' || byte == '\n' ? bit : 0;
+            colons |= byte == ':' ? bit : 0;
+            special |= byte == '=' || static_cast<unsigned char>(byte) >= 0x80 ? bit : 0;
+        }
+    }
+#endif
+};
+
+/// The line that is skimmed over.
+struct PlainLines::Line {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+    std::size_t next = 0;
+    std::size_t colon = kNone;  // the last one before its end, or before it begins
+    std::size_t before = kNone; // where the line before begins, which might go on with this one
+    bool isAfterEmptyAgent = false;
+    bool isLooked = false; // at its header
+    bool mayBeEncoded = false;
+
+    bool HasColon() const { return colon != kNone && colon >= begin; }
+
+    /// Takes note of the last of some colons, if there are any, in the block at a place.
+    void SeeColons(std::size_t block, std::uint64_t colons) {
+        if (colons != 0) {
+            colon = block + kBlock - 1 - static_cast<unsigned>(std::countl_zero(colons));
+        }
+    }
+};
+
+PlainLines::Marks PlainLines::MarksAt(std::string_view window, std::size_t place) {
+    if (place + kBlock <= window.size()) {
+        return Marks(window.data() + place);
+    }
+    std::array<char, kBlock> block{};
+    std::memcpy(block.data(), window.data() + place, window.size() - place);
+    return Marks(block.data());
+}
+
+std::size_t PlainLines::Skim(std::string_view window, bool atEnd, std::uint64_t position,
+                             bool& isAfterEmptyAgent) {
+    if (!FindPlaces(window, position)) {
+        return 0;
+    }
+    const std::size_t searched = searchedTo_ - position;
+    Line line;
+    line.isAfterEmptyAgent = isAfterEmptyAgent;
+    for (std::size_t block = 0; block < searched; block += kBlock) {
+        const Marks marks = MarksAt(window, block);
+        for (std::uint64_t left = marks.lineEnds | marks.special; left != 0; left &= left - 1) {
+            const auto bit = static_cast<unsigned>(std::countr_zero(left));
+            const std::size_t at = block + bit;
+            if (at >= searched) {
+                return LeaveBefore(window, line, isAfterEmptyAgent);
+            }
+            if (at < line.begin) { // the rest of a line end
+                continue;
+            }
+            line.SeeColons(block, marks.colons & ((std::uint64_t{1} << bit) - 1));
+            line.end = at;
+            const bool isPlain = (marks.special >> bit & 1U) != 0
+                                     ? IsPlainSo(window, line, at)
+                                     : EndsPlain(window, atEnd, position, line);
+            if (!isPlain) { // a line without a colon may be changed to go on with the one before
+                return line.HasColon() ? Leave(window, line, isAfterEmptyAgent)
+                                       : LeaveBefore(window, line, isAfterEmptyAgent);
+            }
+        }
+        line.SeeColons(block, marks.colons);
+    }
+    const bool isAll = atEnd && line.begin == window.size();
+    return isAll ? Leave(window, line, isAfterEmptyAgent)
+                 : LeaveBefore(window, line, isAfterEmptyAgent);
+}
+
+/// The same where the line at which it ends is not known yet: the one before may go on with it.
+std::size_t PlainLines::LeaveBefore(std::string_view window, Line line, bool& isAfterEmptyAgent) {
+    if (cards_.Any() && line.before != kNone) {
+        line.begin = std::exchange(line.before, kNone);
+    }
+    return Leave(window, line, isAfterEmptyAgent);
+}
+
+/// The end of the lines that are skimmed over: where `line` begins.
+std::size_t PlainLines::Leave(std::string_view window, const Line& line, bool& isAfterEmptyAgent) {
+    if (line.begin > 0) {
+        isAfterEmptyAgent = IsAfterEmptyAgent(window, line);
+    }
+    return line.begin;
+}
+
+bool PlainLines::IsAfterEmptyAgent(std::string_view window, const Line& line) {
+    if (line.before == kNone) {
+        return line.begin == 0 && line.isAfterEmptyAgent;
+    }
+    PhysicalLine before;
+    before.Find(window, true, line.before);
+    const std::string_view content = before.In(window);
+    return cards_.Any() && IsEmptyAgent(content, ReadHeader(content, cards_.CardVersion()));
+}
+
+/// Looks for the texts in the whole lines of a window, unless it has been done. False if there is
+/// no whole line.
+bool PlainLines::FindPlaces(std::string_view window, std::uint64_t position) {
+    if (position < searchedTo_) {
+        return true;
+    }
+    constexpr std::size_t kMost = std::size_t{256} * 1024; // each byte may be a place
+    const std::size_t end = window.substr(0, kMost).find_last_of("\r\n");
+    if (end == kNone) {
+        return false;
+    }
+    places_.clear();
+    nextPlace_ = 0;
+    finder_.FindPlaces(window.substr(0, end), places_);
+    searchedFrom_ = position;
+    searchedTo_ = position + end + 1;
+    return true;
+}
+
+/// Whether a line with `=` or a byte outside ASCII at a place is read as it lies all the same.
+bool PlainLines::IsPlainSo(std::string_view window, Line& line, std::size_t at) const {
+    const bool isEquals = window[at] == '=';
+    if (!isEquals && !inBytes_) {
+        return false;
+    }
+    if (!cards_.Any() || (isEquals ? !MayBeCode(window, at) : hasMark_)) {
+        return true;
+    }
+    if (!line.HasColon()) {
+        return isEquals; // which means nothing before the value
+    }
+    if (!line.isLooked) {
+        line.isLooked = true;
+        line.mayBeEncoded = MayBeEncoded(window.substr(line.begin, line.colon + 1 - line.begin));
+    }
+    return !line.mayBeEncoded;
+}
+
+/// Moves on to the next line; false, and nothing done, if this one is not plain.
+bool PlainLines::EndsPlain(std::string_view window, bool atEnd, std::uint64_t position,
+                           Line& line) {
+    const std::string_view rest = window.substr(line.end, kLongestLineEnd);
+    const std::size_t next = line.end + LengthOfLineEnd(rest);
+    const bool isSeen = atEnd || (rest.size() == kLongestLineEnd && next < window.size());
+    const std::string_view content = window.substr(line.begin, line.end - line.begin);
+    const bool mayGoOn = cards_.Any() && !line.HasColon() && !content.empty();
+    if (!isSeen || (mayGoOn && line.before != kNone)) {
+        return false;
+    }
+    const std::size_t shift = position - searchedFrom_; // of the window in what was searched
+    while (nextPlace_ < places_.size() && places_[nextPlace_] < shift + line.begin) {
+        ++nextPlace_;
+    }
+    if (nextPlace_ < places_.size() && places_[nextPlace_] < shift + line.end) {
+        return false;
+    }
+    const Frame frame = FrameOf(content);
+    if (frame == Frame::Begin) {
+        if (!atEnd && window.size() - line.begin < kLookForVersion) {
+            return false;
+        }
+        cards_.Begin(window.substr(line.begin), IsAfterEmptyAgent(window, line));
+    } else if (cards_.Any()) {
+        if (frame == Frame::End) {
+            cards_.End();
+        } else if (next < window.size() && IsBlank(window[next])) {
+            return false;
+        }
+    }
+    line.before = frame == Frame::None ? line.begin : kNone;
+    line.begin = next;
+    line.isLooked = false;
+    return true;
+}
+
+} // namespace vexmarrow::vcard
