@@ -11,7 +11,7 @@
 #         wayland  what its window needs where there is no X server
 #         desktop  what uses the window where nobody is: virtual display, window
 #                  manager, accessibility bus
-#         test     what the tests need besides: test library, the same, and a
+#         test     what the tests need besides: test library, the same, a parser of cards, and a
 #                  Wayland compositor
 #         bench    what the benchmarks need besides: their library, and the tools
 #                  that the program is measured against
@@ -31,7 +31,7 @@ packages_of() {
     wayland) echo qt6-wayland ;;
     desktop) echo xvfb openbox dbus at-spi2-core python3 python3-pyatspi libxtst6 scrot x11-utils \
         wmctrl ;;
-    test) echo libgtest-dev libgmock-dev weston "$(packages_of wayland) $(packages_of desktop)" ;;
+    test) echo libgtest-dev libgmock-dev python3-vobject weston "$(packages_of wayland) $(packages_of desktop)" ;;
     bench) echo libbenchmark-dev strace perl sed coreutils ;;
     check) echo clang-format clang-tidy shellcheck flake8 ;;
     pictures) echo qt6ct ;;
