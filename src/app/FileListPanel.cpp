@@ -65,8 +65,10 @@ FileListPanel::FileListPanel(FileList& list, QWidget* parent)
     column->addStretch();
     column->addWidget(PushButton5);
 
+    constexpr int kBelowHint = 4; // pixels
     auto* const grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);
+    grid->setVerticalSpacing(kBelowHint);
     grid->addWidget(hint, 0, 0, 1, 2);
     grid->addWidget(ListView1, 1, 0);
     grid->addWidget(Buttons, 1, 1);

@@ -7,6 +7,7 @@
 #include "app/LinesEdit.h"
 #include "app/Note.h"
 #include "app/SetsTable.h"
+#include "app/WrappedCheckBox.h"
 
 #include <QComboBox>
 #include <QGridLayout>
@@ -20,7 +21,7 @@ namespace vexmarrow {
 namespace {
 
 constexpr std::u16string_view kFindCaption = u" Find &what (exact case):";
-constexpr QMargins kAroundPage(9, 6, 9, 8); // pixels
+constexpr QMargins kAroundPage(9, 5, 9, 6); // pixels
 constexpr int kBetweenLines = 4;            // pixels
 constexpr int kBetweenButtons = 6;          // pixels
 constexpr std::u16string_view kReplaceCaption = u" &Replace with:";
@@ -43,6 +44,10 @@ FindPanel::FindPanel(QWidget* parent)
       Option1(MakeOption(Frame1, u"Option1", u"Find and replace in fields only")),
       Option2(MakeOption(Frame1, u"Option2", u"Find and replace in values only")),
       Option3(MakeOption(Frame1, u"Option3", u"Find and replace in fields and values")),
+      ReadAsVCards(new WrappedCheckBox(
+          QStringLiteral(
+              "Read as vCards (finds text in wrapped or coded lines, leaves photos alone) (&Y)"),
+          this)),
       OptionsNote(new Note(Frame1, u"OptionsNote", Frame1)) {
     Name(TabControl1, u"TabControl1", u"Find and replace");
     TabControl1->setUsesScrollButtons(false); // there are two tabs, and always in sight
@@ -58,9 +63,17 @@ FindPanel::FindPanel(QWidget* parent)
     options->addStretch();
     MakeOneStop({Option1, Option2, Option3});
 
+    // No letter of its caption is free on this window.
+    Name(ReadAsVCards, u"ReadAsVCards",
+         u"Read as vCards (finds text in wrapped or coded lines, leaves photos alone)");
+
+    auto* const column = new QVBoxLayout;
+    column->setSpacing(kBetweenLines);
+    column->addWidget(TabControl1, 1);
+    column->addWidget(ReadAsVCards);
     auto* const row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
-    row->addWidget(TabControl1, 1);
+    row->addLayout(column, 1);
     row->addWidget(Frame1);
 }
 

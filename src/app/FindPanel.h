@@ -5,6 +5,7 @@
 
 #include <QWidget>
 
+class QCheckBox;
 class QComboBox;
 class QGroupBox;
 class QPushButton;
@@ -40,6 +41,7 @@ public:
     QRadioButton* Option1;               // "Find and replace in fields only"
     QRadioButton* Option2;               // "Find and replace in values only"
     QRadioButton* Option3;               // "Find and replace in fields and values"
+    QCheckBox* ReadAsVCards;             // for both tabs
     Note* TextsNote = nullptr;
     Note* SetsNote = nullptr;
     Note* OptionsNote;

@@ -31,6 +31,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QLineEdit>
@@ -150,6 +151,7 @@ void Form1::WireNotes() {
          {find_->Option1, find_->Option2, find_->Option3, save_->Option4, save_->Option5}) {
         connect(option, &QRadioButton::toggled, this, &Form1::SomethingChanged);
     }
+    connect(find_->ReadAsVCards, &QCheckBox::toggled, this, &Form1::SomethingChanged);
 }
 
 void Form1::showEvent(QShowEvent* event) {
@@ -318,14 +320,13 @@ void Form1::ShowNotes() {
         utf8Look_.Forget();
     }
     const RunInputs& inputs = *this;
-    const bool severalTexts = FindModeOf(inputs) == FindMode::FieldsAndValues;
     for (LinesEdit* const box : {find_->Text1, find_->Text2}) {
-        box->setPlaceholderText(severalTexts ? QStringLiteral("one text a line")
-                                             : QStringLiteral("one text"));
+        box->setPlaceholderText(LinesAreTexts(inputs) ? QStringLiteral("one text a line")
+                                                      : QStringLiteral("one text"));
         box->viewport()->update(); // which the toolkit forgets
     }
     find_->TextsNote->Say(NoteOnTexts(inputs));
-    find_->SetsNote->Say(NoteOnSets(inputs));
+    find_->SetsNote->Say(NoteOnSets(inputs, sets_));
     find_->OptionsNote->Say(NoteOnOptions(inputs));
     save_->ResultsNote->Say(resultNotes_.Note(inputs));
     status_->ShowUtf8Hint(utf8Look_.IsSeen(inputs, sets_));
@@ -360,6 +361,10 @@ void Form1::SaveModeOptions() {
 void Form1::SaveOutputOptions() {
     outputChoice_.SaveOptions(Option4(), Option5());
     FollowOption4();
+}
+
+void Form1::ReadAsVCards_Click() {
+    services_.settings.SaveSetting(u"ReadAsVCards", TextFromBoolean(ReadAsVCards()));
 }
 
 void Form1::FollowOption4() {
@@ -422,6 +427,10 @@ bool Form1::Option5() const {
 
 int Form1::SelectedTab() const {
     return find_->TabControl1->currentIndex();
+}
+
+bool Form1::ReadAsVCards() const {
+    return find_->ReadAsVCards->isChecked();
 }
 
 void Form1::SetPointer(Shape shape) {

@@ -117,6 +117,7 @@ private:
     void ListView1_MouseMove();
     void SaveModeOptions();   // Option1_Click, Option2_Click, Option3_Click
     void SaveOutputOptions(); // Option4_Click, Option5_Click
+    void ReadAsVCards_Click();
     void TabControl1_SelectedChanged(int tab);
     void Text3_Change();
     void Combo3_Click(const QString& page);
@@ -155,6 +156,7 @@ private:
     bool Option4() const override;
     bool Option5() const override;
     int SelectedTab() const override;
+    bool ReadAsVCards() const override;
 
     // MousePointer
     Shape Pointer() const override { return pointer_; }

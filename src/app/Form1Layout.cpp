@@ -17,6 +17,7 @@
 #include "app/ToolTips.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
 #include <QLineEdit>
@@ -36,8 +37,9 @@ namespace vexmarrow {
 namespace {
 
 constexpr double kShareOfScreen = 0.9;
-constexpr int kHandle = 9; // pixels, of the splitter
-constexpr QMargins kAround(9, 6, 9, 4);
+constexpr int kHandle = 9;              // pixels, of the splitter
+constexpr int kBetweenParts = 4;        // pixels
+constexpr QMargins kAround(9, 6, 9, 4); // pixels
 constexpr QSize kFrame(12, 40); // of the window, about: it is not there before the window shows
 
 } // namespace
@@ -46,6 +48,7 @@ void Form1::LayOut() {
     auto* const below = new QWidget(this);
     auto* const rest = new QVBoxLayout(below);
     rest->setContentsMargins(0, 0, 0, 0);
+    rest->setSpacing(kBetweenParts);
     rest->addWidget(find_, 1);
     rest->addWidget(save_);
     parts_ = new QSplitter(Qt::Vertical, this);
@@ -87,15 +90,16 @@ void Form1::LayOut() {
     resize(FirstSize());
 
     // Reading order: the list and its buttons, what to find, where results go, start.
-    const std::array<QWidget*, 32> order{
-        files_->ListView1,    files_->PushButton13, files_->PushButton3, files_->PushButton9,
-        files_->PushButton17, files_->PushButton11, files_->PushButton2, files_->PushButton8,
-        files_->PushButton5,  find_->TabControl1,   find_->Text1,        find_->Text2,
-        find_->Combo1,        find_->Combo2,        find_->Sets,         find_->PushButton7,
-        find_->PushButton6,   find_->PushButton10,  find_->PushButton4,  find_->PushButton12,
-        find_->Option1,       find_->Option2,       find_->Option3,      save_->Option5,
-        save_->Option4,       save_->Text3,         save_->PushButton14, save_->PushButton1,
-        status_->UseUtf8,     status_->UndoLastRun, status_->UndoMenu,   status_->Combo3,
+    const std::array<QWidget*, 33> order{
+        files_->ListView1,    files_->PushButton13, files_->PushButton3,  files_->PushButton9,
+        files_->PushButton17, files_->PushButton11, files_->PushButton2,  files_->PushButton8,
+        files_->PushButton5,  find_->TabControl1,   find_->Text1,         find_->Text2,
+        find_->Combo1,        find_->Combo2,        find_->Sets,          find_->PushButton7,
+        find_->PushButton6,   find_->PushButton10,  find_->PushButton4,   find_->PushButton12,
+        find_->Option1,       find_->Option2,       find_->Option3,       find_->ReadAsVCards,
+        save_->Option5,       save_->Option4,       save_->Text3,         save_->PushButton14,
+        save_->PushButton1,   status_->UseUtf8,     status_->UndoLastRun, status_->UndoMenu,
+        status_->Combo3,
     };
     for (std::size_t i = 1; i < order.size(); ++i) {
         setTabOrder(order[i - 1], order[i]);

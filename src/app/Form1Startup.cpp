@@ -23,6 +23,7 @@
 #include "textio/FileTests.h"
 #include "textio/RFTSFSO.h"
 
+#include <QCheckBox>
 #include <QLineEdit>
 #include <QRadioButton>
 #include <QTabWidget>
@@ -75,6 +76,11 @@ void Form1::Form_Load() {
         save_->Text3->setText(
             ToQString(settings.GetSetting(u"Output Folder", services_.desktopFolder)));
     });
+    trap.Do(line + 3, [&] {
+        find_->ReadAsVCards->setChecked(
+            BooleanFromText(settings.GetSetting(u"ReadAsVCards", u"False")));
+    });
+    connect(find_->ReadAsVCards, &QCheckBox::toggled, this, &Form1::ReadAsVCards_Click);
 }
 
 void Form1::LoadSkin() {

@@ -20,7 +20,7 @@
 namespace vexmarrow {
 namespace {
 
-constexpr QMargins kAround(9, 7, 9, 8); // pixels
+constexpr QMargins kAround(9, 6, 9, 6); // pixels
 constexpr int kBetweenLines = 4;        // pixels
 
 /// How far below its upper edge a group begins that has a title there, in pixels.

@@ -5,6 +5,7 @@
 
 #include "base/Text.h"
 
+#include <QFontMetrics>
 #include <QLocale>
 
 namespace vexmarrow {
@@ -24,6 +25,22 @@ void MarkLoneSurrogates(QString& string) {
 
 bool IsWithinPair(std::u16string_view text, std::size_t at) {
     return QChar::isHighSurrogate(text[at - 1]) && QChar::isLowSurrogate(text[at]);
+}
+
+/// The length of the first part of a text after which a line may end: at a blank, after a "/", and
+/// within long words, but not within a character.
+qsizetype LengthOfPart(QStringView text) {
+    constexpr qsizetype kLongWord = 30;
+    const auto mayEndAfter = [text](qsizetype i) {
+        const QChar next = text[i + 1];
+        return text[i] == u' ' || text[i] == u'/' ||
+               (i + 1 >= kLongWord && !next.isLowSurrogate() && !next.isMark());
+    };
+    qsizetype last = 0;
+    while (last + 1 < text.size() && !mayEndAfter(last)) {
+        ++last;
+    }
+    return qMin(last + 1, text.size());
 }
 
 } // namespace
@@ -58,6 +75,21 @@ QString ShownInOneLine(std::u16string_view text, std::size_t most) {
         }
     }
     return shown;
+}
+
+QString InLines(const QString& text, const QFontMetrics& metrics, int widest) {
+    QString lines;
+    QString line;
+    for (QStringView rest(text); !rest.isEmpty();) {
+        const QString part = rest.first(LengthOfPart(rest)).toString();
+        if (!line.isEmpty() && metrics.horizontalAdvance(line + part) > widest) {
+            lines += line + u'\n';
+            line.clear();
+        }
+        line += part;
+        rest = rest.sliced(part.size());
+    }
+    return lines + line;
 }
 
 QString CountOf(std::size_t count, std::u16string_view one) {

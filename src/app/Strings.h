@@ -5,6 +5,8 @@
 
 #include <QString>
 
+class QFontMetrics;
+
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -32,6 +34,10 @@ std::u16string Shortened(std::u16string_view text, std::size_t most);
 /// In one line, Shortened to `most`: ASCII control characters as their pictures, and the
 /// replacement mark for others and for what is no character (the stray bytes of a file name).
 QString ShownInOneLine(std::u16string_view text, std::size_t most);
+
+/// With line ends after blanks and "/" where a line would be wider than `widest` pixels. Very long
+/// words are broken.
+QString InLines(const QString& text, const QFontMetrics& metrics, int widest);
 
 /// How many there are of something, whose name is given in the singular: "No sets", "1 set", and
 /// more as the user's language writes numbers.

@@ -49,7 +49,7 @@ constexpr std::array kTips{
     Tip{u"Form1", u"TabControl1", u"Find a list of texts, one after the other.", 1},
     Tip{u"Form1", u"Text1",
         u"What to find, with capital and small letters told apart; when fields and values are "
-        u"searched, each line is a text of its own."},
+        u"searched, or files are read as vCards, each line is a text of its own."},
     Tip{u"Form1", u"Text2",
         u"What to put in its place; each line belongs to the same line of the texts to find."},
     Tip{u"Form1", u"Combo1", u"The texts to find, in their order; choose one to remove its set."},
@@ -64,11 +64,15 @@ constexpr std::array kTips{
     Tip{u"Form1", u"PushButton12", u"Save all sets to a text file, one a line."},
     Tip{u"Form1", u"Option1",
         u"Change only what stands before the first colon of each line; what follows a second "
-        u"colon is left out of the result."},
+        u"colon is left out of the result unless files are read as vCards."},
     Tip{u"Form1", u"Option2",
         u"Change only what follows the first colon of each line; what follows a second colon is "
-        u"left out of the result."},
+        u"left out of the result unless files are read as vCards."},
     Tip{u"Form1", u"Option3", u"Change the text of each file as a whole."},
+    Tip{u"Form1", u"ReadAsVCards",
+        u"Find texts in contact cards also where a line is wrapped or its letters are written as "
+        u"codes, keep what follows a second colon, and change no photo, key or sound; all that is "
+        u"not found stays as it is, to the byte."},
 
     // Where results go
     Tip{u"Form1", u"Option5", u"Put each result in the place of the file that it is made from."},
@@ -100,39 +104,11 @@ constexpr std::array kTips{
     Tip{u"Splash", u"Check1", u"Leave this picture out when the program starts the next time."},
 };
 
-/// The length of the first part of a text after which a line may end: at a blank, after a "/", and
-/// within long words, but not within a character.
-qsizetype LengthOfPart(QStringView text) {
-    constexpr qsizetype kLongWord = 30;
-    const auto mayEndAfter = [text](qsizetype i) {
-        const QChar next = text[i + 1];
-        return text[i] == u' ' || text[i] == u'/' ||
-               (i + 1 >= kLongWord && !next.isLowSurrogate() && !next.isMark());
-    };
-    qsizetype last = 0;
-    while (last + 1 < text.size() && !mayEndAfter(last)) {
-        ++last;
-    }
-    return qMin(last + 1, text.size());
-}
-
 /// Breaks a text into lines that are not too long to read; the toolkit does that for markup only.
-QString InLines(const QString& text) {
+QString InTipLines(const QString& text) {
     constexpr int kCharacters = 60;
     const QFontMetrics metrics(QToolTip::font());
-    const int widest = metrics.averageCharWidth() * kCharacters;
-    QString lines;
-    QString line;
-    for (QStringView rest(text); !rest.isEmpty();) {
-        const QString part = rest.first(LengthOfPart(rest)).toString();
-        if (!line.isEmpty() && metrics.horizontalAdvance(line + part) > widest) {
-            lines += line + u'\n';
-            line.clear();
-        }
-        line += part;
-        rest = rest.sliced(part.size());
-    }
-    return lines + line;
+    return InLines(text, metrics, metrics.averageCharWidth() * kCharacters);
 }
 
 /// Shows the tool tips of the controls that it watches, the list's own hint among them.
@@ -147,7 +123,7 @@ public:
         if (control == nullptr || help == nullptr || control->toolTip().isEmpty()) {
             return QObject::eventFilter(watched, event);
         }
-        QToolTip::showText(help->globalPos(), InLines(control->toolTip()), control);
+        QToolTip::showText(help->globalPos(), InTipLines(control->toolTip()), control);
         return true;
     }
 };
@@ -157,7 +133,7 @@ public:
 QString TipOf(std::u16string_view text) {
     constexpr std::size_t kCharacters = 2'000; // they fit on a small screen
     return QStringLiteral("<div style=\"white-space: pre\">") +
-           InLines(ShownInOneLine(text, kCharacters)).toHtmlEscaped() + QStringLiteral("</div>");
+           InTipLines(ShownInOneLine(text, kCharacters)).toHtmlEscaped() + QStringLiteral("</div>");
 }
 
 void SetToolTips(QWidget& window) {

@@ -15,6 +15,15 @@
 #include <cstdint>
 
 namespace vexmarrow {
+namespace {
+
+vcard::Part PartOf(FindMode mode) {
+    return mode == FindMode::Fields   ? vcard::Part::Fields
+           : mode == FindMode::Values ? vcard::Part::Values
+                                      : vcard::Part::WholeLine;
+}
+
+} // namespace
 
 /// Marks the run as in progress until it is left, by whatever way.
 class ReplacementRun::InProgress {
@@ -97,7 +106,12 @@ void ReplacementRun::ReplaceSinglePair(const std::u16string& path, std::size_t r
     const std::u16string find = inputs_.Text1();
     const std::u16string replace = inputs_.Text2();
     const OutputLocation location = LocationOf(inputs_);
-    switch (FindModeOf(inputs_)) {
+    const FindMode mode = FindModeOf(inputs_);
+    if (inputs_.ReadAsVCards() && mode != FindMode::None) {
+        engine_.ReplaceTextInCards(path, PartOf(mode), find, replace, location);
+        return;
+    }
+    switch (mode) {
     case FindMode::None:
         break;
     case FindMode::Fields:
@@ -113,9 +127,13 @@ void ReplacementRun::ReplaceSinglePair(const std::u16string& path, std::size_t r
 }
 
 void ReplacementRun::ReplaceSets(const std::u16string& path, std::size_t row) {
-    engine_.ReplaceTextInFileCombo(path,
-                                   {sets_.FindTexts(), sets_.ReplaceTexts(), sets_.Revision()},
-                                   LocationOf(inputs_), static_cast<std::int32_t>(row));
+    const SetTexts sets{sets_.FindTexts(), sets_.ReplaceTexts(), sets_.Revision()};
+    const OutputLocation location = LocationOf(inputs_);
+    if (inputs_.ReadAsVCards()) {
+        engine_.ReplaceSetsInCards(path, sets, location);
+    } else {
+        engine_.ReplaceTextInFileCombo(path, sets, location, static_cast<std::int32_t>(row));
+    }
 }
 
 } // namespace vexmarrow

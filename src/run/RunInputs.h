@@ -24,6 +24,7 @@ public:
     virtual bool Option4() const = 0;         ///< save to the folder Text3
     virtual bool Option5() const = 0;         ///< save in the folder of the original
     virtual int SelectedTab() const = 0;      ///< 0 the single pair, 1 the sets
+    virtual bool ReadAsVCards() const = 0;    ///< for both tabs
 };
 
 // The tabs; any other number is that of none.
@@ -37,6 +38,11 @@ inline FindMode FindModeOf(const RunInputs& inputs) {
            : inputs.Option2() ? FindMode::Values
            : inputs.Option3() ? FindMode::FieldsAndValues
                               : FindMode::None;
+}
+
+/// Whether each line of the boxes of the single pair is a text of its own; else each box is one.
+inline bool LinesAreTexts(const RunInputs& inputs) {
+    return inputs.ReadAsVCards() || FindModeOf(inputs) == FindMode::FieldsAndValues;
 }
 
 /// Where a run saves its results.

@@ -6,13 +6,28 @@
 #include "base/Text.h"
 #include "engine/ReplaceText.h"
 #include "run/RunInputs.h"
+#include "sets/SetList.h"
+
+#include <algorithm>
 
 namespace vexmarrow {
+namespace {
 
-std::u16string NoteOnTexts(const RunInputs& inputs) {
-    if (inputs.SelectedTab() != kSinglePairTab || FindModeOf(inputs) != FindMode::FieldsAndValues) {
-        return {};
+constexpr std::u16string_view kOnCommas = u"In contact cards a comma is often written \\,";
+
+/// Whether a text has a comma without a backslash before it.
+bool HasPlainComma(std::u16string_view text) {
+    for (std::size_t at = text.find(u','); at != std::u16string_view::npos;
+         at = text.find(u',', at + 1)) {
+        if (at == 0 || text[at - 1] != u'\\') {
+            return true;
+        }
     }
+    return false;
+}
+
+/// That there are fewer texts to put in than to find.
+std::u16string NoteOnCounts(const RunInputs& inputs) {
     const std::size_t toFind = TextsOfLines(inputs.Text1()).size();
     const std::size_t toPutIn = TextsOfLines(inputs.Text2()).size();
     if (toPutIn == 0 || toPutIn >= toFind) { // without any, all that is found is taken out
@@ -23,11 +38,32 @@ std::u16string NoteOnTexts(const RunInputs& inputs) {
                   Counted(toPutIn, kToPutIn, kToPutIn));
 }
 
-std::u16string NoteOnSets(const RunInputs& inputs) {
-    if (inputs.SelectedTab() != kSetsTab || !inputs.Text1().empty()) {
+} // namespace
+
+std::u16string NoteOnTexts(const RunInputs& inputs) {
+    const FindMode mode = FindModeOf(inputs);
+    if (inputs.SelectedTab() != kSinglePairTab || mode == FindMode::None ||
+        !LinesAreTexts(inputs)) {
         return {};
     }
-    return u"For a run, type any text into \"Find what\" on the other tab, too.";
+    std::u16string note = NoteOnCounts(inputs);
+    if (inputs.ReadAsVCards() && mode != FindMode::Fields && HasPlainComma(inputs.Text1())) {
+        note += Concat(note.empty() ? u"" : u"\n", kOnCommas);
+    }
+    return note;
+}
+
+std::u16string NoteOnSets(const RunInputs& inputs, const SetList& sets) {
+    if (inputs.SelectedTab() != kSetsTab) {
+        return {};
+    }
+    if (inputs.Text1().empty()) {
+        return u"For a run, type any text into \"Find what\" on the other tab, too.";
+    }
+    const auto texts = sets.FindTexts();
+    const bool any =
+        inputs.ReadAsVCards() && std::any_of(texts.begin(), texts.end(), HasPlainComma);
+    return std::u16string(any ? kOnCommas : u"");
 }
 
 std::u16string NoteOnOptions(const RunInputs& inputs) {
@@ -35,9 +71,9 @@ std::u16string NoteOnOptions(const RunInputs& inputs) {
         return u"\"Find Options\" do not count for sets.";
     }
     const FindMode mode = FindModeOf(inputs);
-    if (mode == FindMode::Fields || mode == FindMode::Values) {
-        return u"The second colon of a line and what follows it are dropped. Every line of the "
-               u"result ends with CR LF.";
+    if ((mode == FindMode::Fields || mode == FindMode::Values) && !inputs.ReadAsVCards()) {
+        return u"The second colon of a line and what follows it are dropped; \"Read as vCards\" "
+               u"keeps them. Every line of the result ends with CR LF.";
     }
     return {};
 }

@@ -39,7 +39,7 @@ bool HasLettersInTexts(const RunInputs& inputs, const SetList& sets) {
 } // namespace
 
 bool Utf8Look::IsSeen(const RunInputs& inputs, const SetList& sets) {
-    if (ansi_.Page().HasStrayBytes()) { // which is UTF-8 itself
+    if (inputs.ReadAsVCards() || ansi_.Page().HasStrayBytes()) { // the latter is UTF-8 itself
         return false;
     }
     if (!found_) {

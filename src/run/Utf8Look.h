@@ -28,7 +28,8 @@ public:
 
     /// Whether all unmarked files are UTF-8, and either a file has the mark, or there are letters
     /// outside ASCII in these files and in the texts that a run would use now. Reads files only
-    /// when it is called for the first time, or after Forget.
+    /// when it is called for the first time, or after Forget. Never while they are read as vCards,
+    /// for then a run looks itself how each of them is encoded.
     bool IsSeen(const RunInputs& inputs, const SetList& sets);
 
     /// Forgets the files. To be called when there are others in the list, or other texts in them.

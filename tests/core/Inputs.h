@@ -11,7 +11,7 @@ namespace vexmarrow::test {
 /// The controls of the window, set by hand.
 struct Inputs final : RunInputs {
     Texts texts{u"a", u"b", u""};
-    std::string options = "35"; // the numbers of those that are set
+    std::string options = "35"; // the numbers of those that are set, and "c" for the vCards
     int tab = 0;
 
     bool Option(char number) const { return options.find(number) != std::string::npos; }
@@ -24,6 +24,7 @@ struct Inputs final : RunInputs {
     bool Option4() const override { return Option('4'); }
     bool Option5() const override { return Option('5'); }
     int SelectedTab() const override { return tab; }
+    bool ReadAsVCards() const override { return Option('c'); }
 };
 
 } // namespace vexmarrow::test

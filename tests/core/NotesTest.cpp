@@ -17,6 +17,7 @@ namespace {
 
 struct RunNotesTest : Core {
     Inputs inputs;
+    SetList sets;
 };
 
 TEST_F(RunNotesTest, TellOfTheTextsThatTheEngineWouldMiss) {
@@ -38,21 +39,42 @@ TEST_F(RunNotesTest, TellOfTheTextsThatTheEngineWouldMiss) {
 }
 
 TEST_F(RunNotesTest, AreThereWhileTheyAreTrue) {
-    const auto first = [](const std::u16string& note) {
-        return note.empty() ? "-" : NativeName(note.substr(0, 1));
+    sets.Add(u"a,", u"");
+    const auto letters = [](const std::u16string& note) {
+        std::string firsts = note.empty() ? "-" : NativeName(note.substr(0, 1));
+        const std::size_t second = note.find(u'\n');
+        return second == std::u16string::npos ? firsts
+                                              : firsts + NativeName(note.substr(second + 1, 1));
     };
-    // Tab, options, find what; first letters of the notes on the texts, the sets and the options.
+    // Tab, options, find what; first letters of the lines on the texts, the sets and the options.
     for (const std::string& row :
-         Rows(R"(0|3|2|2-- 0|13|2|--T 0|23|2|--T 0|123|2|--T 0||2|--- 0|3||--- 0|1||--T 1|3|2|--"
-                 1|3||-F" 1|1|2|--" 1|||-F")")) {
+         Rows(R"(0|3|a~b,|2-- 0|13|a~b,|--T 0|23|a~b,|--T 0|123|a~b,|--T 0||a~b,|--- 0|3||---
+                 0|1||--T 1|3|a|--" 1|3||-F" 1|1|a|--" 1|||-F" 0|3c|a~b,|2I-- 0|2c|a~b,|2I--
+                 0|1c|a~b,|2-- 0|13c|a,|--- 0|3c|a,|I-- 0|c|a~b,|--- 0|1c||--- 0|2c||---
+                 1|3c|a|-I" 1|1c|a|-I" 1|c|a|-I" 1|3c||-F")")) {
         const Strings fields = Fields(row);
         inputs.tab = std::stoi(fields[0]);
         inputs.options = fields[1];
-        inputs.texts = {fields[2].empty() ? u"" : u"a\r\nb", u"c", u""};
-        EXPECT_EQ(first(NoteOnTexts(inputs)) + first(NoteOnSets(inputs)) +
-                      first(NoteOnOptions(inputs)),
+        inputs.texts = {TextFromUtf8(fields[2]), u"c", u""};
+        EXPECT_EQ(letters(NoteOnTexts(inputs)) + letters(NoteOnSets(inputs, sets)) +
+                      letters(NoteOnOptions(inputs)),
                   fields[3])
             << row;
+    }
+}
+
+TEST_F(RunNotesTest, TellOfCommasThatCardsWriteInAnotherWay) {
+    inputs.options = "3c";
+    for (const std::string& row : Rows(R"(,|1 a,b|1 a\,b|0 \,|0 \,,|1 ;|0 a|0 a~b\,~c,|1)")) {
+        const std::u16string find = TextFromUtf8(Fields(row)[0]);
+        inputs.texts = {find, u"", u""};
+        sets.ClearFindTexts();
+        sets.ClearReplaceTexts();
+        sets.Add({{u"a", u","}, {find, u""}});
+        inputs.tab = kSinglePairTab;
+        EXPECT_EQ(!NoteOnTexts(inputs).empty(), Fields(row)[1] == "1") << row;
+        inputs.tab = kSetsTab;
+        EXPECT_EQ(!NoteOnSets(inputs, sets).empty(), Fields(row)[1] == "1") << row;
     }
 }
 
@@ -176,6 +198,10 @@ TEST_F(Utf8LookTest, AsksForTheTextsInUseAndRemembersTheFiles) {
     EXPECT_FALSE(IsSeen());
     EXPECT_EQ(calls.allCalls, before); // there is nothing to know
     ansi.Choose(u"windows-1251");
+    inputs.options = "3c";
+    EXPECT_FALSE(IsSeen());
+    EXPECT_EQ(calls.allCalls, before);
+    inputs.options = "3";
     EXPECT_TRUE(IsSeen());
     List("l");
     EXPECT_FALSE(IsSeen());

@@ -64,7 +64,9 @@ TEST_F(RunTest, ChecksAndRoutes) {
     for (const std::string& row : Rows(R"(
              0||.|45|Y|a:a:a 1|||5|Y|a:a:a 2||gone|4|Y|a:a:a 0|a||4|F|a:a:a 1|a|f|4|F|a:a:a
              2|a|gone|4|F|a:a:a 0|a|gone|3|F|a:a:a 2|a|.|4|-|a:a:a 0|a|gone|5|D|a:a:a 0|a||1235|D|b:a~
-             0|a||235|D|a:b~ 0|a||35|D|b:b:b 1|a|gone|15|D|s:s:s 1|a|.|4|D|s:s:s)")) {
+             0|a||235|D|a:b~ 0|a||35|D|b:b:b 1|a|gone|15|D|s:s:s 1|a|.|4|D|s:s:s
+             0|||35c|Y|a:a:a 0|a||5c|D|a:a:a 0|a||135c|D|b:a:a 0|a||25c|D|a:b:b 0|a||35c|D|b:b:b
+             1|a||15c|D|s:s:s 2|a||5c|-|a:a:a)")) {
         const Strings fields = Fields(row);
         folder.Write("f", "a:a:a");
         inputs.tab = std::stoi(fields[0]);
@@ -90,10 +92,13 @@ TEST_F(RunTest, YieldsBeforeEachFileAndFixesOnlyTheTabAndTheNumberOfRows) {
         inputs.tab = 1;
         list.Add({folder.Path("added")});
     };
-    loop.whenTold[3] = [&] { inputs.texts = {u"b", u"3", folder.Path("out")}; };
+    loop.whenTold[3] = [&] {
+        inputs.texts = {u"b", u"3", folder.Path("out")};
+        inputs.options = "24c";
+    };
     EXPECT_EQ(Run(), done);
     EXPECT_EQ(loop.told, (Strings{"File 1/3", "File 2/3", "File 3/3"}));
-    EXPECT_EQ(folder.Read("out/1") + folder.Read("out/2"), "b:3\r\na:2\r\n");
+    EXPECT_EQ(folder.Read("out/1") + folder.Read("out/2"), "b:3a:2\r\n");
 }
 
 TEST_F(RunTest, RowsRemovedMeanwhileHandOverThePreviousFileAgain) {

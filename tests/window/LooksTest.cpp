@@ -65,8 +65,8 @@ private Q_SLOTS:
         window.Open();
         QVERIFY(QTest::qWaitForWindowActive(window.form.get(), kDeadline));
         constexpr int kEdge = 10; // a stretch of a frame, in pixels
-        for (const char* const name :
-             {"Option1", "ListView1", "Text1", "Combo3", "PushButton2", "Frame2", "TabControl1"}) {
+        for (const char* const name : {"Option1", "ReadAsVCards", "ListView1", "Text1", "Combo3",
+                                       "PushButton2", "Frame2", "TabControl1"}) {
             auto* const control = window.Find<QWidget>(name);
             const QRect left(0, (control->height() - kEdge) / 2, 2 * kEdge, kEdge);
             const QImage picture = Picture(*control, left);
@@ -76,8 +76,9 @@ private Q_SLOTS:
         }
         auto* const tabs = window.Find<QTabWidget>("TabControl1")->tabBar();
         tabs->setObjectName(QStringLiteral("tabs"));
-        for (const char* const name : {"Option3", "ListView1", "Text1", "Text3", "Combo3",
-                                       "PushButton2", "PushButton1", "PushButton14", "tabs"}) {
+        for (const char* const name :
+             {"Option3", "ReadAsVCards", "ListView1", "Text1", "Text3", "Combo3", "PushButton2",
+              "PushButton1", "PushButton14", "tabs"}) {
             auto* const control = window.Find<QWidget>(name);
             window.form->setFocus();
             const QImage without = Picture(*control, control->rect());

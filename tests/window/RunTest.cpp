@@ -72,20 +72,31 @@ private Q_SLOTS:
     void EveryMode_data() {
         QTest::addColumn<QString>("option");
         QTest::addColumn<int>("tab");
+        QTest::addColumn<bool>("cards");
         QTest::addColumn<QByteArray>("result");
-        QTest::newRow("fields") << "Option1" << 0 << QByteArray("Nb;b=b:banana\r\nTELb:1a\r\n");
-        QTest::newRow("values") << "Option2" << 0 << QByteArray("Na;a=a:bbnbnb\r\nTELa:1b\r\n");
-        QTest::newRow("both") << "Option3" << 0 << QByteArray("Nb;b=b:bbnbnb\nTELb:1b:2b");
-        QTest::newRow("sets") << "Option1" << 1 << QByteArray("Nc;c=c:ccncnc\nTELc:1c:2c");
+        const auto row = [](const char* name, const char* option, int tab, bool cards,
+                            const char* result) {
+            QTest::newRow(name) << option << tab << cards << QByteArray(result);
+        };
+        row("fields", "Option1", 0, false, "Nb;b=b:banana\r\nTELb:1a\r\n");
+        row("values", "Option2", 0, false, "Na;a=a:bbnbnb\r\nTELa:1b\r\n");
+        row("both", "Option3", 0, false, "Nb;b=b:bbnbnb\nTELb:1b:2b");
+        row("sets", "Option1", 1, false, "Nc;c=c:ccncnc\nTELc:1c:2c");
+        row("fields of cards", "Option1", 0, true, "Nb;b=b:banana\nTELb:1a:2a");
+        row("values of cards", "Option2", 0, true, "Na;a=a:bbnbnb\nTELa:1b:2b");
+        row("both of cards", "Option3", 0, true, "Nb;b=b:bbnbnb\nTELb:1b:2b");
+        row("sets in cards", "Option1", 1, true, "Nc;c=c:ccncnc\nTELc:1c:2c");
     }
     void EveryMode() {
         QFETCH(const QString, option);
         QFETCH(const int, tab);
+        QFETCH(const bool, cards);
         const std::string before = "Na;a=a:banana\nTELa:1a:2a";
         window_->AddSet(u"a::b");
         window_->AddSet(u"b::c");
         window_->SelectTab(tab);
         window_->Press(option.toLatin1().constData());
+        window_->Find<QCheckBox>("ReadAsVCards")->setChecked(cards);
         AddFile("one.vcf", before);
         QCOMPARE(Run(), kDone);
         QTEST(QByteArray::fromStdString(folder_->Read("out/one.vcf")), "result");
@@ -182,6 +193,16 @@ private Q_SLOTS:
         AfterResult("1.vcf", [&] { pages->setCurrentIndex(1); }); // Cyrillic
         QCOMPARE(Run(), kDone);
         QCOMPARE(folder_->Read("out/1.vcf") + folder_->Read("out/2.vcf"), std::string("b\xE9"));
+    }
+
+    void ReadAsVCardsFromTheNextFileOn() {
+        AddFile("1.vcf", "a:a:a");
+        AddFile("2.vcf", "a:a:a");
+        window_->Press("Option2");
+        AfterResult("1.vcf", [&] { window_->Press("ReadAsVCards"); });
+        QCOMPARE(Run(), kDone);
+        QCOMPARE(folder_->Read("out/1.vcf") + folder_->Read("out/2.vcf"),
+                 std::string("a:b\r\na:b:b"));
     }
 
     void RowsRemovedDuringARun() {
@@ -347,6 +368,9 @@ private Q_SLOTS:
         window_->form->setFont(font);
         window_->form->resize(800, 600);
         QTRY_COMPARE_WITH_TIMEOUT(window_->form->width(), 800, kDeadline);
+        const auto* const cards = window_->Find<QWidget>("ReadAsVCards");
+        QVERIFY(cards->width() < cards->sizeHint().width()); // so it is higher
+        QVERIFY(cards->height() >= 2 * cards->fontMetrics().height());
         AddFile("1.vcf", "a");
         AddFile("2.vcf", "a");
         AfterResult("1.vcf", [&] {

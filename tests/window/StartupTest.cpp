@@ -69,6 +69,9 @@ private Q_SLOTS:
         row("tab below", "TabSel=-1", "Option3 Option4", 0, Where(13));
         row("no such page", "AnsiCodePage=windows-9999", "Option3 Option4", 0, Where(5));
         row("page of many bytes", "AnsiCodePage=Shift_JIS", "Option3 Option4", 0, Where(5));
+        row("vCards", "ReadAsVCards=True", "Option3 Option4 ReadAsVCards", 0);
+        row("vCards as a number", "ReadAsVCards=0", "Option3 Option4", 0);
+        row("nonsense of vCards", "ReadAsVCards=;Option4=1", "Option3 Option4", 0, Where(15));
         row("page", "AnsiCodePage=windows-1251", "Option3 Option4", 0);
     }
     void Restored() {
@@ -110,6 +113,10 @@ private Q_SLOTS:
         QVERIFY(window.Find<QWidget>("PushButton14")->isEnabled());
         window.SelectTab(1);
         QCOMPARE(Writes(window), QStringLiteral("TabSel=1"));
+        window.Press("ReadAsVCards");
+        QCOMPARE(Writes(window), QStringLiteral("ReadAsVCards=True"));
+        window.Find<QCheckBox>("ReadAsVCards")->setChecked(false); // as the accessibility bus does
+        QCOMPARE(Writes(window), QStringLiteral("ReadAsVCards=False"));
         window.Find<QLineEdit>("Text3")->clear();
         QTest::keyClicks(window.Find<QLineEdit>("Text3"), QStringLiteral("/a"));
         QCOMPARE(Writes(window), QStringLiteral("Output Folder= Output Folder=/ Output Folder=/a"));
@@ -292,7 +299,7 @@ private Q_SLOTS:
 private:
     static QString Checked(const Window& window) {
         QStringList names;
-        for (const QRadioButton* const option : window.form->findChildren<QRadioButton*>()) {
+        for (const auto* const option : window.form->findChildren<QAbstractButton*>()) {
             if (option->isChecked()) {
                 names << option->objectName();
             }

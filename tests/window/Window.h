@@ -13,6 +13,7 @@
 #include "textio/CodePage.h"
 #include "textio/RFTSFSO.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
