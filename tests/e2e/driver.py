@@ -21,6 +21,7 @@ SINGLE = "Single find and replace"
 SETS = "Multiple find and replace (sets)"
 TO_FOLDER = "Save results to this folder:"
 IN_PLACE = "Save results in folder of original file"
+READ_AS_VCARDS = "Read as vCards (finds text in wrapped or coded lines, leaves photos alone)"
 CODE_PAGE = "Code page of unmarked files:"
 ADD_DIALOG = "Add File(s) - Hold Ctrl to select multiple files"
 FOLDER_DIALOG = "Please select folder:"
@@ -152,6 +153,19 @@ class Program(Controls):
 
     def is_chosen(self, option):
         return bus.is_checked(wait_until(lambda: bus.find(self.window, option, "radio button"), option))
+
+    def _check_box(self, name):
+        return wait_until(lambda: bus.find(self.window, name, "check box"), "check box %r" % name)
+
+    def tick(self, name, wanted=True):
+        """Turns a check box on, or off."""
+        node = self._check_box(name)
+        if bus.is_checked(node) != wanted:
+            press(self.window, name, "check box", "Toggle")
+            wait_until(lambda: bus.is_checked(node) == wanted, "%r to be %s" % (name, wanted))
+
+    def is_ticked(self, name):
+        return bus.is_checked(self._check_box(name))
 
     def tab(self, name):
         """Brings a tab to the front."""

@@ -13,7 +13,8 @@ import bus
 import window_test
 import x11
 from bus import wait_until
-from driver import ADD_DIALOG, FIND, IN_PLACE, LIST_DIALOG, REPLACE, SETS, SINGLE, TO_FOLDER
+from driver import (ADD_DIALOG, FIND, IN_PLACE, LIST_DIALOG, READ_AS_VCARDS, REPLACE, SETS, SINGLE,
+                    TO_FOLDER)
 from oracle import FIELDS, VALUES, WHOLE
 from window_test import WindowTest, read
 
@@ -128,6 +129,11 @@ class WithoutMouseTest(WindowTest):
             keys.wait_focus(WHOLE, "radio button")
             keys.choose("Up", VALUES)
             keys.choose("Up", FIELDS)
+            keys.press("Tab")
+            keys.wait_focus(READ_AS_VCARDS, "check box")
+            for key, ticked in (("Alt+y", True), ("space", False)):
+                keys.press(key)
+                wait_until(lambda wanted=ticked: program.is_ticked(READ_AS_VCARDS) == wanted, "the box to follow")
             keys.press("Alt+p", "Tab")
             keys.fill(program, TO_FOLDER, self.results)
             keys.press("Return")  # starts nothing
