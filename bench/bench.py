@@ -15,6 +15,7 @@ from corpus import (ALL, CODE_PAGE, HALF, HALF_FIELD, NONE, Corpus, cyrillic_fil
                     replaced, replaced_in_part)
 from measure import (Contender, Failed, Sample, Table, Tree, check, compete, figures, median, process, read,
                      spread)
+import vcards
 
 MIB = 1 << 20
 COPY = ["cp", "--reflink=never"]
@@ -93,11 +94,11 @@ class Bench:
 
     # Who works.
 
-    def run(self, work, mode, tree, pairs, folder="-", page="windows-1252", undo=False):
-        """Our own run over the files of a tree; its time is that from the click to the end, or that of
-        taking the run back."""
+    def run(self, work, mode, tree, pairs, folder="-", page="windows-1252", besides=None):
+        """Our own run over the files of a tree; its time is that from the click to the end. `besides`
+        may be "undo", for the time of taking the run back, or "vcards", to read the files as those."""
         texts = [self.sets_file(pairs, "utf-8")] if mode == "sets" else list(pairs[0])
-        command = [self.programs + "/run_bench"] + (["undo"] if undo else [])
+        command = [self.programs + "/run_bench"] + ([besides] if besides else [])
         _, said = process(command + [mode, tree.list, folder] + texts,
                           env=dict(self.env, VEXMARROW_BENCH_PAGE=page))
         seconds, user, system, peak = said.split()
@@ -122,7 +123,7 @@ class Bench:
 
         def run():
             dates[:] = tree.dates()
-            return self.run(work, "whole", tree, pairs, undo=True)
+            return self.run(work, "whole", tree, pairs, besides="undo")
 
         def prove():
             check(name, tree.folder, tree.files.items())
@@ -513,13 +514,17 @@ class Bench:
             self.clear_state()
             tree.restore()
             what = "%d MB in place%s" % (self.big // MIB, ", undo" if undo else "")
-            sample = self.run(what, "whole", tree, [HALF], undo=undo)
+            sample = self.run(what, "whole", tree, [HALF], besides="undo" if undo else None)
             check("our run", tree.folder, [("big.vcf", data if undo else result)])
             peak, _ = self.peaks.pop()
             self.table.line("peak memory in MiB, " + what, figures([sample]), "%.1f" % (peak / MIB),
                             peak / MIB, 64)
         os.remove(tree.path("big.vcf"))
         del self.trees[tree.folder]
+
+    @row("vcards")
+    def read_as_vcards(self):
+        vcards.row(self)
 
     def memory(self):
         if self.peaks:

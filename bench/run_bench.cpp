@@ -10,14 +10,16 @@
 //         file of find::replace lines in UTF-8. Prints, for the time from the click to "Done.":
 //         seconds, CPU seconds of the user and of the system, bytes of memory at the peak over
 //         those of the window with its list filled
+//     run_bench vcards fields|values|whole|sets ...
+//         the same with files read as vCards
 //     run_bench undo fields|values|whole|sets ...
-//         the same run, then undoes it; prints the same figures of undoing it alone, from the
+//         the first run, then undoes it; prints the same figures of undoing it alone, from the
 //         click to the last box. In between everything is synced
 //     run_bench list LIST KEEP REMOVE
 //         what can be done to a list: loads it, validates it (and has the odd rows removed), keeps
 //         the rows that contain KEEP, removes those that contain REMOVE, clears the list. Prints a
 //         line for each: its name, seconds, the rows that are left
-//     VEXMARROW_BENCH_PAGE names the code page of these two; without it, it is windows-1252.
+//     VEXMARROW_BENCH_PAGE names the code page of these runs; without it, it is windows-1252.
 //     run_bench add FOLDER
 //     run_bench drop FOLDER...
 //         fills the list, by the button for a folder or by a drop of folders. Prints seconds (with
@@ -217,7 +219,13 @@ void Measure(const std::function<Usage()>& work) {
                 done.system - begun.system, done.peak - std::min(done.peak, memory));
 }
 
-void Run(const std::vector<const char*>& arguments, bool undo) {
+/// What is done besides a plain run.
+struct Besides {
+    bool undo = false;
+    bool readAsVCards = false;
+};
+
+void Run(const std::vector<const char*>& arguments, const Besides& besides) {
     const std::string mode = arguments[0];
     const std::string folder = arguments[2];
     const bool inPlace = folder == "-";
@@ -230,6 +238,7 @@ void Run(const std::vector<const char*>& arguments, bool undo) {
     choose(u"Option3", mode == "whole" || mode == "sets");
     choose(u"Option4", !inPlace);
     choose(u"Option5", inPlace);
+    choose(u"ReadAsVCards", besides.readAsVCards);
     program.settings.SaveSetting(u"TabSel", mode == "sets" ? u"1" : u"0");
     program.settings.SaveSetting(u"Output Folder", TextFromNativeName(folder));
     program.Open();
@@ -250,11 +259,11 @@ void Run(const std::vector<const char*>& arguments, bool undo) {
         }
         return *program.prompts.done;
     };
-    if (undo) {
+    if (besides.undo) {
         press("PushButton1");
         ::sync();
     }
-    Measure([&] { return press(undo ? "UndoLastRun" : "PushButton1"); });
+    Measure([&] { return press(besides.undo ? "UndoLastRun" : "PushButton1"); });
 }
 
 void List(const char* path, const char* keep, const char* remove) {
@@ -307,11 +316,14 @@ int main(int argc, char** argv) {
     const vexmarrow::Application application(argc, argv);
 
     std::vector<const char*> arguments(argv + 1, argv + argc);
-    const bool undo = !arguments.empty() && std::string_view(arguments[0]) == "undo";
-    if (undo) {
+    Besides besides;
+    std::string command = arguments.empty() ? "" : arguments[0];
+    besides.undo = command == "undo";
+    besides.readAsVCards = command == "vcards";
+    if (besides.undo || besides.readAsVCards) {
         arguments.erase(arguments.begin());
+        command = arguments.empty() ? "" : arguments[0];
     }
-    const std::string command = arguments.empty() ? "" : arguments[0];
     if (command == "start") {
         Start();
     } else if (command == "list" && arguments.size() == 4) {
@@ -319,7 +331,7 @@ int main(int argc, char** argv) {
     } else if (command == "drop" || (command == "add" && arguments.size() == 2)) {
         Fill(command == "drop", {arguments.begin() + 1, arguments.end()});
     } else if (arguments.size() == (command == "sets" ? 4 : 5)) {
-        Run(arguments, undo);
+        Run(arguments, besides);
     } else {
         Fail("the arguments stand at the top of run_bench.cpp");
     }
