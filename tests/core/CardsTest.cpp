@@ -134,6 +134,8 @@ card that takes the place of another: 2v|AGENT:~~BEGIN:VCARD~A:a~_b~END:VCARD~A:
 version after a text: -v|BEGIN:VCARD~A:a~_b~VERSION:2.1~END:VCARD|ab|x
 no version before the end: -v|BEGIN:VCARD~A:a~_b~END:VCARD~VERSION:2.1|ab|x|BEGIN:VCARD~A:x~END:VCARD~VERSION:2.1
 the first version: -v|BEGIN:VCARD~VERSION;a:2.1~VERSION:3.0~A:a~_b|ab|x
+version far away: -v|BEGIN:VCARD~X:{65400c}~VERSION:2.1~A:a~_b|ab|x
+version too far away: -v|BEGIN:VCARD~X:{65600c}~VERSION:2.1~A:a~_b|ab|x|BEGIN:VCARD~X:{65600c}~VERSION:2.1~A:x
 another version: -v|BEGIN:VCARD~VERSION:2.10~A:a~_b|ab|x|BEGIN:VCARD~VERSION:2.10~A:x
 group: 2v|i1.A{Q}=41|A|B|i1.A{Q}B
 bare parameters: 2v|TEL;CELL;quoted-printable;X:=41|A|B|TEL;CELL;quoted-printable;X:B
@@ -266,6 +268,8 @@ the search goes on after it: 3w|a:aa:a|a:a|x|a:ax
 another colon for it: 3w|TEL:1|L:1|X:2:3|TEX:2:3
 the first is it then: 2w|N{Q}a|E:a|E:{+E9}:|N{Q}=C3=A9:
 but no further one: 2w|N{Q}=41|N;QU|{+E9}:N;QU
+the colon moves: 2w|NAME{Q}a|NAME~a|N~{+E9}|N{Q}=C3=A9
+line ends that meet: 3v|N:b<a^B:b|a|
 any colon outside cards: -w|a:b:b|a:b|x|x:b
 any colon without a header: 3w|a b:b|b:b|x|a x
 colon in a field: 3f|X;A=b:c|b|b:d|X;A=b:d:c
@@ -348,6 +352,15 @@ new codes: 2v|N{Q}x|x|{+416}|N{Q}=D0=96)";
     for (const auto& other : others) {
         EXPECT_EQ(Replaced(kWhole, other.input, other.find, other.replace), other.output)
             << other.name;
+    }
+    for (const std::size_t before : {32'760U, 32'761U}) { // the system's reads tear every letter
+        std::u16string text(before, u'a'), expected = text + std::u16string(20, u'b');
+        for (int i = 0; i < 20; ++i) {
+            text += u"\U0001F600";
+        }
+        calls.mostAtOnce = 3;
+        EXPECT_EQ(Replaced(kWhole, Utf16(text), u"\U0001F600", u"b"), Utf16(expected)) << before;
+        calls.mostAtOnce = 1'000'000;
     }
     ansi.Choose(u"UTF-8"); // as a page, which decides nothing
     EXPECT_EQ(Replaced(kWhole, "a\xE9\xC3\xA9\xE9", u"a\r\n\u00E9", u"\u0416\r\ne"),
