@@ -29,7 +29,7 @@ constexpr std::size_t kSmall = std::size_t{8} * 1024 * 1024;
 
 constexpr std::size_t kBlock = std::size_t{64} * 1024; // bytes that are written at once
 
-/// Whether all text from here on is UTF-8; not told of very long lines outside ASCII.
+/// Whether all text from here on is UTF-8. Where there is nothing else for very long, it says no.
 bool IsUtf8(FileText& text) {
     constexpr std::size_t kPart = std::size_t{256} * 1024;
     for (;;) {
