@@ -112,7 +112,7 @@ struct Cards {
                                });
     }
 
-    static inline const OutputLocation kElsewhere{true, false, u"/elsewhere"};
+    static inline const OutputLocation kElsewhere{OutputLocation::OneFolder, u"/elsewhere"};
     std::uint8_t kind;
     Reader reader;
     test::KeepingWriter writer;

@@ -353,13 +353,13 @@ void Form1::ListView1_MouseMove() {
 
 void Form1::SaveModeOptions() {
     SettingsStore& settings = services_.settings;
-    settings.SaveSetting(u"Option1", TextFromBoolean(Option1()));
-    settings.SaveSetting(u"Option2", TextFromBoolean(Option2()));
-    settings.SaveSetting(u"Option3", TextFromBoolean(Option3()));
+    settings.SaveSetting(u"Option1", TextFromBoolean(find_->Option1->isChecked()));
+    settings.SaveSetting(u"Option2", TextFromBoolean(find_->Option2->isChecked()));
+    settings.SaveSetting(u"Option3", TextFromBoolean(find_->Option3->isChecked()));
 }
 
 void Form1::SaveOutputOptions() {
-    outputChoice_.SaveOptions(Option4(), Option5());
+    outputChoice_.SaveOptions(SavesToOutputFolder(), SavesBesideInput());
     FollowOption4();
 }
 
@@ -368,7 +368,7 @@ void Form1::ReadAsVCards_Click() {
 }
 
 void Form1::FollowOption4() {
-    save_->Frame4->setEnabled(Option4());
+    save_->Frame4->setEnabled(SavesToOutputFolder());
 }
 
 void Form1::TabControl1_SelectedChanged(int tab) {
@@ -376,7 +376,7 @@ void Form1::TabControl1_SelectedChanged(int tab) {
 }
 
 void Form1::Text3_Change() {
-    outputChoice_.SaveFolder(Text3());
+    outputChoice_.SaveFolder(OutputFolder());
 }
 
 void Form1::Combo3_Click(const QString& page) {
@@ -393,40 +393,35 @@ void Form1::Combo3_Click(const QString& page) {
     SomethingChanged();
 }
 
-std::u16string Form1::Text1() const {
+std::u16string Form1::FindText() const {
     return find_->Text1->Text();
 }
 
-std::u16string Form1::Text2() const {
+std::u16string Form1::ReplacementText() const {
     return find_->Text2->Text();
 }
 
-std::u16string Form1::Text3() const {
+std::u16string Form1::OutputFolder() const {
     return ToText(save_->Text3->text());
 }
 
-bool Form1::Option1() const {
-    return find_->Option1->isChecked();
+ReplacementMode Form1::Mode() const {
+    return find_->Option1->isChecked()   ? ReplacementMode::FieldsOnly
+           : find_->Option2->isChecked() ? ReplacementMode::ValuesOnly
+           : find_->Option3->isChecked() ? ReplacementMode::WholeText
+                                         : ReplacementMode::None;
 }
 
-bool Form1::Option2() const {
-    return find_->Option2->isChecked();
-}
-
-bool Form1::Option3() const {
-    return find_->Option3->isChecked();
-}
-
-bool Form1::Option4() const {
+bool Form1::SavesToOutputFolder() const {
     return save_->Option4->isChecked();
 }
 
-bool Form1::Option5() const {
+bool Form1::SavesBesideInput() const {
     return save_->Option5->isChecked();
 }
 
-int Form1::SelectedTab() const {
-    return find_->TabControl1->currentIndex();
+Tab Form1::SelectedTab() const {
+    return static_cast<Tab>(find_->TabControl1->currentIndex());
 }
 
 bool Form1::ReadAsVCards() const {

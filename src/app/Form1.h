@@ -147,16 +147,14 @@ private:
     void ShowPointer(Shape shape);
 
     // RunInputs
-    std::u16string Text1() const override;
-    std::u16string Text2() const override;
-    std::u16string Text3() const override;
-    bool Option1() const override;
-    bool Option2() const override;
-    bool Option3() const override;
-    bool Option4() const override;
-    bool Option5() const override;
-    int SelectedTab() const override;
+    Tab SelectedTab() const override;
+    std::u16string FindText() const override;
+    std::u16string ReplacementText() const override;
+    ReplacementMode Mode() const override;
     bool ReadAsVCards() const override;
+    std::u16string OutputFolder() const override;
+    bool SavesToOutputFolder() const override;
+    bool SavesBesideInput() const override;
 
     // MousePointer
     Shape Pointer() const override { return pointer_; }

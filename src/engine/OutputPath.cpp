@@ -10,19 +10,24 @@
 namespace vexmarrow {
 
 std::u16string OutputPath(std::u16string_view inputPath, const OutputLocation& location) {
-    if (!location.Option4 && !location.Option5) {
+    if (location.kind == OutputLocation::Nowhere) {
         return {};
     }
-    const std::u16string_view folder =
-        location.Option4 ? std::u16string_view(location.Text3) : FolderOfPath(inputPath);
+    const bool beside = location.kind == OutputLocation::BesideInput;
+    const std::u16string_view folder = beside ? FolderOfPath(inputPath) : location.folder;
     if (folder.empty()) {
-        throw Failure(
-            location.Option4
-                ? u"No folder is given for the results, so they cannot be saved."
-                : Concat(u"The path \"", inputPath,
-                         u"\" names no folder, so its result cannot be saved beside it."));
+        throw Failure(beside
+                          ? Concat(u"The path \"", inputPath,
+                                   u"\" names no folder, so its result cannot be saved beside it.")
+                          : u"No folder is given for the results, so they cannot be saved.");
     }
     return NormalizePath(Concat(folder, kSeparatorText, NameOfPath(inputPath)));
+}
+
+bool IsInPlace(std::u16string_view inputPath, const OutputLocation& location) {
+    return location.kind == OutputLocation::OneFolder
+               ? FolderOfPath(inputPath) == WithSeparator(location.folder)
+               : location.kind == OutputLocation::BesideInput;
 }
 
 } // namespace vexmarrow

@@ -7,7 +7,6 @@
 #include "engine/ChangedFile.h"
 #include "engine/PreparedPairs.h"
 #include "textio/CodePage.h"
-#include "textio/Paths.h"
 #include "textio/RFTSFSO.h"
 #include "vcard/CardText.h"
 
@@ -112,9 +111,7 @@ void Report(Trap& trap, const Outcome& outcome, const StatementNumbers& numbers,
 
 /// Where the result takes the place of its input, one opening does for both.
 InputFile::Use UseOf(std::u16string_view path, const OutputLocation& location) {
-    const bool inPlace =
-        location.Option4 ? FolderOfPath(path) == WithSeparator(location.Text3) : location.Option5;
-    return inPlace ? InputFile::Use::ReadAndWrite : InputFile::Use::Read;
+    return IsInPlace(path, location) ? InputFile::Use::ReadAndWrite : InputFile::Use::Read;
 }
 
 /// Calls `run` with the cascade that is quickest where the result is the same: bytes before

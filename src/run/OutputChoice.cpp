@@ -16,16 +16,16 @@ constexpr std::u16string_view kLastFolderKey = u"LastFolderDot";
 
 } // namespace
 
-void OutputChoice::SaveOptions(bool option4, bool option5) {
-    settings_.SaveSetting(u"Option4", TextFromBoolean(option4));
-    settings_.SaveSetting(u"Option5", TextFromBoolean(option5));
+void OutputChoice::SaveOptions(bool toOutputFolder, bool besideInput) {
+    settings_.SaveSetting(u"Option4", TextFromBoolean(toOutputFolder));
+    settings_.SaveSetting(u"Option5", TextFromBoolean(besideInput));
 }
 
-void OutputChoice::SaveFolder(std::u16string_view text3) {
-    settings_.SaveSetting(u"Output Folder", text3);
+void OutputChoice::SaveFolder(std::u16string_view folder) {
+    settings_.SaveSetting(u"Output Folder", folder);
 }
 
-void OutputChoice::Browse(const std::function<void(const std::u16string&)>& setText3) {
+void OutputChoice::Browse(const std::function<void(const std::u16string&)>& setFolder) {
     Trap trap(prompts_, u"Form1.PushButton14_Click");
     trap.Do(1, [&] { lastFolder_ = settings_.GetSetting(kLastFolderKey, u""); });
     std::u16string chosen;
@@ -35,7 +35,7 @@ void OutputChoice::Browse(const std::function<void(const std::u16string&)>& setT
     }
     lastFolder_ = chosen;
     trap.Do(3, [&] { settings_.SaveSetting(kLastFolderKey, lastFolder_); });
-    trap.Do(4, [&] { setText3(WithSeparator(chosen)); });
+    trap.Do(4, [&] { setFolder(WithSeparator(chosen)); });
 }
 
 } // namespace vexmarrow

@@ -20,14 +20,14 @@ public:
         : prompts_(prompts), pickers_(pickers), settings_(settings) {}
 
     /// Saves both options, as a click on either of them asks for.
-    void SaveOptions(bool option4, bool option5);
+    void SaveOptions(bool toOutputFolder, bool besideInput);
 
-    /// Saves the text of Text3, as each change of it asks for.
-    void SaveFolder(std::u16string_view text3);
+    /// Saves the output folder, as each change of its box asks for.
+    void SaveFolder(std::u16string_view folder);
 
     /// "...": lets the user choose the output folder and hands it, with a separator at its end, to
-    /// `setText3`. Nothing happens on cancel. Traps its own failures.
-    void Browse(const std::function<void(const std::u16string&)>& setText3);
+    /// `setFolder`. Nothing happens on cancel. Traps its own failures.
+    void Browse(const std::function<void(const std::u16string&)>& setFolder);
 
 private:
     Prompts& prompts_;

@@ -17,10 +17,10 @@
 namespace vexmarrow {
 namespace {
 
-vcard::Part PartOf(FindMode mode) {
-    return mode == FindMode::Fields   ? vcard::Part::Fields
-           : mode == FindMode::Values ? vcard::Part::Values
-                                      : vcard::Part::WholeLine;
+vcard::Part PartOf(ReplacementMode mode) {
+    return mode == ReplacementMode::FieldsOnly   ? vcard::Part::Fields
+           : mode == ReplacementMode::ValuesOnly ? vcard::Part::Values
+                                                 : vcard::Part::WholeLine;
 }
 
 } // namespace
@@ -52,28 +52,28 @@ void ReplacementRun::Start() {
     if (!complete) {
         return;
     }
-    int tab = kSinglePairTab;
+    Tab tab = Tab::SinglePair;
     trap.Do(2, [&] { tab = inputs_.SelectedTab(); });
-    if (tab == kSinglePairTab) {
+    if (tab == Tab::SinglePair) {
         ForEachRow(trap, [&](const std::u16string& path, std::size_t row) {
             // Empty files and those that cannot be opened are skipped in silence.
             if (engine_.SizeOfNext(path, LocationOf(inputs_)) > 0) {
                 ReplaceSinglePair(path, row);
             }
         });
-    } else if (tab == kSetsTab) {
+    } else if (tab == Tab::Sets) {
         ForEachRow(trap,
                    [&](const std::u16string& path, std::size_t row) { ReplaceSets(path, row); });
     }
 }
 
 bool ReplacementRun::InputIsComplete() {
-    if (inputs_.Text1().empty()) { // whichever tab is selected
+    if (inputs_.FindText().empty()) { // whichever tab is selected
         prompts_.ShowMessage(u"You forgot to input find what.");
         return false;
     }
-    const bool folderExists = IsFolder(calls_, inputs_.Text3());
-    if (!folderExists && !inputs_.Option5()) {
+    const bool folderExists = IsFolder(calls_, inputs_.OutputFolder());
+    if (!folderExists && !inputs_.SavesBesideInput()) {
         prompts_.ShowMessage(u"Folder does not exist. Please select another folder.");
         return false;
     }
@@ -103,24 +103,24 @@ void ReplacementRun::ForEachRow(Trap& trap, HandOver handOver) {
 
 void ReplacementRun::ReplaceSinglePair(const std::u16string& path, std::size_t row) {
     const auto index = static_cast<std::int32_t>(row);
-    const std::u16string find = inputs_.Text1();
-    const std::u16string replace = inputs_.Text2();
+    const std::u16string find = inputs_.FindText();
+    const std::u16string replace = inputs_.ReplacementText();
     const OutputLocation location = LocationOf(inputs_);
-    const FindMode mode = FindModeOf(inputs_);
-    if (inputs_.ReadAsVCards() && mode != FindMode::None) {
+    const ReplacementMode mode = inputs_.Mode();
+    if (inputs_.ReadAsVCards() && mode != ReplacementMode::None) {
         engine_.ReplaceTextInCards(path, PartOf(mode), find, replace, location);
         return;
     }
     switch (mode) {
-    case FindMode::None:
+    case ReplacementMode::None:
         break;
-    case FindMode::Fields:
+    case ReplacementMode::FieldsOnly:
         engine_.ReplaceTextInFileFieldOnly(path, find, replace, location, index);
         break;
-    case FindMode::Values:
+    case ReplacementMode::ValuesOnly:
         engine_.ReplaceTextInFileDataOnly(path, find, replace, location, index);
         break;
-    case FindMode::FieldsAndValues:
+    case ReplacementMode::WholeText:
         engine_.ReplaceTextInFile(path, find, replace, location, index);
         break;
     }

@@ -122,11 +122,11 @@ void ResultNotes::Look(const FileList& list) {
 
 std::u16string ResultNotes::Note(const RunInputs& inputs) const {
     const OutputLocation location = LocationOf(inputs);
-    if (!location.Option4) {
-        return location.Option5 ? repeated_.Note() : std::u16string();
+    if (location.kind == OutputLocation::BesideInput) {
+        return repeated_.Note();
     }
-    if (location.Text3.empty()) {
-        return {}; // there are no results without a folder
+    if (location.kind == OutputLocation::Nowhere || location.folder.empty()) {
+        return {}; // there will be no results
     }
     // Whatever the name, this is the folder that results are put into.
     const std::u16string folder(FolderOfPath(OneSpelling(OutputPath(u"name", location))));

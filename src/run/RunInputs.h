@@ -9,45 +9,41 @@
 
 namespace vexmarrow {
 
-/// The controls of the main window that a run reads, under their names. Each call gives the state
-/// at that moment: the user may edit while a run yields.
+/// The tabs of the main window; one of them holds what a run replaces.
+enum class Tab { SinglePair = 0, Sets = 1 };
+
+/// What a run replaces the single pair in.
+enum class ReplacementMode { None, FieldsOnly, ValuesOnly, WholeText };
+
+/// What the user has entered for a run. Each call gives the state at that moment: the user may
+/// edit while a run yields.
 class RunInputs {
 public:
     virtual ~RunInputs() = default;
 
-    virtual std::u16string Text1() const = 0; ///< find what; CR LF between lines
-    virtual std::u16string Text2() const = 0; ///< replace with; CR LF between lines
-    virtual std::u16string Text3() const = 0; ///< output folder
-    virtual bool Option1() const = 0;         ///< fields only
-    virtual bool Option2() const = 0;         ///< values only
-    virtual bool Option3() const = 0;         ///< fields and values
-    virtual bool Option4() const = 0;         ///< save to the folder Text3
-    virtual bool Option5() const = 0;         ///< save in the folder of the original
-    virtual int SelectedTab() const = 0;      ///< 0 the single pair, 1 the sets
-    virtual bool ReadAsVCards() const = 0;    ///< for both tabs
+    virtual Tab SelectedTab() const = 0;
+    virtual std::u16string FindText() const = 0;        ///< CR LF between lines
+    virtual std::u16string ReplacementText() const = 0; ///< CR LF between lines
+    virtual ReplacementMode Mode() const = 0;
+    virtual bool ReadAsVCards() const = 0; ///< counts for both tabs
+    virtual std::u16string OutputFolder() const = 0;
+
+    // Both options of a group may be set, or none: the settings file can say so.
+    virtual bool SavesToOutputFolder() const = 0;
+    virtual bool SavesBesideInput() const = 0;
 };
 
-// The tabs; any other number is that of none.
-inline constexpr int kSinglePairTab = 0;
-inline constexpr int kSetsTab = 1;
-
-/// What a run applies the single pair to: the first option that is set decides.
-enum class FindMode { None, Fields, Values, FieldsAndValues };
-inline FindMode FindModeOf(const RunInputs& inputs) {
-    return inputs.Option1()   ? FindMode::Fields
-           : inputs.Option2() ? FindMode::Values
-           : inputs.Option3() ? FindMode::FieldsAndValues
-                              : FindMode::None;
-}
-
-/// Whether each line of the boxes of the single pair is a text of its own; else each box is one.
+/// Whether each line of the find text and of the replacement text is a text of its own.
 inline bool LinesAreTexts(const RunInputs& inputs) {
-    return inputs.ReadAsVCards() || FindModeOf(inputs) == FindMode::FieldsAndValues;
+    return inputs.ReadAsVCards() || inputs.Mode() == ReplacementMode::WholeText;
 }
 
-/// Where a run saves its results.
+/// Where a run saves its results. When both options are set, the output folder wins.
 inline OutputLocation LocationOf(const RunInputs& inputs) {
-    return {inputs.Option4(), inputs.Option5(), inputs.Text3()};
+    return {inputs.SavesToOutputFolder() ? OutputLocation::OneFolder
+            : inputs.SavesBesideInput()  ? OutputLocation::BesideInput
+                                         : OutputLocation::Nowhere,
+            inputs.OutputFolder()};
 }
 
 } // namespace vexmarrow

@@ -28,8 +28,8 @@ bool HasPlainComma(std::u16string_view text) {
 
 /// That there are fewer texts to put in than to find.
 std::u16string NoteOnCounts(const RunInputs& inputs) {
-    const std::size_t toFind = TextsOfLines(inputs.Text1()).size();
-    const std::size_t toPutIn = TextsOfLines(inputs.Text2()).size();
+    const std::size_t toFind = TextsOfLines(inputs.FindText()).size();
+    const std::size_t toPutIn = TextsOfLines(inputs.ReplacementText()).size();
     if (toPutIn == 0 || toPutIn >= toFind) { // without any, all that is found is taken out
         return {};
     }
@@ -41,23 +41,24 @@ std::u16string NoteOnCounts(const RunInputs& inputs) {
 } // namespace
 
 std::u16string NoteOnTexts(const RunInputs& inputs) {
-    const FindMode mode = FindModeOf(inputs);
-    if (inputs.SelectedTab() != kSinglePairTab || mode == FindMode::None ||
+    const ReplacementMode mode = inputs.Mode();
+    if (inputs.SelectedTab() != Tab::SinglePair || mode == ReplacementMode::None ||
         !LinesAreTexts(inputs)) {
         return {};
     }
     std::u16string note = NoteOnCounts(inputs);
-    if (inputs.ReadAsVCards() && mode != FindMode::Fields && HasPlainComma(inputs.Text1())) {
+    if (inputs.ReadAsVCards() && mode != ReplacementMode::FieldsOnly &&
+        HasPlainComma(inputs.FindText())) {
         note += Concat(note.empty() ? u"" : u"\n", kOnCommas);
     }
     return note;
 }
 
 std::u16string NoteOnSets(const RunInputs& inputs, const SetList& sets) {
-    if (inputs.SelectedTab() != kSetsTab) {
+    if (inputs.SelectedTab() != Tab::Sets) {
         return {};
     }
-    if (inputs.Text1().empty()) {
+    if (inputs.FindText().empty()) {
         return u"For a run, type any text into \"Find what\" on the other tab, too.";
     }
     const auto texts = sets.FindTexts();
@@ -67,11 +68,12 @@ std::u16string NoteOnSets(const RunInputs& inputs, const SetList& sets) {
 }
 
 std::u16string NoteOnOptions(const RunInputs& inputs) {
-    if (inputs.SelectedTab() == kSetsTab) {
+    if (inputs.SelectedTab() == Tab::Sets) {
         return u"\"Find Options\" do not count for sets.";
     }
-    const FindMode mode = FindModeOf(inputs);
-    if ((mode == FindMode::Fields || mode == FindMode::Values) && !inputs.ReadAsVCards()) {
+    const ReplacementMode mode = inputs.Mode();
+    if ((mode == ReplacementMode::FieldsOnly || mode == ReplacementMode::ValuesOnly) &&
+        !inputs.ReadAsVCards()) {
         return u"The second colon of a line and what follows it are dropped; \"Read as vCards\" "
                u"keeps them. Every line of the result ends with CR LF.";
     }

@@ -31,9 +31,9 @@ bool HasLettersInTexts(const RunInputs& inputs, const SetList& sets) {
     const auto inAny = [](std::span<const std::u16string> texts) {
         return std::any_of(texts.begin(), texts.end(), HasLetters);
     };
-    return inputs.SelectedTab() == kSetsTab
+    return inputs.SelectedTab() == Tab::Sets
                ? inAny(sets.FindTexts()) || inAny(sets.ReplaceTexts())
-               : HasLetters(inputs.Text1()) || HasLetters(inputs.Text2());
+               : HasLetters(inputs.FindText()) || HasLetters(inputs.ReplacementText());
 }
 
 } // namespace

@@ -11,7 +11,7 @@
 namespace vexmarrow::test {
 namespace {
 
-const OutputLocation kInPlace{false, true, u""};
+const OutputLocation kInPlace{OutputLocation::BesideInput, u""};
 enum Statement { kReading = 1, kReplacing, kNaming, kWriting };
 
 /// Puts in what a row spells out: {E9} is that byte, {+E9} that character in UTF-8, {70c} 70 times
@@ -376,7 +376,7 @@ TEST_F(CardsTest, PartnerlessLinesAreReportedOncePerFile) {
                            "ReplaceSetsInCards"};
     folder.Write("folder/f", "BEGIN:VCARD\na:a\n b\nEND:VCARD\n");
     folder.MakeFolder("out");
-    const OutputLocation out{true, false, folder.Path("out")};
+    const OutputLocation out{OutputLocation::OneFolder, folder.Path("out")};
     prompts.whenShown = [&](const Box&) {
         EXPECT_LE(calls.openFiles, 1) << "beside the log, a file stays locked while a box is open";
     };
@@ -395,9 +395,9 @@ TEST_F(CardsTest, PartnerlessLinesAreReportedOncePerFile) {
                                             "\n b\nEND:VCARD\n");
         EXPECT_TRUE(flags.IsUtf8 && flags.IsUnicode);
         folder.Remove("out/f");
-        EXPECT_EQ(run({true, true, u""}),
+        EXPECT_EQ(run({OutputLocation::OneFolder, u""}),
                   (Strings{partnerless[0], partnerless[0], report(kNaming)}));
-        EXPECT_EQ(run({true, false, folder.Path("gone")}),
+        EXPECT_EQ(run({OutputLocation::OneFolder, folder.Path("gone")}),
                   (Strings{partnerless[0], partnerless[0], report(kWriting)}));
         EXPECT_EQ(Replace(part, "missing", u"a", u"b", out), Strings{report(kReading)});
         calls.FailAt(Calls::kRead, calls.calls[Calls::kRead] + 1, EIO);

@@ -12,7 +12,7 @@
 namespace vexmarrow::test {
 namespace {
 
-const OutputLocation kInPlace{false, true, u""};
+const OutputLocation kInPlace{OutputLocation::BesideInput, u""};
 const Strings kRoutines{"ReplaceTextInFile", "ReplaceTextInFileCombo", "ReplaceTextInFileFieldOnly",
                         "ReplaceTextInFileDataOnly"};
 enum Routine : std::size_t { kWhole, kSets, kField, kData };
@@ -315,7 +315,7 @@ TEST_F(EngineTest, TheSinglePairGoesByTheLastDetection) {
 TEST_F(EngineTest, AFailedReadIsOneReportAndNothingIsWritten) {
     folder.Write("f", "a:a\r\na:a\r\n");
     folder.MakeFolder("out");
-    const OutputLocation out{true, false, folder.Path("out")};
+    const OutputLocation out{OutputLocation::OneFolder, folder.Path("out")};
     for (const std::size_t routine : {kWhole, kSets, kField, kData}) {
         calls.mostAtOnce = 4;
         calls.FailAt(Calls::kRead, calls.calls[Calls::kRead] + 2, EIO);
@@ -333,7 +333,7 @@ TEST_F(EngineTest, AFailedWriteIsReportedForEveryPieceOrLineInTheOrderOfTheState
     prompts.whenShown = [&](const Box&) {
         EXPECT_EQ(calls.openFiles, 0) << "a file stays locked while a box is open";
     };
-    const OutputLocation gone{true, false, folder.Path("gone")};
+    const OutputLocation gone{OutputLocation::OneFolder, folder.Path("gone")};
     const std::string pair = At(kWhole, kReplacing), write = At(kWhole, kWriting);
     EXPECT_EQ(Replace(kWhole, "pieces", u"a\r\nb\r\nc", u"1", gone),
               (Strings{pair, pair, write, pair, pair, write}));
@@ -342,7 +342,7 @@ TEST_F(EngineTest, AFailedWriteIsReportedForEveryPieceOrLineInTheOrderOfTheState
         EXPECT_EQ(Replace(routine, name, u"a", u"b", gone), Strings(2, At(routine, kWriting)));
         EXPECT_THAT(NativeName(prompts.boxes.back().text),
                     testing::HasSubstr("\"" + folder.Native("gone/" + name) + "\": "));
-        EXPECT_EQ(Replace(routine, name, u"a", u"b", {true, true, u""}),
+        EXPECT_EQ(Replace(routine, name, u"a", u"b", {OutputLocation::OneFolder, u""}),
                   Strings(2, At(routine, kNaming)));
         EXPECT_EQ(Replace(routine, name, u"a", u"b", {}), Strings(2, At(routine, kWriting)));
     }
@@ -354,10 +354,12 @@ TEST_F(EngineTest, OutputPaths) {
     // Input, options, Text3, output.
     for (const std::string& row : Rows(R"(
              //in//x///a.vcf|5|/out|/in/x/a.vcf /a.vcf|5||/a.vcf in/a.vcf|5||in/a.vcf
-             /in/a\b.vcf|4|/out|/out/a\b.vcf b.vcf|45|//out//|/out/b.vcf /in/b.vcf|4|/|/b.vcf
+             /in/a\b.vcf|4|/out|/out/a\b.vcf b.vcf|4|//out//|/out/b.vcf /in/b.vcf|4|/|/b.vcf
              /in/a.vcf||/out|)")) {
         const Strings fields = Fields(row);
-        const OutputLocation location{fields[1].starts_with('4'), fields[1].ends_with('5'),
+        const OutputLocation location{fields[1] == "4"   ? OutputLocation::OneFolder
+                                      : fields[1] == "5" ? OutputLocation::BesideInput
+                                                         : OutputLocation::Nowhere,
                                       TextFromUtf8(fields[2])};
         EXPECT_EQ(NativeName(OutputPath(TextFromUtf8(fields[0]), location)), fields[3]) << row;
     }

@@ -82,7 +82,8 @@ TEST_F(ListSourcesTest, ListFiles) {
     const std::string wide("a\0b\0", 4);
     const auto replaced = [&] { // as the single pair does it, without a look at the mark
         folder.Write("f", wide);
-        engine.ReplaceTextInFile(folder.Path("f"), u"ab", u"cd", {false, true, u""}, 1);
+        engine.ReplaceTextInFile(folder.Path("f"), u"ab", u"cd", {OutputLocation::BesideInput, u""},
+                                 1);
         return folder.Read("f");
     };
     // The folder itself is one of the files; nothing asks about the extensions.

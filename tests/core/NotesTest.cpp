@@ -32,7 +32,7 @@ TEST_F(RunNotesTest, TellOfTheTextsThatTheEngineWouldMiss) {
         inputs.texts = {TextFromUtf8(fields[0]), TextFromUtf8(fields[1]), u""};
         EXPECT_EQ(NativeName(NoteOnTexts(inputs)), fields[2]);
         folder.Write("f", "text");
-        engine.ReplaceTextInFile(folder.Path("f"), inputs.Text1(), inputs.Text2(),
+        engine.ReplaceTextInFile(folder.Path("f"), inputs.FindText(), inputs.ReplacementText(),
                                  LocationOf(inputs), 1);
         EXPECT_EQ(std::to_string(prompts.TakeSummaries().size()), fields[3]);
     }
@@ -53,7 +53,7 @@ TEST_F(RunNotesTest, AreThereWhileTheyAreTrue) {
                  0|1c|a~b,|2-- 0|13c|a,|--- 0|3c|a,|I-- 0|c|a~b,|--- 0|1c||--- 0|2c||---
                  1|3c|a|-I" 1|1c|a|-I" 1|c|a|-I" 1|3c||-F")")) {
         const Strings fields = Fields(row);
-        inputs.tab = std::stoi(fields[0]);
+        inputs.tab = static_cast<Tab>(std::stoi(fields[0]));
         inputs.options = fields[1];
         inputs.texts = {TextFromUtf8(fields[2]), u"c", u""};
         EXPECT_EQ(letters(NoteOnTexts(inputs)) + letters(NoteOnSets(inputs, sets)) +
@@ -71,9 +71,9 @@ TEST_F(RunNotesTest, TellOfCommasThatCardsWriteInAnotherWay) {
         sets.ClearFindTexts();
         sets.ClearReplaceTexts();
         sets.Add({{u"a", u","}, {find, u""}});
-        inputs.tab = kSinglePairTab;
+        inputs.tab = Tab::SinglePair;
         EXPECT_EQ(!NoteOnTexts(inputs).empty(), Fields(row)[1] == "1") << row;
-        inputs.tab = kSetsTab;
+        inputs.tab = Tab::Sets;
         EXPECT_EQ(!NoteOnSets(inputs, sets).empty(), Fields(row)[1] == "1") << row;
     }
 }
@@ -186,13 +186,14 @@ TEST_F(Utf8LookTest, AsksForTheTextsInUseAndRemembersTheFiles) {
         sets.ClearFindTexts();
         sets.ClearReplaceTexts();
         sets.Add({{u"a", u"b"}, {texts[2], texts[3]}});
-        for (inputs.tab = 0; inputs.tab < 2; ++inputs.tab) {
-            EXPECT_EQ(IsSeen(), fields[4][static_cast<std::size_t>(inputs.tab)] == '1') << row;
+        for (const Tab tab : {Tab::SinglePair, Tab::Sets}) {
+            inputs.tab = tab;
+            EXPECT_EQ(IsSeen(), fields[4][static_cast<std::size_t>(tab)] == '1') << row;
         }
     }
     EXPECT_EQ(calls.calls[Calls::kOpen], 1);
     const int before = calls.allCalls;
-    inputs.tab = 1;
+    inputs.tab = Tab::Sets;
     ansi.Choose(u"UTF-8");
     look.Forget();
     EXPECT_FALSE(IsSeen());

@@ -69,7 +69,7 @@ TEST_F(RunTest, ChecksAndRoutes) {
              1|a||15c|D|s:s:s 2|a||5c|-|a:a:a)")) {
         const Strings fields = Fields(row);
         folder.Write("f", "a:a:a");
-        inputs.tab = std::stoi(fields[0]);
+        inputs.tab = static_cast<Tab>(std::stoi(fields[0]));
         inputs.texts = {TextFromUtf8(fields[1]), u"b",
                         fields[2] == "" ? u"" : folder.Path(fields[2])};
         inputs.options = fields[3];
@@ -89,7 +89,7 @@ TEST_F(RunTest, YieldsBeforeEachFileAndFixesOnlyTheTabAndTheNumberOfRows) {
         EXPECT_EQ(folder.Read("1") + folder.Read("2"), "b:ba:a");
         inputs.texts = {u"a", u"2", folder.Path("out")};
         inputs.options = "24";
-        inputs.tab = 1;
+        inputs.tab = Tab::Sets;
         list.Add({folder.Path("added")});
     };
     loop.whenTold[3] = [&] {
@@ -109,7 +109,7 @@ TEST_F(RunTest, RowsRemovedMeanwhileHandOverThePreviousFileAgain) {
     EXPECT_EQ(folder.Read("1") + folder.Read("2") + folder.Read("3"), "aaaaaaaaaa");
     EXPECT_EQ(Run(), (Strings{noRow, "Done."})); // the first row gone: an empty path, passed over
     AddFiles({"1"}, "a");
-    inputs.tab = 1;
+    inputs.tab = Tab::Sets;
     loop.whenTold[5] = [&] { list.Remove({1}); };
     EXPECT_EQ(Run(), (Strings{noRow, noFile, "Done."}));
 }
@@ -125,7 +125,7 @@ TEST_F(RunTest, AFileThatAnotherProgramHasLockedCannotBeOpened) {
     sets.Add(u"a", u"b");
     SystemCalls others;
     const Descriptor other(others, ::open(folder.Native("f").c_str(), O_RDONLY | O_CLOEXEC));
-    const auto runUnder = [&](int lock, int tab, const std::string& options) {
+    const auto runUnder = [&](int lock, Tab tab, const std::string& options) {
         EXPECT_EQ(::flock(other.Number(), lock), 0);
         inputs.tab = tab;
         inputs.options = options;
@@ -133,16 +133,16 @@ TEST_F(RunTest, AFileThatAnotherProgramHasLockedCannotBeOpened) {
     };
     for (const int lock : {LOCK_EX, LOCK_SH}) { // which keeps nobody from reading alone
         for (const std::string& options : Rows("15 25 35")) {
-            EXPECT_EQ(runUnder(lock, 0, options), done) << options;
+            EXPECT_EQ(runUnder(lock, Tab::SinglePair, options), done) << options;
         }
-        EXPECT_EQ(runUnder(lock, 1, "5"), (Strings{noFile, "Done."}));
+        EXPECT_EQ(runUnder(lock, Tab::Sets, "5"), (Strings{noFile, "Done."}));
         EXPECT_THAT(NativeName(prompts.boxes.end()[-2].text),
                     testing::HasSubstr("/f\": It is locked by another program."));
-        EXPECT_EQ(runUnder(lock, 0, "14"), done);
+        EXPECT_EQ(runUnder(lock, Tab::SinglePair, "14"), done);
         EXPECT_EQ(folder.Names("out"), lock == LOCK_SH ? Strings{"f"} : Strings{});
     }
     EXPECT_TRUE(folder.Read("f") == lines);
-    EXPECT_EQ(runUnder(LOCK_UN, 0, "25"), done);
+    EXPECT_EQ(runUnder(LOCK_UN, Tab::SinglePair, "25"), done);
     EXPECT_TRUE(folder.Read("f").starts_with("a:b\r\na:b\r\n"));
 }
 
@@ -160,7 +160,7 @@ TEST_F(RunTest, OneAtATimeAndTheProgramsEndStopsEverything) {
     EXPECT_THROW(Run(), ProgramEnded);
     EXPECT_EQ(folder.Read("1") + folder.Read("2") + folder.Read("3"), "cbb");
     folder.Remove("2");
-    inputs.tab = 1;
+    inputs.tab = Tab::Sets;
     sets.Add(u"b", u"d");
     prompts.whenShown = [](const Box&) { throw ProgramEnded(); }; // closed under a report
     EXPECT_THROW(Run(), ProgramEnded);

@@ -256,8 +256,11 @@ TEST_F(SafetyTest, AFileThatWaitsIsNeitherWrittenNorReadMeanwhile) {
         for (const char* name : {"f", "hard", "link"}) {
             for (const bool inPlace : {false, true}) {
                 prompts.boxes.clear();
-                engine.ReplaceTextInFile(folder.Path(name), u"n", u"m",
-                                         {!inPlace, inPlace, folder.Path("out")}, 1);
+                engine.ReplaceTextInFile(
+                    folder.Path(name), u"n", u"m",
+                    {inPlace ? OutputLocation::BesideInput : OutputLocation::OneFolder,
+                     folder.Path("out")},
+                    1);
                 ASSERT_EQ(prompts.boxes.size(), 1U) << name;
                 EXPECT_THAT(NativeName(prompts.boxes[0].text),
                             testing::HasSubstr("It is written in part"));
@@ -266,7 +269,8 @@ TEST_F(SafetyTest, AFileThatWaitsIsNeitherWrittenNorReadMeanwhile) {
         EXPECT_EQ(folder.Names("out"), Strings{});
         EXPECT_EQ(Content(), mixture);
         folder.Write("g", "old");
-        engine.ReplaceTextInFile(folder.Path("g"), u"old", u"new", {false, true, u""}, 2);
+        engine.ReplaceTextInFile(folder.Path("g"), u"old", u"new",
+                                 {OutputLocation::BesideInput, u""}, 2);
         EXPECT_EQ(folder.Read("g"), "new");
         for (const char* name : {"hard", "link", "out"}) {
             folder.Remove(name);

@@ -161,7 +161,8 @@ TEST_F(WriterTest, WhatIsRefused) {
             folder.Write("f", "old");
             folder.Write("in/f", "old");
             row.happens();
-            const OutputLocation location{toFolder, !toFolder, folder.Path()};
+            const OutputLocation location{
+                toFolder ? OutputLocation::OneFolder : OutputLocation::BesideInput, folder.Path()};
             engine.ReplaceTextInFile(folder.Path(toFolder ? "in/f" : "f"), u"old", u"new", location,
                                      1);
             const Strings reports = Reports();
@@ -204,7 +205,7 @@ TEST_F(WriterTest, RightsOfANewFile) {
             }
             calls.lacksNamelessFiles = !nameless;
             engine.ReplaceTextInFile(folder.Path("f"), u"a", u"b",
-                                     {true, false, folder.Path("out")}, 1);
+                                     {OutputLocation::OneFolder, folder.Path("out")}, 1);
             EXPECT_EQ(folder.ModeOf("out/f"), row.made);
             EXPECT_EQ(Reports(), Strings{});
             folder.Remove("f");
@@ -221,7 +222,9 @@ TEST_F(WriterTest, AnIdenticalResultIsNotWritten) {
         for (const bool inPlace : {true, false}) {
             WriteOld("f", text);
             WriteOld("out/f", text);
-            const OutputLocation location{!inPlace, inPlace, folder.Path("out")};
+            const OutputLocation location{inPlace ? OutputLocation::BesideInput
+                                                  : OutputLocation::OneFolder,
+                                          folder.Path("out")};
             engine.ReplaceTextInFile(folder.Path("f"), u"none", u"new", location, 1);
             EXPECT_EQ(Reports(), Strings{});
             EXPECT_EQ(DateOf("f"), kOldDate);
@@ -282,8 +285,8 @@ TEST_F(WriterTest, TwoProgramsAtOnce) {
         Recovery(calls, Logs(), more).Run();
         EXPECT_TRUE(more.boxes.empty());
         EXPECT_THAT(Put("f"), testing::HasSubstr("It is written in part"));
-        engine.ReplaceTextInFile(folder.Path("f"), u"n", u"m", {true, false, folder.Path("out")},
-                                 1);
+        engine.ReplaceTextInFile(folder.Path("f"), u"n", u"m",
+                                 {OutputLocation::OneFolder, folder.Path("out")}, 1);
     };
     folder.MakeFolder("out");
     EXPECT_EQ(Recover(Answer::Later), 2U); // the other box is that of the engine
@@ -347,7 +350,7 @@ TEST_F(WriterTest, TheSameFileByDifferentWays) {
     const std::u16string path = folder.Path("in/f.vcf");
     for (const std::u16string& out : {folder.Path("in"), folder.Path("again")}) {
         for (int row = 0; row < 2; ++row) {
-            engine.ReplaceTextInFile(path, u"a", u"aa", {true, false, out}, row);
+            engine.ReplaceTextInFile(path, u"a", u"aa", {OutputLocation::OneFolder, out}, row);
         }
     }
     EXPECT_EQ(folder.Read("in/f.vcf"), std::string(16, 'a'));
@@ -356,8 +359,8 @@ TEST_F(WriterTest, TheSameFileByDifferentWays) {
     folder.Write(longest, "a");
     calls.lacksNamelessFiles = true;
     folder.MakeFolder("out");
-    engine.ReplaceTextInFile(folder.Path(longest), u"a", u"b", {true, false, folder.Path("out")},
-                             1);
+    engine.ReplaceTextInFile(folder.Path(longest), u"a", u"b",
+                             {OutputLocation::OneFolder, folder.Path("out")}, 1);
     EXPECT_EQ(folder.Read("out" + longest.substr(2)), "b");
     EXPECT_EQ(Reports(), Strings{});
 }
@@ -386,7 +389,8 @@ TEST_F(WriterTest, MemoryHasALimitAndItsEndIsReported) {
     folder.Write("8", kMark8 + "a");
     std::filesystem::resize_file(folder.Native("8"), 100 * kMegabyte);
     folder.Write("g", "a");
-    const OutputLocation inPlace{false, true, u""}, out{true, false, folder.Path("out")};
+    const OutputLocation inPlace{OutputLocation::BesideInput, u""},
+        out{OutputLocation::OneFolder, folder.Path("out")};
     const Texts find{u"a"}, replace{u"bc"};
     for (const bool unicode : {false, true}) {
         EXPECT_TRUE(limited([&] {

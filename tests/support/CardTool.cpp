@@ -98,7 +98,7 @@ void DoCase(std::uint32_t part) {
     KeepingWriter writer;
     ScriptedPrompts prompts;
     ReplaceText engine(textio, writer, prompts);
-    const OutputLocation beside{false, true, u""};
+    const OutputLocation beside{OutputLocation::BesideInput, u""};
     if (part == 3) {
         engine.ReplaceSetsInCards(folder.Path("case.vcf"), {find, replace}, beside);
     } else {
