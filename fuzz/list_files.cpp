@@ -15,14 +15,10 @@ void vexmarrow::fuzz::TryInput(Input input) {
     reader.file.bytes = input.Rest();
     const auto lines = reader.TryLines();
     FileList list;
-    test::ScriptedPrompts prompts;
-    test::ScriptedPickers pickers;
-    test::MemorySettings settings;
-    test::ScriptedEventLoop eventLoop;
-    test::RecordingPointer pointer;
-    FileAdding adding(list, prompts, pickers, settings, eventLoop, pointer, reader.textio);
+    test::ScriptedDesktop desktop;
+    FileAdding adding(list, desktop.desktop, reader.textio);
     list.Add({u"kept"});
-    pickers.files = {several ? Texts{u"/memory//", u"file", u"file"} : Texts{kPath}};
+    desktop.pickers.files = {several ? Texts{u"/memory//", u"file", u"file"} : Texts{kPath}};
     adding.LoadListFiles();
 
     Texts expected{u"kept"};
@@ -38,7 +34,8 @@ void vexmarrow::fuzz::TryInput(Input input) {
         rows.push_back(list.Row(i));
     }
     Require(rows == expected, "the lines that are not blank are the rows, after those there were");
-    Require(prompts.boxes.size() == (lines ? 0 : files), "failed reads are reported, nothing else");
-    Require(eventLoop.told.size() == (lines ? files * lines->size() : 0), "each line yields");
-    Require(pointer.Pointer() == MousePointer::Default, "the pointer is put back");
+    Require(desktop.prompts.boxes.size() == (lines ? 0 : files),
+            "failed reads are reported, nothing else");
+    Require(desktop.loop.told.size() == (lines ? files * lines->size() : 0), "each line yields");
+    Require(desktop.pointer.Pointer() == MousePointer::Default, "the pointer is put back");
 }

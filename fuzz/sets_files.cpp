@@ -64,22 +64,21 @@ void TryInput(Input input) {
     const std::u16string_view separator = kSeparators[input.Byte() % std::size(kSeparators)];
     Reader reader(input);
     SetList list;
-    test::ScriptedPrompts prompts;
-    test::ScriptedPickers pickers;
-    test::MemorySettings settings;
+    test::ScriptedDesktop desktop;
     MemoryWriter writer(reader.file.bytes);
-    SetsLoading loading(list, prompts, pickers, settings, reader.textio);
-    SetOperations operations(list, prompts, pickers, writer, reader.textio);
+    SetsLoading loading(list, desktop.desktop, reader.textio);
+    SetOperations operations(list, desktop.desktop, writer, reader.textio);
 
     reader.file.bytes = input.Rest();
     const auto lines = reader.TryLines();
     Require(loading.Load(kPath, separator), "the dialog closes");
-    Require(prompts.boxes.empty() == lines.has_value(), "a failed read is reported, nothing else");
+    Require(desktop.prompts.boxes.empty() == lines.has_value(),
+            "a failed read is reported, nothing else");
     const std::vector<test::TextPair> sets = SetsOf(list);
     Require(sets == SetsIn(lines.value_or(Texts()), separator), "each line may be one set");
 
-    pickers.saves = {kPath};
-    prompts.answers = {Answer::Yes};
+    desktop.pickers.saves = {kPath};
+    desktop.prompts.answers = {Answer::Yes};
     operations.SaveSets();
     std::string expected;
     for (const auto& [find, replace] : sets) {

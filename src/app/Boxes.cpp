@@ -174,4 +174,9 @@ void CloseBoxes() {
     std::for_each(waiting.rbegin(), waiting.rend(), [](QDialog* box) { box->close(); });
 }
 
+QWidget* OwnerOfBoxes(QWidget* mainWindow) {
+    QWidget* const box = TopBox();
+    return box != nullptr ? box : mainWindow;
+}
+
 } // namespace vexmarrow

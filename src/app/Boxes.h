@@ -21,6 +21,9 @@ int WaitFor(QDialog& box);
 /// none.
 QWidget* TopBox();
 
+/// The window over which the next box or dialog appears: the top box, else the main window.
+QWidget* OwnerOfBoxes(QWidget* mainWindow);
+
 /// Whether a dialog keeps the user from this control. What assistive programs do to a control
 /// comes without an event that could be kept back, so the handlers of buttons ask.
 bool IsBehindBox(const QWidget& control);

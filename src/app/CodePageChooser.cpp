@@ -3,7 +3,7 @@
 
 #include "app/CodePageChooser.h"
 
-#include "app/Controls.h"
+#include "app/ControlHabits.h"
 #include "app/Strings.h"
 #include "textio/CodePage.h"
 

@@ -9,9 +9,6 @@
 
 namespace vexmarrow {
 
-/// The setting that holds the name of the page that was chosen.
-inline constexpr std::u16string_view kCodePageSetting = u"AnsiCodePage";
-
 /// The list from which the user chooses the code page of text without a mark.
 class CodePageChooser final : public QComboBox {
     Q_OBJECT

@@ -3,14 +3,17 @@
 
 #pragma once
 
+#include "app/ControlTable.h"
+
 #include <QWidget>
 
-class QPushButton;
+class QLabel;
 
 namespace vexmarrow {
 
 class FileList;
 class FileListView;
+class Form1;
 
 /// The list of input files and its buttons. Makes and lays out the controls; what they do is wired
 /// by the main window.
@@ -18,18 +21,11 @@ class FileListPanel final : public QWidget {
     Q_OBJECT
 
 public:
-    FileListPanel(FileList& list, QWidget* parent);
+    FileListPanel(FileList& list, ControlTable<Form1> controls, QWidget* parent);
 
-    FileListView* ListView1;   // one column "File(s)"
-    QWidget* Buttons;          // holds the others
-    QPushButton* PushButton13; // "Add VCF File(s)"
-    QPushButton* PushButton3;  // "Add All VCF File(s) In Folder"
-    QPushButton* PushButton9;  // "Load List Of Files From File"
-    QPushButton* PushButton17; // "Remove Filenames Contain. X"
-    QPushButton* PushButton11; // "Remove Filenames Not Cont. X"
-    QPushButton* PushButton2;  // "Clear List"
-    QPushButton* PushButton8;  // "Load Sample/Example Files"
-    QPushButton* PushButton5;  // "Help"
+    FileListView* ListView1; // one column "File(s)"
+    QLabel* Hint;            // above the list
+    QWidget* Buttons;        // beside the list
 };
 
 } // namespace vexmarrow

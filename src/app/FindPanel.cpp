@@ -3,10 +3,13 @@
 
 #include "app/FindPanel.h"
 
-#include "app/Controls.h"
+#include "app/ControlHabits.h"
+#include "app/ControlTable.h"
 #include "app/LinesEdit.h"
+#include "app/MakeControls.h"
 #include "app/Note.h"
 #include "app/SetsTable.h"
+#include "app/Strings.h"
 #include "app/WrappedCheckBox.h"
 
 #include <QComboBox>
@@ -20,11 +23,9 @@
 namespace vexmarrow {
 namespace {
 
-constexpr std::u16string_view kFindCaption = u" Find &what (exact case):";
 constexpr QMargins kAroundPage(9, 5, 9, 6); // pixels
 constexpr int kBetweenLines = 4;            // pixels
 constexpr int kBetweenButtons = 6;          // pixels
-constexpr std::u16string_view kReplaceCaption = u" &Replace with:";
 
 QComboBox* MakeCombo(QWidget* parent) {
     auto* const combo = new QComboBox(parent);
@@ -37,35 +38,32 @@ QComboBox* MakeCombo(QWidget* parent) {
 
 } // namespace
 
-FindPanel::FindPanel(QWidget* parent)
+FindPanel::FindPanel(ControlTable<Form1> controls, QWidget* parent)
     : QWidget(parent),
       TabControl1(new QTabWidget(this)),
-      Frame1(new QGroupBox(QStringLiteral("&Find Options"), this)),
-      Option1(MakeOption(Frame1, u"Option1", u"Find and replace in fields only")),
-      Option2(MakeOption(Frame1, u"Option2", u"Find and replace in values only")),
-      Option3(MakeOption(Frame1, u"Option3", u"Find and replace in fields and values")),
-      ReadAsVCards(new WrappedCheckBox(
-          QStringLiteral(
-              "Read as vCards (finds text in wrapped or coded lines, leaves photos alone) (&Y)"),
-          this)),
+      Frame1(new QGroupBox(this)),
+      ReadAsVCards(new WrappedCheckBox(this)),
       OptionsNote(new Note(Frame1, u"OptionsNote", Frame1)) {
-    Name(TabControl1, u"TabControl1", u"Find and replace");
+    SetName(TabControl1, u"TabControl1");
+    SetName(Frame1, u"Frame1");
+    SetName(ReadAsVCards, u"ReadAsVCards");
     TabControl1->setUsesScrollButtons(false); // there are two tabs, and always in sight
-    TabControl1->addTab(MakeSinglePairTab(), QStringLiteral("Sin&gle find and replace"));
-    TabControl1->addTab(MakeSetsTab(), QStringLiteral("M&ultiple find and replace (sets)"));
+    TabControl1->addTab(MakeSinglePairTab(), QString());
+    TabControl1->addTab(MakeSetsTab(controls), QString());
+    int index = 0;
+    for (const ControlTexts& tab : TextsOf(controls, ControlGroup::Tabs)) {
+        TabControl1->setTabText(index, ToQString(tab.caption));
+        TabControl1->setTabToolTip(index++, ToQString(tab.tip));
+    }
 
-    Name(Frame1, u"Frame1", u"Find Options");
     auto* const options = new QVBoxLayout(Frame1);
-    for (QRadioButton* const option : {Option1, Option2, Option3}) {
-        options->addWidget(option);
+    for (const ControlTexts& option : TextsOf(controls, ControlGroup::FindOptions)) {
+        Options.push_back(MakeOption(Frame1, option.name));
+        options->addWidget(Options.back());
     }
     options->addWidget(OptionsNote);
     options->addStretch();
-    MakeOneStop({Option1, Option2, Option3});
-
-    // No letter of its caption is free on this window.
-    Name(ReadAsVCards, u"ReadAsVCards",
-         u"Read as vCards (finds text in wrapped or coded lines, leaves photos alone)");
+    MakeOneStop(Options);
 
     auto* const column = new QVBoxLayout;
     column->setSpacing(kBetweenLines);
@@ -81,10 +79,10 @@ QWidget* FindPanel::MakeSinglePairTab() {
     auto* const page = new QWidget(TabControl1);
     Text1 = new LinesEdit(page);
     Text2 = new LinesEdit(page);
-    QLabel* const label1 = MakeLabel(page, u"Label1", kFindCaption, Text1);
-    QLabel* const label2 = MakeLabel(page, u"Label2", kReplaceCaption, Text2);
-    Text1->setObjectName(QStringLiteral("Text1"));
-    Text2->setObjectName(QStringLiteral("Text2"));
+    QLabel* const label1 = MakeLabel(page, u"Label1", Text1);
+    QLabel* const label2 = MakeLabel(page, u"Label2", Text2);
+    SetName(Text1, u"Text1");
+    SetName(Text2, u"Text2");
 
     auto* const grid = new QGridLayout(page);
     grid->setContentsMargins(kAroundPage);
@@ -99,27 +97,21 @@ QWidget* FindPanel::MakeSinglePairTab() {
     return page;
 }
 
-QWidget* FindPanel::MakeSetsTab() {
+QWidget* FindPanel::MakeSetsTab(ControlTable<Form1> controls) {
     auto* const page = new QWidget(TabControl1);
     Combo1 = MakeCombo(page);
     Combo2 = MakeCombo(page);
-    QLabel* const label3 = MakeLabel(page, u"Label3", kFindCaption, Combo1);
-    QLabel* const label4 = MakeLabel(page, u"Label4", kReplaceCaption, Combo2);
-    Combo1->setObjectName(QStringLiteral("Combo1"));
-    Combo2->setObjectName(QStringLiteral("Combo2"));
+    QLabel* const label3 = MakeLabel(page, u"Label3", Combo1);
+    QLabel* const label4 = MakeLabel(page, u"Label4", Combo2);
+    SetName(Combo1, u"Combo1");
+    SetName(Combo2, u"Combo2");
     Sets = new SetsTable(page);
-    Name(Sets, u"SetsTable", u"Sets");
+    SetName(Sets, u"SetsTable");
 
     auto* const buttons = new QHBoxLayout;
     buttons->setSpacing(kBetweenButtons);
-    PushButton7 = MakeButton(page, u"PushButton7", u"A&dd Set");
-    PushButton6 = MakeButton(page, u"PushButton6", u"Re&move Selected Set");
-    PushButton10 = MakeButton(page, u"PushButton10", u"&Load Sets");
-    PushButton4 = MakeButton(page, u"PushButton4", u"&Clear");
-    PushButton12 = MakeButton(page, u"PushButton12", u"Sa&ve Sets");
-    for (QPushButton* const button :
-         {PushButton7, PushButton6, PushButton10, PushButton4, PushButton12}) {
-        buttons->addWidget(button);
+    for (const ControlTexts& button : TextsOf(controls, ControlGroup::Sets)) {
+        buttons->addWidget(MakeButton(page, button.name));
     }
     buttons->addStretch();
 

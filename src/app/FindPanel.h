@@ -3,17 +3,21 @@
 
 #pragma once
 
+#include "app/ControlTable.h"
+
 #include <QWidget>
+
+#include <vector>
 
 class QCheckBox;
 class QComboBox;
 class QGroupBox;
-class QPushButton;
 class QRadioButton;
 class QTabWidget;
 
 namespace vexmarrow {
 
+class Form1;
 class LinesEdit;
 class Note;
 class SetsTable;
@@ -24,31 +28,24 @@ class FindPanel final : public QWidget {
     Q_OBJECT
 
 public:
-    explicit FindPanel(QWidget* parent);
+    FindPanel(ControlTable<Form1> controls, QWidget* parent);
 
     QTabWidget* TabControl1;
-    LinesEdit* Text1 = nullptr;          // " Find what (exact case):"
-    LinesEdit* Text2 = nullptr;          // " Replace with:"
-    QComboBox* Combo1 = nullptr;         // " Find what (exact case):"
-    QComboBox* Combo2 = nullptr;         // " Replace with:"
-    SetsTable* Sets = nullptr;           // all sets
-    QPushButton* PushButton7 = nullptr;  // "Add Set"
-    QPushButton* PushButton6 = nullptr;  // "Remove Selected Set"
-    QPushButton* PushButton10 = nullptr; // "Load Sets"
-    QPushButton* PushButton4 = nullptr;  // "Clear"
-    QPushButton* PushButton12 = nullptr; // "Save Sets"
-    QGroupBox* Frame1;                   // "Find Options"
-    QRadioButton* Option1;               // "Find and replace in fields only"
-    QRadioButton* Option2;               // "Find and replace in values only"
-    QRadioButton* Option3;               // "Find and replace in fields and values"
-    QCheckBox* ReadAsVCards;             // for both tabs
+    LinesEdit* Text1 = nullptr;  // " Find what (exact case):"
+    LinesEdit* Text2 = nullptr;  // " Replace with:"
+    QComboBox* Combo1 = nullptr; // " Find what (exact case):"
+    QComboBox* Combo2 = nullptr; // " Replace with:"
+    SetsTable* Sets = nullptr;   // all sets
+    QGroupBox* Frame1;           // "Find Options"
+    std::vector<QRadioButton*> Options;
+    QCheckBox* ReadAsVCards; // for both tabs
     Note* TextsNote = nullptr;
     Note* SetsNote = nullptr;
     Note* OptionsNote;
 
 private:
     QWidget* MakeSinglePairTab();
-    QWidget* MakeSetsTab();
+    QWidget* MakeSetsTab(ControlTable<Form1> controls);
 };
 
 } // namespace vexmarrow

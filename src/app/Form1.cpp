@@ -5,7 +5,6 @@
 
 #include "app/Boxes.h"
 #include "app/CodePageChooser.h"
-#include "app/Controls.h"
 #include "app/FileListPanel.h"
 #include "app/FileListView.h"
 #include "app/FindPanel.h"
@@ -21,11 +20,10 @@
 #include "app/Strings.h"
 #include "base/Text.h"
 #include "run/RunNotes.h"
+#include "shell/Choices.h"
 #include "shell/Prompts.h"
-#include "shell/SettingsStore.h"
 #include "shell/Titles.h"
 #include "shell/Trap.h"
-#include "shell/Values.h"
 #include "textio/CodePage.h"
 #include "textio/RFTSFSO.h"
 
@@ -46,22 +44,19 @@ namespace vexmarrow {
 Form1::Form1(const Services& services)
     : services_(services),
       engine_(services.textio, services.writer, services.prompts),
-      fileAdding_(fileList_, services.prompts, services.pickers, services.settings,
-                  services.eventLoop, *this, services.textio),
-      fileRemoval_(fileList_, services.prompts, services.eventLoop, *this),
-      samples_(services.textio.Calls(), fileList_, services.prompts, services.settings,
-               services.fileManager, services.programFolder),
-      setOperations_(sets_, services.prompts, services.pickers, services.setsWriter,
-                     services.textio),
-      setsLoading_(sets_, services.prompts, services.pickers, services.settings, services.textio),
-      outputChoice_(services.prompts, services.pickers, services.settings),
-      run_(services.textio.Calls(), *this, fileList_, sets_, engine_, services.prompts,
-           services.eventLoop, *this),
-      undo_(services.textio.Calls(), services.logFolders, services.recovery, services.prompts,
-            services.eventLoop, *this),
+      desktop_{services.prompts,     services.pickers,   services.settings,
+               services.fileManager, services.eventLoop, *this},
+      fileAdding_(fileList_, desktop_, services.textio),
+      fileRemoval_(fileList_, desktop_),
+      samples_(services.textio.Calls(), fileList_, desktop_, services.programFolder),
+      setOperations_(sets_, desktop_, services.setsWriter, services.textio),
+      setsLoading_(sets_, desktop_, services.textio),
+      outputFolder_(desktop_),
+      run_(services.textio.Calls(), *this, fileList_, sets_, engine_, desktop_),
+      undo_(services.textio.Calls(), services.logFolders, services.recovery, desktop_),
       utf8Look_(services.textio.Calls(), fileList_, services.ansi),
-      files_(new FileListPanel(fileList_, this)),
-      find_(new FindPanel(this)),
+      files_(new FileListPanel(fileList_, Controls(), this)),
+      find_(new FindPanel(Controls(), this)),
       save_(new SavePanel(this)),
       setsView_(new SetsView(sets_, find_->Combo1, find_->Combo2, find_->Sets, find_)) {
     setObjectName(QStringLiteral("Form1"));
@@ -79,14 +74,6 @@ Form1::~Form1() {
     delete centralWidget();
 }
 
-void Form1::OnClick(QAbstractButton* button, void (Form1::*handler)()) {
-    connect(button, &QAbstractButton::clicked, this, [this, handler] {
-        if (!IsBehindBox(*this)) {
-            RunHandler([&] { (this->*handler)(); });
-        }
-    });
-}
-
 /// Assistive programs, too, get their answer before the handler shows a box.
 void Form1::OnTrigger(QAction* action, void (Form1::*handler)()) {
     const auto handle = [this, handler] {
@@ -98,23 +85,6 @@ void Form1::OnTrigger(QAction* action, void (Form1::*handler)()) {
 }
 
 void Form1::WireHandlers() {
-    OnClick(files_->PushButton13, &Form1::PushButton13_Click);
-    OnClick(files_->PushButton3, &Form1::PushButton3_Click);
-    OnClick(files_->PushButton5, &Form1::PushButton5_Click);
-    OnClick(find_->PushButton7, &Form1::PushButton7_Click);
-    OnClick(find_->PushButton6, &Form1::PushButton6_Click);
-    OnClick(find_->PushButton4, &Form1::PushButton4_Click);
-    OnClick(find_->PushButton12, &Form1::PushButton12_Click);
-    OnClick(save_->PushButton14, &Form1::PushButton14_Click);
-    OnClick(save_->PushButton1, &Form1::PushButton1_Click);
-    OnClick(files_->PushButton2, &Form1::PushButton2_Click);
-    OnClick(files_->PushButton8, &Form1::PushButton8_Click);
-    OnClick(files_->PushButton9, &Form1::PushButton9_Click);
-    OnClick(files_->PushButton11, &Form1::PushButton11_Click);
-    OnClick(files_->PushButton17, &Form1::PushButton17_Click);
-    OnClick(find_->PushButton10, &Form1::PushButton10_Click);
-    OnClick(status_->UndoLastRun, &Form1::UndoLastRun_Click);
-    OnClick(status_->UseUtf8, &Form1::UseUtf8_Click);
     OnTrigger(status_->Forget, &Form1::Forget_Click);
     OnTrigger(status_->KeepMissing, &Form1::KeepMissing_Click);
     const QAbstractItemModel* const rows = files_->ListView1->model();
@@ -122,8 +92,8 @@ void Form1::WireHandlers() {
     connect(rows, &QAbstractItemModel::rowsRemoved, this, &Form1::FilesChanged);
     connect(rows, &QAbstractItemModel::modelReset, this, &Form1::FilesChanged);
     WireNotes();
-    connect(status_->Combo3, &CodePageChooser::Chosen, this,
-            [this](const QString& page) { RunHandler([&] { Combo3_Click(page); }); });
+    connect(status_->CodePage, &CodePageChooser::Chosen, this,
+            [this](const QString& page) { RunHandler([&] { CodePage_Click(page); }); });
     connect(files_->ListView1, &QTreeView::doubleClicked, this, &Form1::ListView1_DblClick);
     connect(files_->ListView1, &FileListView::DeletePressed, this, &Form1::ListView1_Delete);
     connect(files_->ListView1, &FileListView::MouseMoved, this, &Form1::ListView1_MouseMove);
@@ -147,9 +117,10 @@ void Form1::WireNotes() {
     connect(find_->Text2, &QPlainTextEdit::textChanged, this, &Form1::SomethingChanged);
     connect(find_->TabControl1, &QTabWidget::currentChanged, this, &Form1::SomethingChanged);
     connect(save_->Text3, &QLineEdit::textChanged, this, &Form1::SomethingChanged);
-    for (const QRadioButton* const option :
-         {find_->Option1, find_->Option2, find_->Option3, save_->Option4, save_->Option5}) {
-        connect(option, &QRadioButton::toggled, this, &Form1::SomethingChanged);
+    for (const KeptOptions& options : {findOptions_, saveOptions_}) {
+        for (const KeptOption& option : options) {
+            connect(option.button, &QRadioButton::toggled, this, &Form1::SomethingChanged);
+        }
     }
     connect(find_->ReadAsVCards, &QCheckBox::toggled, this, &Form1::SomethingChanged);
 }
@@ -188,29 +159,9 @@ void Form1::PushButton1_Click() {
     }
 }
 
-void Form1::PushButton2_Click() {
-    fileRemoval_.ClearList();
-}
-
-void Form1::PushButton3_Click() {
-    fileAdding_.AddAllFilesInFolder();
-}
-
-void Form1::PushButton4_Click() {
-    setOperations_.ClearSets();
-}
-
 void Form1::PushButton5_Click() {
     Trap trap(services_.prompts, u"Form1.PushButton5_Click");
     trap.Do(1, [&] { services_.prompts.ShowMessage(HelpText()); });
-}
-
-void Form1::PushButton6_Click() {
-    setOperations_.RemoveSelectedSet(find_->Combo1->currentIndex(), find_->Combo2->currentIndex());
-}
-
-void Form1::PushButton7_Click() {
-    setOperations_.AddSet();
 }
 
 void Form1::PushButton8_Click() {
@@ -219,10 +170,6 @@ void Form1::PushButton8_Click() {
     trap.Do(2, [&] { find_->Text1->SetText(u"a"); });
     trap.Do(3, [&] { find_->Text2->SetText(u"b"); });
     trap.Do(4, [&] { find_->TabControl1->setCurrentIndex(0); });
-}
-
-void Form1::PushButton9_Click() {
-    fileAdding_.LoadListFiles();
 }
 
 void Form1::PushButton10_Click() {
@@ -236,25 +183,9 @@ void Form1::PushButton10_Click() {
     });
 }
 
-void Form1::PushButton11_Click() {
-    fileRemoval_.RemoveFilenamesNotContaining();
-}
-
-void Form1::PushButton12_Click() {
-    setOperations_.SaveSets();
-}
-
-void Form1::PushButton13_Click() {
-    fileAdding_.AddFiles();
-}
-
 void Form1::PushButton14_Click() {
-    outputChoice_.Browse(
+    outputFolder_.Browse(
         [this](const std::u16string& folder) { save_->Text3->setText(ToQString(folder)); });
-}
-
-void Form1::PushButton17_Click() {
-    fileRemoval_.RemoveFilenamesContaining();
 }
 
 void Form1::UndoLastRun_Click() {
@@ -280,15 +211,15 @@ void Form1::KeepMissing_Click() {
 
 /// Offers in the status line what can be undone, unless work is going on.
 void Form1::ShowUndo() {
-    const bool isIdle = pointer_ != Hourglass && !run_.IsInProgress() && !undo_.IsInProgress();
+    const bool isIdle = !IsBusy() && !run_.IsInProgress() && !undo_.IsInProgress();
     status_->ShowUndo({isIdle && undo_.IsPossible(), isIdle && undo_.CanForget(),
                        isIdle && undo_.Missing() > 0, ToQString(undo_.Hint()),
                        ToQString(undo_.MissingNotice())});
 }
 
 void Form1::UseUtf8_Click() {
-    Combo3_Click(QStringLiteral("UTF-8"));
-    status_->Combo3->setFocus(Qt::OtherFocusReason);
+    CodePage_Click(QStringLiteral("UTF-8"));
+    status_->CodePage->setFocus(Qt::OtherFocusReason);
 }
 
 void Form1::ShowCounts() {
@@ -312,7 +243,7 @@ void Form1::SomethingChanged() {
 /// for. Work that is going on is not disturbed; its end comes back to this.
 void Form1::ShowNotes() {
     notesAreDue_ = false;
-    if (pointer_ == Hourglass || run_.IsInProgress()) {
+    if (IsBusy() || run_.IsInProgress()) {
         return;
     }
     if (std::exchange(filesHaveChanged_, false)) {
@@ -342,7 +273,7 @@ void Form1::ListView1_Delete(int row) {
 
 void Form1::ListView1_Drop(const std::vector<std::u16string>& paths) {
     fileAdding_.AddDropped(paths);
-    if (pointer_ != Hourglass) {
+    if (!IsBusy()) {
         status_->ClearProgress();
     }
 }
@@ -351,20 +282,8 @@ void Form1::ListView1_MouseMove() {
     PointTo(Default);
 }
 
-void Form1::SaveModeOptions() {
-    SettingsStore& settings = services_.settings;
-    settings.SaveSetting(u"Option1", TextFromBoolean(find_->Option1->isChecked()));
-    settings.SaveSetting(u"Option2", TextFromBoolean(find_->Option2->isChecked()));
-    settings.SaveSetting(u"Option3", TextFromBoolean(find_->Option3->isChecked()));
-}
-
-void Form1::SaveOutputOptions() {
-    outputChoice_.SaveOptions(SavesToOutputFolder(), SavesBesideInput());
-    FollowOption4();
-}
-
 void Form1::ReadAsVCards_Click() {
-    services_.settings.SaveSetting(u"ReadAsVCards", TextFromBoolean(ReadAsVCards()));
+    SaveChoice(services_.settings, choices::kReadAsVCards, ReadAsVCards());
 }
 
 void Form1::FollowOption4() {
@@ -372,24 +291,25 @@ void Form1::FollowOption4() {
 }
 
 void Form1::TabControl1_SelectedChanged(int tab) {
-    services_.settings.SaveSetting(u"TabSel", Decimal(tab));
+    SaveChoice(services_.settings, choices::kSelectedTab, tab);
 }
 
 void Form1::Text3_Change() {
-    outputChoice_.SaveFolder(OutputFolder());
+    SaveChoice(services_.settings, choices::kOutputFolder, OutputFolder());
 }
 
-void Form1::Combo3_Click(const QString& page) {
+void Form1::CodePage_Click(const QString& page) {
+    // Support knows reports of this handler by the name that the control had at first.
     Trap trap(services_.prompts, u"Form1.Combo3_Click");
     const std::u16string name = ToText(page);
     if (name == services_.ansi.Page().Name() &&
-        name == services_.settings.GetSetting(kCodePageSetting, u"")) {
+        name == LoadChoice(services_.settings, choices::kCodePage)) {
         return;
     }
     if (trap.Do(1, [&] { services_.ansi.Choose(name); })) {
-        trap.Do(2, [&] { services_.settings.SaveSetting(kCodePageSetting, name); });
+        trap.Do(2, [&] { SaveChoice(services_.settings, choices::kCodePage, name); });
     }
-    status_->Combo3->ShowPage(services_.ansi.Page().Name());
+    status_->CodePage->ShowPage(services_.ansi.Page().Name());
     SomethingChanged();
 }
 
@@ -403,13 +323,6 @@ std::u16string Form1::ReplacementText() const {
 
 std::u16string Form1::OutputFolder() const {
     return ToText(save_->Text3->text());
-}
-
-ReplacementMode Form1::Mode() const {
-    return find_->Option1->isChecked()   ? ReplacementMode::FieldsOnly
-           : find_->Option2->isChecked() ? ReplacementMode::ValuesOnly
-           : find_->Option3->isChecked() ? ReplacementMode::WholeText
-                                         : ReplacementMode::None;
 }
 
 bool Form1::SavesToOutputFolder() const {
@@ -436,7 +349,7 @@ void Form1::SetPointer(Shape shape) {
 }
 
 void Form1::PointTo(Shape shape) {
-    if (pointer_ != Hourglass && pointer_ != shape) {
+    if (!IsBusy() && pointer_ != shape) {
         ShowPointer(shape);
     }
 }

@@ -3,12 +3,13 @@
 
 #pragma once
 
+#include "app/ControlTable.h"
 #include "engine/ReplaceText.h"
 #include "filelist/FileAdding.h"
 #include "filelist/FileList.h"
 #include "filelist/FileRemoval.h"
 #include "filelist/SampleFiles.h"
-#include "run/OutputChoice.h"
+#include "run/OutputFolderChoice.h"
 #include "run/ReplacementRun.h"
 #include "run/ResultNotes.h"
 #include "run/RunInputs.h"
@@ -17,7 +18,9 @@
 #include "sets/SetList.h"
 #include "sets/SetOperations.h"
 #include "sets/SetsLoading.h"
-#include "shell/EventLoop.h"
+#include "shell/Choices.h"
+#include "shell/Desktop.h"
+#include "shell/MousePointer.h"
 
 #include <QCursor>
 #include <QMainWindow>
@@ -25,8 +28,8 @@
 #include <string>
 #include <vector>
 
-class QAbstractButton;
 class QAction;
+class QRadioButton;
 class QSplitter;
 
 namespace vexmarrow {
@@ -91,22 +94,23 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    // Handlers, by control and event.
+    /// An option button whose state is kept.
+    struct KeptOption {
+        QRadioButton* button;
+        Choice<bool> choice;
+        ReplacementMode mode = ReplacementMode::None; ///< of a find option
+    };
+    using KeptOptions = std::vector<KeptOption>;
+
+    struct Table;
+    static ControlTable<Form1> Controls();
+
+    // Handlers that do more than call one operation, by control and event.
     void PushButton1_Click();  // "Start Replacing"
-    void PushButton2_Click();  // "Clear List"
-    void PushButton3_Click();  // "Add All VCF File(s) In Folder"
-    void PushButton4_Click();  // "Clear"
     void PushButton5_Click();  // "Help"
-    void PushButton6_Click();  // "Remove Selected Set"
-    void PushButton7_Click();  // "Add Set"
     void PushButton8_Click();  // "Load Sample/Example Files"
-    void PushButton9_Click();  // "Load List Of Files From File"
     void PushButton10_Click(); // "Load Sets"
-    void PushButton11_Click(); // "Remove Filenames Not Cont. X"
-    void PushButton12_Click(); // "Save Sets"
-    void PushButton13_Click(); // "Add VCF File(s)"
     void PushButton14_Click(); // "..." of the output folder
-    void PushButton17_Click(); // "Remove Filenames Contain. X"
     void UndoLastRun_Click();
     void Forget_Click();
     void KeepMissing_Click();
@@ -115,12 +119,10 @@ private:
     void ListView1_Delete(int row);
     void ListView1_Drop(const std::vector<std::u16string>& paths);
     void ListView1_MouseMove();
-    void SaveModeOptions();   // Option1_Click, Option2_Click, Option3_Click
-    void SaveOutputOptions(); // Option4_Click, Option5_Click
     void ReadAsVCards_Click();
     void TabControl1_SelectedChanged(int tab);
     void Text3_Change();
-    void Combo3_Click(const QString& page);
+    void CodePage_Click(const QString& page);
 
     void LayOut();
     void AlignColumns();
@@ -128,15 +130,17 @@ private:
     QSize FirstSize() const;
     void WireHandlers();
     void WireNotes();
-    void OnClick(QAbstractButton* button, void (Form1::*handler)());
     void OnTrigger(QAction* action, void (Form1::*handler)());
     void WatchPointer();
     void LoadSkin();
     void LoadHandCursor();
     void LoadDragPointer();
     void ChooseCodePage();
-    int RestoreOptions(Trap& trap, int line); // returns the number of the next statement
-    void RestoreTab(const std::u16string& stored);
+    void ApplyTable();
+    void CollectOptions();
+    int RestoreOptions(Trap& trap, int line, const KeptOptions& options); // returns the next line
+    void SaveWhenPressed(const KeptOptions& options);
+    void RestoreTab(int tab);
     void FollowOption4();
     void ShowUndo();
     void ShowCounts();
@@ -164,12 +168,13 @@ private:
     FileList fileList_;
     SetList sets_;
     ReplaceText engine_;
+    Desktop desktop_;
     FileAdding fileAdding_;
     FileRemoval fileRemoval_;
     SampleFiles samples_;
     SetOperations setOperations_;
     SetsLoading setsLoading_;
-    OutputChoice outputChoice_;
+    OutputFolderChoice outputFolder_;
     ReplacementRun run_;
     UndoLastRun undo_;
     ResultNotes resultNotes_;
@@ -179,6 +184,8 @@ private:
     FindPanel* find_;
     SavePanel* save_;
     SetsView* setsView_;
+    KeptOptions findOptions_;
+    KeptOptions saveOptions_;
     QSplitter* parts_ = nullptr; // the list above, the rest below
     StatusLine* status_ = nullptr;
     bool isDivided_ = false; // by the user, who has moved the splitter

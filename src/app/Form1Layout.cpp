@@ -3,8 +3,7 @@
 
 // How the main window is laid out.
 
-#include "app/CodePageChooser.h"
-#include "app/Controls.h"
+#include "app/ControlHabits.h"
 #include "app/FileListPanel.h"
 #include "app/FileListView.h"
 #include "app/FindPanel.h"
@@ -14,7 +13,6 @@
 #include "app/SavePanel.h"
 #include "app/SetsTable.h"
 #include "app/StatusLine.h"
-#include "app/ToolTips.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -22,7 +20,6 @@
 #include <QGroupBox>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QRadioButton>
 #include <QScreen>
 #include <QScrollArea>
 #include <QSplitter>
@@ -42,9 +39,27 @@ constexpr int kBetweenParts = 4;        // pixels
 constexpr QMargins kAround(9, 6, 9, 4); // pixels
 constexpr QSize kFrame(12, 40); // of the window, about: it is not there before the window shows
 
+/// On a small screen with large letters, not all of the window is in sight at once.
+QScrollArea* MakeScrollable(QWidget* content, QWidget* parent) {
+    auto* const area = new QScrollArea(parent);
+    area->setWidget(content);
+    area->setWidgetResizable(true);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setFocusPolicy(Qt::NoFocus);
+    QObject::connect(qApp, &QApplication::focusChanged, area, [area](const QWidget*, QWidget* now) {
+        if (now != nullptr && area->widget()->isAncestorOf(now)) {
+            area->ensureWidgetVisible(now);
+        }
+    });
+    return area;
+}
+
 } // namespace
 
 void Form1::LayOut() {
+    status_ = new StatusLine(this);
+    setStatusBar(status_);
+    ApplyTable(); // before anything asks for sizes: the captions decide them
     auto* const below = new QWidget(this);
     auto* const rest = new QVBoxLayout(below);
     rest->setContentsMargins(0, 0, 0, 0);
@@ -63,24 +78,11 @@ void Form1::LayOut() {
     auto* const column = new QVBoxLayout(centre);
     column->setContentsMargins(kAround);
     column->addWidget(parts_);
-    // Where the screen is small and the letters are large, not all of it is in sight at once.
-    auto* const area = new QScrollArea(this);
-    area->setWidget(centre);
-    area->setWidgetResizable(true);
-    area->setFrameShape(QFrame::NoFrame);
-    area->setFocusPolicy(Qt::NoFocus);
-    connect(qApp, &QApplication::focusChanged, area, [area](const QWidget*, QWidget* now) {
-        if (now != nullptr && area->widget()->isAncestorOf(now)) {
-            area->ensureWidgetVisible(now);
-        }
-    });
-    setCentralWidget(area);
+    setCentralWidget(MakeScrollable(centre, this));
+    status_->raise(); // it is read last
 
-    status_ = new StatusLine(this);
-    setStatusBar(status_);
     const QMargins margins = column->contentsMargins();
     status_->setContentsMargins(margins.left(), 0, margins.right(), 0);
-    SetToolTips(*this);
     for (QWidget* const control :
          {static_cast<QWidget*>(find_->Combo1), static_cast<QWidget*>(find_->Combo2),
           static_cast<QWidget*>(find_->TabControl1->tabBar())}) {
@@ -88,22 +90,6 @@ void Form1::LayOut() {
     }
     AlignColumns();
     resize(FirstSize());
-
-    // Reading order: the list and its buttons, what to find, where results go, start.
-    const std::array<QWidget*, 33> order{
-        files_->ListView1,    files_->PushButton13, files_->PushButton3,  files_->PushButton9,
-        files_->PushButton17, files_->PushButton11, files_->PushButton2,  files_->PushButton8,
-        files_->PushButton5,  find_->TabControl1,   find_->Text1,         find_->Text2,
-        find_->Combo1,        find_->Combo2,        find_->Sets,          find_->PushButton7,
-        find_->PushButton6,   find_->PushButton10,  find_->PushButton4,   find_->PushButton12,
-        find_->Option1,       find_->Option2,       find_->Option3,       find_->ReadAsVCards,
-        save_->Option5,       save_->Option4,       save_->Text3,         save_->PushButton14,
-        save_->PushButton1,   status_->UseUtf8,     status_->UndoLastRun, status_->UndoMenu,
-        status_->Combo3,
-    };
-    for (std::size_t i = 1; i < order.size(); ++i) {
-        setTabOrder(order[i - 1], order[i]);
-    }
 }
 
 /// The list's buttons, the find options and the start button stand in one column.

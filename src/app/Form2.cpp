@@ -3,9 +3,8 @@
 
 #include "app/Form2.h"
 
-#include "app/Boxes.h"
-#include "app/Controls.h"
-#include "app/QtEventLoop.h"
+#include "app/ControlTable.h"
+#include "app/MakeControls.h"
 #include "app/Strings.h"
 #include "app/ToolTips.h"
 #include "sets/SetsLoading.h"
@@ -16,55 +15,70 @@
 #include <QLineEdit>
 #include <QPushButton>
 
+#include <array>
 #include <limits>
 
 namespace vexmarrow {
+
+struct Form2::Table {
+    static constexpr auto kNoGroup = ControlGroup::None;
+    static constexpr auto kRows = std::to_array<Control<Form2>>({
+        {{u"Text1", u"&File To Load:", u"The text file to load, with one set per line."}},
+        {{u"PushButton16", u"...", u"Choose the text file.", u"Browse"},
+         kNoGroup,
+         [](Form2& form) { form.PushButton16_Click(); }},
+        {{u"Text2", u"&Separator:",
+          u"The characters between the find text and the replace text of each line."}},
+        {{u"PushButton1", u"&Load", u"Add the sets in this file to the list of sets."},
+         kNoGroup,
+         [](Form2& form) { form.PushButton1_Click(); }},
+        {{u"PushButton2", u"&Cancel", u"Close this window without loading any sets."},
+         kNoGroup,
+         [](Form2& form) { form.PushButton2_Click(); }},
+        {{u"PushButton3", u"?", u"Show examples of such files and their separators.",
+          u"Format help"},
+         kNoGroup,
+         [](Form2& form) { form.loading_.ShowHelp(); }},
+    });
+    static_assert(AllDiffer(ControlTable<Form2>(kRows)), "two controls share a name or a letter");
+};
 
 Form2::Form2(SetsLoading& loading, Prompts& prompts, const QCursor& overButtons, QWidget* owner)
     : QDialog(owner),
       loading_(loading),
       prompts_(prompts),
       Text1(new QLineEdit(this)),
-      PushButton16(MakeSmallButton(this, u"PushButton16", u"...", u"Browse")),
+      PushButton16(MakeSmallButton(this, u"PushButton16")),
       Text2(new QLineEdit(this)),
-      PushButton1(MakeButton(this, u"PushButton1", u"&Load")),
-      PushButton2(MakeButton(this, u"PushButton2", u"&Cancel")),
-      PushButton3(MakeSmallButton(this, u"PushButton3", u"?", u"Format help")) {
-    Name(this, u"Form2", u"Load Sets");
+      PushButton1(MakeButton(this, u"PushButton1")),
+      PushButton2(MakeButton(this, u"PushButton2")),
+      PushButton3(MakeSmallButton(this, u"PushButton3")) {
+    SetName(this, u"Form2");
     setWindowTitle(QStringLiteral("Load Sets"));
+    setAccessibleName(windowTitle());
     LayOut();
-    SetToolTips(*this);
+    WireControls(*this, ControlTable<Form2>(Table::kRows));
+    MakeEquallyWide({PushButton1, PushButton2});
+    ShowTipsInLines(*this);
     setPalette(owner->palette()); // which a skin may have changed
     for (QPushButton* const button : findChildren<QPushButton*>()) {
         button->setCursor(overButtons);
     }
 
-    const auto onClick = [this](QPushButton* button, void (Form2::*handler)()) {
-        connect(button, &QPushButton::clicked, this, [this, handler] {
-            if (!IsBehindBox(*this)) {
-                RunHandler([&] { (this->*handler)(); });
-            }
-        });
-    };
-    onClick(PushButton1, &Form2::PushButton1_Click);
-    onClick(PushButton2, &Form2::PushButton2_Click);
-    onClick(PushButton3, &Form2::PushButton3_Click);
-    onClick(PushButton16, &Form2::PushButton16_Click);
     connect(Text2, &QLineEdit::textChanged, this, &Form2::Text2_Change);
 }
 
 void Form2::LayOut() {
     constexpr int kCharacters = 45;
-    QLabel* const file = MakeLabel(this, u"Label1", u"&File To Load:", Text1);
-    QLabel* const separator = MakeLabel(this, u"Label2", u"&Separator:", Text2);
+    QLabel* const file = MakeLabel(this, u"Label1", Text1);
+    QLabel* const separator = MakeLabel(this, u"Label2", Text2);
     for (QLineEdit* const box : {Text1, Text2}) {
         box->setMaxLength(std::numeric_limits<int>::max());
     }
-    Text1->setObjectName(QStringLiteral("Text1"));
+    SetName(Text1, u"Text1");
     Text1->setMinimumWidth(Text1->fontMetrics().averageCharWidth() * kCharacters);
-    Text2->setObjectName(QStringLiteral("Text2"));
+    SetName(Text2, u"Text2");
     PushButton1->setDefault(true);
-    MakeEquallyWide({PushButton1, PushButton2});
 
     auto* const buttons = new QHBoxLayout;
     buttons->addStretch();
@@ -80,11 +94,6 @@ void Form2::LayOut() {
     grid->setRowStretch(2, 1);
     grid->addLayout(buttons, 3, 0, 1, 3);
 
-    setTabOrder(Text1, PushButton16);
-    setTabOrder(PushButton16, Text2);
-    setTabOrder(Text2, PushButton1);
-    setTabOrder(PushButton1, PushButton2);
-    setTabOrder(PushButton2, PushButton3);
     Text1->setFocus();
 }
 
@@ -102,10 +111,6 @@ void Form2::PushButton1_Click() {
 void Form2::PushButton2_Click() {
     Trap trap(prompts_, u"Form2.PushButton2_Click");
     trap.Do(1, [&] { reject(); });
-}
-
-void Form2::PushButton3_Click() {
-    loading_.ShowHelp();
 }
 
 void Form2::PushButton16_Click() {

@@ -26,9 +26,10 @@ public:
     void Form_Load();
 
 private:
+    struct Table;
+
     void PushButton1_Click();  // "Load"
     void PushButton2_Click();  // "Cancel"
-    void PushButton3_Click();  // "?"
     void PushButton16_Click(); // "..." of the file
     void Text2_Change();
     void LayOut();

@@ -4,7 +4,7 @@
 #include "app/InputBox.h"
 
 #include "app/Boxes.h"
-#include "app/Controls.h"
+#include "app/MakeControls.h"
 #include "app/Strings.h"
 #include "app/ToolTips.h"
 
@@ -26,9 +26,11 @@ InputBox::InputBox(QWidget* owner, const QString& title, const QString& prompt,
     setAccessibleName(title);
     setObjectName(QStringLiteral("InputBox"));
 
-    QLabel* const label = MakeLabel(this, u"Prompt", ToText(u'&' + prompt), answer_);
+    QLabel* const label = MakeLabel(this, u"Prompt", answer_);
     label->setTextFormat(Qt::PlainText);
-    answer_->setObjectName(QStringLiteral("Answer"));
+    SetName(answer_, u"Answer");
+    SetCaption(answer_, ToText(u'&' + prompt));
+    answer_->setToolTip(QStringLiteral("Type the text here."));
     answer_->setMaxLength(std::numeric_limits<int>::max());
     answer_->setText(suggestion);
     answer_->selectAll();
@@ -49,7 +51,9 @@ InputBox::InputBox(QWidget* owner, const QString& title, const QString& prompt,
     column->addWidget(answer_);
     column->addStretch();
     column->addWidget(buttons);
-    SetToolTips(*this);
+    ok->setToolTip(QStringLiteral("Continue with this text."));
+    cancel->setToolTip(QStringLiteral("Close this window without changing anything."));
+    ShowTipsInLines(*this);
 }
 
 QString InputBox::Ask() {

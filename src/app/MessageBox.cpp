@@ -4,7 +4,7 @@
 #include "app/MessageBox.h"
 
 #include "app/Boxes.h"
-#include "app/Controls.h"
+#include "app/MakeControls.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>

@@ -4,7 +4,6 @@
 #include "app/QtPickers.h"
 
 #include "app/Boxes.h"
-#include "app/Controls.h"
 #include "app/NormalPointer.h"
 #include "app/QtEventLoop.h"
 #include "app/Strings.h"

@@ -3,7 +3,7 @@
 
 #include "app/QtPrompts.h"
 
-#include "app/Controls.h"
+#include "app/Boxes.h"
 #include "app/InputBox.h"
 #include "app/MessageBox.h"
 #include "app/NormalPointer.h"

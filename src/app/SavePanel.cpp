@@ -3,7 +3,8 @@
 
 #include "app/SavePanel.h"
 
-#include "app/Controls.h"
+#include "app/ControlHabits.h"
+#include "app/MakeControls.h"
 #include "app/Note.h"
 #include "app/StartButton.h"
 
@@ -38,19 +39,20 @@ int HeightOfTitle(const QGroupBox& group) {
 
 SavePanel::SavePanel(QWidget* parent)
     : QWidget(parent),
-      Frame2(new QGroupBox(QStringLiteral("Save O&ption"), this)),
-      Option5(MakeOption(Frame2, u"Option5", u"Save results in folder of original file")),
-      Option4(MakeOption(Frame2, u"Option4", u"Save results to this folder:")),
+      Frame2(new QGroupBox(this)),
+      Option5(MakeOption(Frame2, u"Option5")),
+      Option4(MakeOption(Frame2, u"Option4")),
       Frame4(new QWidget(Frame2)),
       Text3(new QLineEdit(Frame4)),
-      PushButton14(MakeSmallButton(Frame4, u"PushButton14", u"...", u"Browse for output folder")),
+      PushButton14(MakeSmallButton(Frame4, u"PushButton14")),
       ResultsNote(new Note(Frame2, u"ResultsNote", Frame2)),
-      PushButton1(new StartButton(QStringLiteral("&Start Replacing"), this)),
+      PushButton1(new StartButton(this)),
       grid_(new QGridLayout(this)) {
-    Name(Frame2, u"Frame2", u"Save Option");
-    Name(Frame4, u"Frame4", u"Output folder");
-    Name(Text3, u"Text3", u"Save results to this folder:");
-    Name(PushButton1, u"PushButton1", u"Start Replacing");
+    SetName(Frame2, u"Frame2");
+    SetName(Frame4, u"Frame4");
+    Frame4->setAccessibleName(QStringLiteral("Output folder"));
+    SetName(Text3, u"Text3");
+    SetName(PushButton1, u"PushButton1");
     PushButton1->setAutoDefault(true);
     PushButton1->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Ignored);
     Text3->setMaxLength(std::numeric_limits<int>::max());
@@ -77,7 +79,6 @@ SavePanel::SavePanel(QWidget* parent)
     grid_->addWidget(PushButton1, 1, 1);
     grid_->setColumnStretch(0, 1);
     grid_->setRowStretch(1, 1);
-    Measure();
 }
 
 void SavePanel::changeEvent(QEvent* event) {

@@ -23,6 +23,10 @@ class SavePanel final : public QWidget {
 public:
     explicit SavePanel(QWidget* parent);
 
+    /// Makes room in pixels of the present letters and style. To be called once the frame has its
+    /// title; the panel itself follows later changes of letters and style.
+    void Measure();
+
     QGroupBox* Frame2;         // "Save Option"
     QRadioButton* Option5;     // "Save results in folder of original file"
     QRadioButton* Option4;     // "Save results to this folder:"
@@ -36,8 +40,6 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    void Measure();
-
     QGridLayout* grid_;
 };
 

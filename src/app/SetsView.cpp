@@ -4,7 +4,7 @@
 #include "app/SetsView.h"
 
 #include "app/Boxes.h"
-#include "app/Controls.h"
+#include "app/ControlHabits.h"
 #include "app/SetsTable.h"
 #include "app/Strings.h"
 

@@ -3,13 +3,13 @@
 
 #include "app/Splash.h"
 
-#include "app/Controls.h"
+#include "app/MakeControls.h"
 #include "app/Strings.h"
 #include "app/ToolTips.h"
 #include "base/Text.h"
+#include "shell/Choices.h"
 #include "shell/SettingsStore.h"
 #include "shell/Titles.h"
-#include "shell/Values.h"
 #include "textio/FileAttributes.h"
 #include "textio/FileTests.h"
 #include "textio/Paths.h"
@@ -24,8 +24,6 @@
 
 namespace vexmarrow {
 namespace {
-
-constexpr std::u16string_view kShowAgain = u"ShowAgain";
 
 /// Lengths of the screen are in twips, 1440 to the inch.
 int Pixels(const QWidget& widget, int twips) {
@@ -55,16 +53,19 @@ Splash::Splash(SystemCalls& calls, SettingsStore& settings, const std::u16string
       settings_(settings),
       folder_(Concat(programFolder, kSeparatorText, u"Splash", kSeparatorText)),
       Image1(new QLabel(this)),
-      Check1(new QCheckBox(QStringLiteral("&Hide this at next startup"), this)),
+      Check1(new QCheckBox(this)),
       Line1(MakeLine("Line1")),
       Line2(MakeLine("Line2")),
       Line3(MakeLine("Line3")),
       Line4(MakeLine("Line4")) {
     setObjectName(QStringLiteral("Splash"));
-    Name(Image1, u"Image1", u"Tips");
-    Name(Check1, u"Check1", u"Hide this at next startup");
+    SetName(Image1, u"Image1");
+    Image1->setAccessibleName(QStringLiteral("Tips"));
+    SetName(Check1, u"Check1");
+    SetCaption(Check1, u"&Hide this at next startup");
+    Check1->setToolTip(QStringLiteral("Do not show these tips at the next start."));
     connect(Check1, &QCheckBox::toggled, this, &Splash::Check1_Click);
-    SetToolTips(*this);
+    ShowTipsInLines(*this);
 }
 
 QFrame* Splash::MakeLine(const char* name) {
@@ -76,7 +77,7 @@ QFrame* Splash::MakeLine(const char* name) {
 }
 
 void Splash::SplashShow() {
-    if (NumberFromText(settings_.GetSetting(kShowAgain, u"0")) != 0) {
+    if (LoadChoice(settings_, choices::kHideTips) != 0) {
         return;
     }
     const std::u16string name = FirstFile(calls_, folder_);
@@ -118,7 +119,7 @@ void Splash::mousePressEvent(QMouseEvent* /*event*/) {
 }
 
 void Splash::Check1_Click() {
-    settings_.SaveSetting(kShowAgain, Check1->isChecked() ? u"1" : u"0");
+    settings_.SaveSetting(choices::kHideTips.key, Check1->isChecked() ? u"1" : u"0");
 }
 
 } // namespace vexmarrow

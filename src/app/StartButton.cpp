@@ -10,7 +10,7 @@
 
 namespace vexmarrow {
 
-StartButton::StartButton(const QString& caption, QWidget* parent) : QPushButton(caption, parent) {
+StartButton::StartButton(QWidget* parent) : QPushButton(parent) {
     QFont letters = font();
     letters.setBold(true);
     setFont(letters);

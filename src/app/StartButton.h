@@ -14,7 +14,7 @@ class StartButton final : public QPushButton {
     Q_OBJECT
 
 public:
-    StartButton(const QString& caption, QWidget* parent);
+    explicit StartButton(QWidget* parent);
 
 protected:
     void paintEvent(QPaintEvent* event) override;

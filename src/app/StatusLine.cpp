@@ -5,7 +5,7 @@
 
 #include "app/Boxes.h"
 #include "app/CodePageChooser.h"
-#include "app/Controls.h"
+#include "app/MakeControls.h"
 #include "app/Strings.h"
 
 #include <QAccessibleWidget>
@@ -137,32 +137,32 @@ QAccessibleInterface* MenuButton::MakeAccessible(const QString& /*className*/, Q
 StatusLine::StatusLine(QWidget* parent)
     : QStatusBar(parent),
       UndoFrame(new QWidget(this)),
-      UndoLastRun(new ShrinkingButton(QStringLiteral("Undo Last Run (&Z)"), UndoFrame)),
-      Combo3(new CodePageChooser(this)),
+      UndoLastRun(new ShrinkingButton(UndoFrame)),
+      CodePage(new CodePageChooser(this)),
       room_(new QWidget(this)),
       count_(new QLabel(room_)),
       progress_(new QLabel(room_)),
       missing_(new QLabel(room_)),
       bar_(new QProgressBar(room_)) {
-    UseUtf8 = MakeButton(room_, u"UseUtf8", u"Use UTF-&8");
+    UseUtf8 = MakeButton(room_, u"UseUtf8");
     setSizeGripEnabled(false);
     count_->setObjectName(QStringLiteral("Count"));
     progress_->setObjectName(QStringLiteral("Progress"));
     progress_->setTextFormat(Qt::PlainText);
     missing_->setObjectName(QStringLiteral("Missing"));
-    Name(bar_, u"ProgressBar", u"Progress");
+    SetName(bar_, u"ProgressBar");
+    bar_->setAccessibleName(QStringLiteral("Progress"));
     bar_->setTextVisible(false);
     room_->installEventFilter(this);
 
-    // No letter of its caption is free on this window.
-    Name(UndoLastRun, u"UndoLastRun", u"Undo Last Run");
+    SetName(UndoLastRun, u"UndoLastRun");
     UndoLastRun->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     auto* const menu = new MenuButton(UndoFrame);
     Forget = menu->Add(QStringLiteral("Forget"), QStringLiteral("&Forget"));
     KeepMissing =
         menu->Add(QStringLiteral("KeepMissing"), QStringLiteral("&Keep Old Text of Missing Files"));
     UndoMenu = menu;
-    Name(UndoMenu, u"UndoMenu", u"Undo Menu");
+    SetName(UndoMenu, u"UndoMenu");
     UndoMenu->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     for (QPushButton* const button : {UndoLastRun, UndoMenu}) {
         button->setAutoDefault(true); // Enter presses it
@@ -175,12 +175,12 @@ StatusLine::StatusLine(QWidget* parent)
 
     addWidget(room_, 1);
     addPermanentWidget(UndoFrame);
-    addPermanentWidget(MakeLabel(this, u"Label5", u"Code page of unmar&ked files:", Combo3));
-    addPermanentWidget(Combo3);
-    Combo3->setObjectName(QStringLiteral("Combo3"));
+    addPermanentWidget(MakeLabel(this, u"Label5", CodePage));
+    addPermanentWidget(CodePage);
+    SetName(CodePage, u"CodePage");
     // Assistive programs read in the order of the children.
     UndoFrame->raise();
-    Combo3->raise();
+    CodePage->raise();
     ShowUndo({});
     ClearProgress();
 }

@@ -56,7 +56,7 @@ public:
     QPushButton* UndoMenu; // with the next two in it
     QAction* Forget;
     QAction* KeepMissing;
-    CodePageChooser* Combo3; // "Code page of unmarked files:"
+    CodePageChooser* CodePage; // "Code page of unmarked files:"
 
 protected:
     bool event(QEvent* event) override;

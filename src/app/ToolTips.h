@@ -11,9 +11,9 @@ class QWidget;
 
 namespace vexmarrow {
 
-/// Gives every control of a window its tool tip: one sentence on what it does. They all stand in
-/// ToolTips.cpp, under the names of the window and its controls.
-void SetToolTips(QWidget& window);
+/// Shows the tool tips of all controls of a window in lines that are short enough to read.
+/// Otherwise the toolkit shows each in one line.
+void ShowTipsInLines(QWidget& window);
 
 /// A text such as a path as the tool tip of the row that shows it: whole, but cut in its middle
 /// where it would not fit on a small screen, in one or more lines. It is markup, in which every

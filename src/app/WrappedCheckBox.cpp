@@ -10,8 +10,7 @@
 
 namespace vexmarrow {
 
-WrappedCheckBox::WrappedCheckBox(const QString& caption, QWidget* parent)
-    : QCheckBox(caption, parent) {
+WrappedCheckBox::WrappedCheckBox(QWidget* parent) : QCheckBox(parent) {
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }
 

@@ -13,7 +13,7 @@ class WrappedCheckBox final : public QCheckBox {
     Q_OBJECT
 
 public:
-    WrappedCheckBox(const QString& caption, QWidget* parent);
+    explicit WrappedCheckBox(QWidget* parent);
 
     /// Wide enough for one line, and as high as all lines in its present width.
     QSize sizeHint() const override;

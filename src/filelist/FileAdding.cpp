@@ -5,13 +5,14 @@
 
 #include "base/Failure.h"
 #include "base/Text.h"
-#include "filelist/AddFolder.h"
 #include "filelist/FileList.h"
 #include "filelist/ListValidation.h"
+#include "filelist/SubFolderSearch.h"
+#include "shell/Choices.h"
 #include "shell/EventLoop.h"
+#include "shell/MousePointer.h"
 #include "shell/Pickers.h"
 #include "shell/Prompts.h"
-#include "shell/SettingsStore.h"
 #include "shell/Trap.h"
 #include "textio/FileAttributes.h"
 #include "textio/FileTests.h"
@@ -23,7 +24,6 @@
 namespace vexmarrow {
 namespace {
 
-constexpr std::u16string_view kLastFolderKey = u"LastFolder";
 constexpr std::u16string_view kPattern = u"*.vcf";
 
 /// The paths of the chosen files.
@@ -59,69 +59,69 @@ std::vector<std::u16string> RowsOfFolder(SystemCalls& calls, const std::u16strin
 } // namespace
 
 void FileAdding::AddFiles() {
-    Trap trap(prompts_, u"Form1.PushButton13_Click");
+    Trap trap(desktop_.prompts, u"Form1.PushButton13_Click");
     std::vector<std::u16string> choice;
     trap.Do(1, [&] {
-        choice = pickers_.OpenFiles({u"Add File(s) - Hold Ctrl to select multiple files",
-                                     u"VCF Files (*.vcf)|*.vcf|All Files (*.*)|*.*|"});
+        choice = desktop_.pickers.OpenFiles({u"Add File(s) - Hold Ctrl to select multiple files",
+                                             u"VCF Files (*.vcf)|*.vcf|All Files (*.*)|*.*|"});
     });
     trap.Do(2, [&] { list_.Add(RowsOfChoice(choice)); });
-    trap.Do(3, [&] { ValidateListFiles(list_, prompts_); });
+    trap.Do(3, [&] { ValidateListFiles(list_, desktop_.prompts); });
 }
 
 void FileAdding::AddAllFilesInFolder() {
-    Trap trap(prompts_, u"Form1.PushButton3_Click");
-    trap.Do(1, [&] { lastFolder_ = settings_.GetSetting(kLastFolderKey, u""); });
+    Trap trap(desktop_.prompts, u"Form1.PushButton3_Click");
+    trap.Do(1, [&] { lastFolder_ = LoadChoice(desktop_.settings, choices::kLastInputFolder); });
     std::u16string chosen;
-    trap.Do(2, [&] { chosen = pickers_.BrowseForFolder(u"Please select folder:", lastFolder_); });
+    trap.Do(2, [&] {
+        chosen = desktop_.pickers.BrowseForFolder(u"Please select folder:", lastFolder_);
+    });
     if (!chosen.empty()) {
         lastFolder_ = chosen;
-        trap.Do(3, [&] { settings_.SaveSetting(kLastFolderKey, lastFolder_); });
-        trap.Do(4, [&] { pointer_.SetPointer(MousePointer::Hourglass); });
+        trap.Do(3, [&] { SaveChoice(desktop_.settings, choices::kLastInputFolder, lastFolder_); });
+        trap.Do(4, [&] { desktop_.pointer.SetPointer(MousePointer::Hourglass); });
         std::vector<std::u16string> folders{Concat(chosen, kSeparatorText)};
-        trap.Do(5, [&] {
-            AddFolder(prompts_, eventLoop_, textio_).GetSubDirectories2016(folders, true);
-        });
+        trap.Do(5,
+                [&] { SubFolderSearch(desktop_, textio_).GetSubDirectories2016(folders, true); });
         std::vector<std::u16string> names;
         for (std::u16string& folder : folders) {
             folder.pop_back();
             trap.Do(6, [&] { names = ListFilesInFolder(textio_.Calls(), folder, kPattern); });
             trap.Do(7, [&] { list_.Add(RowsOfFolder(textio_.Calls(), folder, names)); });
         }
-        trap.Do(8, [&] { pointer_.SetPointer(MousePointer::Default); });
+        trap.Do(8, [&] { desktop_.pointer.SetPointer(MousePointer::Default); });
     }
-    trap.Do(9, [&] { ValidateListFiles(list_, prompts_); });
+    trap.Do(9, [&] { ValidateListFiles(list_, desktop_.prompts); });
 }
 
 void FileAdding::LoadListFiles() {
-    Trap trap(prompts_, u"Form1.PushButton9_Click");
+    Trap trap(desktop_.prompts, u"Form1.PushButton9_Click");
     std::vector<std::u16string> choice;
     trap.Do(1, [&] {
-        choice = pickers_.OpenFiles(
+        choice = desktop_.pickers.OpenFiles(
             {u"Load List(s) - Hold Ctrl to select multiple list files", kTextFilesFilter});
     });
     if (choice.empty()) {
         return;
     }
-    trap.Do(2, [&] { pointer_.SetPointer(MousePointer::Hourglass); });
+    trap.Do(2, [&] { desktop_.pointer.SetPointer(MousePointer::Hourglass); });
     for (const std::u16string& path : RowsOfChoice(choice)) {
-        trap.Do(3, [&] { LoadListFile(path, true); });
+        trap.Do(3, [&] { LoadListFile(path); });
     }
-    trap.Do(4, [&] { pointer_.SetPointer(MousePointer::Default); });
+    trap.Do(4, [&] { desktop_.pointer.SetPointer(MousePointer::Default); });
 }
 
-void FileAdding::LoadListFile(const std::u16string& path, bool addMissing) {
+void FileAdding::LoadListFile(const std::u16string& path) {
     if (!IsExistingPath(textio_.Calls(), path)) {
-        prompts_.ShowMessage(u"File not found");
+        desktop_.prompts.ShowMessage(u"File not found");
         return;
     }
     std::vector<std::u16string> lines = textio_.ReadTextLines(path);
     std::size_t done = 0;
     FileList::Adding adding(list_);
     for (std::u16string& line : lines) {
-        eventLoop_.Yield({u"Line", ++done, lines.size()});
-        const bool blank = line.find_first_not_of(u' ') == std::u16string::npos;
-        if (!blank && (addMissing || IsExistingFile(textio_.Calls(), line))) {
+        desktop_.eventLoop.Yield({u"Line", ++done, lines.size()});
+        if (line.find_first_not_of(u' ') != std::u16string::npos) {
             adding.Add(std::move(line));
         }
     }
@@ -129,7 +129,7 @@ void FileAdding::LoadListFile(const std::u16string& path, bool addMissing) {
 
 void FileAdding::AddDropped(const std::vector<std::u16string>& paths) {
     AddFilesOf(paths);
-    ValidateListFiles(list_, prompts_);
+    ValidateListFiles(list_, desktop_.prompts);
 }
 
 void FileAdding::AddFilesOf(const std::vector<std::u16string>& paths) {
@@ -142,10 +142,10 @@ void FileAdding::AddFilesOf(const std::vector<std::u16string>& paths) {
             continue;
         }
         folders.push_back(path + kSeparator);
-        AddFolder(prompts_, eventLoop_, textio_).GetSubDirectories2016(folders, true);
+        SubFolderSearch(desktop_, textio_).GetSubDirectories2016(folders, true);
         for (const std::u16string& entry : folders) {
             const std::u16string folder = entry.substr(0, entry.size() - 1);
-            eventLoop_.Yield({u"Folder", ++listed, 0});
+            desktop_.eventLoop.Yield({u"Folder", ++listed, 0});
             try {
                 adding.Add(RowsOfFolder(textio_.Calls(), folder,
                                         ListFilesInFolder(textio_.Calls(), folder, u"*.*")));

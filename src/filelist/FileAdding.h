@@ -3,33 +3,23 @@
 
 #pragma once
 
+#include "shell/Desktop.h"
+
 #include <string>
 #include <vector>
 
 namespace vexmarrow {
 
-class EventLoop;
 class FileList;
-class MousePointer;
-class Pickers;
-class Prompts;
 class RFTSFSO;
-class SettingsStore;
 
 /// The ways of adding files to the list. Unless it says otherwise, each operation traps its own
 /// failures, keeps the rows that it had added before one, and ends with ValidateListFiles, whatever
 /// the user chose.
 class FileAdding {
 public:
-    FileAdding(FileList& list, Prompts& prompts, Pickers& pickers, SettingsStore& settings,
-               EventLoop& eventLoop, MousePointer& pointer, RFTSFSO& textio)
-        : list_(list),
-          prompts_(prompts),
-          pickers_(pickers),
-          settings_(settings),
-          eventLoop_(eventLoop),
-          pointer_(pointer),
-          textio_(textio) {}
+    FileAdding(FileList& list, const Desktop& desktop, RFTSFSO& textio)
+        : list_(list), desktop_(desktop), textio_(textio) {}
 
     /// "Add VCF File(s)": adds the files chosen in the dialog.
     void AddFiles();
@@ -52,16 +42,11 @@ public:
     void AddDropped(const std::vector<std::u16string>& paths);
 
 private:
-    /// Missing files are left out unless `addMissing`.
-    void LoadListFile(const std::u16string& path, bool addMissing);
+    void LoadListFile(const std::u16string& path);
     void AddFilesOf(const std::vector<std::u16string>& paths);
 
     FileList& list_;
-    Prompts& prompts_;
-    Pickers& pickers_;
-    SettingsStore& settings_;
-    EventLoop& eventLoop_;
-    MousePointer& pointer_;
+    Desktop desktop_;
     RFTSFSO& textio_;
     std::u16string lastFolder_; // as in the setting of that name
 };

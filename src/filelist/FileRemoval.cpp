@@ -5,6 +5,7 @@
 
 #include "filelist/FileList.h"
 #include "shell/EventLoop.h"
+#include "shell/MousePointer.h"
 #include "shell/Prompts.h"
 #include "shell/Trap.h"
 
@@ -59,15 +60,15 @@ void FileRemoval::RemoveFilenamesContaining() {
 }
 
 void FileRemoval::Filter(std::u16string_view routine, std::u16string_view prompt, Which which) {
-    Trap trap(prompts_, routine);
+    Trap trap(desktop_.prompts, routine);
     std::u16string text;
-    trap.Do(1, [&] { text = prompts_.AskForText(prompt, u""); });
+    trap.Do(1, [&] { text = desktop_.prompts.AskForText(prompt, u""); });
     if (text.empty()) {
         return;
     }
-    trap.Do(2, [&] { pointer_.SetPointer(MousePointer::Hourglass); });
+    trap.Do(2, [&] { desktop_.pointer.SetPointer(MousePointer::Hourglass); });
     trap.Do(3, [&] { RemoveEntries(text, which); });
-    trap.Do(4, [&] { pointer_.SetPointer(MousePointer::Arrow); });
+    trap.Do(4, [&] { desktop_.pointer.SetPointer(MousePointer::Arrow); });
 }
 
 void FileRemoval::RemoveEntries(std::u16string_view text, Which which) {
@@ -75,7 +76,7 @@ void FileRemoval::RemoveEntries(std::u16string_view text, Which which) {
     const std::size_t count = list_.Count();
     std::vector<std::size_t> numbers;
     for (std::size_t i = 1; i <= count; ++i) {
-        eventLoop_.Yield({u"Row", i, count});
+        desktop_.eventLoop.Yield({u"Row", i, count});
         // The whole path counts, folder names included.
         const bool contains = InLowerCase(list_.Row(i)).find(wanted) != std::u16string::npos;
         if (contains == (which == Which::Containing)) {
@@ -86,20 +87,16 @@ void FileRemoval::RemoveEntries(std::u16string_view text, Which which) {
 }
 
 void FileRemoval::ClearList() {
-    Trap trap(prompts_, u"Form1.PushButton2_Click");
-    if (!IsBusy()) {
+    Trap trap(desktop_.prompts, u"Form1.PushButton2_Click");
+    if (!desktop_.pointer.IsBusy()) {
         trap.Do(1, [&] { list_.Clear(); });
     }
 }
 
 void FileRemoval::RemoveRow(std::size_t number) {
-    if (!IsBusy() && number >= 1 && number <= list_.Count()) {
+    if (!desktop_.pointer.IsBusy() && number >= 1 && number <= list_.Count()) {
         list_.Remove({number});
     }
-}
-
-bool FileRemoval::IsBusy() const {
-    return pointer_.Pointer() == MousePointer::Hourglass;
 }
 
 } // namespace vexmarrow

@@ -3,22 +3,20 @@
 
 #pragma once
 
+#include "shell/Desktop.h"
+
 #include <cstddef>
 #include <string_view>
 
 namespace vexmarrow {
 
-class EventLoop;
 class FileList;
-class MousePointer;
-class Prompts;
 
 /// The ways of thinning the list. Clearing and removing one row do nothing while the hourglass
 /// shows, that is during a run or a filter.
 class FileRemoval {
 public:
-    FileRemoval(FileList& list, Prompts& prompts, EventLoop& eventLoop, MousePointer& pointer)
-        : list_(list), prompts_(prompts), eventLoop_(eventLoop), pointer_(pointer) {}
+    FileRemoval(FileList& list, const Desktop& desktop) : list_(list), desktop_(desktop) {}
 
     /// "Remove Filenames Not Cont. X": asks for a text and removes every row whose path does not
     /// contain it, letter case not counting. Traps its own failures.
@@ -37,12 +35,9 @@ private:
     enum class Which { Containing, NotContaining };
     void Filter(std::u16string_view routine, std::u16string_view prompt, Which which);
     void RemoveEntries(std::u16string_view text, Which which);
-    bool IsBusy() const;
 
     FileList& list_;
-    Prompts& prompts_;
-    EventLoop& eventLoop_;
-    MousePointer& pointer_;
+    Desktop desktop_;
 };
 
 } // namespace vexmarrow

@@ -5,9 +5,9 @@
 
 #include "base/Text.h"
 #include "filelist/FileList.h"
+#include "shell/Choices.h"
 #include "shell/FileManager.h"
 #include "shell/Prompts.h"
-#include "shell/SettingsStore.h"
 #include "textio/FileTests.h"
 #include "textio/Paths.h"
 
@@ -18,23 +18,19 @@
 namespace vexmarrow {
 namespace {
 
-constexpr std::u16string_view kKey = u"Snapshot";
 constexpr std::u16string_view kBetween = u"|";
 
 } // namespace
 
-SampleFiles::SampleFiles(SystemCalls& calls, FileList& list, Prompts& prompts,
-                         SettingsStore& settings, FileManager& fileManager,
+SampleFiles::SampleFiles(SystemCalls& calls, FileList& list, const Desktop& desktop,
                          const std::u16string& programFolder)
     : calls_(calls),
       list_(list),
-      prompts_(prompts),
-      settings_(settings),
-      fileManager_(fileManager),
+      desktop_(desktop),
       folder_(Concat(programFolder, kSeparatorText, u"Samples", kSeparatorText)) {}
 
 void SampleFiles::RecordOnce() {
-    if (!settings_.GetSetting(kKey, u"").empty()) {
+    if (!LoadChoice(desktop_.settings, choices::kSampleFiles).empty()) {
         return;
     }
     std::u16string record;
@@ -47,11 +43,11 @@ void SampleFiles::RecordOnce() {
     if (!record.empty()) {
         record.pop_back();
     }
-    settings_.SaveSetting(kKey, record);
+    SaveChoice(desktop_.settings, choices::kSampleFiles, record);
 }
 
 void SampleFiles::Load() {
-    const std::u16string record = settings_.GetSetting(kKey, u"");
+    const std::u16string record = LoadChoice(desktop_.settings, choices::kSampleFiles);
     std::unordered_set<std::u16string> listed;
     for (std::size_t i = 1; i <= list_.Count(); ++i) {
         listed.insert(list_.Row(i));
@@ -64,12 +60,12 @@ void SampleFiles::Load() {
         }
     }
     list_.Add(std::move(rows));
-    const Answer answer = prompts_.ShowMessage(
+    const Answer answer = desktop_.prompts.ShowMessage(
         u"Would you like this software to open the folder where these sample files are stored (so "
         u"that you can view them before working with them)?",
         BoxStyle::YesNo);
     if (answer == Answer::Yes) {
-        fileManager_.OpenFolder(folder_);
+        desktop_.fileManager.OpenFolder(folder_);
     }
 }
 

@@ -3,14 +3,13 @@
 
 #pragma once
 
+#include "shell/Desktop.h"
+
 #include <string>
 
 namespace vexmarrow {
 
 class FileList;
-class FileManager;
-class Prompts;
-class SettingsStore;
 class SystemCalls;
 
 /// The sample files beside the program. Which files they are is recorded once, in the setting
@@ -18,8 +17,8 @@ class SystemCalls;
 class SampleFiles {
 public:
     /// `programFolder` is the folder of the program file, without a separator at its end.
-    SampleFiles(SystemCalls& calls, FileList& list, Prompts& prompts, SettingsStore& settings,
-                FileManager& fileManager, const std::u16string& programFolder);
+    SampleFiles(SystemCalls& calls, FileList& list, const Desktop& desktop,
+                const std::u16string& programFolder);
 
     /// Records the files of the samples folder, unless there is a record that names some. Throws
     /// Failure when the folder is there and cannot be listed.
@@ -32,9 +31,7 @@ public:
 private:
     SystemCalls& calls_;
     FileList& list_;
-    Prompts& prompts_;
-    SettingsStore& settings_;
-    FileManager& fileManager_;
+    Desktop desktop_;
     std::u16string folder_; // with a separator at its end
 };
 

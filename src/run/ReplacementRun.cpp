@@ -8,6 +8,7 @@
 #include "run/RunInputs.h"
 #include "sets/SetList.h"
 #include "shell/EventLoop.h"
+#include "shell/MousePointer.h"
 #include "shell/Prompts.h"
 #include "shell/Trap.h"
 #include "textio/FileTests.h"
@@ -46,7 +47,7 @@ void ReplacementRun::Start() {
         return;
     }
     const InProgress mark(inProgress_, engine_);
-    Trap trap(prompts_, u"Form1.PushButton1_Click");
+    Trap trap(desktop_.prompts, u"Form1.PushButton1_Click");
     bool complete = false;
     trap.Do(1, [&] { complete = InputIsComplete(); });
     if (!complete) {
@@ -69,12 +70,12 @@ void ReplacementRun::Start() {
 
 bool ReplacementRun::InputIsComplete() {
     if (inputs_.FindText().empty()) { // whichever tab is selected
-        prompts_.ShowMessage(u"You forgot to input find what.");
+        desktop_.prompts.ShowMessage(u"You forgot to input find what.");
         return false;
     }
     const bool folderExists = IsFolder(calls_, inputs_.OutputFolder());
     if (!folderExists && !inputs_.SavesBesideInput()) {
-        prompts_.ShowMessage(u"Folder does not exist. Please select another folder.");
+        desktop_.prompts.ShowMessage(u"Folder does not exist. Please select another folder.");
         return false;
     }
     return true;
@@ -82,23 +83,23 @@ bool ReplacementRun::InputIsComplete() {
 
 template <typename HandOver>
 void ReplacementRun::ForEachRow(Trap& trap, HandOver handOver) {
-    trap.Do(3, [&] { pointer_.SetPointer(MousePointer::Hourglass); });
+    trap.Do(3, [&] { desktop_.pointer.SetPointer(MousePointer::Hourglass); });
     const std::size_t rows = list_.Count();
     if (rows == 0) {
-        trap.Do(4, [&] { prompts_.ShowMessage(u"No files added."); });
+        trap.Do(4, [&] { desktop_.prompts.ShowMessage(u"No files added."); });
     } else {
         // Declared before the loop: when rows have gone meanwhile, reading one fails, and the path
         // of the row before is handed over again.
         std::u16string path;
         for (std::size_t row = 1; row <= rows; ++row) {
-            trap.Do(5, [&] { eventLoop_.Yield({u"File", row, rows}); });
+            trap.Do(5, [&] { desktop_.eventLoop.Yield({u"File", row, rows}); });
             trap.Do(6, [&] { path = list_.Row(row); });
             trap.Do(7, [&] { handOver(path, row); });
         }
         engine_.Settle(); // a box may be open for hours, and no file is to stay locked meanwhile
-        trap.Do(8, [&] { prompts_.ShowMessage(u"Done."); });
+        trap.Do(8, [&] { desktop_.prompts.ShowMessage(u"Done."); });
     }
-    trap.Do(9, [&] { pointer_.SetPointer(MousePointer::Default); });
+    trap.Do(9, [&] { desktop_.pointer.SetPointer(MousePointer::Default); });
 }
 
 void ReplacementRun::ReplaceSinglePair(const std::u16string& path, std::size_t row) {

@@ -3,15 +3,14 @@
 
 #pragma once
 
+#include "shell/Desktop.h"
+
 #include <cstddef>
 #include <string>
 
 namespace vexmarrow {
 
-class EventLoop;
 class FileList;
-class MousePointer;
-class Prompts;
 class ReplaceText;
 class RunInputs;
 class SetList;
@@ -23,16 +22,13 @@ class SystemCalls;
 class ReplacementRun {
 public:
     ReplacementRun(SystemCalls& calls, const RunInputs& inputs, const FileList& list,
-                   const SetList& sets, ReplaceText& engine, Prompts& prompts, EventLoop& eventLoop,
-                   MousePointer& pointer)
+                   const SetList& sets, ReplaceText& engine, const Desktop& desktop)
         : calls_(calls),
           inputs_(inputs),
           list_(list),
           sets_(sets),
           engine_(engine),
-          prompts_(prompts),
-          eventLoop_(eventLoop),
-          pointer_(pointer) {}
+          desktop_(desktop) {}
 
     /// The whole job, to its last message. Does nothing while a run is in progress.
     void Start();
@@ -54,9 +50,7 @@ private:
     const FileList& list_;
     const SetList& sets_;
     ReplaceText& engine_;
-    Prompts& prompts_;
-    EventLoop& eventLoop_;
-    MousePointer& pointer_;
+    Desktop desktop_;
     bool inProgress_ = false;
 };
 

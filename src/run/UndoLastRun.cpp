@@ -10,6 +10,7 @@
 #include "safety/LogFolders.h"
 #include "safety/Recovery.h"
 #include "shell/EventLoop.h"
+#include "shell/MousePointer.h"
 #include "shell/Prompts.h"
 #include "shell/Trap.h"
 #include "textio/Opening.h"
@@ -63,7 +64,7 @@ private:
 } // namespace
 
 void UndoLastRun::Refresh() {
-    Trap trap(prompts_, u"Form1.UndoLastRun_Refresh");
+    Trap trap(desktop_.prompts, u"Form1.UndoLastRun_Refresh");
     last_.reset();
     canForget_ = false;
     trap.Do(1, [&] { last_ = takingBack_.Last(); });
@@ -118,11 +119,11 @@ std::u16string UndoLastRun::Question() const {
 }
 
 bool UndoLastRun::IsBusy() const {
-    return inProgress_ || pointer_.Pointer() == MousePointer::Hourglass;
+    return inProgress_ || desktop_.pointer.IsBusy();
 }
 
 bool UndoLastRun::IsYes(std::u16string_view question) {
-    return prompts_.ShowMessage(question, BoxStyle::Question) == Answer::Yes;
+    return desktop_.prompts.ShowMessage(question, BoxStyle::Question) == Answer::Yes;
 }
 
 void UndoLastRun::Start() {
@@ -130,10 +131,10 @@ void UndoLastRun::Start() {
         return;
     }
     const Mark mark(inProgress_);
-    Trap trap(prompts_, u"Form1.UndoLastRun_Click");
+    Trap trap(desktop_.prompts, u"Form1.UndoLastRun_Click");
     Refresh(); // another program may have done something since
     if (!IsPossible()) {
-        trap.Do(1, [&] { prompts_.ShowMessage(Hint()); });
+        trap.Do(1, [&] { desktop_.prompts.ShowMessage(Hint()); });
         return;
     }
     const LastRun run = *last_;
@@ -144,29 +145,29 @@ void UndoLastRun::Start() {
     }
     Refresh(); // another program may have done something while the box was open
     if (!last_ || last_->begun != run.begun) {
-        trap.Do(2, [&] { prompts_.ShowMessage(u"It is not the last run any more."); });
+        trap.Do(2, [&] { desktop_.prompts.ShowMessage(u"It is not the last run any more."); });
         return;
     }
-    trap.Do(3, [&] { pointer_.SetPointer(MousePointer::Hourglass); });
+    trap.Do(3, [&] { desktop_.pointer.SetPointer(MousePointer::Hourglass); });
     trap.Do(4, [&] { TakeBack(run); });
-    trap.Do(5, [&] { pointer_.SetPointer(MousePointer::Default); });
+    trap.Do(5, [&] { desktop_.pointer.SetPointer(MousePointer::Default); });
     Refresh();
 }
 
 void UndoLastRun::TakeBack(const LastRun& run) {
     const std::vector<LeftAlone> left =
         takingBack_.TakeBack(run, [this](std::size_t record, std::size_t records) {
-            eventLoop_.Yield({u"File", record, records});
+            desktop_.eventLoop.Yield({u"File", record, records});
         });
-    prompts_.ShowMessage(Outcome(run, left),
-                         left.empty() ? BoxStyle::Information : BoxStyle::Exclamation);
+    desktop_.prompts.ShowMessage(Outcome(run, left),
+                                 left.empty() ? BoxStyle::Information : BoxStyle::Exclamation);
 }
 
 void UndoLastRun::Forget() {
     if (IsBusy()) {
         return;
     }
-    Trap trap(prompts_, u"Form1.Forget_Click");
+    Trap trap(desktop_.prompts, u"Form1.Forget_Click");
     trap.Do(1, [&] { ForgetRuns(); });
     Refresh();
 }
@@ -179,7 +180,7 @@ void UndoLastRun::ForgetRuns() {
         }
         takingBack_.Forget();
         if (!LogsIn(calls_, folders_).empty()) {
-            prompts_.ShowMessage(
+            desktop_.prompts.ShowMessage(
                 u"Some old texts are still kept: another program is working, or a file of an "
                 u"interrupted run waits for its old text.",
                 BoxStyle::Exclamation);

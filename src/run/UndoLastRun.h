@@ -4,6 +4,7 @@
 #pragma once
 
 #include "safety/TakingBack.h"
+#include "shell/Desktop.h"
 
 #include <cstddef>
 #include <optional>
@@ -12,9 +13,6 @@
 
 namespace vexmarrow {
 
-class EventLoop;
-class MousePointer;
-class Prompts;
 class Recovery;
 class SystemCalls;
 
@@ -23,14 +21,12 @@ class SystemCalls;
 class UndoLastRun {
 public:
     UndoLastRun(SystemCalls& calls, const std::vector<std::string>& logFolders, Recovery& recovery,
-                Prompts& prompts, EventLoop& eventLoop, MousePointer& pointer)
+                const Desktop& desktop)
         : calls_(calls),
           folders_(logFolders),
           recovery_(recovery),
           takingBack_(calls, logFolders),
-          prompts_(prompts),
-          eventLoop_(eventLoop),
-          pointer_(pointer) {}
+          desktop_(desktop) {}
 
     /// Looks at the disk, for the answers below: at the start, and whenever a run has ended.
     void Refresh();
@@ -73,9 +69,7 @@ private:
     std::vector<std::string> folders_;
     Recovery& recovery_;
     TakingBack takingBack_;
-    Prompts& prompts_;
-    EventLoop& eventLoop_;
-    MousePointer& pointer_;
+    Desktop desktop_;
     std::optional<LastRun> last_;
     bool canForget_ = false;
     bool inProgress_ = false;

@@ -26,6 +26,15 @@ void RemoveAt(std::vector<std::u16string>& texts, std::size_t index) {
 
 } // namespace
 
+std::optional<SetList::Set> SetList::FromText(std::u16string_view text,
+                                              std::u16string_view separator) {
+    const std::vector<std::u16string_view> parts = Split(text, separator);
+    if (parts.size() < 2) {
+        return std::nullopt;
+    }
+    return Set{std::u16string(parts[0]), std::u16string(parts[1])};
+}
+
 template <typename Change>
 void SetList::Do(Change change) {
     if (observer_ != nullptr) {

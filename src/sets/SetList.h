@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -38,6 +39,10 @@ public:
         std::u16string find;
         std::u16string replace;
     };
+
+    /// The set that a text spells: find text, separator, replace text. Text after a second
+    /// separator is dropped. Nothing when there is no separator.
+    static std::optional<Set> FromText(std::u16string_view text, std::u16string_view separator);
 
     /// Appends sets in order, or one.
     void Add(std::vector<Set> sets);

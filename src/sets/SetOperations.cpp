@@ -14,17 +14,18 @@
 #include "textio/FileWriter.h"
 #include "textio/RFTSFSO.h"
 
-#include <vector>
+#include <utility>
 
 namespace vexmarrow {
 
 void SetOperations::AddSet() {
-    Trap trap(prompts_, u"Form1.PushButton7_Click");
+    Trap trap(desktop_.prompts, u"Form1.PushButton7_Click");
     std::u16string answer;
     trap.Do(1, [&] {
-        answer = prompts_.AskForText(u"Enter find and replace set (use :: to separate find text "
-                                     u"and replace text):",
-                                     u"findwhat::replacewith");
+        answer =
+            desktop_.prompts.AskForText(u"Enter find and replace set (use :: to separate find text "
+                                        u"and replace text):",
+                                        u"findwhat::replacewith");
     });
     if (!answer.empty()) {
         trap.Do(2, [&] { AddSetFromText(answer); });
@@ -32,16 +33,17 @@ void SetOperations::AddSet() {
 }
 
 void SetOperations::AddSetFromText(std::u16string_view answer) {
-    const std::vector<std::u16string_view> parts = Split(answer, SetList::kSeparator);
-    if (parts.size() < 2) {
-        prompts_.ShowMessage(u"You must use :: to separate the find text from the replace text");
-        return;
+    std::optional<SetList::Set> set = SetList::FromText(answer, SetList::kSeparator);
+    if (set) {
+        sets_.Add({std::move(*set)});
+    } else {
+        desktop_.prompts.ShowMessage(
+            u"You must use :: to separate the find text from the replace text");
     }
-    sets_.Add(std::u16string(parts[0]), std::u16string(parts[1]));
 }
 
 void SetOperations::RemoveSelectedSet(int selectedFindText, int selectedReplaceText) {
-    Trap trap(prompts_, u"Form1.PushButton6_Click");
+    Trap trap(desktop_.prompts, u"Form1.PushButton6_Click");
     if (selectedFindText != kNoSelection) {
         trap.Do(1, [&] { sets_.RemoveFindText(static_cast<std::size_t>(selectedFindText)); });
     }
@@ -51,22 +53,24 @@ void SetOperations::RemoveSelectedSet(int selectedFindText, int selectedReplaceT
 }
 
 void SetOperations::ClearSets() {
-    Trap trap(prompts_, u"Form1.PushButton4_Click");
+    Trap trap(desktop_.prompts, u"Form1.PushButton4_Click");
     trap.Do(1, [&] { sets_.ClearFindTexts(); });
     trap.Do(2, [&] { sets_.ClearReplaceTexts(); });
 }
 
 void SetOperations::SaveSets() {
-    Trap trap(prompts_, u"Form1.PushButton12_Click");
+    Trap trap(desktop_.prompts, u"Form1.PushButton12_Click");
     std::u16string path;
-    trap.Do(1, [&] { path = pickers_.SaveFile({.title = u"Save", .filter = kTextFilesFilter}); });
+    trap.Do(1, [&] {
+        path = desktop_.pickers.SaveFile({.title = u"Save", .filter = kTextFilesFilter});
+    });
     if (path.empty()) {
         return;
     }
     if (IsExistingPath(textio_.Calls(), path)) {
         Answer answer = Answer::No;
         trap.Do(2, [&] {
-            answer = prompts_.ShowMessage(
+            answer = desktop_.prompts.ShowMessage(
                 Concat(u"Are you sure you wish to overwrite ", path, u" ?"), BoxStyle::YesNo);
         });
         if (answer != Answer::Yes) {

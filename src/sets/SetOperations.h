@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "shell/Desktop.h"
+
 #include <span>
 #include <string>
 #include <string_view>
@@ -10,8 +12,6 @@
 namespace vexmarrow {
 
 class FileWriter;
-class Pickers;
-class Prompts;
 class RFTSFSO;
 class SetList;
 
@@ -21,9 +21,8 @@ public:
     /// An index of an entry that is no entry: nothing is selected.
     static constexpr int kNoSelection = -1;
 
-    SetOperations(SetList& sets, Prompts& prompts, Pickers& pickers, FileWriter& writer,
-                  const RFTSFSO& textio)
-        : sets_(sets), prompts_(prompts), pickers_(pickers), writer_(writer), textio_(textio) {}
+    SetOperations(SetList& sets, const Desktop& desktop, FileWriter& writer, const RFTSFSO& textio)
+        : sets_(sets), desktop_(desktop), writer_(writer), textio_(textio) {}
 
     /// "Add Set": asks for one set in text form and appends it. Text after a second separator is
     /// dropped; an answer without separator gets a message.
@@ -44,8 +43,7 @@ private:
                    std::span<const std::u16string> replaceTexts) const;
 
     SetList& sets_;
-    Prompts& prompts_;
-    Pickers& pickers_;
+    Desktop desktop_;
     FileWriter& writer_;
     const RFTSFSO& textio_;
 };

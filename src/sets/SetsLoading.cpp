@@ -5,9 +5,9 @@
 
 #include "base/Text.h"
 #include "sets/SetList.h"
+#include "shell/Choices.h"
 #include "shell/Pickers.h"
 #include "shell/Prompts.h"
-#include "shell/SettingsStore.h"
 #include "shell/Trap.h"
 #include "textio/FileAttributes.h"
 #include "textio/FileTests.h"
@@ -18,8 +18,6 @@
 
 namespace vexmarrow {
 namespace {
-
-constexpr std::u16string_view kSeparatorKey = u"Form2.Text2";
 
 constexpr std::u16string_view kFormatHelp =
     u"If the text file you are loading looks like this:\r\n"
@@ -50,9 +48,8 @@ std::vector<SetList::Set> SetsIn(const std::vector<std::u16string>& lines,
                                  std::u16string_view separator) {
     std::vector<SetList::Set> sets;
     for (const std::u16string& line : lines) {
-        const std::vector<std::u16string_view> parts = Split(line, separator);
-        if (parts.size() > 1) {
-            sets.push_back({std::u16string(parts[0]), std::u16string(parts[1])});
+        if (std::optional<SetList::Set> set = SetList::FromText(line, separator)) {
+            sets.push_back(std::move(*set));
         }
     }
     return sets;
@@ -61,20 +58,20 @@ std::vector<SetList::Set> SetsIn(const std::vector<std::u16string>& lines,
 } // namespace
 
 std::u16string SetsLoading::StoredSeparator() const {
-    return settings_.GetSetting(kSeparatorKey, SetList::kSeparator);
+    return LoadChoice(desktop_.settings, choices::kSetsSeparator);
 }
 
 void SetsLoading::SaveSeparator(std::u16string_view separator) {
-    settings_.SaveSetting(kSeparatorKey, separator);
+    SaveChoice(desktop_.settings, choices::kSetsSeparator, separator);
 }
 
 void SetsLoading::Browse(const std::function<void(const std::u16string&)>& setFile) {
-    Trap trap(prompts_, u"Form2.PushButton16_Click");
+    Trap trap(desktop_.prompts, u"Form2.PushButton16_Click");
     std::vector<std::u16string> choice;
     trap.Do(1, [&] {
-        choice = pickers_.OpenFiles({.title = u"Select Text File",
-                                     .filter = u"Text Files (*.txt)|*.txt|",
-                                     .several = false});
+        choice = desktop_.pickers.OpenFiles({.title = u"Select Text File",
+                                             .filter = u"Text Files (*.txt)|*.txt|",
+                                             .several = false});
     });
     if (!choice.empty()) {
         trap.Do(2, [&] { setFile(choice.front()); });
@@ -82,9 +79,10 @@ void SetsLoading::Browse(const std::function<void(const std::u16string&)>& setFi
 }
 
 bool SetsLoading::Load(const std::u16string& file, std::u16string_view separator) {
-    Trap trap(prompts_, u"Form2.PushButton1_Click");
+    Trap trap(desktop_.prompts, u"Form2.PushButton1_Click");
     if (separator.empty()) {
-        trap.Do(1, [&] { prompts_.ShowMessage(u"You must enter separating character(s)."); });
+        trap.Do(1,
+                [&] { desktop_.prompts.ShowMessage(u"You must enter separating character(s)."); });
         return false;
     }
     if (file.find_first_not_of(u' ') == std::u16string::npos) {
@@ -92,8 +90,8 @@ bool SetsLoading::Load(const std::u16string& file, std::u16string_view separator
     }
     if (!IsNormalFile(textio_.Calls(), file)) {
         trap.Do(2, [&] {
-            prompts_.ShowMessage(Concat(file, u" not found."), BoxStyle::Critical,
-                                 u"File Not Found");
+            desktop_.prompts.ShowMessage(Concat(file, u" not found."), BoxStyle::Critical,
+                                         u"File Not Found");
         });
         return false;
     }
@@ -104,8 +102,8 @@ bool SetsLoading::Load(const std::u16string& file, std::u16string_view separator
 }
 
 void SetsLoading::ShowHelp() {
-    Trap trap(prompts_, u"Form2.PushButton3_Click");
-    trap.Do(1, [&] { prompts_.ShowMessage(kFormatHelp); });
+    Trap trap(desktop_.prompts, u"Form2.PushButton3_Click");
+    trap.Do(1, [&] { desktop_.prompts.ShowMessage(kFormatHelp); });
 }
 
 } // namespace vexmarrow

@@ -3,25 +3,23 @@
 
 #pragma once
 
+#include "shell/Desktop.h"
+
 #include <functional>
 #include <string>
 #include <string_view>
 
 namespace vexmarrow {
 
-class Pickers;
-class Prompts;
 class RFTSFSO;
 class SetList;
-class SettingsStore;
 
 /// What the controls of the load-sets dialog do. Each operation traps its own failures, unless it
 /// says otherwise.
 class SetsLoading {
 public:
-    SetsLoading(SetList& sets, Prompts& prompts, Pickers& pickers, SettingsStore& settings,
-                RFTSFSO& textio)
-        : sets_(sets), prompts_(prompts), pickers_(pickers), settings_(settings), textio_(textio) {}
+    SetsLoading(SetList& sets, const Desktop& desktop, RFTSFSO& textio)
+        : sets_(sets), desktop_(desktop), textio_(textio) {}
 
     /// The separator that was used last; no trap.
     std::u16string StoredSeparator() const;
@@ -44,9 +42,7 @@ public:
 
 private:
     SetList& sets_;
-    Prompts& prompts_;
-    Pickers& pickers_;
-    SettingsStore& settings_;
+    Desktop desktop_;
     RFTSFSO& textio_;
 };
 

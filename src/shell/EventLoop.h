@@ -30,15 +30,4 @@ public:
     virtual void Yield(const Progress& progress) = 0;
 };
 
-/// The main window's mouse pointer as a value of its own, because handlers ask for it: a busy
-/// window is one that shows the hourglass.
-class MousePointer {
-public:
-    enum Shape { Default = 0, Arrow = 1, Hourglass = 11, Custom = 99 };
-
-    virtual ~MousePointer() = default;
-    virtual Shape Pointer() const = 0;
-    virtual void SetPointer(Shape shape) = 0;
-};
-
 } // namespace vexmarrow

@@ -28,7 +28,7 @@ inline const std::string kMark8 = "\xEF\xBB\xBF";
 inline const std::string kMark16 = "\xFF\xFE";
 
 /// The parts that read and write text, put together, on system calls that can be made to fail.
-struct Core : testing::Test {
+struct Core : testing::Test, ScriptedDesktop {
     TestFolder folder;
     FaultySystemCalls calls;
     EncodingFlags flags;
@@ -36,7 +36,6 @@ struct Core : testing::Test {
     RFTSFSO textio{calls, flags, ansi};
     TestFolder state; ///< of the program: its logs
     SafeWriter writer{calls, {state.Native("first"), state.Native("second")}};
-    ScriptedPrompts prompts;
     ReplaceText engine{textio, writer, prompts};
 };
 

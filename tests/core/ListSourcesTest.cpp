@@ -46,8 +46,8 @@ TEST(PathsOfArguments, EveryKindOfArgument) {
 }
 
 struct ListSourcesTest : Lists {
-    FileRemoval removal{list, prompts, loop, pointer};
-    SetsLoading loading{sets, prompts, pickers, settings, textio};
+    FileRemoval removal{list, desktop};
+    SetsLoading loading{sets, desktop, textio};
 
     /// Drops on an empty list; the rows as names in the test folder, each after a blank.
     std::string Drop(const std::string& names) {
@@ -194,8 +194,7 @@ TEST_F(ListSourcesTest, WhatGoesOnWhileAFilterYields) {
 }
 
 TEST_F(ListSourcesTest, Samples) {
-    RecordingFileManager fileManager;
-    SampleFiles samples(calls, list, prompts, settings, fileManager, folder.Path());
+    SampleFiles samples(calls, list, desktop, folder.Path());
     samples.RecordOnce(); // there is no folder yet: it is tried again
     samples.Load();
     folder.MakeFolder("Samples/folder.vcf");

@@ -67,12 +67,8 @@ private:
 struct Lists : Core {
     FileList list;
     SetList sets;
-    ScriptedPickers pickers;
-    MemorySettings settings;
-    ScriptedEventLoop loop;
-    RecordingPointer pointer;
-    FileAdding adding{list, prompts, pickers, settings, loop, pointer, textio};
-    SetOperations operations{sets, prompts, pickers, writer, textio};
+    FileAdding adding{list, desktop, textio};
+    SetOperations operations{sets, desktop, writer, textio};
 
     /// All sets: find texts, "=", replace texts, each in brackets.
     std::string Sets() const {

@@ -18,9 +18,7 @@ struct RunTest : Core {
     Inputs inputs;
     FileList list;
     SetList sets;
-    ScriptedEventLoop loop;
-    RecordingPointer pointer;
-    ReplacementRun run{calls, inputs, list, sets, engine, prompts, loop, pointer};
+    ReplacementRun run{calls, inputs, list, sets, engine, desktop};
     const Strings done{"Done."};
     const std::string noRow = "in Zentavor2021/08/31.Form1.PushButton1_Click at line 6";
     const std::string noFile = "in Zentavor2021/08/31.ReplaceText.ReplaceTextInFileCombo at line 1";

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 #include "core/Core.h"
+#include "shell/Choices.h"
 #include "shell/Titles.h"
 #include "shell/Trap.h"
-#include "shell/Values.h"
 
 #include <unicode/ustring.h>
 
@@ -165,9 +165,10 @@ TEST(Shell, AReportTellsWhatAndWhere) {
 }
 
 TEST(Shell, Values) {
-    const auto valueOf = [](auto read, std::u16string_view text) {
+    MemorySettings settings;
+    const auto valueOf = [&](const auto& choice) {
         try {
-            return std::to_string(read(text));
+            return std::to_string(LoadChoice(settings, choice));
         } catch (const Failure&) {
             return std::string();
         }
@@ -179,8 +180,9 @@ TEST(Shell, Values) {
              -2147483648.5|1|-2147483648 -2147483649|1| 4.9e-324|1|0 1e999|| || _|| yes|| inf|| nan|| 1x|| 0x1|| +-3||
              --3|| 1_2|| .|| e|| Trué||)")) {
         const std::u16string text = TextFromUtf8(Fields(row)[0]);
-        EXPECT_EQ(valueOf(BooleanFromText, text), Fields(row)[1]) << row;
-        EXPECT_EQ(valueOf(IntegerFromText, text), Fields(row)[2]) << row;
+        SaveChoice(settings, Choice<std::u16string>{u"key", u""}, text);
+        EXPECT_EQ(valueOf(Choice<bool>{u"key", u""}), Fields(row)[1]) << row;
+        EXPECT_EQ(valueOf(Choice<int>{u"key", u""}), Fields(row)[2]) << row;
     }
     EXPECT_EQ(ApplicationTitle(kProductName), u"Vexmarrow");
     EXPECT_EQ(ApplicationTitle(std::u16string(40, u'x') + u" y z"), std::u16string(40, u'x'));

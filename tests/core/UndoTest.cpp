@@ -22,10 +22,8 @@ const std::string kStillKept = "Some old texts are still kept: another program i
 
 struct UndoTest : Core {
     const Strings logs{state.Native("first"), state.Native("second")};
-    ScriptedEventLoop loop;
-    RecordingPointer pointer;
     Recovery recovery{calls, logs, prompts};
-    UndoLastRun undo{calls, logs, recovery, prompts, loop, pointer};
+    UndoLastRun undo{calls, logs, recovery, desktop};
 
     /// Files are told by a letter and their text: "a=1 b=2".
     void Run(const std::string& files) {

@@ -4,8 +4,10 @@
 #pragma once
 
 #include "base/Utf8.h"
+#include "shell/Desktop.h"
 #include "shell/EventLoop.h"
 #include "shell/FileManager.h"
+#include "shell/MousePointer.h"
 #include "shell/Pickers.h"
 #include "shell/Prompts.h"
 #include "shell/SettingsStore.h"
@@ -170,6 +172,17 @@ public:
 
     Shape Pointer() const override { return shapes.empty() ? Default : shapes.back(); }
     void SetPointer(Shape shape) override { shapes.push_back(shape); }
+};
+
+/// All of them.
+struct ScriptedDesktop {
+    ScriptedPrompts prompts;
+    ScriptedPickers pickers;
+    MemorySettings settings;
+    RecordingFileManager fileManager;
+    ScriptedEventLoop loop;
+    RecordingPointer pointer;
+    Desktop desktop{prompts, pickers, settings, fileManager, loop, pointer};
 };
 
 } // namespace vexmarrow::test

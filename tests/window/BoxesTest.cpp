@@ -323,7 +323,7 @@ private Q_SLOTS:
         prompts.SetOwner(window.form.get());
         window.SetText1(u"one\n\n\n\n\n\n\n\n\n\ntwo");
         auto* const text = window.Find<LinesEdit>("Text1");
-        auto* const codePages = window.Find<QComboBox>("Combo3");
+        auto* const codePages = window.Find<QComboBox>("CodePage");
         QVERIFY(QTest::qWaitForWindowActive(window.form.get(), kDeadline));
         text->setFocus();
         const auto state = [&] {

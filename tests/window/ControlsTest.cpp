@@ -247,16 +247,16 @@ private Q_SLOTS:
                    "ResultsNote|one text a line|3 files, 2 sets"},
               Step{[&] { window.Press("ReadAsVCards"); },
                    "ResultsNote|one text a line|These files look like UTF-8"},
-              Step{[&] { window.Find<QComboBox>("Combo3")->setCurrentIndex(10); },
+              Step{[&] { window.Find<QComboBox>("CodePage")->setCurrentIndex(10); },
                    "ResultsNote|one text a line|3 files, 2 sets"},
-              Step{[&] { window.Find<QComboBox>("Combo3")->setCurrentIndex(0); },
+              Step{[&] { window.Find<QComboBox>("CodePage")->setCurrentIndex(0); },
                    "ResultsNote|one text a line|These files look like UTF-8"},
               Step{[&] { window.Press("UseUtf8"); },
                    "ResultsNote|one text a line|3 files, 2 sets"}}) {
             change();
             QCOMPARE(shown(), QString::fromLatin1(expected));
         }
-        QVERIFY(window.Find<QComboBox>("Combo3")->hasFocus());
+        QVERIFY(window.Find<QComboBox>("CodePage")->hasFocus());
         QCOMPARE(ToQString(window.settings.values[u"AnsiCodePage"]), QStringLiteral("UTF-8"));
         QVERIFY(!window.flags.IsUtf8 && !window.flags.IsUnicode);
         QCOMPARE(window.Find<QWidget>("Frame2")->accessibleDescription(),
@@ -313,7 +313,7 @@ private Q_SLOTS:
             {"PushButton1", "Start Replacing"},
             {"UndoLastRun", "Undo Last Run"},
             {"UndoMenu", "Undo Menu"},
-            {"Combo3", "Code page of unmarked files:"}};
+            {"CodePage", "Code page of unmarked files:"}};
         QStringList expected;
         for (const auto& [name, accessibleName] : order) {
             const auto* const control = window.Find<QWidget>(name);

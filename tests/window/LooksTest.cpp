@@ -65,7 +65,7 @@ private Q_SLOTS:
         window.Open();
         QVERIFY(QTest::qWaitForWindowActive(window.form.get(), kDeadline));
         constexpr int kEdge = 10; // a stretch of a frame, in pixels
-        for (const char* const name : {"Option1", "ReadAsVCards", "ListView1", "Text1", "Combo3",
+        for (const char* const name : {"Option1", "ReadAsVCards", "ListView1", "Text1", "CodePage",
                                        "PushButton2", "Frame2", "TabControl1"}) {
             auto* const control = window.Find<QWidget>(name);
             const QRect left(0, (control->height() - kEdge) / 2, 2 * kEdge, kEdge);
@@ -77,7 +77,7 @@ private Q_SLOTS:
         auto* const tabs = window.Find<QTabWidget>("TabControl1")->tabBar();
         tabs->setObjectName(QStringLiteral("tabs"));
         for (const char* const name :
-             {"Option3", "ReadAsVCards", "ListView1", "Text1", "Text3", "Combo3", "PushButton2",
+             {"Option3", "ReadAsVCards", "ListView1", "Text1", "Text3", "CodePage", "PushButton2",
               "PushButton1", "PushButton14", "tabs"}) {
             auto* const control = window.Find<QWidget>(name);
             window.form->setFocus();

@@ -189,7 +189,7 @@ private Q_SLOTS:
         AddFile("1.vcf", "\xE9");
         AddFile("2.vcf", "\xE9");
         window_->SetText1(u"\u00E9");
-        auto* const pages = window_->Find<QComboBox>("Combo3");
+        auto* const pages = window_->Find<QComboBox>("CodePage");
         AfterResult("1.vcf", [&] { pages->setCurrentIndex(1); }); // Cyrillic
         QCOMPARE(Run(), kDone);
         QCOMPARE(folder_->Read("out/1.vcf") + folder_->Read("out/2.vcf"), std::string("b\xE9"));

@@ -127,7 +127,7 @@ private Q_SLOTS:
         window.settings.values[u"AnsiCodePage"] = u"iso-8859-15";
         window.Open();
         window.settings.writes.clear();
-        auto* const combo = window.Find<QComboBox>("Combo3");
+        auto* const combo = window.Find<QComboBox>("CodePage");
         auto* const view = combo->view();
         const auto row = [&](int number) { return combo->model()->index(number, 0); };
         const auto wheel = [&] {
@@ -166,7 +166,7 @@ private Q_SLOTS:
         window.Open();
         QCOMPARE(window.Boxes(), Where(5));
         window.settings.writes.clear();
-        auto* const combo = window.Find<QComboBox>("Combo3");
+        auto* const combo = window.Find<QComboBox>("CodePage");
         QVERIFY(QTest::qWaitForWindowActive(window.form.get(), kDeadline));
         for (const char* const written : {"AnsiCodePage=windows-1252", ""}) {
             combo->showPopup();

@@ -3,21 +3,21 @@
 
 #pragma once
 
+#include "shell/Desktop.h"
+
 #include <cstddef>
 #include <string>
 #include <vector>
 
 namespace vexmarrow {
 
-class EventLoop;
-class Prompts;
 class RFTSFSO;
 
 /// The search for sub-folders. Yields once for each folder and each sub-folder it meets.
-class AddFolder {
+class SubFolderSearch {
 public:
-    AddFolder(Prompts& prompts, EventLoop& eventLoop, const RFTSFSO& textio)
-        : prompts_(prompts), eventLoop_(eventLoop), textio_(textio) {}
+    SubFolderSearch(const Desktop& desktop, const RFTSFSO& textio)
+        : desktop_(desktop), textio_(textio) {}
 
     /// Appends the sub-folders of the given folders: with `recursion` those of all levels, one
     /// level after another. Every path, given or found, ends in a separator. Left out are folders
@@ -31,8 +31,7 @@ private:
     void ListSubFolders(const std::u16string& folder, std::vector<std::u16string>& found);
     void Yield();
 
-    Prompts& prompts_;
-    EventLoop& eventLoop_;
+    Desktop desktop_;
     const RFTSFSO& textio_;
     std::size_t seen_ = 0;
 };

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-#include "filelist/AddFolder.h"
+#include "filelist/SubFolderSearch.h"
 
 #include "base/Failure.h"
 #include "base/Utf8.h"
@@ -62,11 +62,12 @@ bool DeniedOrGone(int error) {
 
 } // namespace
 
-void AddFolder::Yield() {
-    eventLoop_.Yield({u"Folder", seen_, 0});
+void SubFolderSearch::Yield() {
+    desktop_.eventLoop.Yield({u"Folder", seen_, 0});
 }
 
-void AddFolder::ListSubFolders(const std::u16string& folder, std::vector<std::u16string>& found) {
+void SubFolderSearch::ListSubFolders(const std::u16string& folder,
+                                     std::vector<std::u16string>& found) {
     FolderListing listing(folder);
     while (const FolderListing::Entry* const entry = listing.Next()) {
         if (entry->kind == FolderListing::Kind::File) {
@@ -87,9 +88,9 @@ void AddFolder::ListSubFolders(const std::u16string& folder, std::vector<std::u1
     }
 }
 
-void AddFolder::GetSubDirectories2016(std::vector<std::u16string>& folders, bool recursion) {
+void SubFolderSearch::GetSubDirectories2016(std::vector<std::u16string>& folders, bool recursion) {
     // This routine reports under a prefix of its own, by which support knows it.
-    Trap trap(prompts_, u"AddFolder.GetSubDirectories2016", u"in BrennochTitle2021/08/31.");
+    Trap trap(desktop_.prompts, u"AddFolder.GetSubDirectories2016", u"in BrennochTitle2021/08/31.");
     std::vector<std::u16string> found;
     std::size_t kept = 0; // folders[0] to folders[kept - 1] stay in the collection
     for (std::u16string& entry : folders) {

@@ -1,29 +1,22 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-#include "app/Controls.h"
+#include "app/ControlHabits.h"
 
 #include "app/Boxes.h"
-#include "app/Strings.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>
 #include <QEvent>
 #include <QItemSelectionModel>
-#include <QLabel>
-#include <QPushButton>
 #include <QRadioButton>
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 namespace vexmarrow {
-
 namespace {
-
-QString NameOf(std::u16string_view caption) {
-    return ToQString(caption).remove(u'&').trimmed();
-}
 
 class WheelKeeper final : public QObject {
 public:
@@ -39,86 +32,7 @@ public:
     }
 };
 
-class SmallButton final : public QPushButton {
-public:
-    using QPushButton::QPushButton;
-    QSize sizeHint() const override {
-        constexpr int kCharacters = 7;
-        return {fontMetrics().averageCharWidth() * kCharacters, QPushButton::sizeHint().height()};
-    }
-};
-
-class LowButton final : public QPushButton {
-public:
-    using QPushButton::QPushButton;
-    QSize minimumSizeHint() const override {
-        constexpr int kAround = 4; // pixels above and below the letters, together
-        return {QPushButton::minimumSizeHint().width(), fontMetrics().height() + kAround};
-    }
-};
-
-template <typename Button>
-QPushButton* MakeButtonOf(QWidget* parent, std::u16string_view name, std::u16string_view caption,
-                          std::u16string_view accessibleName) {
-    auto* const button = new Button(ToQString(caption), parent);
-    button->setAutoDefault(true); // Enter presses it, also where there is no dialog
-    Name(button, name, accessibleName);
-    return button;
-}
-
 } // namespace
-
-void Name(QWidget* control, std::u16string_view name, std::u16string_view accessibleName) {
-    control->setObjectName(ToQString(name));
-    control->setAccessibleName(NameOf(accessibleName));
-}
-
-QPushButton* MakeButton(QWidget* parent, std::u16string_view name, std::u16string_view caption) {
-    return MakeButtonOf<QPushButton>(parent, name, caption, caption);
-}
-
-QPushButton* MakeLowButton(QWidget* parent, std::u16string_view name, std::u16string_view caption) {
-    QPushButton* const button = MakeButtonOf<LowButton>(parent, name, caption, caption);
-    button->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Maximum);
-    return button;
-}
-
-QPushButton* MakeSmallButton(QWidget* parent, std::u16string_view name, std::u16string_view caption,
-                             std::u16string_view accessibleName) {
-    QPushButton* const button = MakeButtonOf<SmallButton>(parent, name, caption, accessibleName);
-    button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    return button;
-}
-
-void MakeEquallyWide(const QList<QPushButton*>& row) {
-    int widest = 0;
-    for (const QPushButton* const button : row) {
-        widest = std::max(widest, button->sizeHint().width());
-    }
-    for (QPushButton* const button : row) {
-        button->setMinimumWidth(widest);
-    }
-}
-
-QRadioButton* MakeOption(QWidget* parent, std::u16string_view name, std::u16string_view caption) {
-    auto* const option = new QRadioButton(ToQString(caption), parent);
-    Name(option, name, caption);
-    return option;
-}
-
-QLabel* MakeLabel(QWidget* parent, std::u16string_view name, std::u16string_view caption,
-                  QWidget* control) {
-    auto* const label = new QLabel(ToQString(caption), parent);
-    Name(label, name, caption);
-    label->setBuddy(control);
-    control->setAccessibleName(NameOf(caption));
-    return label;
-}
-
-QWidget* OwnerOfBoxes(QWidget* mainWindow) {
-    QWidget* const box = TopBox();
-    return box != nullptr ? box : mainWindow;
-}
 
 void SetOption(QRadioButton* option, bool value) {
     // An exclusive button that is set refuses to be cleared.

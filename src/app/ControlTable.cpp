@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: 2026 The Vexmarrow authors
+// SPDX-License-Identifier: MIT
+
+#include "app/ControlTable.h"
+
+#include "app/Boxes.h"
+#include "app/MakeControls.h"
+#include "app/QtEventLoop.h"
+#include "app/Strings.h"
+
+#include <QAbstractButton>
+
+namespace vexmarrow {
+
+QWidget* WireControl(QWidget& window, const ControlTexts& texts, std::function<void()> onClick,
+                     QWidget* before) {
+    auto* const control = window.findChild<QWidget*>(ToQString(texts.name));
+    SetCaption(control, texts.caption, texts.spoken);
+    if (!texts.tip.empty()) {
+        control->setToolTip(ToQString(texts.tip));
+    }
+    if (onClick) {
+        QObject::connect(qobject_cast<QAbstractButton*>(control), &QAbstractButton::clicked,
+                         &window, [&window, onClick = std::move(onClick)] {
+                             if (!IsBehindBox(window)) {
+                                 RunHandler(onClick);
+                             }
+                         });
+    }
+    if (before != nullptr) {
+        QWidget::setTabOrder(before, control);
+    }
+    return control;
+}
+
+} // namespace vexmarrow
