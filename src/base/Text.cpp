@@ -15,6 +15,10 @@ std::u16string InLowerAscii(std::u16string_view text) {
     return lower;
 }
 
+bool IsBlank(std::u16string_view text) {
+    return text.find_first_not_of(u' ') == std::u16string_view::npos;
+}
+
 std::u16string Decimal(long long number) {
     const std::string digits = std::to_string(number);
     return {digits.begin(), digits.end()};

@@ -21,6 +21,9 @@ std::u16string Concat(const Parts&... parts) {
 /// The text with A to Z in lower case; no other character changes.
 std::u16string InLowerAscii(std::u16string_view text);
 
+/// Whether a text is empty or holds nothing but blanks (U+0020).
+bool IsBlank(std::u16string_view text);
+
 /// Decimal digits of a number, without padding.
 std::u16string Decimal(long long number);
 
