@@ -18,7 +18,7 @@
 #include "shell/Titles.h"
 #include "shell/Trap.h"
 #include "textio/CodePage.h"
-#include "textio/FileTests.h"
+#include "textio/PathChecks.h"
 #include "textio/RFTSFSO.h"
 
 #include <QCheckBox>

@@ -6,7 +6,7 @@
 #include "app/Strings.h"
 #include "base/Failure.h"
 #include "shell/StoredForm.h"
-#include "textio/FileTests.h"
+#include "textio/PathChecks.h"
 #include "textio/Paths.h"
 
 #include <QCoreApplication>

@@ -11,7 +11,8 @@
 #include "shell/SettingsStore.h"
 #include "shell/Titles.h"
 #include "textio/FileAttributes.h"
-#include "textio/FileTests.h"
+#include "textio/FolderListing.h"
+#include "textio/PathChecks.h"
 #include "textio/Paths.h"
 
 #include <QCheckBox>

@@ -5,7 +5,7 @@
 
 #include "engine/CardPairs.h"
 #include "engine/Cascade.h"
-#include "textio/TextStreams.h"
+#include "textio/TextReaders.h"
 
 #include <cstdint>
 #include <optional>

@@ -5,7 +5,7 @@
 
 #include "base/Utf8.h"
 #include "textio/CodePage.h"
-#include "textio/FileTests.h"
+#include "textio/PathChecks.h"
 #include "textio/RFTSFSO.h"
 
 #include <bit>

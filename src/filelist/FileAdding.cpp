@@ -15,7 +15,8 @@
 #include "shell/Prompts.h"
 #include "shell/Trap.h"
 #include "textio/FileAttributes.h"
-#include "textio/FileTests.h"
+#include "textio/FolderListing.h"
+#include "textio/PathChecks.h"
 #include "textio/Paths.h"
 #include "textio/RFTSFSO.h"
 

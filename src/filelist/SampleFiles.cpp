@@ -8,7 +8,8 @@
 #include "shell/Choices.h"
 #include "shell/FileManager.h"
 #include "shell/Prompts.h"
-#include "textio/FileTests.h"
+#include "textio/FolderListing.h"
+#include "textio/PathChecks.h"
 #include "textio/Paths.h"
 
 #include <unordered_set>

@@ -11,7 +11,7 @@
 #include "shell/MousePointer.h"
 #include "shell/Prompts.h"
 #include "shell/Trap.h"
-#include "textio/FileTests.h"
+#include "textio/PathChecks.h"
 
 #include <cstdint>
 

@@ -13,7 +13,7 @@
 #include "shell/MousePointer.h"
 #include "shell/Prompts.h"
 #include "shell/Trap.h"
-#include "textio/Opening.h"
+#include "textio/Paths.h"
 #include "textio/SystemCalls.h"
 
 #include <cerrno>
@@ -197,7 +197,7 @@ void UndoLastRun::RemoveKeptFiles() {
     std::u16string folders; // hardly ever more than one
     std::string last;
     for (const std::string& file : files) {
-        std::string folder = FolderOf(file);
+        std::string folder = ParentFolder(file);
         if (folder != last) {
             folders += Concat(TextFromNativeName(folder), kCrLf);
             last = std::move(folder);

@@ -9,8 +9,8 @@
 #include "sets/SetList.h"
 #include "textio/ByteSource.h"
 #include "textio/CodePage.h"
-#include "textio/FileTests.h"
-#include "textio/Opening.h"
+#include "textio/OpenedFile.h"
+#include "textio/PathChecks.h"
 #include "textio/RFTSFSO.h"
 
 #include <algorithm>

@@ -8,7 +8,7 @@
 #include "safety/LogFolders.h"
 #include "safety/PutInPlace.h"
 #include "safety/Replacement.h"
-#include "textio/Opening.h"
+#include "textio/Paths.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -43,8 +43,8 @@ Creation::Creation(SystemCalls& calls, RunLog& log, std::u16string_view path,
     }
     const mode_t mode =
         model != nullptr ? (model->mode & (kOfGroup | kOfAll)) | kOfOwner : kReadAndWrite;
-    file_ = Descriptor(calls_,
-                       calls_.Open(FolderOf(nativePath_), O_TMPFILE | O_WRONLY | O_CLOEXEC, mode));
+    file_ = Descriptor(
+        calls_, calls_.Open(ParentFolder(nativePath_), O_TMPFILE | O_WRONLY | O_CLOEXEC, mode));
     if (!file_.IsOpen()) {
         if (!IsLackOfNamelessFiles(errno)) {
             Fail(errno);
@@ -72,7 +72,7 @@ void Creation::MakeWithPassingName(mode_t mode) {
     record.kind = RecordKind::Creation;
     record.path = FullPath(nativePath_);
     record.passingName =
-        FolderOf(record.path).append(kPassingPrefix).append(RandomHex(kRandomBytes));
+        ParentFolder(record.path).append(kPassingPrefix).append(RandomHex(kRandomBytes));
     record.begun = Now();
     MemoryBytes nothing;
     PlacedRecord placed = log_.Keep(std::move(record), nothing);

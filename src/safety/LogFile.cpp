@@ -7,7 +7,8 @@
 #include "base/Utf8.h"
 #include "safety/LogFolders.h"
 #include "textio/ByteSource.h"
-#include "textio/Opening.h"
+#include "textio/OpenedFile.h"
+#include "textio/Paths.h"
 
 #include <algorithm>
 #include <array>
@@ -149,7 +150,7 @@ int LogFile::Write(std::uint64_t offset, std::string_view bytes) {
 }
 
 void LogFile::Announce() {
-    const OpenedFile folder = OpenToRead(*calls_, FolderOf(path_));
+    const OpenedFile folder = OpenToRead(*calls_, ParentFolder(path_));
     calls_->SetModified(folder.file.Number(), Now());
 }
 

@@ -16,6 +16,7 @@
 #include "safety/TakingBack.h"
 #include "shell/Prompts.h"
 #include "shell/Trap.h"
+#include "textio/Paths.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -108,7 +109,7 @@ void Recovery::Miss(LogFile& log, PlacedRecord& placed, std::u16string_view why)
 void Recovery::SettleCreation(LogFile& log, PlacedRecord& placed) {
     const RunRecord& record = placed.record;
     FileStatus status;
-    if (calls_.StatusOfTarget(FolderOf(record.path), status) != 0) {
+    if (calls_.StatusOfTarget(ParentFolder(record.path), status) != 0) {
         Miss(log, placed, {});
         return;
     }

@@ -5,8 +5,9 @@
 
 #include "base/Failure.h"
 #include "safety/LogFile.h"
+#include "textio/FileLock.h"
 #include "textio/InputFile.h"
-#include "textio/Locking.h"
+#include "textio/Paths.h"
 
 #include <cerrno>
 #include <unistd.h>
@@ -32,7 +33,7 @@ bool MayBePlanted(SystemCalls& calls, int descriptor, const FileStatus& status) 
     std::string place; // after all links
     FileStatus folder;
     return calls.ReadLink("/proc/self/fd/" + std::to_string(descriptor), place) != 0 ||
-           calls.StatusOfTarget(FolderOf(place), folder) != 0 ||
+           calls.StatusOfTarget(ParentFolder(place), folder) != 0 ||
            ((folder.mode & S_IWOTH) != 0 && folder.owner != status.owner);
 }
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "textio/Opening.h"
+#include "textio/OpenedFile.h"
 
 #include <string>
 #include <string_view>

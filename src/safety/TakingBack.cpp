@@ -10,6 +10,7 @@
 #include "safety/PutInPlace.h"
 #include "safety/Refusing.h"
 #include "safety/RunLog.h"
+#include "textio/Paths.h"
 
 #include <algorithm>
 #include <array>
@@ -53,7 +54,7 @@ public:
         if (calls_.StatusOfTarget(path, status) != 0) {
             const int error = errno; // where its folder is there, a new file has gone
             return isNew && placed_.state == RecordState::Done && error == ENOENT &&
-                           calls_.StatusOfTarget(FolderOf(path), status) == 0
+                           calls_.StatusOfTarget(ParentFolder(path), status) == 0
                        ? Result{}
                        : Result{Fate::Waits,
                                 error == ENOENT ? u"It is not there" : ReasonOf(error)};

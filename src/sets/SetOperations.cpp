@@ -10,8 +10,8 @@
 #include "shell/Prompts.h"
 #include "shell/Trap.h"
 #include "textio/CodePage.h"
-#include "textio/FileTests.h"
 #include "textio/FileWriter.h"
+#include "textio/PathChecks.h"
 #include "textio/RFTSFSO.h"
 
 #include <utility>

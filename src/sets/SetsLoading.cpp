@@ -10,7 +10,7 @@
 #include "shell/Prompts.h"
 #include "shell/Trap.h"
 #include "textio/FileAttributes.h"
-#include "textio/FileTests.h"
+#include "textio/PathChecks.h"
 #include "textio/RFTSFSO.h"
 
 #include <utility>

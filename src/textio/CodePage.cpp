@@ -189,6 +189,13 @@ constexpr std::array kPages{
 
 } // namespace
 
+bool HasUnusualCharacters(std::u16string_view text, const CodePage& page) {
+    return std::any_of(text.begin(), text.end(), [&](char16_t character) {
+        const int code = page.CodeOf(character);
+        return code < 32 || code == kLackingCharacter || (code >= 127 && code <= 159);
+    });
+}
+
 std::span<const ChoosableCodePage> ChoosableCodePages() {
     return kChoosable;
 }

@@ -62,6 +62,10 @@ public:
     virtual TextStretch Measure(std::string_view bytes, std::size_t most, bool more) const = 0;
 };
 
+/// Whether a character of `text` has a code below 32, from 127 to 159, or 63 (which is "?" and
+/// whatever the page lacks) in the code page.
+bool HasUnusualCharacters(std::u16string_view text, const CodePage& page);
+
 /// A page that users can choose, and the languages it is for.
 struct ChoosableCodePage {
     std::u16string_view name;

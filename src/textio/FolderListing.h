@@ -7,8 +7,11 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vexmarrow {
+
+class SystemCalls;
 
 /// One pass over a folder, in the order in which the system gives the entries; "." and ".." are
 /// left out.
@@ -39,5 +42,12 @@ private:
     std::unique_ptr<DIR, Closer> directory_;
     Entry entry_;
 };
+
+/// Names (without the folder) of the files in `folder` that match `pattern` ("*" and "?" are
+/// wildcards, letter case does not count, "*.*" is every file), in the order of the directory,
+/// hidden ones included. The names are elements 1 and up; element 0 is always empty, so that a
+/// folder without a match gives one empty name. Throws Failure when the folder cannot be listed.
+std::vector<std::u16string> ListFilesInFolder(SystemCalls& calls, std::u16string_view folder,
+                                              std::u16string_view pattern);
 
 } // namespace vexmarrow

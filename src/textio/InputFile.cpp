@@ -5,8 +5,8 @@
 
 #include "base/Failure.h"
 #include "base/Utf8.h"
-#include "textio/Locking.h"
-#include "textio/Opening.h"
+#include "textio/FileLock.h"
+#include "textio/OpenedFile.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -64,4 +64,12 @@ std::u16string WithSeparator(std::u16string_view folder) {
     return path;
 }
 
+std::string ParentFolder(const std::string& path) {
+    const std::size_t slash = path.find_last_of('/');
+    if (slash == std::string::npos) {
+        return ".";
+    }
+    return slash == 0 ? "/" : path.substr(0, slash);
+}
+
 } // namespace vexmarrow

@@ -38,4 +38,7 @@ std::u16string NormalizePath(std::u16string_view path, PathStyle style = kNative
 /// `folder` with a separator after it, unless it ends in one.
 std::u16string WithSeparator(std::u16string_view folder);
 
+/// The folder that a path in bytes names a file in: "." for one without a slash.
+std::string ParentFolder(const std::string& path);
+
 } // namespace vexmarrow

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "textio/TextStreams.h"
+#include "textio/TextReaders.h"
 
 #include <optional>
 #include <string>

@@ -3,7 +3,8 @@
 
 #include "core/Core.h"
 #include "textio/FileAttributes.h"
-#include "textio/FileTests.h"
+#include "textio/FolderListing.h"
+#include "textio/PathChecks.h"
 #include "textio/Paths.h"
 
 #include <sys/stat.h>

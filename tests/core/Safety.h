@@ -9,7 +9,7 @@
 #include "safety/Recovery.h"
 #include "safety/TakingBack.h"
 #include "textio/InputFile.h"
-#include "textio/Opening.h"
+#include "textio/OpenedFile.h"
 
 namespace vexmarrow::test {
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-#include "textio/Locking.h"
+#include "textio/FileLock.h"
 
 #include "textio/SystemCalls.h"
 

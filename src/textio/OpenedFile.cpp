@@ -1,7 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-#include "textio/Opening.h"
+#include "textio/OpenedFile.h"
+
+#include "textio/Paths.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -42,18 +44,10 @@ OpenedFile OpenToWrite(SystemCalls& calls, const std::string& path) {
             opened.reason = u"It is reached by a link that belongs to another user";
             break;
         }
-        place = target.starts_with('/') ? target : FolderOf(place).append("/").append(target);
+        place = target.starts_with('/') ? target : ParentFolder(place).append("/").append(target);
         opened = Open(calls, place, O_RDWR | O_NOFOLLOW);
     }
     return opened;
-}
-
-std::string FolderOf(const std::string& path) {
-    const std::size_t slash = path.find_last_of('/');
-    if (slash == std::string::npos) {
-        return ".";
-    }
-    return slash == 0 ? "/" : path.substr(0, slash);
 }
 
 } // namespace vexmarrow

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-#include "textio/TextStreams.h"
+#include "textio/TextReaders.h"
 
 #include "base/Utf8.h"
 #include "textio/CodePage.h"

@@ -25,7 +25,4 @@ OpenedFile OpenToRead(SystemCalls& calls, const std::string& path);
 /// write.
 OpenedFile OpenToWrite(SystemCalls& calls, const std::string& path);
 
-/// The folder that a path names a file in: "." for one without a slash.
-std::string FolderOf(const std::string& path);
-
 } // namespace vexmarrow
