@@ -7,11 +7,11 @@
 #include "filelist/FileList.h"
 #include "run/RunInputs.h"
 #include "sets/SetList.h"
-#include "textio/ByteSource.h"
 #include "textio/CodePage.h"
 #include "textio/OpenedFile.h"
 #include "textio/PathChecks.h"
 #include "textio/RFTSFSO.h"
+#include "textio/SystemCalls.h"
 
 #include <algorithm>
 #include <unordered_set>

@@ -4,7 +4,8 @@
 #pragma once
 
 #include "safety/RunLog.h"
-#include "textio/ByteSource.h"
+#include "textio/Checksum.h"
+#include "textio/Descriptor.h"
 #include "textio/FileWriter.h"
 
 #include <optional>

@@ -7,6 +7,7 @@
 #include "base/Utf8.h"
 #include "safety/LogFolders.h"
 #include "textio/ByteSource.h"
+#include "textio/Descriptor.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -34,7 +35,7 @@ int Keep(SystemCalls& calls, const std::string& path, ByteSource& source, std::u
     Descriptor file(calls,
                     calls.Open(unfinished, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kForUserOnly));
     std::uint64_t done = 0;
-    int error = file.IsOpen() ? CopyTo(calls, file.Number(), source, done, size, 0) : errno;
+    int error = file.IsOpen() ? CopyBytes(calls, file.Number(), source, done, size, 0) : errno;
     if (error == 0 && (file.Close() != 0 || calls.RenameToNew(unfinished, path) != 0)) {
         error = errno;
     }

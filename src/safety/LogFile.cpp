@@ -6,7 +6,7 @@
 #include "base/Failure.h"
 #include "base/Utf8.h"
 #include "safety/LogFolders.h"
-#include "textio/ByteSource.h"
+#include "textio/Checksum.h"
 #include "textio/OpenedFile.h"
 #include "textio/Paths.h"
 

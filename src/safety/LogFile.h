@@ -4,7 +4,7 @@
 #pragma once
 
 #include "safety/RunRecord.h"
-#include "textio/SystemCalls.h"
+#include "textio/Descriptor.h"
 
 #include <array>
 #include <cstdint>

@@ -5,7 +5,7 @@
 
 #include "base/Failure.h"
 #include "base/Utf8.h"
-#include "textio/SystemCalls.h"
+#include "textio/Descriptor.h"
 
 #include <algorithm>
 #include <array>

@@ -5,6 +5,7 @@
 
 #include "safety/LogFolders.h"
 #include "textio/ByteSource.h"
+#include "textio/Checksum.h"
 
 #include <algorithm>
 #include <array>
@@ -29,7 +30,7 @@ Holding HoldingOf(SystemCalls& calls, int descriptor, const FileStatus& status,
     }
     FileBytes bytes(calls, descriptor, 0, status.size);
     Checksum checksum;
-    if (const int error = AddTo(checksum, bytes, 0, status.size)) {
+    if (const int error = checksum.Add(bytes, 0, status.size)) {
         return error == ENODATA ? Holding::Other : Holding::Unknown;
     }
     if (mayBeOld && checksum.Value() == placed.record.checksum) {

@@ -24,12 +24,12 @@ PutBackResult PutBack(SystemCalls& calls, int descriptor, const PlacedRecord& pl
         std::min(std::max(present.size, record.keptFrom) - record.keptFrom, kept);
     std::uint64_t tail = within;
     std::uint64_t head = 0;
-    if (const int error = CopyTo(calls, descriptor, old, tail, kept, record.keptFrom)) {
+    if (const int error = CopyBytes(calls, descriptor, old, tail, kept, record.keptFrom)) {
         // Also when no byte was written: the call may have made room for it.
         const bool cutBack = calls.Truncate(descriptor, present.size) == 0;
         return {cutBack ? PutBackState::Untouched : PutBackState::Mixed, error, 0};
     }
-    int error = CopyTo(calls, descriptor, old, head, within, record.keptFrom);
+    int error = CopyBytes(calls, descriptor, old, head, within, record.keptFrom);
     if (error == 0 && present.size > record.old.size &&
         calls.Truncate(descriptor, record.old.size) != 0) {
         error = errno;

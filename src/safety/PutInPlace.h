@@ -5,6 +5,7 @@
 
 #include "safety/LogFile.h"
 #include "textio/ByteSource.h"
+#include "textio/Checksum.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -33,7 +34,7 @@ public:
     /// errno of a failure to read them, which may pass.
     int Check() {
         Checksum checksum;
-        const int error = AddTo(checksum, *this, 0, record_.old.size);
+        const int error = checksum.Add(*this, 0, record_.old.size);
         return error != 0 || checksum.Value() == record_.checksum ? error : ENODATA;
     }
 

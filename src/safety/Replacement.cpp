@@ -115,7 +115,7 @@ void Replacement::OpenRecord(Part part) {
         record.keptFrom = isItself_ ? std::min(done_, source_->Position()) : done_;
     }
     Checksum checksum = checksum_; // of what both have in common
-    if (const int error = AddTo(checksum, *old_, done_, status_.size - done_)) {
+    if (const int error = checksum.Add(*old_, done_, status_.size - done_)) {
         FailToRead(error);
     }
     record.checksum = checksum.Value();

@@ -6,6 +6,8 @@
 #include "safety/OpenRecords.h"
 #include "safety/RunLog.h"
 #include "textio/ByteSource.h"
+#include "textio/Checksum.h"
+#include "textio/Descriptor.h"
 #include "textio/FileWriter.h"
 
 #include <memory>

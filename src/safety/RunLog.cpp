@@ -127,8 +127,8 @@ int RunLog::Append(PlacedRecord& placed, ByteSource& old) {
     }
     std::uint64_t shown = placed.record.keptFrom;
     if (kept > kSmallText) {
-        const int error = CopyTo(calls_, file_->Number(), old, shown, placed.record.old.size,
-                                 placed.KeptAt() - shown);
+        const int error = CopyBytes(calls_, file_->Number(), old, shown, placed.record.old.size,
+                                    placed.KeptAt() - shown);
         return error != 0 ? error : file_->Write(placed.at, buffer_);
     }
     while (shown < placed.record.old.size) {

@@ -3,7 +3,7 @@
 
 #include "safety/RunRecord.h"
 
-#include "textio/ByteSource.h"
+#include "textio/Checksum.h"
 
 #include <cstring>
 #include <type_traits>

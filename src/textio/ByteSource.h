@@ -11,37 +11,10 @@
 #include <string>
 #include <string_view>
 
-#define XXH_STATIC_LINKING_ONLY // which shows the state's size
-#include <xxhash.h>
-
 namespace vexmarrow {
 
 /// Bytes that are copied at once from file to file.
 inline constexpr std::size_t kCopyBlock = std::size_t{256} * 1024;
-
-// Reading and writing that goes on until all is done: a system call may do less than it was asked.
-// Both return 0 or the errno of the failure.
-
-/// Writes all of `bytes` at `offset`.
-int WriteWhole(SystemCalls& calls, int descriptor, std::string_view bytes, std::uint64_t offset);
-
-/// Reads up to `count` bytes at `offset`, fewer only at the end of the file.
-int ReadWhole(SystemCalls& calls, int descriptor, char* bytes, std::size_t count,
-              std::uint64_t offset, std::size_t& got);
-
-/// The checksum of bytes that are all at hand.
-std::uint64_t ChecksumOf(std::string_view bytes, std::uint64_t seed = 0);
-
-/// The same of bytes that come in parts. It can be copied, to go on in two ways.
-class Checksum {
-public:
-    Checksum() { XXH3_64bits_reset(&state_); } // NOLINT(*-member-init): which fills the state
-    void Add(std::string_view bytes) { XXH3_64bits_update(&state_, bytes.data(), bytes.size()); }
-    std::uint64_t Value() const { return XXH3_64bits_digest(&state_); }
-
-private:
-    XXH3_state_t state_;
-};
 
 /// Bytes that lie somewhere and are read when they are needed.
 class ByteSource {
@@ -86,12 +59,9 @@ private:
     std::string block_;
 };
 
-/// Adds `size` bytes from `from` on to a checksum. Returns 0 or the errno of the failure.
-int AddTo(Checksum& checksum, ByteSource& source, std::uint64_t from, std::uint64_t size);
-
 /// Copies bytes `from` to `to` of a source to those places of a file that lie `shift` further on;
 /// moves `from` on over what is written. Returns 0 or the errno of the failure.
-int CopyTo(SystemCalls& calls, int descriptor, ByteSource& source, std::uint64_t& from,
-           std::uint64_t to, std::uint64_t shift);
+int CopyBytes(SystemCalls& calls, int descriptor, ByteSource& source, std::uint64_t& from,
+              std::uint64_t to, std::uint64_t shift);
 
 } // namespace vexmarrow

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "textio/SystemCalls.h"
+#include "textio/Descriptor.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -3,6 +3,7 @@
 
 #include "textio/SystemCalls.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <climits>
@@ -199,6 +200,35 @@ ssize_t SystemCalls::Attribute(const std::string& path, const char* name, void* 
 
 ssize_t SystemCalls::AttributeOf(int descriptor, const char* name, void* value, std::size_t size) {
     return ::fgetxattr(descriptor, name, value, size);
+}
+
+int WriteWhole(SystemCalls& calls, int descriptor, std::string_view bytes, std::uint64_t offset) {
+    while (!bytes.empty()) {
+        const ssize_t answer = calls.WriteAt(descriptor, bytes.data(), bytes.size(), offset);
+        if (answer <= 0 && (answer == 0 || errno != EINTR)) {
+            return answer == 0 ? EIO : errno;
+        }
+        const auto count = static_cast<std::size_t>(std::max<ssize_t>(answer, 0));
+        bytes.remove_prefix(count);
+        offset += count;
+    }
+    return 0;
+}
+
+int ReadWhole(SystemCalls& calls, int descriptor, char* bytes, std::size_t count,
+              std::uint64_t offset, std::size_t& got) {
+    got = 0;
+    while (got < count) {
+        const ssize_t answer = calls.ReadAt(descriptor, bytes + got, count - got, offset + got);
+        if (answer < 0 && errno != EINTR) {
+            return errno;
+        }
+        if (answer == 0) {
+            break;
+        }
+        got += static_cast<std::size_t>(std::max<ssize_t>(answer, 0));
+    }
+    return 0;
 }
 
 } // namespace vexmarrow

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <sys/types.h>
 
 namespace vexmarrow {
@@ -62,41 +63,14 @@ public:
     virtual ssize_t AttributeOf(int descriptor, const char* name, void* value, std::size_t size);
 };
 
-/// An open file, closed without a look at the result when it goes out of scope (enough for one
-/// that was read).
-class Descriptor {
-public:
-    explicit Descriptor(SystemCalls& calls, int number = -1) : calls_(&calls), number_(number) {}
-    ~Descriptor() { Close(); }
-    Descriptor(Descriptor&& other) noexcept : calls_(other.calls_), number_(other.number_) {
-        other.number_ = -1;
-    }
-    Descriptor& operator=(Descriptor&& other) noexcept {
-        Close();
-        calls_ = other.calls_;
-        number_ = other.number_;
-        other.number_ = -1;
-        return *this;
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
+// Reading and writing that goes on until all is done: a system call may do less than it was asked.
+// Both return 0 or the errno of the failure.
 
-    int Number() const { return number_; }
-    bool IsOpen() const { return number_ >= 0; }
+/// Writes all of `bytes` at `offset`.
+int WriteWhole(SystemCalls& calls, int descriptor, std::string_view bytes, std::uint64_t offset);
 
-    /// Closes now, if it is open; returns the system's answer.
-    int Close() {
-        if (number_ < 0) {
-            return 0;
-        }
-        const int number = number_;
-        number_ = -1;
-        return calls_->Close(number);
-    }
-
-private:
-    SystemCalls* calls_;
-    int number_;
-};
+/// Reads up to `count` bytes at `offset`, fewer only at the end of the file.
+int ReadWhole(SystemCalls& calls, int descriptor, char* bytes, std::size_t count,
+              std::uint64_t offset, std::size_t& got);
 
 } // namespace vexmarrow

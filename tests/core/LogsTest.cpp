@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "core/Writing.h"
-#include "textio/ByteSource.h"
+#include "textio/Checksum.h"
 
 #include <cstring>
 
