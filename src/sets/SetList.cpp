@@ -4,9 +4,9 @@
 #include "sets/SetList.h"
 
 #include "base/Failure.h"
-#include "base/MakeRoom.h"
 #include "base/Text.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace vexmarrow {
@@ -17,6 +17,15 @@ void RequireEntry(const std::vector<std::u16string>& texts, std::size_t index) {
     if (index >= texts.size()) {
         throw Failure(Concat(u"There is no set number ", Decimal(static_cast<long long>(index) + 1),
                              u" in the list."));
+    }
+}
+
+/// Makes sure that `count` more texts can be appended without asking for memory again, so that a
+/// change that has been announced cannot fail half-way. Throws std::bad_alloc.
+void ReserveMore(std::vector<std::u16string>& texts, std::size_t count) {
+    const std::size_t needed = texts.size() + count;
+    if (texts.capacity() < needed) {
+        texts.reserve(std::max(needed, texts.capacity() * 2));
     }
 }
 
@@ -48,8 +57,8 @@ void SetList::Do(Change change) {
 }
 
 void SetList::Add(std::vector<Set> sets) {
-    MakeRoom(find_, sets.size());
-    MakeRoom(replace_, sets.size());
+    ReserveMore(find_, sets.size());
+    ReserveMore(replace_, sets.size());
     Do([&] {
         for (Set& set : sets) {
             find_.push_back(std::move(set.find));
