@@ -341,7 +341,7 @@ int ReplaceText::SizeOfNext(std::u16string_view path, const OutputLocation& loca
 }
 
 void ReplaceText::Settle() noexcept {
-    textio_.ForgetSize();
+    textio_.CloseOpenedFile();
     writer_.Settle();
 }
 

@@ -10,8 +10,8 @@
 #include "textio/CodePage.h"
 #include "textio/OpenedFile.h"
 #include "textio/PathChecks.h"
-#include "textio/RFTSFSO.h"
 #include "textio/SystemCalls.h"
+#include "textio/TextFormat.h"
 
 #include <algorithm>
 #include <unordered_set>

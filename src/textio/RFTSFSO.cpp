@@ -6,35 +6,10 @@
 #include "base/Failure.h"
 #include "textio/CodePage.h"
 
-#include <array>
 #include <cstdint>
 #include <utility>
 
 namespace vexmarrow {
-namespace {
-
-using namespace std::string_view_literals;
-
-constexpr std::size_t kLongestMark = 4;
-
-/// Marks in the order of the tests: the first one that fits decides.
-constexpr std::array kMarks{
-    std::pair{"\xFF\xFE\0\0"sv, Mark::Unicode}, // UTF-32, low byte first
-    std::pair{"\0\0\xFE\xFF"sv, Mark::Unicode}, // UTF-32, high byte first
-    std::pair{kUtf8Mark, Mark::Utf8},           std::pair{kUtf16Mark, Mark::Unicode},
-    std::pair{"\xFE\xFF"sv, Mark::Unicode}, // UTF-16, high byte first
-};
-
-} // namespace
-
-Mark MarkOf(std::string_view firstBytes) {
-    for (const auto& [bytes, mark] : kMarks) {
-        if (firstBytes.starts_with(bytes)) {
-            return mark;
-        }
-    }
-    return Mark::None;
-}
 
 bool RFTSFSO::DetectTextEncoding(std::u16string_view path) {
     flags_.IsUtf8 = false;

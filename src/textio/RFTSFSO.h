@@ -15,12 +15,6 @@ namespace vexmarrow {
 class AnsiCodePage;
 class SystemCalls;
 
-/// The marks by which files tell their encoding; Unicode is any of UTF-16 or UTF-32.
-enum class Mark { None, Utf8, Unicode };
-
-/// The mark that a file begins with, of which the first four bytes are enough.
-Mark MarkOf(std::string_view firstBytes);
-
 /// What the last look at a file's first bytes has found. Process-wide: made once and handed to
 /// everything that reads or writes text, because it ties a read to the writes that follow it.
 struct EncodingFlags {
@@ -71,7 +65,7 @@ public:
     int FileSize2(std::u16string_view path, Use use = Use::Read);
 
     /// Closes a file that FileSize2 has left open.
-    void ForgetSize() noexcept { opened_.reset(); }
+    void CloseOpenedFile() noexcept { opened_.reset(); }
 
     SystemCalls& Calls() const { return calls_; }
     const EncodingFlags& Flags() const { return flags_; }

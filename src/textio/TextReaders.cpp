@@ -24,15 +24,6 @@ std::size_t BytesPerCharacter(TextFormat format) {
     return format == TextFormat::Utf16 ? 2 : 1;
 }
 
-void SkipMark(InputFile& file, TextFormat format) {
-    const std::string_view mark = format == TextFormat::Utf8    ? kUtf8Mark
-                                  : format == TextFormat::Utf16 ? kUtf16Mark
-                                                                : std::string_view();
-    if (file.Peek(mark.size()).starts_with(mark)) {
-        file.Skip(mark.size());
-    }
-}
-
 /// Takes bytes for UTF-16 with the low byte first, whatever they are: a lone last byte is a unit
 /// with a high byte of zero, and surrogates need no partner.
 void DecodeUtf16(std::string_view bytes, std::u16string& text) {
@@ -41,18 +32,6 @@ void DecodeUtf16(std::string_view bytes, std::u16string& text) {
     if (!text.empty()) {
         text.back() = u'\0';
         std::memcpy(text.data(), bytes.data(), bytes.size());
-    }
-}
-
-void DecodeStream(std::string_view bytes, TextFormat format, const CodePage& page,
-                  std::u16string& text) {
-    if (format == TextFormat::Utf16) {
-        DecodeUtf16(bytes, text);
-    } else if (format == TextFormat::Utf8) {
-        text = TextFromUtf8(bytes);
-    } else {
-        text.clear();
-        page.Decode(bytes, text);
     }
 }
 
@@ -98,12 +77,58 @@ std::size_t FindLineEnd(std::string_view bytes, std::size_t from, TextFormat for
 
 } // namespace
 
-TextPieces::TextPieces(InputFile file, TextFormat format, const CodePage& page)
+TextReader::TextReader(InputFile file, TextFormat format, const CodePage& page)
     : file_(std::move(file)), format_(format), page_(page) {
-    SkipMark(file_, format_);
+    const std::string_view mark = format == TextFormat::Utf8    ? kUtf8Mark
+                                  : format == TextFormat::Utf16 ? kUtf16Mark
+                                                                : std::string_view();
+    if (file_.Peek(mark.size()).starts_with(mark)) {
+        file_.Skip(mark.size());
+    }
 }
 
-bool TextPieces::NextOfStream(std::string_view& bytes) {
+/// Cuts from the bytes of a piece those of the characters of which half belongs to it.
+std::string_view TextReader::WithoutHalves(std::string_view bytes) const {
+    bytes.remove_prefix(begin_ ? kHalf : 0);
+    bytes.remove_suffix(end_ ? kHalf : 0);
+    return bytes;
+}
+
+template <typename Text>
+void TextReader::InsertHalves(Text& text) const {
+    if (begin_) {
+        text.insert(text.begin(), *begin_);
+    }
+    if (end_) {
+        text.push_back(*end_);
+    }
+}
+
+void TextReader::Show(std::string_view bytes, std::u16string_view& text) {
+    if (format_ == TextFormat::Utf16) {
+        DecodeUtf16(bytes, text_);
+    } else if (format_ == TextFormat::Utf8) {
+        text_ = TextFromUtf8(bytes);
+    } else {
+        text_.clear();
+        page_.Decode(WithoutHalves(bytes), text_);
+        InsertHalves(text_);
+    }
+    text = text_;
+}
+
+void TextReader::Show(std::string_view bytes, std::u32string_view& text) {
+    wide_.clear();
+    DecodeUtf8(WithoutHalves(bytes), wide_);
+    InsertHalves(wide_);
+    text = wide_;
+}
+
+void TextReader::Show(std::string_view bytes, std::string_view& text) {
+    text = format_ == TextFormat::Utf8 ? WellFormedUtf8(bytes, utf8_) : bytes;
+}
+
+bool TextPieces::NextBytes(std::string_view& bytes) {
     if (format_ == TextFormat::Utf8) {
         bytes = PeekPart();
     } else if (format_ == TextFormat::Utf16) {
@@ -169,92 +194,6 @@ std::string_view TextPieces::PeekPiece() {
         length -= kHalf;
     }
     return bytes.substr(0, length);
-}
-
-/// Cuts from the bytes of a piece those of the characters of which half belongs to it.
-std::string_view TextPieces::WithoutHalves(std::string_view bytes) const {
-    bytes.remove_prefix(begin_ ? kHalf : 0);
-    bytes.remove_suffix(end_ ? kHalf : 0);
-    return bytes;
-}
-
-template <typename Text>
-void TextPieces::InsertHalves(Text& text) const {
-    if (begin_) {
-        text.insert(text.begin(), *begin_);
-    }
-    if (end_) {
-        text.push_back(*end_);
-    }
-}
-
-bool TextPieces::Next(std::u16string_view& piece) {
-    std::string_view bytes;
-    const bool found = NextOfStream(bytes);
-    if (found) {
-        DecodeStream(WithoutHalves(bytes), format_, page_, text_);
-        InsertHalves(text_);
-    }
-    piece = text_;
-    return found;
-}
-
-bool TextPieces::Next(std::u32string_view& piece) {
-    std::string_view bytes;
-    const bool found = NextOfStream(bytes);
-    if (found) {
-        wide_.clear();
-        DecodeUtf8(WithoutHalves(bytes), wide_);
-        InsertHalves(wide_);
-    }
-    piece = wide_;
-    return found;
-}
-
-bool TextPieces::Next(std::string_view& piece) {
-    const bool found = NextOfStream(piece);
-    if (found && format_ == TextFormat::Utf8) {
-        piece = WellFormedUtf8(piece, utf8_);
-    }
-    return found;
-}
-
-TextLines::TextLines(InputFile file, TextFormat format, const CodePage& page)
-    : file_(std::move(file)), format_(format), page_(page) {
-    SkipMark(file_, format_);
-}
-
-bool TextLines::NextOfFile(std::string_view& line) {
-    return format_ == TextFormat::Utf8 ? SplitTextLines(line) : NextOfStream(line);
-}
-
-bool TextLines::Next(std::u16string_view& line) {
-    std::string_view bytes;
-    const bool found = NextOfFile(bytes);
-    if (found) {
-        DecodeStream(bytes, format_, page_, text_);
-    }
-    line = text_;
-    return found;
-}
-
-bool TextLines::Next(std::u32string_view& line) {
-    std::string_view bytes;
-    const bool found = NextOfFile(bytes);
-    if (found) {
-        wide_.clear();
-        DecodeUtf8(bytes, wide_);
-    }
-    line = wide_;
-    return found;
-}
-
-bool TextLines::Next(std::string_view& line) {
-    const bool found = NextOfFile(line);
-    if (found && format_ == TextFormat::Utf8) {
-        line = WellFormedUtf8(line, utf8_);
-    }
-    return found;
 }
 
 bool TextLines::NextOfStream(std::string_view& line) {
