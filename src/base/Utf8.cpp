@@ -20,6 +20,10 @@ constexpr bool IsLowSurrogate(char32_t unit) {
     return unit >= 0xDC00 && unit <= 0xDFFF;
 }
 
+constexpr bool IsContinuation(std::uint8_t byte) {
+    return (byte & 0xC0U) == 0x80;
+}
+
 /// What a lead byte asks for: how many bytes follow, and the range of the first of them (the range
 /// is what rules out overlong forms, surrogates and code points above U+10FFFF).
 struct Lead {
@@ -84,7 +88,7 @@ Part PartAt(std::string_view bytes, std::size_t at) {
 bool IsLone(std::string_view bytes) {
     const auto first = static_cast<std::uint8_t>(bytes[0]);
     return first < 0xC2 || first > 0xF4 ||
-           (bytes.size() > 1 && (static_cast<std::uint8_t>(bytes[1]) & 0xC0U) != 0x80);
+           (bytes.size() > 1 && !IsContinuation(static_cast<std::uint8_t>(bytes[1])));
 }
 
 /// How many characters of ASCII `units` begin with: four words at a time, because most text is
@@ -121,7 +125,7 @@ TextStretch WholeBlock(std::string_view bytes) {
     }
     // A character may go on behind the block: the last one is left out unless it is of ASCII.
     std::size_t end = kBlock;
-    while (end > kBlock - kBefore && (static_cast<std::uint8_t>(bytes[end - 1]) & 0xC0U) == 0x80) {
+    while (end > kBlock - kBefore && IsContinuation(static_cast<std::uint8_t>(bytes[end - 1]))) {
         --end;
     }
     end = static_cast<std::uint8_t>(bytes[end - 1]) >= 0x80 ? end - 1 : end;
@@ -134,7 +138,7 @@ TextStretch WholeBlock(std::string_view bytes) {
     for (std::ptrdiff_t i = 0; i < static_cast<std::ptrdiff_t>(kBlock); ++i) {
         const std::uint8_t byte = at[i];
         const std::uint8_t before = at[i - 1];
-        const bool follows = (byte & 0xC0U) == 0x80;
+        const bool follows = IsContinuation(byte);
         const bool must = (before >= 0xC0) | (at[i - 2] >= 0xE0) | (at[i - 3] >= 0xF0);
         // Overlong forms, surrogates, and what lies above U+10FFFF.
         const bool never = (byte == 0xC0) | (byte == 0xC1) | (byte >= 0xF5) |
@@ -263,8 +267,8 @@ void DecodeUtf8(std::string_view bytes, std::u16string& text) {
     Decode(bytes, text, KeepBytes<char16_t>);
 }
 
-void EncodeUtf8(std::u16string_view text, std::string& bytes, char lacking) {
-    Encode(text, bytes, [&](char32_t) { bytes.push_back(lacking); });
+void EncodeUtf8(std::u16string_view text, std::string& bytes, char substitute) {
+    Encode(text, bytes, [&](char32_t) { bytes.push_back(substitute); });
 }
 
 std::u32string WideText(std::u16string_view text) {
@@ -282,8 +286,8 @@ void DecodeUtf8(std::string_view bytes, std::u32string& text) {
     Decode(bytes, text, KeepBytes<char32_t>);
 }
 
-void EncodeUtf8(std::u32string_view text, std::string& bytes, char lacking) {
-    Encode(text, bytes, [&](char32_t) { bytes.push_back(lacking); });
+void EncodeUtf8(std::u32string_view text, std::string& bytes, char substitute) {
+    Encode(text, bytes, [&](char32_t) { bytes.push_back(substitute); });
 }
 
 bool IsUtf8(std::string_view bytes) {

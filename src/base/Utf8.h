@@ -29,9 +29,9 @@ std::string NativeName(std::u16string_view text);
 /// them.
 void DecodeUtf8(std::string_view bytes, std::u16string& text);
 
-/// Appends the bytes of `text` to `bytes`: the inverse of DecodeUtf8, and `lacking` for each lone
+/// Appends the bytes of `text` to `bytes`: the inverse of DecodeUtf8, and `substitute` for each lone
 /// surrogate that stands for no byte.
-void EncodeUtf8(std::u16string_view text, std::string& bytes, char lacking);
+void EncodeUtf8(std::u16string_view text, std::string& bytes, char substitute);
 
 // The same for text into which half characters may be put: in 16-bit units alone, a first half
 // before a stray byte would be a character.
@@ -42,7 +42,7 @@ inline constexpr char32_t kStrayByte = 0x110000;
 /// The wide text of 16-bit units, of which lone surrogates from U+DC80 to U+DCFF are stray bytes.
 std::u32string WideText(std::u16string_view text);
 void DecodeUtf8(std::string_view bytes, std::u32string& text);
-void EncodeUtf8(std::u32string_view text, std::string& bytes, char lacking);
+void EncodeUtf8(std::u32string_view text, std::string& bytes, char substitute);
 
 /// Whether `bytes` are well-formed UTF-8 from the first to the last.
 bool IsUtf8(std::string_view bytes);

@@ -62,7 +62,7 @@ void TextResult::WriteTextFile(std::u32string_view text, std::u16string_view pat
         text.remove_suffix(1);
     }
     bytes_.clear();
-    EncodeUtf8(text, bytes_, kLackingCharacter);
+    EncodeUtf8(text, bytes_, kSubstitute);
     file_->Append(bytes_);
 }
 
@@ -101,7 +101,7 @@ void TextResult::Seal(int line) {
     Try(line, [&] {
         if (file_) {
             bytes_.clear();
-            EncodeUtf8(std::exchange(heldBack_, {}), bytes_, kLackingCharacter); // without a half
+            EncodeUtf8(std::exchange(heldBack_, {}), bytes_, kSubstitute); // without a half
             file_->Append(bytes_);
             file_->Seal();
         }

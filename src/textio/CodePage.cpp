@@ -116,7 +116,7 @@ private:
     /// encode_ holds zero for what the page lacks, which is right for U+0000 alone.
     char ByteOf(char16_t character) const {
         const char byte = encode_[character];
-        return byte == 0 && character != 0 ? kLackingCharacter : byte;
+        return byte == 0 && character != 0 ? kSubstitute : byte;
     }
 
     std::u16string name_;
@@ -192,7 +192,7 @@ constexpr std::array kPages{
 bool HasUnusualCharacters(std::u16string_view text, const CodePage& page) {
     return std::any_of(text.begin(), text.end(), [&](char16_t character) {
         const int code = page.CodeOf(character);
-        return code < 32 || code == kLackingCharacter || (code >= 127 && code <= 159);
+        return code < 32 || code == kSubstitute || (code >= 127 && code <= 159);
     });
 }
 

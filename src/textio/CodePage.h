@@ -17,7 +17,7 @@
 namespace vexmarrow {
 
 /// What becomes of a character that a code page lacks, one per 16-bit unit.
-inline constexpr char kLackingCharacter = '?';
+inline constexpr char kSubstitute = '?';
 
 /// The relation between the bytes of a text without mark and 16-bit characters. Every byte
 /// sequence decodes, and encoding what was decoded gives the same bytes.
@@ -32,10 +32,10 @@ public:
     /// Appends the characters of `bytes` to `text`.
     virtual void Decode(std::string_view bytes, std::u16string& text) const = 0;
 
-    /// Appends the bytes of `text` to `bytes`, kLackingCharacter for each unit that the page lacks.
+    /// Appends the bytes of `text` to `bytes`, kSubstitute for each unit that the page lacks.
     virtual void Encode(std::u16string_view text, std::string& bytes) const = 0;
 
-    /// The bytes of well-formed UTF-8 in this page, kLackingCharacter for each 16-bit unit that the
+    /// The bytes of well-formed UTF-8 in this page, kSubstitute for each 16-bit unit that the
     /// page lacks. They are `utf8` itself where it is the same, else they are put into `room`.
     virtual std::string_view FromUtf8(std::string_view utf8, std::string& room) const = 0;
 
@@ -43,7 +43,7 @@ public:
     /// put has to be wide text (base/Utf8.h).
     virtual bool HasStrayBytes() const = 0;
 
-    /// The code of one character, that of kLackingCharacter when a page of single bytes lacks it.
+    /// The code of one character, that of kSubstitute when a page of single bytes lacks it.
     /// In UTF-8 it is that of the 16-bit unit itself.
     virtual int CodeOf(char16_t character) const = 0;
 

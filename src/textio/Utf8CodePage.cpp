@@ -16,7 +16,7 @@ public:
     }
 
     void Encode(std::u16string_view text, std::string& bytes) const override {
-        EncodeUtf8(text, bytes, kLackingCharacter);
+        EncodeUtf8(text, bytes, kSubstitute);
     }
 
     std::string_view FromUtf8(std::string_view utf8, std::string& /*room*/) const override {
@@ -29,7 +29,7 @@ public:
 
     std::optional<std::string> SearchableBytes(std::u16string_view text) const override {
         std::string bytes;
-        EncodeUtf8(text, bytes, kLackingCharacter);
+        EncodeUtf8(text, bytes, kSubstitute);
         // Stray bytes side by side may spell a character, which they are not.
         return IsUtf8(bytes) && TextFromUtf8(bytes) == text ? std::optional(std::move(bytes))
                                                             : std::nullopt;
