@@ -9,7 +9,7 @@
 
 namespace vexmarrow {
 
-/// Joins texts; std::u16string has no operator+ for views.
+/// Joins texts. std::u16string has no operator+ for views.
 template <typename... Parts>
 std::u16string Concat(const Parts&... parts) {
     std::u16string all;
@@ -18,20 +18,20 @@ std::u16string Concat(const Parts&... parts) {
     return all;
 }
 
-/// The text with A to Z in lower case; no other character changes.
+/// The text with A to Z in lower case. No other character changes.
 std::u16string InLowerAscii(std::u16string_view text);
 
 /// Whether a text is empty or holds nothing but blanks (U+0020).
 bool IsBlank(std::u16string_view text);
 
-/// Decimal digits of a number, without padding.
+/// The decimal digits of a number, without padding.
 std::u16string Decimal(long long number);
 
-/// "1 file is", "2 files are": a number, and what goes with one or with several.
+/// A number followed by `one` if it is 1, else by `several`: "1 file is", "2 files are".
 std::u16string Counted(std::size_t number, std::u16string_view one, std::u16string_view several);
 
-/// The parts of `text` between the occurrences of `separator` (not empty), the empty ones
-/// included: one part more than there are separators. An empty text has no part at all.
+/// The parts of `text` between the occurrences of `separator`, which must not be empty. There is
+/// one part more than there are separators, so parts may be empty. An empty text has no parts.
 std::vector<std::u16string_view> Split(std::u16string_view text, std::u16string_view separator);
 
 inline constexpr std::u16string_view kCrLf = u"\r\n";

@@ -24,10 +24,10 @@ constexpr bool IsContinuation(std::uint8_t byte) {
     return (byte & 0xC0U) == 0x80;
 }
 
-/// What a lead byte asks for: how many bytes follow, and the range of the first of them (the range
-/// is what rules out overlong forms, surrogates and code points above U+10FFFF).
+/// What must follow a lead byte: how many bytes, and the range of the first of them. The range
+/// rules out overlong forms, surrogates and code points above U+10FFFF.
 struct Lead {
-    std::uint8_t following = 0; // 0: not a lead byte
+    std::uint8_t following = 0; // 0 if the byte is no lead byte
     std::uint8_t low = 0x80;
     std::uint8_t high = 0xBF;
 };
@@ -51,13 +51,13 @@ constexpr Lead LeadOf(std::uint8_t byte) {
 struct Part {
     std::size_t length = 1;
     bool whole = false;
-    bool open = false; // it is ill-formed only because the bytes end here
+    bool open = false; // ill-formed only because the bytes end here
     char32_t point = 0;
 
     std::size_t Units() const { return !whole ? length : length == 4 ? 2 : 1; }
 };
 
-/// The part that begins with a byte that is not ASCII.
+/// The part that begins at `at` with a byte that is not ASCII.
 Part PartAt(std::string_view bytes, std::size_t at) {
     const auto byteAt = [&](std::size_t i) { return static_cast<std::uint8_t>(bytes[i]); };
     const Lead lead = LeadOf(byteAt(at));
@@ -83,16 +83,16 @@ Part PartAt(std::string_view bytes, std::size_t at) {
     return part;
 }
 
-/// Whether the first byte is certainly an ill-formed part of its own: the quick answer for most
-/// bytes of texts that are in another encoding.
+/// Whether the first byte alone is surely an ill-formed part. This quick test suffices for most
+/// bytes of texts in other encodings.
 bool IsLone(std::string_view bytes) {
     const auto first = static_cast<std::uint8_t>(bytes[0]);
     return first < 0xC2 || first > 0xF4 ||
            (bytes.size() > 1 && !IsContinuation(static_cast<std::uint8_t>(bytes[1])));
 }
 
-/// How many characters of ASCII `units` begin with: four words at a time, because most text is
-/// ASCII and little of it is not.
+/// The number of ASCII characters at the beginning of `units`. Most text is ASCII, so this looks
+/// at four words at a time.
 template <typename Unit>
 std::size_t AsciiRun(std::basic_string_view<Unit> units) {
     constexpr std::size_t kStep = 32 / sizeof(Unit);
@@ -113,17 +113,17 @@ std::size_t AsciiRun(std::basic_string_view<Unit> units) {
     return run;
 }
 
-constexpr std::size_t kBlock = 128; // bytes that are judged together
+constexpr std::size_t kBlock = 128; // bytes that are checked together
 
-/// Some well-formed UTF-8 with which `bytes` begin, and its units; nothing when there are few bytes
-/// or something is wrong with them. Compilers make vector instructions of the loop as long as all
-/// in it are bytes.
+/// Measures a block of well-formed UTF-8 at the beginning of `bytes`. Gives nothing if they are
+/// fewer than a block or if any of them is ill-formed. Compilers vectorise the loop as long as it
+/// works on nothing but bytes.
 TextStretch WholeBlock(std::string_view bytes) {
-    constexpr std::size_t kBefore = 3; // so far is a character's last byte from its first
+    constexpr std::size_t kBefore = 3; // the distance from a character's first byte to its last
     if (bytes.size() < kBlock) {
         return {};
     }
-    // A character may go on behind the block: the last one is left out unless it is of ASCII.
+    // The last character may go on after the block, so it is left out unless it is ASCII.
     std::size_t end = kBlock;
     while (end > kBlock - kBefore && IsContinuation(static_cast<std::uint8_t>(bytes[end - 1]))) {
         --end;
@@ -134,13 +134,13 @@ TextStretch WholeBlock(std::string_view bytes) {
     std::memcpy(block.data() + kBefore, bytes.data(), end);
     const std::uint8_t* const at = block.data() + kBefore;
     std::uint8_t wrong = 0;
-    std::uint8_t units = 0; // no more than bytes
+    std::uint8_t units = 0; // never more than kBlock
     for (std::ptrdiff_t i = 0; i < static_cast<std::ptrdiff_t>(kBlock); ++i) {
         const std::uint8_t byte = at[i];
         const std::uint8_t before = at[i - 1];
         const bool follows = IsContinuation(byte);
         const bool must = (before >= 0xC0) | (at[i - 2] >= 0xE0) | (at[i - 3] >= 0xF0);
-        // Overlong forms, surrogates, and what lies above U+10FFFF.
+        // Overlong forms, surrogates, and code points above U+10FFFF.
         const bool never = (byte == 0xC0) | (byte == 0xC1) | (byte >= 0xF5) |
                            ((before == 0xE0) & (byte < 0xA0)) |
                            ((before == 0xED) & (byte >= 0xA0)) |
@@ -150,16 +150,16 @@ TextStretch WholeBlock(std::string_view bytes) {
         const auto another = static_cast<std::uint8_t>(byte >= 0xF0);
         units = static_cast<std::uint8_t>(units + one + another);
     }
-    const std::size_t filling = kBlock - end; // zeros, which were taken for characters
+    const std::size_t filling = kBlock - end; // zeros, which were counted as characters
     return wrong != 0 ? TextStretch() : TextStretch{end, units - filling};
 }
 
-/// Appends the characters of `bytes`; `malformed(part)` appends what a maximal ill-formed part
-/// becomes: at most one unit for each of its bytes.
+/// Appends the characters of `bytes` to `out`. For each maximal ill-formed part, `malformed(part,
+/// out, end)` writes at most one unit per byte at `end` and returns the new end.
 template <typename Unit, typename OnMalformed>
 void Decode(std::string_view bytes, std::basic_string<Unit>& out, OnMalformed malformed) {
     std::size_t end = out.size();
-    out.resize(end + bytes.size()); // no character has more units than bytes
+    out.resize(end + bytes.size()); // a character never has more units than bytes
     for (std::size_t at = 0; at < bytes.size();) {
         const std::size_t run = AsciiRun(bytes.substr(at));
         std::copy_n(bytes.data() + at, run, out.data() + end);
@@ -181,11 +181,11 @@ void Decode(std::string_view bytes, std::basic_string<Unit>& out, OnMalformed ma
     out.resize(end);
 }
 
-/// What stray bytes begin at: in 16-bit units each is a lone low surrogate.
+/// The stray byte b is kStray + b. In 16-bit units, that is a lone low surrogate.
 template <typename Unit>
 constexpr char32_t kStray = sizeof(Unit) == 2 ? 0xDC00 : kStrayByte;
 
-/// Each byte of an ill-formed part is a stray byte.
+/// Writes each byte of an ill-formed part as a stray byte.
 template <typename Unit>
 std::size_t KeepBytes(std::string_view part, std::basic_string<Unit>& out, std::size_t end) {
     for (const char byte : part) {
@@ -213,8 +213,7 @@ void AppendPoint(char32_t point, std::string& out) {
     }
 }
 
-/// Appends the bytes of `text`; `lone(unit)` appends what becomes of a lone surrogate that stands
-/// for no byte.
+/// Appends the bytes of `text`. `lone(unit)` handles each lone surrogate that stands for no byte.
 template <typename Unit, typename OnLone>
 void Encode(std::basic_string_view<Unit> text, std::string& bytes, OnLone lone) {
     for (std::size_t i = 0; i < text.size();) {
@@ -331,7 +330,7 @@ TextStretch MeasureUtf8(std::string_view bytes, std::size_t most, bool more) {
         stretch.bytes += length;
         stretch.units += units;
     };
-    std::size_t nextBlock = 0; // up to there it is known that no block is whole
+    std::size_t nextBlock = 0; // before this place, no block needs to be tried
     while (stretch.bytes < bytes.size() && stretch.units < most) {
         const std::string_view rest = bytes.substr(stretch.bytes);
         const std::size_t room = most - stretch.units;
@@ -355,7 +354,7 @@ TextStretch MeasureUtf8(std::string_view bytes, std::size_t most, bool more) {
         if (part.open && more) {
             break;
         }
-        if (!part.whole && part.length > room) { // its bytes can be parted
+        if (!part.whole && part.length > room) { // ill-formed bytes may be separated
             take(room, room);
         } else {
             take(part.length, part.Units());
