@@ -13,16 +13,16 @@
 
 namespace vexmarrow {
 
-/// Bytes that are copied at once from file to file.
+/// The number of bytes that are copied from file to file at once.
 inline constexpr std::size_t kCopyBlock = std::size_t{256} * 1024;
 
-/// Bytes that lie somewhere and are read when they are needed.
+/// Bytes in memory or in a file, which are read when they are needed.
 class ByteSource {
 public:
     virtual ~ByteSource() = default;
 
-    /// Shows up to `most` bytes from `offset` on, at least one. Returns 0 or the errno of the
-    /// failure, ENODATA where there are none. Takes no memory.
+    /// Makes `bytes` a view of at least one and up to `most` bytes that begin at `offset`. Returns
+    /// 0 or an errno value; ENODATA if there are no bytes there. Allocates no memory.
     virtual int Show(std::uint64_t offset, std::size_t most, std::string_view& bytes) = 0;
 };
 
@@ -35,7 +35,7 @@ private:
     std::string_view bytes_;
 };
 
-/// The bytes of an open file that begin at `begin`: not more than `size`.
+/// The bytes of an open file from `begin` on, of which Show shows at most `size` at once.
 class FileBytes final : public ByteSource {
 public:
     FileBytes(SystemCalls& calls, int descriptor, std::uint64_t begin = 0,
@@ -46,7 +46,7 @@ public:
           block_(std::min<std::uint64_t>(size, kCopyBlock), '\0') {}
     int Show(std::uint64_t offset, std::size_t most, std::string_view& bytes) override;
 
-    /// From now on those of another one.
+    /// Continues with another open file, from `begin` on.
     void MoveTo(int descriptor, std::uint64_t begin) {
         descriptor_ = descriptor;
         begin_ = begin;
@@ -59,8 +59,8 @@ private:
     std::string block_;
 };
 
-/// Copies bytes `from` to `to` of a source to those places of a file that lie `shift` further on;
-/// moves `from` on over what is written. Returns 0 or the errno of the failure.
+/// Copies the bytes of a source from `from` up to `to` into an open file, `shift` bytes further on
+/// than in the source. Advances `from` past what was written. Returns 0 or an errno value.
 int CopyBytes(SystemCalls& calls, int descriptor, ByteSource& source, std::uint64_t& from,
               std::uint64_t to, std::uint64_t shift);
 

@@ -26,7 +26,7 @@ struct ConverterCloser {
 };
 using Converter = std::unique_ptr<UConverter, ConverterCloser>;
 
-/// ICU's own character for a byte; nothing for an unassigned one.
+/// ICU's character for a byte; nothing if the byte is unassigned.
 std::optional<char16_t> CharacterOf(UConverter* converter, std::uint8_t byte) {
     const char source = static_cast<char>(byte);
     std::array<char16_t, 4> target{};
@@ -113,7 +113,7 @@ public:
     }
 
 private:
-    /// encode_ holds zero for what the page lacks, which is right for U+0000 alone.
+    /// encode_ holds zero for U+0000 and for every character that the page lacks.
     char ByteOf(char16_t character) const {
         const char byte = encode_[character];
         return byte == 0 && character != 0 ? kSubstitute : byte;
@@ -144,13 +144,12 @@ constexpr std::array kChoosable{
     ChoosableCodePage{kUtf8, u"all languages"},
 };
 
-/// Whether a name is all that ICU sees and nothing but a name: it stops at a NUL, and takes options
-/// after a comma.
+/// Whether ICU takes all of `name` for a name. It stops at a NUL and reads options after a comma.
 bool IsPlain(std::string_view name) {
     return name.find_first_of(std::string_view("\0,", 2)) == std::string_view::npos;
 }
 
-/// The converter that ICU has under a name or one of its aliases; empty when there is none.
+/// ICU's own name for a converter that is given by any of its aliases; empty if ICU knows none.
 std::string_view ConverterName(std::u16string_view name) {
     UErrorCode error = U_ZERO_ERROR;
     const std::string icuName = NativeName(name);
@@ -159,7 +158,7 @@ std::string_view ConverterName(std::u16string_view name) {
     return isKnown && IsPlain(icuName) ? canonical : "";
 }
 
-/// A page's name as users choose it.
+/// The name of a page in ChoosableCodePages, given by any of its aliases; else `name` itself.
 std::u16string_view UsualName(std::u16string_view name) {
     const std::string_view converter = ConverterName(name);
     const auto* const found =
@@ -169,10 +168,10 @@ std::u16string_view UsualName(std::u16string_view name) {
     return found != kChoosable.end() ? found->name : name;
 }
 
-/// Which languages have a page other than windows-1252.
+/// The languages that have a page other than windows-1252.
 struct PageLanguages {
     std::u16string_view page;
-    std::string_view languages; // each between blanks
+    std::string_view languages; // with a blank before and after each
 };
 
 constexpr std::array kPages{
@@ -207,7 +206,7 @@ std::unique_ptr<const CodePage> MakeCodePage(std::u16string_view name) {
 std::unique_ptr<const CodePage> MakeSingleByteCodePage(std::u16string_view name) {
     const std::string icuName = NativeName(name);
     UErrorCode error = U_ZERO_ERROR;
-    // ICU takes an empty name for "the default converter", which is no name of a page.
+    // For an empty name ICU opens its default converter, but an empty name names no page.
     const Converter converter(icuName.empty() ? nullptr : ucnv_open(icuName.c_str(), &error));
     if (converter == nullptr || U_FAILURE(error) || !IsPlain(icuName)) {
         throw Refused(name, u"there is none of this name");
@@ -258,7 +257,7 @@ std::u16string_view CodePageForLocale(std::string_view locale) {
 
 std::u16string_view CodePageOfEnvironment() {
     for (const char* const variable : {"LC_ALL", "LC_CTYPE", "LANG"}) {
-        // Read at start-up, before anything could change the environment.
+        // Called when the program starts, before anything can change the environment.
         const char* const value = std::getenv(variable); // NOLINT(concurrency-mt-unsafe)
         if (value != nullptr && *value != '\0') {
             return CodePageForLocale(value);

@@ -7,8 +7,8 @@
 
 namespace vexmarrow {
 
-/// An open file, closed without a look at the result when it goes out of scope (enough for one
-/// that was read).
+/// Owns an open file and closes it. The destructor ignores whether closing succeeds, which is fine
+/// for a file that was only read.
 class Descriptor {
 public:
     explicit Descriptor(SystemCalls& calls, int number = -1) : calls_(&calls), number_(number) {}
@@ -29,7 +29,7 @@ public:
     int Number() const { return number_; }
     bool IsOpen() const { return number_ >= 0; }
 
-    /// Closes now, if it is open; returns the system's answer.
+    /// Closes the file if it is open. Returns what the system call returned.
     int Close() {
         if (number_ < 0) {
             return 0;

@@ -17,7 +17,7 @@ namespace {
 
 using Bytes = std::array<unsigned char, 256>;
 
-/// The beginning of an extended attribute; its length, or nothing when there is none.
+/// Reads an extended attribute. Returns its length, or nothing if it is missing or too long.
 std::optional<std::size_t> ReadAttribute(SystemCalls& calls, const std::string& path,
                                          const char* name, Bytes& value) {
     const ssize_t length = calls.Attribute(path, name, value.data(), value.size());
@@ -27,7 +27,7 @@ std::optional<std::size_t> ReadAttribute(SystemCalls& calls, const std::string& 
     return static_cast<std::size_t>(length);
 }
 
-/// NTFS volumes: four bytes, the most significant first.
+/// The attributes on an NTFS volume: four bytes, the most significant first.
 std::optional<int> NtfsAttributes(SystemCalls& calls, const std::string& path) {
     Bytes value{};
     if (ReadAttribute(calls, path, "system.ntfs_attrib_be", value) != 4U) {
@@ -37,9 +37,10 @@ std::optional<int> NtfsAttributes(SystemCalls& calls, const std::string& path) {
                             value[3]);
 }
 
-/// Shares served to Windows: a hexadecimal number as text in the old form ("0x22"), else a record
-/// whose versions 3 to 5 hold "which fields are valid" (bit 0: the attributes) and the attributes
-/// as little-endian numbers at bytes 8 and 12, its version at byte 2.
+/// The attributes in a folder that is shared with Windows. The old form is a hexadecimal number in
+/// text ("0x22"). The new one is a record with its version at byte 2. In versions 3 to 5, byte 8
+/// tells which fields are valid (bit 0: the attributes), and the attributes are at byte 12. Numbers
+/// are little-endian.
 std::optional<int> ShareAttributes(SystemCalls& calls, const std::string& path) {
     Bytes value{};
     const std::size_t length = ReadAttribute(calls, path, "user.DOSATTRIB", value).value_or(0);

@@ -17,9 +17,9 @@ inline constexpr int kDirectory = 16;
 inline constexpr int kArchive = 32;
 inline constexpr int kReparsePoint = 1024;
 
-/// The attribute word of a file or folder. Where the file system keeps real DOS attributes, those;
-/// else directory, read-only (the owner may not write), hidden (the name starts with a dot) and
-/// archive (every regular file). 0 when the path cannot be looked at.
+/// The attribute word of a file or folder: its DOS attributes if the file system keeps them. If
+/// not, kDirectory for a folder, kArchive for a regular file, kReadOnly if the owner may not write,
+/// and kHidden if the name begins with a dot. 0 if the path cannot be looked at.
 int FileAttributes(SystemCalls& calls, std::u16string_view path);
 
 } // namespace vexmarrow

@@ -18,8 +18,8 @@ bool IsLackOfLocks(int error) {
 } // namespace
 
 int LockFile(SystemCalls& calls, int descriptor, bool forWriting) {
-    // Asked first: on a network, a lock of the whole file is one of all its parts, and would be
-    // taken for another program's.
+    // Other programs' locks are looked for first. On network file systems, a lock of the whole file
+    // also locks its parts, so afterwards this would find the program's own lock.
     if (calls.AskForLock(descriptor, forWriting) != 0) {
         return errno;
     }

@@ -7,10 +7,10 @@ namespace vexmarrow {
 
 class SystemCalls;
 
-/// Takes the lock of an open file, for reading (shared) or for writing, so that no two programs of
-/// ours use it at once; asks for other programs' locks of parts of it as well, but takes none of
-/// these. Returns 0 when it is ours or the file system has no locks; else an errno, EWOULDBLOCK
-/// when another program has the file. The lock ends when the file is closed.
+/// Locks an open file, shared for reading or exclusively for writing, so that two running copies of
+/// the program never interfere. Also respects other programs' locks of parts of the file, but takes
+/// no such lock. Returns 0 if the file is locked or its file system has no locks; otherwise an
+/// errno value, EWOULDBLOCK if another program has locked it. Closing the file releases the lock.
 int LockFile(SystemCalls& calls, int descriptor, bool forWriting);
 
 } // namespace vexmarrow

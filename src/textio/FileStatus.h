@@ -9,7 +9,7 @@
 
 namespace vexmarrow {
 
-/// What the system tells about a file. Times are nanoseconds since 1970.
+/// What the system knows about a file. Times are in nanoseconds since 1970.
 struct FileStatus {
     mode_t mode = 0;
     uid_t owner = 0;
@@ -18,20 +18,20 @@ struct FileStatus {
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
     std::uint64_t size = 0;    ///< bytes
-    std::int64_t modified = 0; ///< the last change of the contents
-    std::int64_t changed = 0;  ///< the last change of contents or rights, which nobody can set back
-    std::int64_t born = 0;     ///< 0 where the file system does not tell
+    std::int64_t modified = 0; ///< last change of the contents
+    std::int64_t changed = 0;  ///< last change of contents or rights; programs cannot set it
+    std::int64_t born = 0;     ///< creation; 0 if the file system does not record it
 
     bool IsRegular() const { return S_ISREG(mode); }
     bool IsFolder() const { return S_ISDIR(mode); }
 
-    /// Whether both are the same file, by whatever name. The time of birth tells a file from one
-    /// that got the number of a deleted one.
+    /// Whether both are the same file, possibly under two names. The time of its creation tells a
+    /// file from a deleted one whose inode number it has got.
     bool SameFileAs(const FileStatus& other) const {
         return device == other.device && inode == other.inode && born == other.born;
     }
 
-    /// Whether the file still holds what it held, as far as size and times tell.
+    /// Whether the file has the same contents, as far as size and times can tell.
     bool SameContentsAs(const FileStatus& other) const {
         return size == other.size && modified == other.modified && changed == other.changed;
     }

@@ -11,9 +11,9 @@ namespace vexmarrow {
 
 class InputFile;
 
-/// A result on its way into a file. Nothing of the file changes before the result differs from what
-/// it holds; dropping the object without Commit leaves everything as it was. Only one is under way
-/// at a time.
+/// The new contents of a file while they are being made. The file is not touched before they differ
+/// from what it holds. Destroying the object without Commit leaves everything as it was. Only one
+/// such object may exist at a time.
 class PendingFile {
 public:
     PendingFile() = default;
@@ -21,19 +21,18 @@ public:
     PendingFile(const PendingFile&) = delete;
     PendingFile& operator=(const PendingFile&) = delete;
 
-    /// Adds bytes at the end of the result. Throws Failure, with path and reason; the result
-    /// cannot be committed then.
+    /// Adds bytes at the end. Throws Failure with path and reason; then Commit must not be called.
     virtual void Append(std::string_view bytes) = 0;
 
-    /// The result is complete: makes ready for Commit. Throws Failure like Append.
+    /// Ends the contents and prepares Commit. Throws Failure like Append.
     virtual void Seal() = 0;
 
-    /// Brings the sealed result into the file, or creates it. A file that holds the very same
-    /// bytes is not written. To be called once. Throws Failure like Append.
+    /// Writes the file or creates it. A file that holds the very same bytes is not written. Called
+    /// once, after Seal. Throws Failure like Append.
     virtual void Commit() = 0;
 };
 
-/// The one way in which the program writes users' files.
+/// Writes users' files. The program writes them in no other way.
 class FileWriter {
 public:
     FileWriter() = default;
@@ -41,15 +40,13 @@ public:
     FileWriter(const FileWriter&) = delete;
     FileWriter& operator=(const FileWriter&) = delete;
 
-    /// Begins a result for the file of that path, in the place of what it holds. `source` is what
-    /// it is made from, if that is a file; it outlives the result. Where the result takes its
-    /// place, the caller has InputFile::CheckUnchanged look between Seal and Commit. Throws
-    /// Failure.
+    /// Begins new contents for the file at `path`. `source` is the file that they are made from, if
+    /// there is one; it must outlive the result. If they replace `source`, the caller calls its
+    /// InputFile::CheckUnchanged between Seal and Commit. Throws Failure.
     virtual std::unique_ptr<PendingFile> Begin(std::u16string_view path,
                                                InputFile* source = nullptr) = 0;
 
-    /// Gives back what was kept at hand for the next file. To be called when a piece of work is
-    /// over; never fails.
+    /// Releases what was kept open for the next file. Called when all files are written.
     virtual void Settle() noexcept = 0;
 };
 

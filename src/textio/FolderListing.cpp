@@ -19,7 +19,7 @@ bool SameLetter(char16_t a, char16_t b) {
     return a == b || u_foldCase(a, U_FOLD_CASE_DEFAULT) == u_foldCase(b, U_FOLD_CASE_DEFAULT);
 }
 
-/// Whether `name` matches `pattern`. On a mismatch the last "*" takes one more character.
+/// Whether `name` matches `pattern`. After a mismatch, the last "*" takes one more character.
 bool Matches(std::u16string_view name, std::u16string_view pattern) {
     constexpr std::size_t kNone = std::u16string_view::npos;
     std::size_t n = 0;
@@ -59,7 +59,7 @@ FolderListing::FolderListing(std::u16string_view folder) : folder_(folder) {
 const FolderListing::Entry* FolderListing::Next() {
     for (;;) {
         errno = 0;
-        // Only calls on the same directory stream would interfere, and it is this object's own.
+        // This is safe, because no other thread uses the directory stream of this object.
         const dirent* const found = ::readdir(directory_.get()); // NOLINT(concurrency-mt-unsafe)
         if (found == nullptr) {
             if (errno != 0) {
@@ -88,7 +88,7 @@ std::vector<std::u16string> ListFilesInFolder(SystemCalls& calls, std::u16string
         if (pattern != u"*.*" && !Matches(entry->name, pattern)) {
             continue;
         }
-        // The directory tells the kind of most entries; links and odd file systems need a look.
+        // The folder tells the kind of most entries. Links and some file systems need another look.
         if (entry->kind == FolderListing::Kind::File ||
             (entry->kind == FolderListing::Kind::Unknown &&
              IsExistingFile(calls, start + entry->name))) {

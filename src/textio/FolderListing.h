@@ -13,24 +13,23 @@ namespace vexmarrow {
 
 class SystemCalls;
 
-/// One pass over a folder, in the order in which the system gives the entries; "." and ".." are
-/// left out.
+/// One pass over the entries of a folder, in the order of the system, without "." and "..".
 class FolderListing {
 public:
     enum class Kind {
         File,
         Folder,
-        Unknown ///< a link or whatever the directory does not tell: ask the file system
+        Unknown ///< a link, something else, or not known before the file system is asked
     };
     struct Entry {
         std::u16string name;
         Kind kind = Kind::Unknown;
     };
 
-    /// Throws Failure, with the system's error number, when the folder cannot be opened.
+    /// Throws Failure, with the errno value, if the folder cannot be opened.
     explicit FolderListing(std::u16string_view folder);
 
-    /// The next entry, valid until the next call; null at the end. Throws Failure.
+    /// The next entry, which is valid until the next call; null at the end. Throws Failure.
     const Entry* Next();
 
 private:
@@ -43,10 +42,10 @@ private:
     Entry entry_;
 };
 
-/// Names (without the folder) of the files in `folder` that match `pattern` ("*" and "?" are
-/// wildcards, letter case does not count, "*.*" is every file), in the order of the directory,
-/// hidden ones included. The names are elements 1 and up; element 0 is always empty, so that a
-/// folder without a match gives one empty name. Throws Failure when the folder cannot be listed.
+/// The names of the files in `folder` that match `pattern`, without the folder, in the order of the
+/// system and including hidden files. In a pattern, "*" and "?" are wildcards, letter case does not
+/// matter, and "*.*" matches every file. The names begin at element 1. Element 0 is always empty,
+/// so a folder without a match gives one empty name. Throws Failure if the folder cannot be listed.
 std::vector<std::u16string> ListFilesInFolder(SystemCalls& calls, std::u16string_view folder,
                                               std::u16string_view pattern);
 

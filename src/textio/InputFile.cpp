@@ -18,7 +18,7 @@
 namespace vexmarrow {
 namespace {
 
-/// Large enough that the calls cost nothing beside the copying, small enough for the cache.
+/// Large enough to make the cost of the calls negligible, small enough for the processor's cache.
 constexpr std::size_t kBlock = std::size_t{256} * 1024;
 
 constexpr std::u16string_view kCouldNotOpen = u"Could not open the file";
@@ -28,29 +28,30 @@ constexpr std::u16string_view kCouldNotOpen = u"Could not open the file";
 InputFile::InputFile(SystemCalls& calls, std::u16string_view path, Use use)
     : calls_(calls), path_(path), descriptor_(calls) {
     const std::string name = NativeName(path);
-    // Looked at before it is opened: a pipe's writer would take us for its reader, and what it
-    // writes would be lost. Looked at again afterwards: it may be another file by then.
+    // The file is looked at before it is opened: opening a pipe would make its writer believe that
+    // somebody reads it, and what it writes would be lost. It is looked at again afterwards,
+    // because it may be another file by then.
     RequireRegular(calls_.StatusOfTarget(name, status_));
     OpenedFile opened{Descriptor(calls), 0, {}};
     if (use == Use::ReadAndWrite) {
         opened = OpenToWrite(calls, name);
         writable_ = opened.file.IsOpen();
     }
-    if (!writable_) { // why it cannot be written is told by whoever writes it
+    if (!writable_) { // the writer reports why not
         opened = OpenToRead(calls, name);
     }
     descriptor_ = std::move(opened.file);
     number_ = descriptor_.Number();
     errno = opened.error;
     RequireRegular(opened.error == 0 ? calls_.Status(number_, status_) : -1);
-    // So that no other program of ours writes while this one reads. Many file systems have no
-    // locks; then size and times must tell.
+    // The lock keeps another running copy of the program from writing. Many file systems have no
+    // locks; there, CheckUnchanged has to notice.
     if (LockFile(calls, number_, writable_) == EWOULDBLOCK) {
         throw FileFailure(kCouldNotOpen, path_, u"It is locked by another program");
     }
 }
 
-/// `answer` is that of the system, which has put into status_ what it tells about the file.
+/// Checks status_. `answer` is the result of the system call that has filled it.
 void InputFile::RequireRegular(int answer) const {
     if (answer != 0) {
         throw FileFailure(kCouldNotOpen, path_, errno);
@@ -79,12 +80,12 @@ std::string_view InputFile::PeekAll() {
         const std::uint64_t left = status_.size > position_ ? status_.size - position_ : 0;
         least = std::max<std::uint64_t>(end_ - begin_ + left + 1, least);
         Peek(least);
-        least *= 2; // a file that grows, or does not tell its size
+        least *= 2; // for a file that grows or whose size the system does not know
     }
     return Peek(0);
 }
 
-/// Makes room behind what is at hand, so that `least` bytes fit in all.
+/// Makes room in the buffer for `least` bytes from begin_ on, and for at least one after end_.
 void InputFile::MakeRoom(std::size_t least) {
     if (capacity_ - begin_ < least || end_ == capacity_) {
         if (begin_ < end_ && begin_ > 0) {
@@ -94,7 +95,7 @@ void InputFile::MakeRoom(std::size_t least) {
         end_ -= begin_;
         begin_ = 0;
     }
-    // One byte more than the file has: the end is seen without room being made for it.
+    // One byte more than the file has, so that its end is noticed without a larger buffer.
     const std::uint64_t left = status_.size > position_ ? status_.size - position_ : 0;
     const std::uint64_t useful =
         std::max<std::uint64_t>(least, std::min<std::uint64_t>(end_ + left + 1, kBlock));
@@ -102,7 +103,7 @@ void InputFile::MakeRoom(std::size_t least) {
         return;
     }
     const std::size_t wanted = std::max<std::uint64_t>(useful, end_ + 1);
-    // realloc moves pages instead of copying them, and does not fill with zeros.
+    // realloc can move pages instead of copying them, and does not fill new bytes with zeros.
     auto* const grown =
         static_cast<char*>(std::realloc(buffer_.get(), wanted)); // NOLINT(*-no-malloc)
     if (grown == nullptr) {
@@ -113,8 +114,8 @@ void InputFile::MakeRoom(std::size_t least) {
     capacity_ = wanted;
 }
 
-/// Reads until there are more bytes, or there is none. Where that is all of a small file, its end
-/// is seen at once: no room need be made for what is not there, and Whole has it.
+/// Reads more bytes. When a small file has been read up to its size, this also looks for its end,
+/// so that Peek does not enlarge the buffer in vain, and Whole has the file.
 void InputFile::ReadOn() {
     const std::size_t before = end_;
     ReadPart();
@@ -126,7 +127,7 @@ void InputFile::ReadOn() {
 void InputFile::ReadPart() {
     char* const room = buffer_.get() + end_;
     std::size_t size = capacity_ - end_;
-    if (inCopy_) { // after which anything may follow
+    if (inCopy_) { // other bytes may follow it
         size = std::min<std::uint64_t>(size, status_.size - position_);
     }
     ssize_t got = -1;
@@ -142,7 +143,7 @@ void InputFile::ReadPart() {
     const auto count = static_cast<std::size_t>(got);
     end_ += count;
     position_ += count;
-    atEnd_ = count == 0; // not at the size that was told: some file systems tell a wrong one
+    atEnd_ = count == 0; // the size does not decide: some file systems give a wrong one
 }
 
 std::optional<std::string_view> InputFile::Whole() const {
@@ -153,11 +154,11 @@ std::optional<std::string_view> InputFile::Whole() const {
 }
 
 void InputFile::Rewind() {
-    if (!dropped_) { // all that was read is in the buffer still
+    if (!dropped_) { // everything that was read is still in the buffer
         begin_ = 0;
         return;
     }
-    CheckUnchanged(); // what is read anew has to be what was read
+    CheckUnchanged(); // the second reading has to give the same bytes
     position_ = 0;
     begin_ = 0;
     end_ = 0;
@@ -168,9 +169,9 @@ void InputFile::Rewind() {
 
 void InputFile::CheckUnchanged() {
     if (inCopy_) {
-        return; // which nobody changes; and its writer has looked before it touched the file
+        return; // nobody changes the copy, and the writer looked before it changed the file
     }
-    // By its name: what was read may be a file that another one has taken the place of.
+    // Looks at the path, because another file may have taken the place of the open one.
     FileStatus now;
     if (calls_.StatusOfTarget(NativeName(path_), now) != 0 || !now.SameFileAs(status_) ||
         !now.SameContentsAs(status_)) {

@@ -16,40 +16,39 @@
 
 namespace vexmarrow {
 
-/// A regular file on its way in, from front to end. Pipes, sockets, devices and folders are
-/// refused without being opened, and so is, without waiting, a file that another program has
-/// locked. All failures are thrown as Failure, with path and reason.
+/// A regular file that is read from beginning to end, and locked meanwhile. Pipes, sockets, devices
+/// and folders are refused without being opened; a file that another program has locked is refused
+/// without waiting. All failures are thrown as Failure, with path and reason.
 class InputFile {
 public:
-    /// What is to become of the file: one that is to be written as well is opened for both, if it
-    /// may be, and its lock is exclusive; otherwise the lock is shared.
+    /// A file for Read has a shared lock. A file for ReadAndWrite is opened for both and has an
+    /// exclusive lock; if it may not be written, it is opened as for Read.
     enum class Use { Read, ReadAndWrite };
 
     InputFile(SystemCalls& calls, std::u16string_view path, Use use = Use::Read);
 
-    /// The bytes that come next: at least `least`, fewer only when the file ends before that; more
-    /// when they are at hand already. Valid until the next call of Peek.
+    /// The next bytes: at least `least`, fewer only if the file ends first, and more if they have
+    /// been read already. Valid until the next call of Peek.
     std::string_view Peek(std::size_t least);
 
-    /// All the bytes that are left. Valid until the next call of Peek.
+    /// All bytes that are left. Valid until the next call of Peek.
     std::string_view PeekAll();
 
-    /// The whole file, where it was read to its end and all of it is still at hand; as valid as
-    /// what Peek shows.
+    /// The whole file if it was read to its end and all of it is still in the buffer; else nothing.
+    /// Valid until the next call of Peek.
     std::optional<std::string_view> Whole() const;
 
-    /// Moves on over bytes that Peek has shown.
+    /// Skips bytes that Peek has shown.
     void Skip(std::size_t count) { begin_ += count; }
 
-    /// Begins again at the front, with the same failures as CheckUnchanged. To be called before the
-    /// result is begun.
+    /// Begins again at the front. Fails like CheckUnchanged. Called before the result is begun.
     void Rewind();
 
-    /// Throws when what was read may be a mixture: another program has written into the file, or
-    /// has cut, removed or replaced it since it was opened. For the end of reading.
+    /// Throws if another program has written, cut, removed or replaced the file since it was
+    /// opened, so that what was read may be a mixture. Called when reading is over.
     void CheckUnchanged();
 
-    /// The file as it was when it was opened.
+    /// The status of the file when it was opened.
     const FileStatus& Status() const { return status_; }
     const std::u16string& Path() const { return path_; }
 
@@ -59,15 +58,15 @@ public:
     int Number() const { return number_; }
     bool IsWritable() const { return writable_; }
 
-    /// Gives the open file with its lock to whoever writes it. It must not be closed while this
-    /// reads on.
+    /// Hands the open file and its lock over to the writer. The writer must not close the file
+    /// while this object still reads from it.
     Descriptor HandOver() { return std::move(descriptor_); }
 
-    /// Where in the file the next byte is that was not read yet.
+    /// The place in the file up to which it was read into the buffer.
     std::uint64_t Position() const { return position_; }
 
-    /// Reads on from a copy of the file, in which its byte 0 would lie at `shift`; not further than
-    /// the file was long.
+    /// Reads the rest from a copy, up to the size that the file had. Byte 0 of the file would be at
+    /// `shift` in the copy.
     void GoOnIn(int copy, std::int64_t shift) {
         number_ = copy;
         shift_ = shift;
@@ -87,16 +86,16 @@ private:
     std::u16string path_;
     Descriptor descriptor_;
     FileStatus status_;
-    std::uint64_t position_ = 0; // of what is read next in the file
+    std::uint64_t position_ = 0; // in the file, of the next byte to read into the buffer
     std::int64_t shift_ = 0;     // where the file would begin in the copy
-    int number_ = -1;            // from which is read: that of the file, or of a copy
+    int number_ = -1;            // the descriptor that is read: the file's or the copy's
     bool inCopy_ = false;
-    bool rewound_ = false; // the system's own place in the file does not count any more
+    bool rewound_ = false; // the system's own position in the file is no longer used
     bool writable_ = false;
     bool atEnd_ = false;
-    bool dropped_ = false; // some of what was read is not in the buffer any more
+    bool dropped_ = false; // some bytes that were read are no longer in the buffer
 
-    // Bytes that are read and not skipped yet lie from begin_ to end_.
+    // The bytes that are read and not yet skipped are from begin_ to end_.
     std::unique_ptr<char, Free> buffer_;
     std::size_t capacity_ = 0;
     std::size_t begin_ = 0;

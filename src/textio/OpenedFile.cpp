@@ -12,8 +12,8 @@
 namespace vexmarrow {
 namespace {
 
-/// O_NONBLOCK: opening what has just become a pipe must not wait for its other end. It means
-/// nothing to regular files.
+/// With O_NONBLOCK, opening a path that has just become a pipe does not wait for its other end. The
+/// flag has no effect on regular files.
 constexpr int kFlags = O_NONBLOCK | O_CLOEXEC | O_NOCTTY;
 
 OpenedFile Open(SystemCalls& calls, const std::string& path, int flags) {
@@ -29,8 +29,8 @@ OpenedFile OpenToRead(SystemCalls& calls, const std::string& path) {
 }
 
 OpenedFile OpenToWrite(SystemCalls& calls, const std::string& path) {
-    constexpr int kMostLinks = 40; // as the system has it
-    std::string place = path;      // after the links that the path ends in
+    constexpr int kMostLinks = 40; // the system's own limit
+    std::string place = path;      // the path once the links at its end are followed
     OpenedFile opened = Open(calls, place, O_RDWR | O_NOFOLLOW);
     for (int links = 0; opened.error == ELOOP && links < kMostLinks; ++links) {
         std::string target;

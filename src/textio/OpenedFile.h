@@ -10,19 +10,19 @@
 
 namespace vexmarrow {
 
-/// A file that was opened, or why it was not.
+/// A file that was opened, or the reason why it could not be.
 struct OpenedFile {
-    Descriptor file;            ///< not open in that case
-    int error = 0;              ///< errno
-    std::u16string_view reason; ///< one of ours, which says more than that; or empty
+    Descriptor file;            ///< not open if there is an error
+    int error = 0;              ///< errno value
+    std::u16string_view reason; ///< the program's own, clearer than that of `error`; or empty
 };
 
-/// Opens an existing file for reading, without waiting and without locking it.
+/// Opens an existing file for reading. Neither waits nor locks the file.
 OpenedFile OpenToRead(SystemCalls& calls, const std::string& path);
 
-/// The same for reading and writing. Changes nothing. A link of somebody else (neither this user
-/// nor root) is not followed: in a shared folder it may lead to a file that this user would never
-/// write.
+/// The same for reading and writing; the file is not changed. Does not follow a link that belongs
+/// to anybody but this user and root: in a shared folder, another user may have put it there to
+/// lead to a file that this user would never write.
 OpenedFile OpenToWrite(SystemCalls& calls, const std::string& path);
 
 } // namespace vexmarrow

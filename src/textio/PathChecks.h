@@ -9,16 +9,14 @@ namespace vexmarrow {
 
 class SystemCalls;
 
-// Questions to the file system. None ever fails: a path that cannot be looked at gives the negative
-// answer.
+// What a path names. Links are followed. The answer is false if the path cannot be looked at.
 
-/// Whether the path names a folder (or a link to one).
 bool IsFolder(SystemCalls& calls, std::u16string_view path);
 
-/// Whether the path names a regular file (or a link to one).
+/// Whether it is a regular file.
 bool IsExistingFile(SystemCalls& calls, std::u16string_view path);
 
-/// Whether anything of that path exists.
+/// Whether there is anything at all.
 bool IsExistingPath(SystemCalls& calls, std::u16string_view path);
 
 } // namespace vexmarrow

@@ -8,7 +8,7 @@
 
 namespace vexmarrow {
 
-/// How paths are spelled. Windows has "\" and network paths; Posix has "/", and a "\" there is an
+/// How paths are written. Windows has "\" and network paths. Posix has "/"; there, "\" is an
 /// ordinary character of a name.
 enum class PathStyle { Windows, Posix };
 
@@ -24,21 +24,21 @@ constexpr char16_t SeparatorOf(PathStyle style) {
 inline constexpr char16_t kSeparator = SeparatorOf(kNativePathStyle);
 inline constexpr std::u16string_view kSeparatorText{&kSeparator, 1};
 
-/// The path up to and including its last separator; the empty text when it holds none.
+/// The path up to and including its last separator; empty if it has none.
 std::u16string_view FolderOfPath(std::u16string_view path, PathStyle style = kNativePathStyle);
 
-/// What follows the last separator: the file's own name, or the whole path when it holds none.
+/// The file's own name, which follows the last separator; the whole path if it has none.
 std::u16string_view NameOfPath(std::u16string_view path, PathStyle style = kNativePathStyle);
 
-/// Collapses doubled separators.
-/// Windows: every two become one, scanning from the left without overlap; a leading run stands for
-/// a network path and becomes exactly two. Posix: every run becomes one, the leading one included.
+/// Removes doubled separators.
+/// Windows: every two become one, from the left and without overlap. Separators at the beginning
+/// stand for a network path and become exactly two. Posix: every run becomes one, everywhere.
 std::u16string NormalizePath(std::u16string_view path, PathStyle style = kNativePathStyle);
 
-/// `folder` with a separator after it, unless it ends in one.
+/// `folder`, with a separator added unless it ends in one.
 std::u16string WithSeparator(std::u16string_view folder);
 
-/// The folder that a path in bytes names a file in: "." for one without a slash.
+/// The folder that holds the file at a path in bytes: "." if the path has no slash.
 std::string ParentFolder(const std::string& path);
 
 } // namespace vexmarrow

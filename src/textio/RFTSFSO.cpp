@@ -26,13 +26,13 @@ int RFTSFSO::FileSize2(std::u16string_view path, Use use) {
     }
     const auto size = static_cast<std::int32_t>(static_cast<std::uint32_t>(opened_->Status().size));
     if (size <= 0) {
-        opened_.reset(); // nobody will read it
+        opened_.reset(); // nobody is going to read it
     }
     return size;
 }
 
-/// What FileSize2 has opened is used once, and for nothing but the very same path. Any other may
-/// lead to the same file, so its lock goes first.
+/// Uses the file that FileSize2 has opened if it has the very same path. If not, that file is
+/// closed first, because another path may lead to the same file, which its lock would block.
 InputFile RFTSFSO::Open(std::u16string_view path, Use use) {
     std::optional<InputFile> opened = std::exchange(opened_, std::nullopt);
     if (opened && opened->Path() == path) {
@@ -48,7 +48,7 @@ bool RFTSFSO::Detect(InputFile& file) {
     return mark == Mark::Unicode;
 }
 
-/// The file is opened once for the detection and the reading that follows it.
+/// Opens the file once, for the detection and for the reading that follows.
 InputFile RFTSFSO::OpenDetected(std::u16string_view path, Use use) {
     flags_.IsUtf8 = false;
     InputFile file = Open(path, use);

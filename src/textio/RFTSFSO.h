@@ -15,17 +15,17 @@ namespace vexmarrow {
 class AnsiCodePage;
 class SystemCalls;
 
-/// What the last look at a file's first bytes has found. Process-wide: made once and handed to
-/// everything that reads or writes text, because it ties a read to the writes that follow it.
+/// What the last detection found in the first bytes of a file. There is one object in the process,
+/// which everything that reads or writes text uses: writing follows the reading before it.
 struct EncodingFlags {
-    bool IsUtf8 = false;    ///< the file began with the UTF-8 mark
-    bool IsUnicode = false; ///< it began with a UTF-16 or UTF-32 mark: text streams are UTF-16
+    bool IsUtf8 = false;    ///< the file begins with the UTF-8 mark
+    bool IsUnicode = false; ///< it begins with a UTF-16 or UTF-32 mark, so text is in UTF-16
 };
 
-/// The one reader of text files. Every stream takes its character format from the flags: UTF-16
-/// little-endian (whatever the mark was) when IsUnicode is set, else the ANSI code page. Failures
-/// are thrown as Failure; the flags then tell how far the detection came: IsUtf8 is cleared when
-/// it begins, IsUnicode is set once it has succeeded, even when reading fails after that.
+/// Opens and reads all text files. If IsUnicode is set, text is in UTF-16 with the low byte first,
+/// whatever the mark was; else it is in the ANSI code page. Failures are thrown as Failure. A
+/// failed detection clears IsUtf8 and keeps IsUnicode. Once the detection has succeeded, both flags
+/// are set, even if reading fails afterwards.
 class RFTSFSO {
 public:
     using Use = InputFile::Use;
@@ -33,24 +33,23 @@ public:
     RFTSFSO(SystemCalls& calls, EncodingFlags& flags, const AnsiCodePage& ansi)
         : calls_(calls), flags_(flags), ansi_(ansi) {}
 
-    /// Looks for a mark. Sets IsUtf8; returns whether there is a UTF-16 or UTF-32 mark.
+    /// Looks for a mark and sets IsUtf8. Returns whether there is a UTF-16 or UTF-32 mark.
     bool DetectTextEncoding(std::u16string_view path);
 
-    /// Detects the encoding and reads the file as lines, one after another.
+    /// Detects the encoding and opens the file to be read line by line.
     TextLines OpenTextLines(std::u16string_view path, Use use = Use::Read);
 
-    /// The same, all lines at once.
+    /// Detects the encoding and reads all lines at once.
     std::vector<std::u16string> ReadTextLines(std::u16string_view path);
 
-    /// Detects the encoding and reads the file as pieces.
+    /// Detects the encoding and opens the file to be read piece by piece.
     TextPieces ReadTextChunks(std::u16string_view path, Use use = Use::Read);
 
-    /// Reads the file as pieces of kPieceSize characters, the last one shorter, without a
-    /// detection: the flags stand as some earlier one has left them.
+    /// Opens the file to be read piece by piece, with the flags that an earlier detection has set.
+    /// Even text after a UTF-8 mark comes in pieces of kPieceSize, in the code page.
     TextPieces ReadChunksByStream(std::u16string_view path, Use use = Use::Read);
 
-    /// Opens the file for whoever reads its bytes, without a detection: the flags do not matter and
-    /// stay as they are.
+    /// Opens the file to be read as bytes. The flags are neither used nor changed.
     InputFile OpenBytes(std::u16string_view path, Use use) { return Open(path, use); }
 
     /// All bytes of a file.
@@ -58,13 +57,12 @@ public:
         return std::string(InputFile(calls_, path).PeekAll());
     }
 
-    /// The size of a regular file in bytes, by really opening it for reading: -1 when that fails.
-    /// Only the low 32 bits of the size count, as a signed number, so files of 2 GiB and more can
-    /// give zero or a negative number. A file with a size above zero stays open for the reading
-    /// that comes next.
+    /// The size of a regular file in bytes; -1 if it cannot be opened for reading. Only the low 32
+    /// bits count, as a signed number, so files of 2 GiB and more can give zero or a negative
+    /// number. If the result is above zero, the file stays open for the next reading.
     int FileSize2(std::u16string_view path, Use use = Use::Read);
 
-    /// Closes a file that FileSize2 has left open.
+    /// Closes the file that FileSize2 has left open, if any.
     void CloseOpenedFile() noexcept { opened_.reset(); }
 
     SystemCalls& Calls() const { return calls_; }

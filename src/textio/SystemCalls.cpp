@@ -20,7 +20,7 @@
 namespace vexmarrow {
 namespace {
 
-/// The system would cut a path at a NUL and take another file than the one named.
+/// Sets errno to ENOENT if so. The system would cut such a path at the NUL and use another file.
 bool HoldsNul(const std::string& path) {
     if (path.find('\0') == std::string::npos) {
         return false;
@@ -68,7 +68,7 @@ int SystemCalls::StatusOfName(const std::string& path, FileStatus& status) {
 }
 
 int SystemCalls::StatusOfTarget(const std::string& path, FileStatus& status) {
-    // As stat: to look at a place where something can be mounted does not mount it.
+    // Like stat: looking at an automount point must not mount anything.
     return HoldsNul(path) ? -1 : StatusAt(AT_FDCWD, path.c_str(), AT_NO_AUTOMOUNT, status);
 }
 
@@ -101,11 +101,11 @@ int SystemCalls::SetMode(int descriptor, mode_t mode) {
 }
 
 int SystemCalls::SetModified(int descriptor, std::int64_t modified) {
-    // The part below a second is never negative, also before 1970.
+    // The nanoseconds of a timespec must not be negative, even for times before 1970.
     std::int64_t part = modified % kPerSecond;
     part += part < 0 ? kPerSecond : 0;
-    // The time of the last access is given as well, although nobody asks for it: some file systems
-    // outside of the kernel take no notice of a call that sets one of the two.
+    // The time of the last access is set only because some file systems outside the kernel ignore a
+    // call that sets just one of the two times.
     const std::array<timespec, 2> times{timespec{0, UTIME_NOW},
                                         timespec{(modified - part) / kPerSecond, part}};
     return ::futimens(descriptor, times.data());
@@ -118,9 +118,9 @@ int SystemCalls::Lock(int descriptor, int operation) {
 int SystemCalls::AskForLock(int descriptor, bool forWriting) {
     struct flock lock {};
     lock.l_type = forWriting ? F_WRLCK : F_RDLCK;
-    lock.l_whence = SEEK_SET; // from the beginning, with a length of 0 to the end
+    lock.l_whence = SEEK_SET; // from the beginning; a length of 0 means to the end
     if (::fcntl(descriptor, F_GETLK, &lock) != 0 || lock.l_type == F_UNLCK) {
-        return 0; // no lock, or no locks at all
+        return 0; // nothing is locked, or the file system has no locks
     }
     errno = EWOULDBLOCK;
     return -1;
@@ -142,7 +142,7 @@ int SystemCalls::NameFile(int descriptor, const std::string& path) {
     if (HoldsNul(path)) {
         return -1;
     }
-    // The descriptor itself could be linked by the superuser only.
+    // Linking the descriptor itself (AT_EMPTY_PATH) is reserved to the superuser.
     const std::string self = "/proc/self/fd/" + std::to_string(descriptor);
     return ::linkat(AT_FDCWD, self.c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW);
 }
@@ -157,12 +157,12 @@ int SystemCalls::RenameToNew(const std::string& from, const std::string& to) {
     if (errno != EINVAL && errno != ENOSYS) {
         return -1;
     }
-    // A file system that cannot refuse to replace can mostly link, which never replaces.
+    // A file system without RENAME_NOREPLACE usually has hard links, which never replace a file.
     if (::link(from.c_str(), to.c_str()) == 0) {
         ::unlink(from.c_str());
         return 0;
     }
-    // One that can do neither leaves a moment between looking and renaming.
+    // If it has neither, another file may take the name between the look and the renaming.
     FileStatus status;
     if (errno == EEXIST || StatusOfName(to, status) == 0) {
         errno = EEXIST;

@@ -11,7 +11,8 @@ namespace {
 
 using namespace std::string_view_literals;
 
-/// Marks in the order of the tests: the first one that fits decides.
+/// The first mark that fits decides. UTF-32 comes first, because its mark begins with that of
+/// UTF-16.
 constexpr std::array kMarks{
     std::pair{"\xFF\xFE\0\0"sv, Mark::Unicode}, // UTF-32, low byte first
     std::pair{"\0\0\xFE\xFF"sv, Mark::Unicode}, // UTF-32, high byte first

@@ -14,18 +14,18 @@
 namespace vexmarrow {
 namespace {
 
-/// Bytes of a character with two units that go with each of them.
+/// A UTF-8 character of two units has two bytes for each of them.
 constexpr std::size_t kHalf = 2;
 
-/// How much of a file is looked at at least, where little more is wanted.
+/// The least number of bytes to ask a file for.
 constexpr std::size_t kFirstLook = 4096;
 
 std::size_t BytesPerCharacter(TextFormat format) {
     return format == TextFormat::Utf16 ? 2 : 1;
 }
 
-/// Takes bytes for UTF-16 with the low byte first, whatever they are: a lone last byte is a unit
-/// with a high byte of zero, and surrogates need no partner.
+/// Decodes any bytes as UTF-16 with the low byte first. A single last byte becomes a unit with a
+/// high byte of zero, and lone surrogates are kept.
 void DecodeUtf16(std::string_view bytes, std::u16string& text) {
     static_assert(std::endian::native == std::endian::little, "units are copied as they are");
     text.resize((bytes.size() + 1) / 2);
@@ -45,8 +45,8 @@ char16_t CharacterAt(std::string_view bytes, std::size_t at, TextFormat format) 
     return character;
 }
 
-/// The first CR or LF in bytes of a code page. Each is looked for in a stretch at a time: a text
-/// may have only one of the two.
+/// Where the first CR or LF in bytes of a code page is. Searches one short stretch after another,
+/// because a text may have only one of the two.
 std::size_t FindLineEndByte(std::string_view bytes, std::size_t from) {
     constexpr std::size_t kStretch = 256;
     for (; from < bytes.size(); from += kStretch) {
@@ -60,8 +60,8 @@ std::size_t FindLineEndByte(std::string_view bytes, std::size_t from) {
     return bytes.size();
 }
 
-/// Where the first CR or LF from `from` on begins; the number of bytes when there is none. Every
-/// code page has both where ASCII has them.
+/// Where the first CR or LF from `from` on begins; the number of bytes if there is none. Both have
+/// their ASCII codes in every code page.
 std::size_t FindLineEnd(std::string_view bytes, std::size_t from, TextFormat format) {
     if (format == TextFormat::Ansi) {
         return FindLineEndByte(bytes, from);
@@ -87,7 +87,7 @@ TextReader::TextReader(InputFile file, TextFormat format, const CodePage& page)
     }
 }
 
-/// Cuts from the bytes of a piece those of the characters of which half belongs to it.
+/// Cuts off the bytes of characters of which only one half belongs to the piece.
 std::string_view TextReader::WithoutHalves(std::string_view bytes) const {
     bytes.remove_prefix(begin_ ? kHalf : 0);
     bytes.remove_suffix(end_ ? kHalf : 0);
@@ -144,8 +144,8 @@ bool TextPieces::NextBytes(std::string_view& bytes) {
     return true;
 }
 
-/// As much of the UTF-8 as may come at once. An ill-formed part holds no character of ASCII, so
-/// none lies across the end of what ends with one.
+/// The bytes up to the last of `ends_` in a stretch that has any. No ill-formed part lies across an
+/// ASCII character, so decoding the parts one by one gives the same text.
 std::string_view TextPieces::PeekPart() {
     if (ends_.none()) {
         return file_.PeekAll();
@@ -170,7 +170,7 @@ std::string_view TextPieces::PeekPart() {
 std::string_view TextPieces::PeekPiece() {
     begin_ = std::exchange(beginOfNext_, std::nullopt);
     end_.reset();
-    // The second half of a character is the first unit, and need not be measured.
+    // If the last piece ended with half a character, its other half is the first unit of this one.
     std::size_t length = begin_ ? kHalf : 0;
     std::size_t characters = begin_ ? 1 : 0;
     std::string_view bytes;
@@ -179,7 +179,7 @@ std::string_view TextPieces::PeekPiece() {
         const std::size_t least = length + std::max(lacking, kFirstLook);
         bytes = file_.Peek(least);
         more = bytes.size() >= least;
-        if (bytes.size() - length <= lacking && !more) { // most files: there is nothing to count
+        if (bytes.size() - length <= lacking && !more) { // true of most files, and quicker
             return bytes;
         }
         const TextStretch stretch = page_.Measure(bytes.substr(length), lacking, more);
@@ -202,7 +202,7 @@ bool TextLines::NextOfStream(std::string_view& line) {
     std::string_view bytes;
     const auto look = [&] {
         bytes = file_.Peek(wanted);
-        if (bytes.size() >= wanted) { // what is not the end must not cut a character in two
+        if (bytes.size() >= wanted) { // before the end of the file, no character is cut in two
             bytes.remove_suffix(bytes.size() % width);
         }
     };
@@ -233,7 +233,7 @@ bool TextLines::NextOfStream(std::string_view& line) {
     return true;
 }
 
-/// UTF-8 is split at CR LF alone. No ill-formed part lies across one.
+/// Splits TextFormat::Utf8 at CR LF. No ill-formed part lies across a line end.
 bool TextLines::SplitTextLines(std::string_view& line) {
     if (ended_) {
         return false;

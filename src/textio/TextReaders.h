@@ -17,30 +17,30 @@ namespace vexmarrow {
 
 class CodePage;
 
-/// Characters in a piece of text: no replacement ever works on more at once.
+/// The number of 16-bit units in a piece of text.
 inline constexpr std::size_t kPieceSize = 65536;
 
-/// Some of the characters of ASCII.
+/// A set of ASCII characters.
 using AsciiSet = std::bitset<128>;
 
-/// What both readers of text files have: the file, and the forms in which they show its text. All
+/// What both readers of text files share: the file, and the forms in which they show its text. All
 /// failures are thrown as Failure.
 class TextReader {
 public:
-    /// Makes sure that the file was not changed while it was read.
+    /// Throws if the file was changed while it was read.
     void Finish() { file_.CheckUnchanged(); }
 
     TextFormat Format() const { return format_; }
 
-    /// The file that is read.
     InputFile& File() { return file_; }
 
 protected:
-    /// Begins behind the mark.
+    /// Skips the mark, if there is one.
     TextReader(InputFile file, TextFormat format, const CodePage& page);
 
-    /// Shows what stands in `bytes` in the form that `text` has: 16-bit characters, wide text where
-    /// the code page is UTF-8, or bytes, which are well-formed UTF-8 for TextFormat::Utf8.
+    /// Makes `text` a view of what `bytes` stand for, in one of three forms: 16-bit units; wide
+    /// text (base/Utf8.h), only if the code page is UTF-8; or bytes, which are those of the file
+    /// or, for TextFormat::Utf8, well-formed UTF-8. Valid until the next call.
     void Show(std::string_view bytes, std::u16string_view& text);
     void Show(std::string_view bytes, std::u32string_view& text);
     void Show(std::string_view bytes, std::string_view& text);
@@ -59,25 +59,22 @@ private:
     template <typename Text>
     void InsertHalves(Text& text) const;
 
-    // The text that is shown, in one of these.
+    // One of these holds the text that is shown.
     std::u16string text_;
     std::u32string wide_;
     std::string utf8_;
 };
 
-/// A text file on its way in, piece by piece. TextFormat::Utf8 is one piece of any size; of the
-/// other formats each piece but the last has kPieceSize characters. An empty file is one empty
-/// piece.
+/// Reads a text file piece by piece. TextFormat::Utf8 is one piece of any size. In the other
+/// formats, every piece but the last has kPieceSize units. An empty file is one empty piece.
 class TextPieces : public TextReader {
 public:
     TextPieces(InputFile file, TextFormat format, const CodePage& page)
         : TextReader(std::move(file), format, page) {}
 
-    /// Shows the next piece, which is valid until the next call. False after the last one. A
-    /// std::u32string_view shows wide text (base/Utf8.h), where the code page is UTF-8. A
-    /// std::string_view shows bytes: those of the file for text in the code page, where a character
-    /// that lies across the end of a piece has half of its bytes in each; for TextFormat::Utf8
-    /// well-formed UTF-8.
+    /// Shows the next piece in the form that `piece` has: see TextReader::Show. False after the
+    /// last one. As bytes, a character that lies across the end of a piece has half of them in
+    /// each.
     template <typename View>
     bool Next(View& piece) {
         std::string_view bytes;
@@ -88,8 +85,8 @@ public:
         return found;
     }
 
-    /// Has the bytes of TextFormat::Utf8 come in parts that end with one of `ends`, or where the
-    /// file does. They are as long as it takes, so that no file need be in memory as a whole.
+    /// Makes Next show TextFormat::Utf8 in parts that end with one of `ends` or at the end of the
+    /// file. So a file is in memory as a whole only if it has none of them.
     void PartAfter(const AsciiSet& ends) { ends_ = ends; }
 
 private:
@@ -98,19 +95,19 @@ private:
     std::string_view PeekPiece();
 
     AsciiSet ends_;
-    std::optional<char16_t> beginOfNext_; // half of a character
+    std::optional<char16_t> beginOfNext_; // the second half of the character at the end
 };
 
-/// A text file on its way in, line by line, without the line ends. In TextFormat::Utf8 only CR LF
-/// ends a line, and one at the end of the file makes a further, empty line; in the other formats CR
-/// LF, LF and CR each end a line, and one at the end of the file makes no further line. An empty
-/// file is one empty line.
+/// Reads a text file line by line, without the line ends. In TextFormat::Utf8, only CR LF ends a
+/// line, and an empty line follows a CR LF at the end of the file. In the other formats, CR LF, LF
+/// and CR end a line, and no line follows the last line end. An empty file is one empty line.
 class TextLines : public TextReader {
 public:
     TextLines(InputFile file, TextFormat format, const CodePage& page)
         : TextReader(std::move(file), format, page) {}
 
-    /// Shows the next line, as TextPieces shows a piece.
+    /// Shows the next line in the form that `line` has: see TextReader::Show. False after the last
+    /// one.
     template <typename View>
     bool Next(View& line) {
         std::string_view bytes;
@@ -126,7 +123,7 @@ private:
     bool NextOfStream(std::string_view& line);
     bool SplitTextLines(std::string_view& line);
 
-    bool ended_ = false; // the last line has been shown, which only UTF-8 tells
+    bool ended_ = false; // the last line of TextFormat::Utf8 has been shown
 };
 
 } // namespace vexmarrow

@@ -30,7 +30,7 @@ public:
     std::optional<std::string> SearchableBytes(std::u16string_view text) const override {
         std::string bytes;
         EncodeUtf8(text, bytes, kSubstitute);
-        // Stray bytes side by side may spell a character, which they are not.
+        // Adjacent stray bytes may look like a character once they are encoded.
         return IsUtf8(bytes) && TextFromUtf8(bytes) == text ? std::optional(std::move(bytes))
                                                             : std::nullopt;
     }
