@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-// How fast a cascade is, beside copying the same memory. The column ofMemcpy is the share of the
-// throughput that memcpy has in the same run.
+// Measures the cascade and compares it with copying the same memory. The column ofMemcpy is its
+// throughput as a share of that of memcpy in the same run.
 
 #include "engine/Cascade.h"
 #include "support/Cards.h"
@@ -18,9 +18,9 @@ namespace {
 constexpr std::size_t kBytes = std::size_t{256} << 20;
 constexpr std::size_t kPiece = 65'536; // units
 constexpr unsigned kSeed = 2026;
-double copied = 0; // what memcpy does, in bytes per second
+double copied = 0; // bytes per second of memcpy
 
-/// Time of this process alone: others may use the machine as well.
+/// The processor time of this process, because other processes may use the machine, too.
 double Seconds(std::clock_t since) {
     return static_cast<double>(std::clock() - since) / CLOCKS_PER_SEC;
 }
@@ -78,7 +78,7 @@ void Replace(benchmark::State& state, const std::function<Work<Unit>()>& make) {
     state.SetBytesProcessed(static_cast<std::int64_t>(bytes));
 }
 
-/// As many bytes of cards in either unit. One pair hits every other card once.
+/// Cards that have the same number of bytes for either unit. A single pair hits every other card.
 template <typename Unit>
 Work<Unit> InCards(std::size_t count, std::size_t piece) {
     Work<Unit> work{{}, As<Unit>(Book().substr(0, kBytes / sizeof(Unit))), piece};
@@ -87,7 +87,7 @@ Work<Unit> InCards(std::size_t count, std::size_t piece) {
     return work;
 }
 
-// Texts and pairs that no book of addresses has, but a program must live with.
+// Texts and pairs that no address book has, but that must not make the program slow.
 
 std::string Repeated(const std::string& part, std::size_t size) {
     std::string text;
@@ -101,7 +101,7 @@ template <typename Unit>
 std::function<Work<Unit>()> Worst(const std::string& name) {
     return [name]() -> Work<Unit> {
         constexpr std::size_t kSize = 1 << 20;
-        std::string all; // every unit that a card may contain, so that none can cut
+        std::string all; // every unit of a card, so that no unit is left at which to cut
         for (char unit = ' '; unit <= '~'; ++unit) {
             all += unit;
         }

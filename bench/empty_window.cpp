@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-// A window with nothing in it: what the toolkit alone takes to start. Prints the moment at which
+// An empty window, which shows how long the toolkit alone takes to start. Prints the time at which
 // the window is usable.
 
-#include "Usable.h"
+#include "WindowTiming.h"
 
 #include <QApplication>
 
@@ -15,7 +15,7 @@ int main(int argc, char** argv) {
     QWidget window;
     window.resize(960, 680);
     window.show();
-    vexmarrow::bench::UntilUsable(window);
+    vexmarrow::bench::WaitUntilUsable(window);
     std::printf("%.6f\n", vexmarrow::bench::Now());
     return 0;
 }

@@ -1,33 +1,33 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-// The program's own work, timed: the real window on the present display, its event loop, its safe
-// writer. Only the boxes answer by themselves, and the settings are not kept.
+// Measures the program at work: the real window on the present display, its event loop and its safe
+// writer. Only the message boxes are answered automatically, and settings are not saved.
 //
 //     run_bench fields|values|whole LIST FOLDER FIND REPLACE
 //     run_bench sets LIST FOLDER SETS
-//         a run over the paths that the list file names, into FOLDER or in place ("-"). SETS is a
-//         file of find::replace lines in UTF-8. Prints, for the time from the click to "Done.":
-//         seconds, CPU seconds of the user and of the system, bytes of memory at the peak over
-//         those of the window with its list filled
+//         a run over the files that are listed in LIST, into FOLDER or in place ("-"). SETS is a
+//         file of find::replace lines in UTF-8. Measures from the click to "Done." and prints
+//         seconds, CPU seconds of the user and of the system, and the peak of memory in bytes over
+//         that of the window with its list filled
 //     run_bench vcards fields|values|whole|sets ...
 //         the same with files read as vCards
 //     run_bench undo fields|values|whole|sets ...
-//         the first run, then undoes it; prints the same figures of undoing it alone, from the
-//         click to the last box. In between everything is synced
+//         the first run, a sync, and the undoing of the run. Prints the same figures, of the
+//         undoing alone, from the click to the last box
 //     run_bench list LIST KEEP REMOVE
-//         what can be done to a list: loads it, validates it (and has the odd rows removed), keeps
-//         the rows that contain KEEP, removes those that contain REMOVE, clears the list. Prints a
-//         line for each: its name, seconds, the rows that are left
-//     VEXMARROW_BENCH_PAGE names the code page of these runs; without it, it is windows-1252.
+//         works on a list: loads it, validates it (and lets the odd rows be removed), keeps the
+//         rows that contain KEEP, removes those that contain REMOVE, and clears it. Prints a line
+//         for each of these: its name, seconds, and the number of rows that are left
+//     VEXMARROW_BENCH_PAGE names the code page of these runs. The default is windows-1252.
 //     run_bench add FOLDER
 //     run_bench drop FOLDER...
-//         fills the list, by the button for a folder or by a drop of folders. Prints seconds (with
-//         the rows in sight drawn) and the number of rows
+//         fills the list with the button for a folder, or by a drop of folders. Prints the seconds
+//         until the visible rows are drawn, and the number of rows
 //     run_bench start
-//         starts as the program does; prints the moment at which the window is usable
+//         starts like the program. Prints the time at which the window is usable
 
-#include "Usable.h"
+#include "WindowTiming.h"
 #include "app/Application.h"
 #include "app/Assembly.h"
 #include "app/Boxes.h"
@@ -62,18 +62,18 @@ std::u16string CodePageOfRun() {
     return TextFromUtf8(page != nullptr ? page : "windows-1252");
 }
 
-/// What the process has used up so far.
+/// What the process has used so far.
 struct Usage {
     double clock = Now();
     double user = 0;
     double system = 0;
     std::size_t peak = 0; // of resident memory, in bytes
 
-    static Usage Present();
+    static Usage SoFar();
 };
 
-/// A line of the process's status, which gives kilobytes.
-std::size_t BytesOf(const std::string& name) {
+/// A figure from the process's status, which has them in kilobytes.
+std::size_t BytesOfStatus(const std::string& name) {
     std::ifstream status("/proc/self/status");
     for (std::string line; std::getline(status, line);) {
         if (line.starts_with(name + ":")) {
@@ -83,7 +83,7 @@ std::size_t BytesOf(const std::string& name) {
     Fail("the system does not tell " + name);
 }
 
-Usage Usage::Present() {
+Usage Usage::SoFar() {
     Usage usage;
     rusage used{};
     ::getrusage(RUSAGE_SELF, &used);
@@ -92,12 +92,12 @@ Usage Usage::Present() {
     };
     usage.user = seconds(used.ru_utime);
     usage.system = seconds(used.ru_stime);
-    usage.peak = BytesOf("VmHWM");
+    usage.peak = BytesOfStatus("VmHWM");
     return usage;
 }
 
-/// Notes when the end of a run or of its undoing is due, answers the box about odd rows with Yes as
-/// soon as it is on the screen, agrees to undo, and ends the program with any other box.
+/// Answers the boxes. Notes what was used when a run or its undoing ends, answers the box about odd
+/// rows with Yes as soon as it is on the screen, agrees to undo, and fails at any other box.
 class BenchPrompts final : public Prompts {
 public:
     explicit BenchPrompts(const QtEventLoop& eventLoop) : real_(eventLoop) {}
@@ -108,7 +108,7 @@ public:
     Answer ShowMessage(std::u16string_view text, BoxStyle style,
                        std::u16string_view title) override {
         if (text == u"Done." || text.ends_with(u" is undone.")) {
-            done = Usage::Present();
+            done = Usage::SoFar();
             return Answer::Ok;
         }
         if (text.starts_with(u"Undo the run of ")) {
@@ -119,7 +119,7 @@ public:
         }
         QTimer::singleShot(0, [] {
             QWidget* const box = TopBox();
-            UntilUsable(*box);
+            WaitUntilUsable(*box);
             box->findChild<QPushButton*>(QStringLiteral("Yes"))->click();
         });
         return real_.ShowMessage(text, style, title);
@@ -133,7 +133,7 @@ private:
     QtPrompts real_;
 };
 
-/// The program but for its boxes, dialogs and settings.
+/// The program with other boxes, dialogs and settings.
 class Program {
 public:
     void Open() {
@@ -142,7 +142,7 @@ public:
                                ProgramFolder(), u"/"});
         form_->Form_Load();
         form_->show();
-        UntilUsable(*form_);
+        WaitUntilUsable(*form_);
     }
     template <typename Control>
     Control* Find(const char* name) {
@@ -153,11 +153,11 @@ public:
         pickers_.files.push_back({TextFromNativeName(path)});
         Press("PushButton9");
     }
-    /// Adds the paths of a list file as a choice of files: that yields for none of them.
+    /// Adds the paths of a list file as files chosen in the dialog, which does not yield for each.
     void AddFiles(const char* listFile) {
         std::ifstream file(listFile, std::ios::binary);
         file.ignore(sizeof "\xEF\xBB\xBF" - 1);
-        std::vector<std::u16string> choice(1); // the root, in which the others lie
+        std::vector<std::u16string> choice(1); // the root folder, to which the paths are relative
         for (std::string line; std::getline(file, line, '\r'); file.ignore(1)) {
             choice.push_back(TextFromNativeName(line.substr(1)));
         }
@@ -181,7 +181,7 @@ public:
     void Drop(const FileListView::Paths& paths) {
         Q_EMIT Find<FileListView>("ListView1")->PathsDropped(paths);
     }
-    void CancelAddFiles() { Press("PushButton13"); } // the pickers have no file left
+    void CancelAddFiles() { Press("PushButton13"); } // the picker has no choice left
     int Rows() { return Find<QTreeView>("ListView1")->model()->rowCount(); }
 
     test::MemorySettings settings;
@@ -205,21 +205,21 @@ private:
     std::optional<Form1> form_;
 };
 
-/// Does a piece of work and prints what it has taken, up to the moment that it tells.
+/// Does the work and prints what it has used. `work` returns the usage at its end.
 void Measure(const std::function<Usage()>& work) {
-    ::malloc_trim(0); // what was needed before must not hide what the work needs
-    const std::size_t memory = BytesOf("VmRSS");
+    ::malloc_trim(0); // memory that was needed earlier must not hide what the work needs
+    const std::size_t memory = BytesOfStatus("VmRSS");
     if (std::ofstream clear("/proc/self/clear_refs"); !(clear << '5' << std::flush)) {
         Fail("the peak of the memory cannot be reset");
     }
-    Usage begun = Usage::Present();
+    Usage begun = Usage::SoFar();
     begun.clock = Now();
     const Usage done = work();
     std::printf("%.6f %.6f %.6f %zu\n", done.clock - begun.clock, done.user - begun.user,
                 done.system - begun.system, done.peak - std::min(done.peak, memory));
 }
 
-/// What is done besides a plain run.
+/// What is done in addition to a plain run.
 struct Besides {
     bool undo = false;
     bool readAsVCards = false;
@@ -249,7 +249,7 @@ void Run(const std::vector<const char*>& arguments, const Besides& besides) {
         program.Find<LinesEdit>("Text2")->SetText(TextFromUtf8(arguments[4]));
     }
     program.AddFiles(arguments[1]);
-    UntilIdle();
+    WaitUntilIdle();
 
     const auto press = [&](const char* name) {
         program.prompts.done.reset();
@@ -272,7 +272,7 @@ void List(const char* path, const char* keep, const char* remove) {
     const auto time = [&](const char* name, const std::function<void()>& work) {
         const double begun = Now();
         work();
-        UntilIdle();
+        WaitUntilIdle();
         std::printf("%s %.6f %d\n", name, Now() - begun, program.Rows());
     };
     time("load", [&] { program.LoadList(path); });
@@ -296,15 +296,15 @@ void Fill(bool drop, const std::vector<const char*>& folders) {
     } else {
         program.AddFolder(folders.front());
     }
-    UntilIdle();
+    WaitUntilIdle();
     std::printf("%.6f %d\n", Now() - begun, program.Rows());
 }
 
-/// As the program's main does it.
+/// Starts like the program's main function.
 void Start() {
     Assembly program;
     program.Start();
-    UntilUsable(program.MainWindow());
+    WaitUntilUsable(program.MainWindow());
     std::printf("%.6f\n", Now());
 }
 
@@ -333,7 +333,7 @@ int main(int argc, char** argv) {
     } else if (arguments.size() == (command == "sets" ? 4 : 5)) {
         Run(arguments, besides);
     } else {
-        Fail("the arguments stand at the top of run_bench.cpp");
+        Fail("see the top of run_bench.cpp for the arguments");
     }
     return 0;
 }

@@ -11,25 +11,25 @@
 
 namespace vexmarrow::bench {
 
-/// Seconds of the clock that all processes of the machine share.
+/// Seconds on the clock that all processes of the machine share.
 inline double Now() {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
         .count();
 }
 
-/// Handles events until none waits.
-inline void UntilIdle() {
+/// Handles events until none is waiting.
+inline void WaitUntilIdle() {
     while (QAbstractEventDispatcher::instance()->processEvents(QEventLoop::AllEvents)) {
     }
 }
 
-/// Handles events until the window is on the screen and nothing more is to be done for it: from
-/// then on it answers to the user.
-inline void UntilUsable(const QWidget& window) {
+/// Handles events until the window is on the screen and has nothing left to do, so that the user
+/// can work with it.
+inline void WaitUntilUsable(const QWidget& window) {
     while (window.windowHandle() == nullptr || !window.windowHandle()->isExposed()) {
         QAbstractEventDispatcher::instance()->processEvents(QEventLoop::WaitForMoreEvents);
     }
-    UntilIdle();
+    WaitUntilIdle();
 }
 
 } // namespace vexmarrow::bench
