@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
-"""Measures the program beside the tools that copy and edit files; bench.sh starts it."""
+"""Measures the program beside tools that copy and edit files. bench.sh starts this script."""
 
 import argparse
 import json
@@ -11,15 +11,15 @@ import statistics
 import sys
 import time
 
-from corpus import (ALL, CODE_PAGE, HALF, HALF_FIELD, NONE, Corpus, cyrillic_file, cyrillic_pairs, in_code_page,
-                    replaced, replaced_in_part)
-from measure import (Contender, Failed, Sample, Table, Tree, check, compete, figures, median, process, read,
-                     spread)
-import vcards
+from corpus import (ALL, CODE_PAGE, HALF, HALF_FIELD, NONE, Corpus, cyrillic_file, cyrillic_pairs,
+                    in_code_page, replaced, replaced_in_part)
+from measure import (Contender, Failed, Sample, Table, Tree, check, compete, figures, median,
+                     process, read, spread)
+import vcard_rows
 
 MIB = 1 << 20
 COPY = ["cp", "--reflink=never"]
-PLAIN = dict(os.environ, LC_ALL="C")  # the other tools see bytes, which is what they are quickest with
+PLAIN = dict(os.environ, LC_ALL="C")  # makes the other tools work on bytes, which is quickest
 ROWS = {}
 
 PERL_SETS = r"""
@@ -36,18 +36,23 @@ for my $path (@ARGV) {
 }"""
 
 
-def row(name):
+def row(name, *arguments):
+    """Makes a method of Bench a row of the benchmark, which calls it with these arguments."""
     def keep(function):
-        ROWS[name] = function
+        ROWS[name] = lambda bench: function(bench, *arguments)
         return function
     return keep
+
+
+FIND_SPECIAL, REPLACE_SPECIAL = r"[]*.^$\/", r"\/&"  # characters that sed does not take literally
 
 
 def sed_script(pairs):
     def escape(text, special):
         return "".join("\\" + c if c in special else c for c in text)
 
-    return "".join("s/%s/%s/g\n" % (escape(a, r"[]*.^$\/"), escape(b, r"\/&")) for a, b in pairs)
+    return "".join(f"s/{escape(find, FIND_SPECIAL)}/{escape(replace, REPLACE_SPECIAL)}/g\n"
+                   for find, replace in pairs)
 
 
 class Bench:
@@ -57,25 +62,22 @@ class Bench:
         self.programs = options.programs
         self.places = {"ext4": options.disk, "tmpfs": options.memory}
         quick = options.quick
-        self.cards, self.wide, self.big = (1000, 200, 16 * MIB) if quick else (10000, 2000, 256 * MIB)
-        self.room = (512 if quick else 4096) * MIB
-        self.few, self.rows = (100, 10000) if quick else (1000, 100000)
+        self.cards, self.few, self.wide = (1000, 100, 200) if quick else (10000, 1000, 2000)
+        self.big, self.room = (16 * MIB, 512 * MIB) if quick else (256 * MIB, 4096 * MIB)
+        self.rows = 10000 if quick else 100000
         self.corpus = Corpus(self.cards, self.wide)
         self.table = None
         self.peaks = []
         self.trees = {}
         self.env = dict(os.environ, XDG_STATE_HOME=os.path.join(options.disk, "state"))
 
-    # What is worked on.
+    # Files to work on.
 
     def tree(self, place, name, files):
         folder = os.path.join(self.places[place], name)
         if folder not in self.trees:
             self.trees[folder] = Tree(folder, files)
         return self.trees[folder]
-
-    def flat(self, files):
-        return {os.path.basename(name): data for name, data in files.items()}
 
     def folder(self, place, name):
         path = os.path.join(self.places[place], name)
@@ -89,14 +91,14 @@ class Bench:
         return path
 
     def sets_file(self, pairs, encoding):
-        return self.file("sets-%d.%s" % (len(pairs), encoding),
-                         "".join("%s::%s\n" % pair for pair in pairs), encoding)
+        return self.file(f"sets-{len(pairs)}.{encoding}",
+                         "".join(f"{find}::{replace}\n" for find, replace in pairs), encoding)
 
-    # Who works.
+    # Contenders.
 
     def run(self, work, mode, tree, pairs, folder="-", page="windows-1252", besides=None):
-        """Our own run over the files of a tree; its time is that from the click to the end. `besides`
-        may be "undo", for the time of taking the run back, or "vcards", to read the files as those."""
+        """Our own run over the files of a tree, measured from the click to the end. `besides` may
+        be "undo", to measure undoing the run instead, or "vcards", to read the files as vCards."""
         texts = [self.sets_file(pairs, "utf-8")] if mode == "sets" else list(pairs[0])
         command = [self.programs + "/run_bench"] + ([besides] if besides else [])
         _, said = process(command + [mode, tree.list, folder] + texts,
@@ -106,7 +108,7 @@ class Bench:
         return Sample(float(seconds), float(user) + float(system))
 
     def expected(self, files, pairs, mode="whole"):
-        """What must come of files: of all of them, or of a sample where that takes long."""
+        """The right results for all files, or for a sample of them if there are many pairs."""
         names = list(files) if len(pairs) <= 10 else list(files)[::max(1, len(files) // 200)]
         if mode in ("fields", "values"):
             return [(n, replaced_in_part(files[n], pairs, mode == "values")) for n in names]
@@ -118,7 +120,7 @@ class Bench:
                          lambda: check("our run", tree.folder, expected))
 
     def undo(self, name, tree, pairs, work):
-        """Taking a run of ours back: contents and dates have to be what they were."""
+        """Undoing a run of ours. It has to restore contents and dates."""
         dates = []
 
         def run():
@@ -128,19 +130,19 @@ class Bench:
         def prove():
             check(name, tree.folder, tree.files.items())
             if tree.dates() != dates:
-                raise Failed("%s has not given all files their dates back" % name)
+                raise Failed(f"{name} has not restored the dates of all files")
 
         return Contender(name, run, tree.restore, prove)
 
     def tool(self, name, command, tree, pairs=None, rounds=None, arguments=False):
-        """A tool that works on a tree; the paths are its arguments, or stand in its command."""
+        """A tool that works on a tree. With `arguments`, the paths are added to its command."""
         expected = self.expected(tree.files, pairs) if pairs else tree.files.items()
         command = command + (list(tree.files) if arguments else [])
         return Contender(name, lambda: process(command, tree.folder, env=PLAIN)[0], tree.restore,
                          lambda: check(name, tree.folder, expected), rounds)
 
     def sed(self, tree, pairs, rounds=None):
-        script = self.file("sed-%d" % len(pairs), sed_script(pairs))
+        script = self.file(f"sed-{len(pairs)}", sed_script(pairs))
         return self.tool("sed -i", ["sed", "-i", "-f", script], tree, pairs, rounds, arguments=True)
 
     def copy(self, tree, source):
@@ -150,16 +152,18 @@ class Bench:
         return compete(contenders, self.rounds, not self.options.quick, self.clear_state)
 
     def clear_state(self):
-        """Away with the logs of earlier runs: each run finds as many, and the folder for its own."""
+        """Removes the logs of earlier runs, so that all runs find an empty folder for theirs."""
         shutil.rmtree(self.env["XDG_STATE_HOME"], ignore_errors=True)
         os.makedirs(os.path.join(self.env["XDG_STATE_HOME"], "vexmarrow"), 0o700)
 
     # The rows.
 
+    @row("inplace-tmpfs", "tmpfs")
+    @row("inplace", "ext4")
     def in_place(self, place):
         source, ours, sed, copy = (self.tree(place, name, self.corpus.cards)
                                    for name in ("cards", "ours", "sed", "copy"))
-        work = "%d vCards, 1 pair, in place, %s" % (self.cards, place)
+        work = f"{self.cards} vCards, 1 pair, in place, {place}"
         kinds = {"half hit": HALF, "all hit": ALL, "none hit": NONE}
         samples = self.compete(
             [self.ours(kind, "whole", ours, [pair], work) for kind, pair in kinds.items()] +
@@ -171,22 +175,14 @@ class Bench:
                                 ("all hit", "cp -r", 0.17 if disk else None),
                                 ("none hit", "cp -r", 0.09 if disk else None),
                                 ("undo", "cp -r", 0.3 if disk else None)):
-            self.table.compare("%s, %s" % (work, who), samples, who, other, aim)
-
-    @row("inplace")
-    def in_place_on_disk(self):
-        self.in_place("ext4")
-
-    @row("inplace-tmpfs")
-    def in_place_in_memory(self):
-        self.in_place("tmpfs")
+            self.table.compare(f"{work}, {who}", samples, who, other, aim)
 
     @row("sets")
     def sets(self):
         pairs = self.corpus.sets(1000)
         for place in self.places:
             tree = self.tree(place, "ours", self.corpus.cards)
-            work = "%d vCards, 1,000 sets, in place, %s" % (self.cards, place)
+            work = f"{self.cards} vCards, 1,000 sets, in place, {place}"
             samples = self.compete([self.ours("1,000 sets", "sets", tree, pairs, work),
                                     self.ours("our 1 pair", "whole", tree, [HALF])])
             self.table.compare(work, samples, "1,000 sets", "our 1 pair", 1.6)
@@ -194,62 +190,69 @@ class Bench:
     @row("folder")
     def into_folder(self):
         source = self.tree("ext4", "cards", self.corpus.cards)
-        files = self.flat(self.corpus.cards)
+        files = {os.path.basename(name): data for name, data in self.corpus.cards.items()}
         expected = self.expected(files, [HALF])
         ours, copy = self.tree("ext4", "flat-ours", files), self.tree("ext4", "flat-copy", files)
         command = COPY + ["-t", copy.folder] + list(source.files)
-        work = "%d vCards, 1 pair, over outputs, ext4" % self.cards
+        work = f"{self.cards} vCards, 1 pair, over outputs, ext4"
         samples = self.compete([
-            Contender("ours", lambda: self.run(work, "whole", source, [HALF], ours.folder), ours.restore,
-                      lambda: check("our run", ours.folder, expected)),
+            Contender("ours", lambda: self.run(work, "whole", source, [HALF], ours.folder),
+                      ours.restore, lambda: check("our run", ours.folder, expected)),
             Contender("cp", lambda: process(command, source.folder)[0], copy.restore,
                       lambda: check("cp", copy.folder, files.items()))])
         self.table.compare(work, samples, "ours", "cp", 0.25)
 
-        # A new folder each time: deleting so many files would slow the next runs down.
+        # Every run gets a new folder, because deleting so many files would slow the next runs down.
         turns = {"ours": 0, "cp": 0}
 
         def next_folder(who):
             turns[who] += 1
-            self.folder("ext4", "new-%s-%d" % (who, turns[who]))
+            self.folder("ext4", f"new-{who}-{turns[who]}")
 
         def target(who):
-            return os.path.join(self.places["ext4"], "new-%s-%d" % (who, turns[who]))
+            return os.path.join(self.places["ext4"], f"new-{who}-{turns[who]}")
 
-        work = "%d vCards, 1 pair, into an empty folder, ext4" % self.cards
+        work = f"{self.cards} vCards, 1 pair, into an empty folder, ext4"
         samples = self.compete([
             Contender("ours", lambda: self.run(work, "whole", source, [HALF], target("ours")),
-                      lambda: next_folder("ours"), lambda: check("our run", target("ours"), expected)),
-            Contender("cp", lambda: process(COPY + ["-t", target("cp")] + list(source.files), source.folder)[0],
-                      lambda: next_folder("cp"), lambda: check("cp", target("cp"), files.items()))])
+                      lambda: next_folder("ours"),
+                      lambda: check("our run", target("ours"), expected)),
+            Contender("cp", lambda: process(COPY + ["-t", target("cp")] + list(source.files),
+                                            source.folder)[0],
+                      lambda: next_folder("cp"),
+                      lambda: check("cp", target("cp"), files.items()))])
         self.table.compare(work, samples, "ours", "cp", 1.2)
 
     @row("tools")
     def sets_of_other_tools(self):
         files = dict(list(self.corpus.cards.items())[:self.few])
         pairs = self.corpus.sets(1000)
-        ours, sed, perl = (self.tree("ext4", "few-" + name, files) for name in ("ours", "sed", "perl"))
-        work = "%d vCards, 1,000 sets, in place, ext4" % self.few
+        ours, sed, perl = (self.tree("ext4", "few-" + name, files)
+                           for name in ("ours", "sed", "perl"))
+        work = f"{self.few} vCards, 1,000 sets, in place, ext4"
         perl_command = ["perl", "-e", PERL_SETS, self.sets_file(pairs, CODE_PAGE)]
         samples = self.compete([
             self.ours("ours", "sets", ours, pairs, work), self.sed(sed, pairs, rounds=1),
-            self.tool("perl", perl_command, perl, pairs, rounds=min(3, self.rounds), arguments=True)])
+            self.tool("perl", perl_command, perl, pairs, min(3, self.rounds), arguments=True)])
         self.table.compare(work, samples, "ours", "sed -i", 1 / 300)
         self.table.compare(work, samples, "ours", "perl", 1 / 25)
 
     @row("sides")
     def fields_and_values(self):
         tree = self.tree("ext4", "ours", self.corpus.cards)
-        samples = self.compete([self.ours("fields", "fields", tree, [HALF_FIELD], "fields only"),
-                                self.ours("values", "values", tree, [HALF], "values only"),
-                                self.ours("our whole text", "whole", tree, [ALL])])  # which changes all, too
+        samples = self.compete([
+            self.ours("fields", "fields", tree, [HALF_FIELD], "fields only"),
+            self.ours("values", "values", tree, [HALF], "values only"),
+            self.ours("our whole text", "whole", tree, [ALL])])  # it changes all files, too
         for name in ("fields", "values"):
-            self.table.compare("%d vCards, %s only, in place, ext4" % (self.cards, name), samples, name,
+            self.table.compare(f"{self.cards} vCards, {name} only, in place, ext4", samples, name,
                                "our whole text", 1.3)
 
+    @row("big-tmpfs", "tmpfs")
+    @row("big", "ext4")
     def big_file(self, place):
         data = self.corpus.big_file(self.big)
-        size = "one %d MB file" % (self.big // MIB)
+        size = f"one {self.big // MIB} MB file"
         source = self.tree(place, "big", {"big.vcf": data})
         target = {who: os.path.join(self.folder(place, "big-" + who), "big.vcf")
                   for who in ("1", "10", "1000", "cp", "sed")}
@@ -259,7 +262,7 @@ class Bench:
                 os.remove(target[who])
 
         def prove(who, path, count):
-            # Wholly for a few pairs; else both ends, as far as each piece is changed by itself.
+            # Checks all bytes for a few pairs. For many pairs, checks both ends of the file.
             pairs = [HALF] if count == 1 else self.corpus.sets(count)
             result = read(path)
             if count <= 10:
@@ -268,12 +271,12 @@ class Bench:
                 ends = [replaced(part, pairs) for part in (data[:MIB], data[-MIB:])]
                 right = result.startswith(ends[0]) and result.endswith(ends[1])
             if not right:
-                raise Failed("%s has left wrong contents in %s" % (who, path))
+                raise Failed(f"{who} has left wrong contents in {path}")
 
         def ours(count):
             who, pairs = str(count), [HALF] if count == 1 else self.corpus.sets(count)
             return Contender(
-                who, lambda: self.run("%s, %d pairs, new output, %s" % (size, count, place),
+                who, lambda: self.run(f"{size}, {count} pairs, new output, {place}",
                                       "whole" if count == 1 else "sets", source, pairs,
                                       os.path.dirname(target[who])),
                 lambda: remove(who), lambda: prove("our run", target[who], count))
@@ -286,13 +289,16 @@ class Bench:
             Contender("sed", lambda: process(["sed", "-f", script, source.path("big.vcf")],
                                              output=target["sed"], env=PLAIN)[0],
                       lambda: remove("sed"), lambda: prove("sed", target["sed"], 1))])
-        for who, other, aim in (("1", "cp", 1.7), ("1", "sed", 0.2), ("10", "cp", 3), ("1000", "cp", 5)):
-            self.table.compare("%s, %s pairs, new output, %s" % (size, who, place), samples, who, other, aim)
+        for who, other, aim in (("1", "cp", 1.7), ("1", "sed", 0.2), ("10", "cp", 3),
+                                ("1000", "cp", 5)):
+            self.table.compare(f"{size}, {who} pairs, new output, {place}",
+                               samples, who, other, aim)
         for who in target:
             remove(who)
 
-        work = "%s, 1 pair, in place, %s" % (size, place)
-        ours_tree, copy = (self.tree(place, "big-%s-in-place" % who, source.files) for who in ("ours", "copy"))
+        work = f"{size}, 1 pair, in place, {place}"
+        ours_tree, copy = (self.tree(place, f"big-{who}-in-place", source.files)
+                           for who in ("ours", "copy"))
         samples = self.compete([
             self.ours("ours", "whole", ours_tree, [HALF], work),
             self.undo("undo", ours_tree, [HALF], work + ", undo"),
@@ -303,21 +309,13 @@ class Bench:
             os.remove(tree.path("big.vcf"))
             del self.trees[tree.folder]
 
-    @row("big")
-    def big_on_disk(self):
-        self.big_file("ext4")
-
-    @row("big-tmpfs")
-    def big_in_memory(self):
-        self.big_file("tmpfs")
-
     @row("utf16")
     def utf16(self):
         source, ours, copy = (self.tree("ext4", "utf16-" + name, self.corpus.utf16)
                               for name in ("source", "ours", "copy"))
 
         def work(count):
-            return "%d UTF-16 files, %s sets, in place, ext4" % (self.wide, count)
+            return f"{self.wide} UTF-16 files, {count} sets, in place, ext4"
 
         samples = self.compete([
             self.ours("1", "sets", ours, [HALF], work("1")),
@@ -327,16 +325,16 @@ class Bench:
         self.table.compare(work("1,000"), samples, "1,000", "cp -r", 0.8)
 
     def in_encoding(self, work, files, page, encoding, pairs):
-        """A run over files of a code page, once they are in that encoding, which is also the page in
-        force."""
+        """A run over files of the code page `page` after they are converted to `encoding`, which is
+        also the code page of the run."""
         files = {name: data.decode(page).encode(encoding) for name, data in files.items()}
-        tree = self.tree("tmpfs", "%s-%s" % (encoding, "-".join(work.split()[:3])), files)
+        tree = self.tree("tmpfs", f"{encoding}-{'-'.join(work.split()[:3])}", files)
         many = len(pairs) > 10 and sum(map(len, files.values())) > 8 * MIB
-        proven = list(files)[::max(1, len(files) // 200)] if len(files) > 1 else [] if many else list(files)
+        proven = [] if many and len(files) == 1 else list(files)[::max(1, len(files) // 200)]
         expected = [(name, replaced(files[name], pairs, encoding)) for name in proven]
         mode = "whole" if len(pairs) == 1 else "sets"
-        return Contender(encoding, lambda: self.run(work, mode, tree, pairs, page=encoding), tree.restore,
-                         lambda: check("our run", tree.folder, expected))
+        return Contender(encoding, lambda: self.run(work, mode, tree, pairs, page=encoding),
+                         tree.restore, lambda: check("our run", tree.folder, expected))
 
     @row("utf8")
     def utf8(self):
@@ -346,15 +344,17 @@ class Bench:
         def western(count):
             return [HALF] if count == 1 else self.corpus.sets(count)
 
-        # Of Cyrillic, UTF-8 makes twice as many bytes.
+        big, cyrillic = {"big.vcf": self.corpus.big_file(size)}, {"big.vcf": cyrillic_file(size)}
         for what, files, page, pairs_of, aim in (
-                ("%d vCards" % self.cards, self.corpus.cards, CODE_PAGE, western, 1.2),
-                ("%d MB file" % mib, {"big.vcf": self.corpus.big_file(size)}, CODE_PAGE, western, 1.2),
-                ("%d MB Cyrillic" % mib, {"big.vcf": cyrillic_file(size)}, "cp1251", cyrillic_pairs, 2.4)):
+                (f"{self.cards} vCards", self.corpus.cards, CODE_PAGE, western, 1.2),
+                (f"{mib} MB file", big, CODE_PAGE, western, 1.2),
+                # Cyrillic text has twice as many bytes in UTF-8.
+                (f"{mib} MB Cyrillic", cyrillic, "cp1251", cyrillic_pairs, 2.4)):
             for count in (1, 1000):
-                work = "%s in UTF-8, %d pairs, in place, tmpfs" % (what, count)
-                samples = self.compete([self.in_encoding(work, files, page, encoding, pairs_of(count))
-                                        for encoding in (page, "utf-8")])
+                work = f"{what} in UTF-8, {count} pairs, in place, tmpfs"
+                samples = self.compete([
+                    self.in_encoding(work, files, page, encoding, pairs_of(count))
+                    for encoding in (page, "utf-8")])
                 self.table.compare(work, samples, "utf-8", page, aim)
 
     @row("cascade")
@@ -373,31 +373,32 @@ class Bench:
                 if found:
                     shares[int(found[1])].append(result["ofMemcpy"])
         for count, aim in aims.items():
-            self.table.line("cascade alone, %d pairs: share of memcpy" % count, spread(shares[count]), "1",
-                            statistics.median(shares[count]), aim, at_least=True)
+            self.table.line(f"cascade alone, {count} pairs: share of memcpy", spread(shares[count]),
+                            "1", statistics.median(shares[count]), aim, at_least=True)
 
     @row("list")
     def file_list(self):
         sizes = (self.rows // 10, self.rows)
-        kinds = {7: "/keep/odd-%d.txt", 8: "/other/%d.vcf", 9: "/keep/remove/%d.vcf"}  # a tenth of each
-        left = {"load": 10, "validate": 9, "keep": 8, "remove": 7, "clear": 0}  # tenths, afterwards
-        paths = {size: self.file("rows-%d" % size, "".join(
-            "/home/ann/addresses" + kinds.get(i % 10, "/keep/%d.vcf") % i + "\r\n" for i in range(size)))
-            for size in sizes}
+        # A tenth of the rows has each of these paths, and the others are to be kept.
+        kinds = {7: "keep/odd-{}.txt", 8: "other/{}.vcf", 9: "keep/remove/{}.vcf"}
+        left = {"load": 10, "validate": 9, "keep": 8, "remove": 7, "clear": 0}  # tenths
+        paths = {size: self.file(f"rows-{size}", "".join(
+            f"/home/ann/addresses/{kinds.get(i % 10, 'keep/{}.vcf').format(i)}\r\n"
+            for i in range(size))) for size in sizes}
         samples = {}
         for _ in range(self.rounds):
             for size in sizes:
-                _, said = process([self.programs + "/run_bench", "list", paths[size], "/keep/", "/remove/"],
-                                  env=self.env)
+                _, said = process([self.programs + "/run_bench", "list", paths[size], "/keep/",
+                                   "/remove/"], env=self.env)
                 for line in said.splitlines():
                     what, seconds, rows = line.split()
                     if int(rows) != size // 10 * left[what]:
-                        raise Failed("%s rows are left of %d after %s" % (rows, size, what))
+                        raise Failed(f"{rows} rows are left of {size} after {what}")
                     samples.setdefault((what, size), []).append(Sample(float(seconds)))
         for what in left:
             long, short = samples[what, sizes[1]], samples[what, sizes[0]]
-            work = "list of %d rows: %s" % (sizes[1], what)
-            self.table.line(work, figures(long), "%d rows %s" % (sizes[0], figures(short)),
+            work = f"list of {sizes[1]} rows: {what}"
+            self.table.line(work, figures(long), f"{sizes[0]} rows {figures(short)}",
                             median(long) / median(short), 12)
             self.table.line(work, figures(long), "1 s", median(long), 1)
 
@@ -407,26 +408,27 @@ class Bench:
             sample, said = process([self.programs + "/run_bench", how] + folders, env=self.env)
             seconds, listed = said.split()
             if int(listed) != rows:
-                raise Failed("%s has made %s rows instead of %d" % (how, listed, rows))
+                raise Failed(f"{how} has made {listed} rows instead of {rows}")
             return Sample(float(seconds), sample.cpu)
 
         count, few = self.rows // 10, self.rows // 500
-        tree = self.tree("ext4", "dropped", {"%d/%d/a.vcf" % (i % 100, i): b"" for i in range(count)}).folder
-        ten = [self.tree("ext4", "dropped-%d" % i, {"%d/a.vcf" % j: b"" for j in range(few)}).folder
+        tree = self.tree("ext4", "dropped",
+                         {f"{i % 100}/{i}/a.vcf": b"" for i in range(count)}).folder
+        ten = [self.tree("ext4", f"dropped-{i}", {f"{j}/a.vcf": b"" for j in range(few)}).folder
                for i in range(10)]
-        # With each folder of a drop, those before it are listed again, and all that was found in them.
+        # With each folder of a drop, all folders and files before it are listed once more.
         rows = few * sum(i * (i + 1) // 2 for i in range(1, 11))
         samples = self.compete([Contender("button", lambda: filled("add", [tree], count)),
                                 Contender("tree", lambda: filled("drop", [tree], count)),
                                 Contender("ten", lambda: filled("drop", ten, rows))])
-        self.table.compare("%d folders with a file, dropped" % count, samples, "tree", "button", 1.5)
-        self.table.compare("10 with %d folders each: %d rows" % (few, rows), samples, "ten", "button",
+        self.table.compare(f"{count} folders with a file, dropped", samples, "tree", "button", 1.5)
+        self.table.compare(f"10 with {few} folders each: {rows} rows", samples, "ten", "button",
                            1.5 * rows / count)
 
     @row("start")
     def start(self):
         def started(*command):
-            begun = time.monotonic()  # which is the clock of all processes
+            begun = time.monotonic()  # all processes share this clock
             sample, said = process(list(command), env=self.env)
             return Sample(float(said) - begun, sample.cpu)
 
@@ -438,12 +440,12 @@ class Bench:
 
     @row("calls")
     def system_calls(self):
-        """Counts over many and over few files; the difference tells what one file takes."""
+        """Counts calls over many and over few files. The difference is what each file needs."""
         many, few = self.few, self.few // 10
         log = os.path.join(self.options.disk, "calls")
 
         def count(files, make_command, who):
-            tree = self.tree("ext4", "calls-%s-%d" % (who, len(files)), files)
+            tree = self.tree("ext4", f"calls-{who}-{len(files)}", files)
             self.clear_state()
             tree.restore()
             command, cwd = make_command(tree)
@@ -454,7 +456,7 @@ class Bench:
                     if len(cells) == 2 and cells[0].isdigit() and cells[1] != "total"}
 
         def copy(tree):
-            source = self.tree("ext4", "calls-source-%d" % len(tree.files), tree.files)
+            source = self.tree("ext4", f"calls-source-{len(tree.files)}", tree.files)
             return COPY + ["-r", source.folder + "/.", "."], tree.folder
 
         def run_of(pair, undo=False):
@@ -463,11 +465,12 @@ class Bench:
 
         script = self.file("sed-1", sed_script([HALF]))
         commands = {
-            "ours, half hit": run_of(HALF), "ours, all hit": run_of(ALL), "ours, none hit": run_of(NONE),
-            "ours, run and undo": run_of(ALL, undo=True), "cp -r": copy,
+            "ours, half hit": run_of(HALF), "ours, all hit": run_of(ALL),
+            "ours, none hit": run_of(NONE), "ours, run and undo": run_of(ALL, undo=True),
+            "cp -r": copy,
             "sed -i": lambda tree: (["sed", "-i", "-f", script] + list(tree.files), tree.folder),
-            "perl -pi": lambda tree: (["perl", "-pi", "-e", "s/\\Q%s\\E/%s/g" % HALF] + list(tree.files),
-                                      tree.folder),
+            "perl -pi": lambda tree: (["perl", "-pi", "-e", f"s/\\Q{HALF[0]}\\E/{HALF[1]}/g"] +
+                                      list(tree.files), tree.folder),
         }
         all_files = list(self.corpus.cards.items())
         print("System calls per file, in place, 1 pair:")
@@ -478,22 +481,26 @@ class Bench:
             each = {name: (more[name] - less.get(name, 0)) / (many - few) for name in more}
             if "undo" in who:
                 who = "ours, undo"
-                each = {name: calls - counted["ours, all hit"].get(name, 0) for name, calls in each.items()}
+                run = counted["ours, all hit"]
+                each = {name: calls - run.get(name, 0) for name, calls in each.items()}
             counted[who] = each
             each = {name: calls for name, calls in each.items() if calls >= 0.05}
-            print("  %-15s %5.1f = %s" % (who, sum(each.values()), ", ".join(
-                "%s %.1f" % (name, each[name]) for name in sorted(each, key=each.get, reverse=True))))
+            names = sorted(each, key=each.get, reverse=True)
+            print(f"  {who:<15} {sum(each.values()):5.1f} = " +
+                  ", ".join(f"{name} {each[name]:.1f}" for name in names))
 
     @row("memory")
     def memory_of_whole_texts(self):
-        """The peak over the size, for files that are one text or one line."""
+        """The peak of memory as a multiple of the size, for files of one text or one line."""
         size = self.big // 4
         text = self.corpus.big_file(size)
         marked = b"\xef\xbb\xbf" + text.decode(CODE_PAGE).encode("utf-8")
         ends = b"\r\n" * (size // 2)
-        line = b"NOTE:" + b"%s, " % HALF[0].encode(CODE_PAGE) * (size // (len(HALF[0]) + 2)) + b"\r\n"
+        number = HALF[0].encode(CODE_PAGE) + b", "
+        line = b"NOTE:" + number * (size // len(number)) + b"\r\n"
         for what, data, mode, pair, result, aim in (
-                ("UTF-8 with mark", marked, "fields", HALF_FIELD, replaced_in_part(text + b"\r\n", [HALF_FIELD], 0), 1),
+                ("UTF-8 with mark", marked, "fields", HALF_FIELD,
+                 replaced_in_part(text + b"\r\n", [HALF_FIELD], 0), 1),
                 ("UTF-8 with mark", marked, "sets", HALF, replaced(text, [HALF]), 2.5),
                 ("CR LF after a mark", b"\xef\xbb\xbf" + ends, "values", HALF, ends + b"\r\n", 1),
                 ("one line", line, "values", HALF, replaced_in_part(line, [HALF], 1), 3)):
@@ -502,34 +509,34 @@ class Bench:
             tree.restore()
             sample = self.run(what, mode, tree, [pair])
             check("our run", tree.folder, [("big.vcf", result)])
-            peak, _ = self.peaks.pop()  # the largest of all runs is told of files that need not be in memory
-            self.table.line("peak memory, %d MB, %s, %s" % (size // MIB, what, mode), figures([sample]),
+            peak, _ = self.peaks.pop()  # not counted in memory(), because these need the whole file
+            self.table.line(f"peak memory, {size // MIB} MB, {what}, {mode}", figures([sample]),
                             "the size of the file", peak / len(data), aim)
 
-        # A large file in place, with its old text in the log, and the way back.
+        # A large file is replaced in place, with its old text in the log, and then restored.
         data = self.corpus.big_file(self.big)
         tree = self.tree("ext4", "memory-big", {"big.vcf": data})
         result = replaced(data, [HALF])
         for undo in (False, True):
             self.clear_state()
             tree.restore()
-            what = "%d MB in place%s" % (self.big // MIB, ", undo" if undo else "")
+            what = f"{self.big // MIB} MB in place{', undo' if undo else ''}"
             sample = self.run(what, "whole", tree, [HALF], besides="undo" if undo else None)
             check("our run", tree.folder, [("big.vcf", data if undo else result)])
             peak, _ = self.peaks.pop()
-            self.table.line("peak memory in MiB, " + what, figures([sample]), "%.1f" % (peak / MIB),
+            self.table.line("peak memory in MiB, " + what, figures([sample]), f"{peak / MIB:.1f}",
                             peak / MIB, 64)
         os.remove(tree.path("big.vcf"))
         del self.trees[tree.folder]
 
-    @row("vcards")
-    def read_as_vcards(self):
-        vcards.row(self)
-
     def memory(self):
         if self.peaks:
             peak, work = max(self.peaks)
-            self.table.line("peak memory in MiB, largest of all runs", "%.1f" % (peak / MIB), work, peak / MIB, 64)
+            self.table.line("peak memory in MiB, largest of all runs", f"{peak / MIB:.1f}", work,
+                            peak / MIB, 64)
+
+
+row("vcards")(vcard_rows.compare_with_plain_text)
 
 
 def file_system(folder):
@@ -537,37 +544,38 @@ def file_system(folder):
 
 
 def introduce(bench):
-    """What a reader of the figures has to know about this machine and its files."""
+    """Prints what a reader of the figures needs to know about this machine and its files."""
     with open("/proc/cpuinfo", encoding="utf-8") as file:
         models = re.findall(r"model name\s*: (.*)", file.read()) or ["unknown processor"]
-    print("%s, %d cores, Linux %s, load %.1f; rounds: %d" % (
-        models[0], os.cpu_count(), os.uname().release, os.getloadavg()[0], bench.rounds))
+    print(f"{models[0]}, {os.cpu_count()} cores, Linux {os.uname().release}, "
+          f"load {os.getloadavg()[0]:.1f}; rounds: {bench.rounds}")
     for name, folder in bench.places.items():
         if file_system(folder) != name:
-            print("What is called %s below is %s: VEXMARROW_BENCH_DISK and _MEMORY name places." % (
-                name, file_system(folder)))
+            print(f"The folder for {name} is on {file_system(folder)}. VEXMARROW_BENCH_DISK and "
+                  "VEXMARROW_BENCH_MEMORY choose other folders.")
         if shutil.disk_usage(folder).free < bench.room:
-            raise Failed("%s has not the %d MB that the files need" % (folder, bench.room // MIB))
+            raise Failed(f"the files need {bench.room // MIB} MB, and {folder} has less free")
     sample = list(bench.corpus.cards.values())[:500]
     sets = in_code_page(bench.corpus.sets(1000))
     half = sum(HALF[0].encode(CODE_PAGE) in data for data in bench.corpus.cards.values())
-    print("%d vCards of %d bytes on average; 1 pair hits %d of them, 1,000 sets make %.1f replacements in each" % (
-        bench.cards, sum(map(len, sample)) // len(sample), half,
-        sum(data.count(find) for data in sample for find, _ in sets) / len(sample)))
+    hits = sum(data.count(find) for data in sample for find, _ in sets) / len(sample)
+    print(f"{bench.cards} vCards of {sum(map(len, sample)) // len(sample)} bytes on average; "
+          f"1 pair hits {half} of them, 1,000 sets make {hits:.1f} replacements in each")
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
-    parser.add_argument("rows", nargs="*", metavar="ROW", help="of: " + " ".join(ROWS))
-    parser.add_argument("--rounds", type=int, help="of each work (5)")
-    parser.add_argument("--quick", action="store_true", help="few files and rounds: only to see that it works")
+    parser.add_argument("rows", nargs="*", metavar="ROW", help="any of: " + " ".join(ROWS))
+    parser.add_argument("--rounds", type=int, help="number of rounds (default: 5)")
+    parser.add_argument("--quick", action="store_true",
+                        help="few files and rounds, only to see that everything works")
     parser.add_argument("--programs", required=True, help=argparse.SUPPRESS)
     parser.add_argument("--disk", required=True, help=argparse.SUPPRESS)
     parser.add_argument("--memory", required=True, help=argparse.SUPPRESS)
     options = parser.parse_args()
     unknown = [name for name in options.rows if name not in ROWS]
     if unknown:
-        parser.error("no such row: %s; there are: %s" % (" ".join(unknown), " ".join(ROWS)))
+        parser.error(f"no such row: {' '.join(unknown)}; there are: {' '.join(ROWS)}")
     try:
         bench = Bench(options)
         introduce(bench)
@@ -576,8 +584,8 @@ def main():
             ROWS[name](bench)
         bench.memory()
     except Failed as failure:
-        sys.exit("bench: %s" % failure)
-    print("%d of the aims are met, %d are not." % (bench.table.met, bench.table.missed))
+        sys.exit(f"bench: {failure}")
+    print(f"{bench.table.met} of the aims are met, {bench.table.missed} are not.")
 
 
 if __name__ == "__main__":

@@ -1,13 +1,13 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
-"""Cards to be read as vCards, in UTF-8, made from those of the corpus, and what comes of them."""
+"""Cards for "Read as vCards", made from those of the corpus, in UTF-8; and their right results."""
 
 import quopri
 import random
 
 from corpus import CODE_PAGE, NOTES, SEED
 
-TRAP = ("+49", "0049")  # in every other card, and by chance in some photos, which it must not change
+TRAP = ("+49", "0049")  # in every other card, and by chance in some photos, which must not change
 FOLDED = ("sends the catalogue", "has the list")  # in every rich card, across a fold
 CODED = ("Straße", "Weg")  # in every rich card, in quoted-printable
 
@@ -17,7 +17,7 @@ LINE = 76  # characters of quoted-printable
 
 
 def plain_cards(cards):
-    """The same cards without their photos: each line stands alone, and as it is meant."""
+    """The same cards without their photos, so that no line is folded or coded."""
     return {name: without_photo(data) + END for name, data in cards.items()}
 
 
@@ -26,8 +26,8 @@ def without_photo(data):
 
 
 def rich_cards(cards):
-    """Cards with a folded photo, a folded note, and lines of quoted-printable with soft breaks; half of
-    them of version 2.1."""
+    """Cards with a folded photo, a folded note, and lines of quoted-printable with soft breaks.
+    Half of them are of version 2.1."""
     rng = random.Random(SEED)
     return {name: rich_card(rng, data, number // 4 % 2 == 1)
             for number, (name, data) in enumerate(cards.items())}
@@ -35,7 +35,7 @@ def rich_cards(cards):
 
 def rich_card(rng, data, is_2_1):
     lines = without_photo(data).decode().split("\r\n")[:-1]
-    fold = "\r\n" if is_2_1 else "\r\n "  # before a blank, which is text
+    fold = "\r\n" if is_2_1 else "\r\n "  # followed by a blank, which is text
     for at, line in enumerate(lines):
         if is_2_1 and line == "VERSION:3.0":
             lines[at] = "VERSION:2.1"
@@ -45,8 +45,9 @@ def rich_card(rng, data, is_2_1):
         elif line.startswith("NOTE:"):
             first, last = (rng.choice(NOTES) for _ in range(2))
             find, more = FOLDED[0].rsplit(" ", 1)
-            middle = "Met in spring; %s%s %s." % (find, fold, more)
-            lines[at] = (fold + " ").join(("NOTE:" + first, "Was new in town.", middle, last, "Likes letters."))
+            middle = f"Met in spring; {find}{fold} {more}."
+            lines[at] = (fold + " ").join(
+                ("NOTE:" + first, "Was new in town.", middle, last, "Likes letters."))
     field, photo = data[data.index(PHOTO):-len(END)].split(b":", 1)
     if is_2_1:
         field, photo = b"PHOTO;JPEG;ENCODING=BASE64", photo + b"\r\n"  # an empty line ends it
@@ -54,11 +55,11 @@ def rich_card(rng, data, is_2_1):
 
 
 def quoted_printable(field, value, all_letters):
-    """A line with the codes that phones write: of all letters, or of those that need it."""
+    """A line of quoted-printable as phones write it. Codes the letters that need it, or all."""
     line, lines = field + ";CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:", []
     for byte in value.encode():
         plain = byte < 0x80 and byte != ord("=") and not (all_letters and chr(byte).isalpha())
-        code = chr(byte) if plain else "=%02X" % byte
+        code = chr(byte) if plain else f"={byte:02X}"
         if len(line) + len(code) >= LINE:
             lines.append(line + "=")
             line = ""
@@ -67,8 +68,8 @@ def quoted_printable(field, value, all_letters):
 
 
 def logical_lines(data):
-    """What is meant by the lines of cards: without folds and codes. Photos stay as they are. Not for
-    anything but cards like those above."""
+    """The lines of cards without folds and codes. Photos stay as they are. Understands only cards
+    like those above."""
     lines, is_2_1, is_open = [], False, False
     for line in data.split(b"\r\n"):
         if line.startswith(b"VERSION:"):
@@ -88,8 +89,8 @@ def is_coded(line):
 
 
 def lines_replaced(data, pairs):
-    """What has to be meant by the lines of a result; those of photos, which are not changed, begin with
-    their field or with a blank."""
+    """The logical lines of a right result. The lines of photos do not change; they begin with their
+    field or with a blank."""
     pairs = [(find.encode(), replace.encode()) for find, replace in pairs]
     lines = logical_lines(data)
     for at, line in enumerate(lines):
@@ -101,7 +102,7 @@ def lines_replaced(data, pairs):
 
 
 def plainly_replaced(data, pairs):
-    """The bytes of a result where all that is found stands in plain lines: photos are left alone."""
+    """The bytes of a right result if all hits are in plain lines. Photos do not change."""
     pairs = [(find.encode(), replace.encode()) for find, replace in pairs]
     parts = data.split(PHOTO)
     for at, part in enumerate(parts):

@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
-"""Trees of files that are put back before each run, timed processes, and the table."""
+"""Trees of files that are restored before each run, timed processes, and the table of results."""
 
 import os
 import statistics
@@ -16,14 +16,14 @@ class Failed(Exception):
 
 
 class Sample:
-    """One run: seconds, and seconds of the processor where they are known."""
+    """One run: its seconds, and its CPU seconds if they are known."""
 
     def __init__(self, seconds, cpu=None):
         self.seconds, self.cpu = seconds, cpu
 
 
 def process(command, cwd=None, output=None, env=None):
-    """Runs a command to its end; its Sample, and what it has said unless that goes to a file."""
+    """Runs a command. Returns its Sample and its standard output, unless that goes to a file."""
     out = open(output, "wb") if output else subprocess.PIPE
     begun = time.monotonic()
     child = subprocess.Popen(command, cwd=cwd, stdin=subprocess.DEVNULL, stdout=out, env=env)
@@ -36,7 +36,7 @@ def process(command, cwd=None, output=None, env=None):
     else:
         child.stdout.close()
     if child.returncode != 0:
-        raise Failed("%s ended with %d" % (" ".join(command)[:200], child.returncode))
+        raise Failed(f"{' '.join(command)[:200]} ended with {child.returncode}")
     return Sample(seconds, usage.ru_utime + usage.ru_stime), said
 
 
@@ -46,7 +46,7 @@ def read(path):
 
 
 class Tree:
-    """A folder with files of known contents."""
+    """A folder of files with known contents."""
 
     def __init__(self, folder, files):
         self.folder, self.files = folder, files
@@ -54,18 +54,19 @@ class Tree:
             os.makedirs(os.path.dirname(self.path(name)), exist_ok=True)
         self.restore()
         self.list = folder + ".list"
-        with open(self.list, "wb") as file:  # with a mark: paths may hold any character
-            file.write(b"\xef\xbb\xbf" + b"".join(os.fsencode(self.path(name)) + b"\r\n" for name in files))
+        with open(self.list, "wb") as file:
+            file.write(b"\xef\xbb\xbf")  # the mark of UTF-8, because paths may hold any character
+            file.writelines(os.fsencode(self.path(name)) + b"\r\n" for name in files)
 
     def path(self, name):
         return os.path.join(self.folder, name)
 
     def dates(self):
-        """When each file was changed last, in nanoseconds."""
+        """The time of each file's last change, in nanoseconds."""
         return [os.stat(self.path(name)).st_mtime_ns for name in self.files]
 
     def restore(self):
-        """Writes the contents over what the files hold; none is deleted or made anew."""
+        """Overwrites the files with their contents. No file is deleted and created again."""
         for name, data in self.files.items():
             write(self.path(name), data)
 
@@ -81,24 +82,26 @@ def write(path, data):
 
 
 def check(what, folder, expected):
-    """The files of a folder hold what they have to; `expected` gives names and contents."""
+    """Raises Failed unless the files of a folder have the `expected` names and contents."""
     for name, data in expected:
         path = os.path.join(folder, name)
         if read(path) != data:
-            raise Failed("%s has left wrong contents in %s" % (what, path))
+            raise Failed(f"{what} has left wrong contents in {path}")
 
 
 class Contender:
-    """Somebody who does a work: `prepare` makes it ready again, `run` does it and returns a
-    Sample, `check` raises Failed when it was not done right. The slow ones run in less rounds."""
+    """A program that takes part in a comparison. `prepare` restores the files, `run` does the work
+    and returns a Sample, and `check` raises Failed if the results are wrong. A slow contender has
+    `rounds` of its own."""
 
     def __init__(self, name, run, prepare=lambda: None, check=lambda: None, rounds=None):
-        self.name, self.run, self.prepare, self.check, self.rounds = name, run, prepare, check, rounds
+        self.name, self.rounds = name, rounds
+        self.run, self.prepare, self.check = run, prepare, check
 
 
 def compete(contenders, rounds, warm_up, before=lambda: None):
-    """Lets the contenders work in turn, after a call of `before` each; returns the Samples of each, by
-    name."""
+    """Runs the contenders in turn, with a call of `before` before each run. Returns the Samples of
+    each contender by its name."""
     samples = {contender.name: [] for contender in contenders}
     for number in range(-1 if warm_up else 0, rounds):
         for contender in contenders:
@@ -120,23 +123,25 @@ def median(samples):
 
 
 def spread(values):
-    return "%s (%s-%s)" % tuple(map(number, (statistics.median(values), min(values), max(values))))
+    return f"{number(statistics.median(values))} ({number(min(values))}-{number(max(values))})"
 
 
 def figures(samples):
-    """Median, spread and processor time of some runs."""
+    """The median, the spread and the CPU time of some runs."""
     shown = spread([sample.seconds for sample in samples])
     times = [sample.cpu for sample in samples if sample.cpu is not None]
-    return shown + " cpu %s" % number(statistics.median(times)) if times else shown
+    return shown + f" cpu {number(statistics.median(times))}" if times else shown
 
 
 def number(value):
-    """With two or three figures."""
-    return "%.*f" % (4 if value < 0.01 else 3 if value < 0.1 else 2 if value < 10 else 1 if value < 100 else 0, value)
+    """A number with two or three significant digits."""
+    limits = {0.01: 4, 0.1: 3, 10: 2, 100: 1}
+    digits = next((digits for limit, digits in limits.items() if value < limit), 0)
+    return f"{value:.{digits}f}"
 
 
 class Table:
-    """Lines of what was measured, shown as soon as they are known."""
+    """The table of results, whose lines are shown as soon as they are known."""
 
     def __init__(self):
         self.met = self.missed = 0
@@ -144,7 +149,7 @@ class Table:
         self._line(*("-" * width for width in WIDTHS))
 
     def line(self, work, ours, beside, ratio, aim, at_least=False):
-        if aim is None:  # told only
+        if aim is None:  # measured only
             self._line(work, ours, beside, number(ratio), "", "")
             return
         met = ratio >= aim if at_least else ratio <= aim
@@ -154,11 +159,11 @@ class Table:
                    "yes" if met else "NO")
 
     def compare(self, work, samples, ours, other, aim):
-        others = samples[other]
-        self.line(work, figures(samples[ours]), "%s %s%s" % (
-            other, figures(others), "" if len(others) == len(samples[ours]) else ", rounds: %d" % len(others)),
-            median(samples[ours]) / median(others), aim)
+        mine, others = samples[ours], samples[other]
+        rounds = "" if len(others) == len(mine) else f", rounds: {len(others)}"
+        self.line(work, figures(mine), f"{other} {figures(others)}{rounds}",
+                  median(mine) / median(others), aim)
 
     def _line(self, *cells):
-        print("| %s |" % " | ".join(cell.ljust(width) for cell, width in zip(cells, WIDTHS)))
+        print(f"| {' | '.join(cell.ljust(width) for cell, width in zip(cells, WIDTHS))} |")
         sys.stdout.flush()

@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
-"""Reading as vCards beside the whole text as it lies; and the memory that it takes."""
+"""The row `vcards`: reading as vCards beside plain text, and the memory that it takes."""
 
 import base64
 import os
@@ -8,8 +8,8 @@ import quopri
 import random
 import re
 
-from cards import (CODED, FOLDED, TRAP, lines_replaced, logical_lines, plain_cards, plainly_replaced,
-                   rich_cards)
+from cards import (CODED, FOLDED, TRAP, lines_replaced, logical_lines, plain_cards,
+                   plainly_replaced, rich_cards)
 from corpus import ALL, CODE_PAGE, HALF, HALF_FIELD, NONE, SEED, replaced
 from measure import Contender, Failed, check, figures, read
 
@@ -18,11 +18,11 @@ MEMORY = 64  # MiB
 
 TEXT = {"half hit": ("whole", [HALF]), "all hit": ("whole", [ALL]), "none hit": ("whole", [NONE])}
 SIDES = {"fields": ("fields", [HALF_FIELD]), "values": ("values", [HALF])}
-# What the plain text does not show stands beside the plain text in which all files are hit.
+# Plain text has no such hits, so these are compared with plain text in which all files are hit.
 HARD = {"folded": ("whole", [FOLDED]), "coded": ("whole", [CODED])}
 
 
-def row(bench):
+def compare_with_plain_text(bench):
     plain, rich = plain_cards(bench.corpus.cards), rich_cards(bench.corpus.cards)
     in_page = {name: data.decode().encode(CODE_PAGE) for name, data in plain.items()}
     sets = {"1,000 sets": ("sets", bench.corpus.sets(1000))}
@@ -44,22 +44,23 @@ def replaced_in(encoding):
 
 
 def compete(bench, what, files, ways, aim, replace=None):
-    """Each way as vCards and as plain text, over the same files in place. `replace` tells the bytes of
-    a result; without it, they or what they mean are told by the rules for cards."""
-    work = "%d %s" % (bench.cards, what)
+    """Compares each way of replacing as vCards and as plain text, over the same files in place.
+    `replace` makes the bytes of a right result; without it, the rules for cards do (see proof)."""
+    work = f"{bench.cards} {what}"
     tree = bench.tree("ext4", "read-" + re.sub("[ ,]+", "-", what), files)
 
     def contender(way, besides):
         mode, pairs = ways[way]
         page = "utf-8" if mode == "sets" else "windows-1252"
-        return Contender(way if besides else "text, " + way,
-                         lambda: bench.run("%s, %s" % (work, way), mode, tree, pairs, page=page, besides=besides),
-                         tree.restore, proof(tree, way, pairs, replace) if besides else lambda: None)
+        return Contender(
+            way if besides else "text, " + way,
+            lambda: bench.run(f"{work}, {way}", mode, tree, pairs, page=page, besides=besides),
+            tree.restore, proof(tree, way, pairs, replace) if besides else lambda: None)
 
     samples = bench.compete([contender(way, "vcards") for way in ways] +
                             [contender(way, None) for way in ways if way not in HARD])
     for way in ways:
-        bench.table.compare("%s, %s" % (work, way), samples, way,
+        bench.table.compare(f"{work}, {way}", samples, way,
                             "text, " + ("all hit" if way in HARD else way), aim)
     for name in files:
         os.remove(tree.path(name))
@@ -67,8 +68,8 @@ def compete(bench, what, files, ways, aim, replace=None):
 
 
 def proof(tree, way, pairs, replace):
-    """A check of what a run as vCards has left: of its bytes where hits are in plain lines only, else of
-    what its lines mean. What plain text comes to is proven by other rows."""
+    """A check of the results of a run as vCards: of their bytes if all hits are in plain lines,
+    else of their logical lines. Other rows check the results of plain text."""
     if not replace and way in ("half hit", "none hit", "photo spared"):
         replace = plainly_replaced
     names = list(tree.files)[::max(1, len(tree.files) // 200) if len(pairs) > 10 else 1]
@@ -80,17 +81,19 @@ def proof(tree, way, pairs, replace):
     def prove():
         for name, lines in meant:
             if logical_lines(read(tree.path(name))) != lines:
-                raise Failed("reading as vCards has left wrong contents in %s" % tree.path(name))
+                raise Failed(f"reading as vCards has left wrong contents in {tree.path(name)}")
 
     return prove
 
 
 def memory(bench, cards):
-    """The peak over the idle window, for large files of cards and for cards with one very long line."""
+    """Measures the peak of memory over the idle window, for large files of cards and for cards with
+    one very long line."""
     size = bench.big * 100 // 256
-    head, tail = b"BEGIN:VCARD\r\nVERSION:3.0\r\nTEL:+49 (0)1\r\n", b"\r\nTEL:+49 (0)2\r\nEND:VCARD\r\n"
+    head = b"BEGIN:VCARD\r\nVERSION:3.0\r\nTEL:+49 (0)1\r\n"
+    tail = b"\r\nTEL:+49 (0)2\r\nEND:VCARD\r\n"
     photo = base64.b64encode(random.Random(SEED).randbytes(size * 3 // 4))
-    # Long lines are worked on in pieces of 1,048,576 characters; no unit of 64 is cut by that.
+    # Long lines are worked on in pieces of 1,048,576 characters, which cut no unit of 64.
     unit = "Ask for Zoë at +49 (0)1234, who has the key to the house. Thanks!"[:63] + " "
     count = size // len(unit)
     text = ("NOTE:" + unit[5:] + unit * count).encode()
@@ -107,8 +110,8 @@ def memory(bench, cards):
     def unfolded(data):
         return data.replace(b"\r\n ", b"")
 
-    def told(name, data, pair, expected, meaning=same):
-        work = "%d MB, %s" % (len(data) // 1000000, name)
+    def measure(name, data, pair, expected, meaning=same):
+        work = f"{len(data) // 1000000} MB, {name}"
         tree = bench.tree("ext4", "read-memory", {"big.vcf": b""})
         tree.files = {"big.vcf": data}
         bench.clear_state()
@@ -117,18 +120,20 @@ def memory(bench, cards):
         peak, _ = bench.peaks.pop()
         if meaning(read(tree.path("big.vcf"))) != expected:
             raise Failed("reading as vCards has left wrong contents: " + work)
-        bench.table.line("peak memory in MiB, " + work, figures([sample]), "%.1f" % (peak / MIB), peak / MIB,
-                         MEMORY)
+        bench.table.line("peak memory in MiB, " + work, figures([sample]), f"{peak / MIB:.1f}",
+                         peak / MIB, MEMORY)
 
-    told("rich vCards", many, HALF, plainly_replaced(many, [HALF]))
-    told("vCards in UTF-16", wide(cards), HALF, wide(plainly_replaced(cards, [HALF])))
+    measure("rich vCards", many, HALF, plainly_replaced(many, [HALF]))
+    measure("vCards in UTF-16", wide(cards), HALF, wide(plainly_replaced(cards, [HALF])))
     for name, line in (("a photo in one line", photo), ("a photo, folded", folded(photo))):
         line = b"PHOTO;ENCODING=b:" + line
-        told(name, head + line + tail, TRAP, replaced(head, [TRAP]) + line + replaced(tail, [TRAP]))
-    for name, line, meaning in (("a text in one line", text, same), ("a text, folded", folded(text), unfolded),
+        expected = replaced(head, [TRAP]) + line + replaced(tail, [TRAP])
+        measure(name, head + line + tail, TRAP, expected)
+    for name, line, meaning in (("a text in one line", text, same),
+                                ("a text, folded", folded(text), unfolded),
                                 ("a coded text", coded, quopri.decodestring)):
         data = head + line + tail
-        told(name, data, HALF, replaced(meaning(data), [HALF], "utf-8"), meaning)
+        measure(name, data, HALF, replaced(meaning(data), [HALF], "utf-8"), meaning)
 
 
 def folded(line):
