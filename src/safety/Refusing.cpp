@@ -18,12 +18,6 @@ namespace {
 constexpr mode_t kSetIdBits = S_ISUID | S_ISGID;
 constexpr mode_t kRunnable = 0111;
 
-std::u16string_view ReasonOfKind(const FileStatus& status) {
-    return status.IsFolder()    ? u"It is a folder"
-           : status.IsRegular() ? u""
-                                : u"It is not a regular file";
-}
-
 /// In a folder that everybody may write to, anybody can have put a file for others to write their
 /// texts into. This user's own files, root's, and those of the folder's owner are none of these.
 bool MayBePlanted(SystemCalls& calls, int descriptor, const FileStatus& status) {
@@ -41,7 +35,7 @@ bool MayBePlanted(SystemCalls& calls, int descriptor, const FileStatus& status) 
 
 std::u16string_view ReasonToRefuse(SystemCalls& calls, int descriptor, const FileStatus& status) {
     if (!status.IsRegular()) {
-        return ReasonOfKind(status);
+        return status.WhyNotRegular();
     }
     if ((status.mode & kSetIdBits) != 0) { // which writing takes away
         return u"It has a set-id bit, as no file of contacts has";
@@ -62,7 +56,7 @@ OpenedFile OpenTarget(SystemCalls& calls, const std::string& path, FileStatus& s
                       InputFile* source) {
     // A pipe tells its other end that it was opened; a device may act on it.
     if (calls.StatusOfTarget(path, status) == 0 && !status.IsRegular()) {
-        return {Descriptor(calls), EPERM, ReasonOfKind(status)};
+        return {Descriptor(calls), EPERM, status.WhyNotRegular()};
     }
     OpenedFile opened = OpenToWrite(calls, path);
     const int file = opened.file.Number();
@@ -75,7 +69,7 @@ OpenedFile OpenTarget(SystemCalls& calls, const std::string& path, FileStatus& s
     }
     if (opened.error == 0) {
         if (source != nullptr && status.SameFileAs(source->Status())) {
-            source->GiveUpLock();
+            source->ReleaseLock();
         }
         opened.error = LockFile(calls, file, true);
     }
@@ -88,7 +82,7 @@ OpenedFile OpenTarget(SystemCalls& calls, const std::string& path, FileStatus& s
 
 std::u16string ReasonOf(const OpenedFile& opened) {
     if (opened.error == EWOULDBLOCK) {
-        return u"It is locked by another program";
+        return std::u16string(kLockedByAnother);
     }
     return opened.reason.empty() ? ReasonOf(opened.error) : std::u16string(opened.reason);
 }

@@ -138,8 +138,9 @@ void Replacement::OpenRecord(Part part) {
         target_ = source_->HandOver();
     }
     if (part == Part::Middle && isItself_) {
-        source_->GoOnIn(log_.File()->Number(),
-                        static_cast<std::int64_t>(open_->KeptAt() - open_->record.keptFrom));
+        source_->ContinueInCopy(
+            log_.File()->Number(),
+            static_cast<std::int64_t>(open_->KeptAt() - open_->record.keptFrom));
     }
 }
 

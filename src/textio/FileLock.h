@@ -3,9 +3,14 @@
 
 #pragma once
 
+#include <string_view>
+
 namespace vexmarrow {
 
 class SystemCalls;
+
+/// The reason to give to the user when LockFile returns EWOULDBLOCK.
+inline constexpr std::u16string_view kLockedByAnother = u"It is locked by another program";
 
 /// Locks an open file, shared for reading or exclusively for writing, so that two running copies of
 /// the program never interfere. Also respects other programs' locks of parts of the file, but takes

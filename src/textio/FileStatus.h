@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 #include <sys/stat.h>
 #include <sys/types.h>
 
@@ -24,6 +25,11 @@ struct FileStatus {
 
     bool IsRegular() const { return S_ISREG(mode); }
     bool IsFolder() const { return S_ISDIR(mode); }
+
+    /// Why it is not read or written: a sentence without its full stop. Empty for a regular file.
+    std::u16string_view WhyNotRegular() const {
+        return IsFolder() ? u"It is a folder" : IsRegular() ? u"" : u"It is not a regular file";
+    }
 
     /// Whether both are the same file, possibly under two names. The time of its creation tells a
     /// file from a deleted one whose inode number it has got.

@@ -47,7 +47,7 @@ InputFile::InputFile(SystemCalls& calls, std::u16string_view path, Use use)
     // The lock keeps another running copy of the program from writing. Many file systems have no
     // locks; there, CheckUnchanged has to notice.
     if (LockFile(calls, number_, writable_) == EWOULDBLOCK) {
-        throw FileFailure(kCouldNotOpen, path_, u"It is locked by another program");
+        throw FileFailure(kCouldNotOpen, path_, kLockedByAnother);
     }
 }
 
@@ -57,19 +57,18 @@ void InputFile::RequireRegular(int answer) const {
         throw FileFailure(kCouldNotOpen, path_, errno);
     }
     if (!status_.IsRegular()) {
-        throw FileFailure(kCouldNotOpen, path_,
-                          status_.IsFolder() ? u"It is a folder" : u"It is not a regular file");
+        throw FileFailure(kCouldNotOpen, path_, status_.WhyNotRegular());
     }
 }
 
-void InputFile::GiveUpLock() {
+void InputFile::ReleaseLock() {
     calls_.Lock(number_, LOCK_UN);
 }
 
 std::string_view InputFile::Peek(std::size_t least) {
     while (end_ - begin_ < least && !atEnd_) {
         MakeRoom(least);
-        ReadOn();
+        ReadMore();
     }
     return {buffer_.get() + begin_, end_ - begin_};
 }
@@ -116,7 +115,7 @@ void InputFile::MakeRoom(std::size_t least) {
 
 /// Reads more bytes. When a small file has been read up to its size, this also looks for its end,
 /// so that Peek does not enlarge the buffer in vain, and Whole has the file.
-void InputFile::ReadOn() {
+void InputFile::ReadMore() {
     const std::size_t before = end_;
     ReadPart();
     if (end_ > before && position_ == status_.size && end_ < capacity_) {

@@ -52,7 +52,7 @@ public:
     const FileStatus& Status() const { return status_; }
     const std::u16string& Path() const { return path_; }
 
-    void GiveUpLock();
+    void ReleaseLock();
 
     /// The open file, and whether it may be written through it.
     int Number() const { return number_; }
@@ -67,7 +67,7 @@ public:
 
     /// Reads the rest from a copy, up to the size that the file had. Byte 0 of the file would be at
     /// `shift` in the copy.
-    void GoOnIn(int copy, std::int64_t shift) {
+    void ContinueInCopy(int copy, std::int64_t shift) {
         number_ = copy;
         shift_ = shift;
         inCopy_ = true;
@@ -79,7 +79,7 @@ private:
     };
     void RequireRegular(int answer) const;
     void MakeRoom(std::size_t least);
-    void ReadOn();
+    void ReadMore();
     void ReadPart();
 
     SystemCalls& calls_;

@@ -13,7 +13,7 @@ namespace vexmarrow {
 
 bool RFTSFSO::DetectTextEncoding(std::u16string_view path) {
     flags_.IsUtf8 = false;
-    InputFile file = Open(path, Use::Read);
+    InputFile file = OpenBytes(path, Use::Read);
     return Detect(file);
 }
 
@@ -33,7 +33,7 @@ int RFTSFSO::FileSize2(std::u16string_view path, Use use) {
 
 /// Uses the file that FileSize2 has opened if it has the very same path. If not, that file is
 /// closed first, because another path may lead to the same file, which its lock would block.
-InputFile RFTSFSO::Open(std::u16string_view path, Use use) {
+InputFile RFTSFSO::OpenBytes(std::u16string_view path, Use use) {
     std::optional<InputFile> opened = std::exchange(opened_, std::nullopt);
     if (opened && opened->Path() == path) {
         return std::move(*opened);
@@ -51,7 +51,7 @@ bool RFTSFSO::Detect(InputFile& file) {
 /// Opens the file once, for the detection and for the reading that follows.
 InputFile RFTSFSO::OpenDetected(std::u16string_view path, Use use) {
     flags_.IsUtf8 = false;
-    InputFile file = Open(path, use);
+    InputFile file = OpenBytes(path, use);
     flags_.IsUnicode = Detect(file);
     return file;
 }
@@ -84,7 +84,8 @@ TextPieces RFTSFSO::ReadTextChunks(std::u16string_view path, Use use) {
 }
 
 TextPieces RFTSFSO::ReadChunksByStream(std::u16string_view path, Use use) {
-    return {Open(path, use), flags_.IsUnicode ? TextFormat::Utf16 : TextFormat::Ansi, ansi_.Page()};
+    return {OpenBytes(path, use), flags_.IsUnicode ? TextFormat::Utf16 : TextFormat::Ansi,
+            ansi_.Page()};
 }
 
 } // namespace vexmarrow

@@ -16,7 +16,8 @@ class AnsiCodePage;
 class SystemCalls;
 
 /// What the last detection found in the first bytes of a file. There is one object in the process,
-/// which everything that reads or writes text uses: writing follows the reading before it.
+/// which everything that reads or writes text uses, because what is written has the format of what
+/// was read before it.
 struct EncodingFlags {
     bool IsUtf8 = false;    ///< the file begins with the UTF-8 mark
     bool IsUnicode = false; ///< it begins with a UTF-16 or UTF-32 mark, so text is in UTF-16
@@ -24,8 +25,8 @@ struct EncodingFlags {
 
 /// Opens and reads all text files. If IsUnicode is set, text is in UTF-16 with the low byte first,
 /// whatever the mark was; else it is in the ANSI code page. Failures are thrown as Failure. A
-/// failed detection clears IsUtf8 and keeps IsUnicode. Once the detection has succeeded, both flags
-/// are set, even if reading fails afterwards.
+/// failed detection clears IsUtf8 and keeps IsUnicode. A successful one sets both, and they stay as
+/// they are if reading fails afterwards.
 class RFTSFSO {
 public:
     using Use = InputFile::Use;
@@ -50,7 +51,7 @@ public:
     TextPieces ReadChunksByStream(std::u16string_view path, Use use = Use::Read);
 
     /// Opens the file to be read as bytes. The flags are neither used nor changed.
-    InputFile OpenBytes(std::u16string_view path, Use use) { return Open(path, use); }
+    InputFile OpenBytes(std::u16string_view path, Use use);
 
     /// All bytes of a file.
     std::string ReadBytes(std::u16string_view path) const {
@@ -70,7 +71,6 @@ public:
     const AnsiCodePage& Ansi() const { return ansi_; }
 
 private:
-    InputFile Open(std::u16string_view path, Use use);
     bool Detect(InputFile& file);
     InputFile OpenDetected(std::u16string_view path, Use use);
     TextFormat DetectedFormat() const;

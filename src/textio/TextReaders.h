@@ -90,7 +90,7 @@ public:
     void PartAfter(const AsciiSet& ends) { ends_ = ends; }
 
 private:
-    bool NextBytes(std::string_view& piece);
+    bool NextBytes(std::string_view& bytes);
     std::string_view PeekPart();
     std::string_view PeekPiece();
 
