@@ -209,10 +209,10 @@ std::unique_ptr<const CodePage> MakeSingleByteCodePage(std::u16string_view name)
     // For an empty name ICU opens its default converter, but an empty name names no page.
     const Converter converter(icuName.empty() ? nullptr : ucnv_open(icuName.c_str(), &error));
     if (converter == nullptr || U_FAILURE(error) || !IsPlain(icuName)) {
-        throw Refused(name, u"there is none of this name");
+        throw Refused(name, u"there is no code page of this name");
     }
     if (ucnv_getMaxCharSize(converter.get()) != 1) {
-        throw Refused(name, u"its characters take more than one byte");
+        throw Refused(name, u"it has characters of more than one byte");
     }
     ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr,
                         &error);
@@ -223,7 +223,7 @@ std::unique_ptr<const CodePage> MakeSingleByteCodePage(std::u16string_view name)
         const auto byte = static_cast<std::uint8_t>(i);
         std::optional<char16_t> character = CharacterOf(converter.get(), byte);
         if (i < 0x80 && character != static_cast<char16_t>(i)) {
-            throw Refused(name, u"its first half is not ASCII");
+            throw Refused(name, u"its bytes 00 to 7F are not ASCII");
         }
         if (!character && i <= 0x9F) {
             character = static_cast<char16_t>(i);
