@@ -26,7 +26,7 @@ std::string TextOf(std::u16string_view units) {
     return text;
 }
 
-/// The text with each CR LF, CR and LF replaced.
+/// The text with `lineEnd` in place of each CR LF, CR and LF.
 std::string WithLineEnds(std::string_view text, std::string_view lineEnd) {
     std::string result;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -44,7 +44,7 @@ std::string WithLineEnds(std::string_view text, std::string_view lineEnd) {
 
 CardPairs::CardPairs(const std::vector<ReplacementPair>& pairs) {
     pairs_.finder = this;
-    finds_.reserve(pairs.size()); // any_ needs them to stay where they are
+    finds_.reserve(pairs.size()); // any_ has pointers to the elements
     for (const ReplacementPair& pair : pairs) {
         const std::string replace = TextOf(pair.replace);
         pairs_.list.push_back(
@@ -58,14 +58,14 @@ CardPairs::CardPairs(const std::vector<ReplacementPair>& pairs) {
         anyHasLineEnd_ = anyHasLineEnd_ || pair.find.find_first_of(u"\r\n") != std::u16string::npos;
     }
     if (finds_.size() > kFew) {
-        std::vector<const FindOne<char>*> all;
-        for (const FindOne<char>& find : finds_) {
+        std::vector<const SingleFinder<char>*> all;
+        for (const SingleFinder<char>& find : finds_) {
             if (!find.Text().empty()) {
                 all.push_back(&find);
                 numbers_.push_back(static_cast<std::size_t>(&find - finds_.data()));
             }
         }
-        any_ = FindAny<char>(all, TextSample<char>(std::string_view()));
+        any_ = MultiFinder<char>(all, GramFrequencies<char>(std::string_view()));
     }
 }
 
@@ -74,7 +74,7 @@ std::size_t CardPairs::FirstFound(std::string_view text, std::size_t least) cons
         return FirstOfMany(text, least);
     }
     for (std::size_t number = least; number < finds_.size(); ++number) {
-        if (finds_[number].In(text, 0) != std::string_view::npos) {
+        if (finds_[number].IsIn(text)) {
             return number;
         }
     }
@@ -83,9 +83,9 @@ std::size_t CardPairs::FirstFound(std::string_view text, std::size_t least) cons
 
 std::size_t CardPairs::FirstOfMany(std::string_view text, std::size_t least) const {
     std::size_t first = kNone;
-    Effort effort(static_cast<std::size_t>(-1));
-    any_.Collect(text, effort, hits_);
-    for (const FindAny<char>::Hit& hit : hits_) {
+    Budget budget(Budget::kUnlimited);
+    any_.Collect(text, budget, hits_);
+    for (const MultiFinder<char>::Hit& hit : hits_) {
         if (numbers_[hit.number] >= least) {
             first = std::min(first, numbers_[hit.number]);
         }
@@ -95,14 +95,14 @@ std::size_t CardPairs::FirstOfMany(std::string_view text, std::size_t least) con
 
 void CardPairs::FindPlaces(std::string_view text, std::vector<std::size_t>& places) const {
     if (finds_.size() > kFew && !anyHasLineEnd_) {
-        Effort effort(static_cast<std::size_t>(-1));
-        any_.Collect(text, effort, hits_);
-        for (const FindAny<char>::Hit& hit : hits_) {
+        Budget budget(Budget::kUnlimited);
+        any_.Collect(text, budget, hits_);
+        for (const MultiFinder<char>::Hit& hit : hits_) {
             places.push_back(hit.place);
         }
         return;
     }
-    for (const FindOne<char>& find : finds_) {
+    for (const SingleFinder<char>& find : finds_) {
         find.ForEach(text, [&](std::size_t place) {
             places.push_back(place);
             return true;

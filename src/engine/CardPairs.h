@@ -4,8 +4,8 @@
 #pragma once
 
 #include "engine/Cascade.h"
-#include "engine/FindAny.h"
-#include "engine/FindOne.h"
+#include "engine/MultiFinder.h"
+#include "engine/SingleFinder.h"
 #include "vcard/Pairs.h"
 
 #include <cstddef>
@@ -14,7 +14,7 @@
 
 namespace vexmarrow {
 
-/// Pairs made ready for contact cards. Not for several threads at once.
+/// Pairs prepared for contact cards. One object must not be used by several threads at once.
 class CardPairs final : private vcard::PairFinder {
 public:
     explicit CardPairs(const std::vector<ReplacementPair>& pairs);
@@ -30,11 +30,11 @@ private:
     std::size_t FirstOfMany(std::string_view text, std::size_t least) const;
 
     vcard::Pairs pairs_;
-    std::vector<FindOne<char>> finds_;
-    FindAny<char> any_;                // where there are many
-    std::vector<std::size_t> numbers_; // of those that it looks for
-    bool anyHasLineEnd_ = false;       // so that it may be found across lines
-    mutable std::vector<FindAny<char>::Hit> hits_;
+    std::vector<SingleFinder<char>> finds_;
+    MultiFinder<char> any_;            // used when there are many pairs
+    std::vector<std::size_t> numbers_; // the pair numbers of the texts of any_
+    bool anyHasLineEnd_ = false;       // a find text contains a line end
+    mutable std::vector<MultiFinder<char>::Hit> hits_;
 };
 
 } // namespace vexmarrow

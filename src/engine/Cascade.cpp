@@ -15,14 +15,14 @@ namespace {
 template <typename Unit>
 using Steps = std::vector<Step<Unit>>;
 
-/// Runs each pair over the whole text: the way for few pairs.
+/// Runs each pair over the whole text: the method for few pairs.
 template <typename Unit>
-class PairByPair final : public BasicCascade<Unit>::Way {
+class PairByPair final : public BasicCascade<Unit>::Method {
 public:
     explicit PairByPair(Steps<Unit> steps) : steps_(std::move(steps)) {}
 
     bool Apply(std::basic_string_view<Unit> text, std::basic_string<Unit>& result) override {
-        if (steps_.size() == 1) { // which needs no room but the result's
+        if (steps_.size() == 1) { // needs no other buffer
             return ReplaceAll(steps_.front(), text, result, [](std::size_t) {});
         }
         if (!passes_.Run(steps_, text)) {
@@ -37,10 +37,10 @@ private:
     Passes<Unit> passes_;
 };
 
-/// Copies lines in which nothing is found, and runs the cascade over each of the others by itself.
-/// What a line is depends on the pairs: it lies between two units that no find text contains.
+/// Copies lines without a match, and runs the cascade over each other line separately. Here a line
+/// is what lies between two units that occur in no find text.
 template <typename Unit>
-class LineByLine final : public BasicCascade<Unit>::Way {
+class LineByLine final : public BasicCascade<Unit>::Method {
 public:
     using View = std::basic_string_view<Unit>;
     using String = std::basic_string<Unit>;
@@ -61,13 +61,13 @@ public:
         for (std::size_t begin = 0; begin < text.size();) {
             const std::size_t end = EndOfLine(text, std::min(begin + kBlock, text.size()));
             const View block = text.substr(begin, end - begin);
-            Effort effort(LimitFor(block));
-            any_.Collect(block, effort, hits_);
-            if (!hits_.empty() || effort.Exhausted()) {
+            Budget budget(LimitFor(block));
+            any_.Collect(block, budget, hits_);
+            if (!hits_.empty() || budget.Exhausted()) {
                 changed = true;
                 result.reserve(text.size());
                 result.append(text, copied, begin - copied);
-                Replace(block, effort, result);
+                Replace(block, budget, result);
                 copied = end;
             }
             begin = end;
@@ -79,7 +79,7 @@ public:
     }
 
 private:
-    using Hit = typename FindAny<Unit>::Hit;
+    using Hit = typename MultiFinder<Unit>::Hit;
     static constexpr std::size_t kBlock = 65'536;
 
     static std::size_t Code(Unit unit) { return std::make_unsigned_t<Unit>(unit); }
@@ -88,7 +88,7 @@ private:
         return InFindTexts(four[0]) && InFindTexts(four[1]) && InFindTexts(four[2]) &&
                InFindTexts(four[3]);
     }
-    /// Where the line begins that goes on at a place; at least `least`.
+    /// The begin of the line with the place `begin`, but not less than `least`.
     std::size_t BeginOfLine(View text, std::size_t least, std::size_t begin) const {
         while (begin >= least + 4 && InFindTexts(text.data() + begin - 4)) {
             begin -= 4;
@@ -108,31 +108,30 @@ private:
         return end;
     }
 
-    /// Appends what becomes of a block of whole lines, of which hits_ tells what is found there.
-    void Replace(View block, Effort& effort, String& result) {
+    /// Appends the result for a block of whole lines, whose matches are in hits_.
+    void Replace(View block, Budget& budget, String& result) {
         std::size_t copied = 0;
-        for (auto hit = hits_.cbegin(); hit != hits_.cend() && !effort.Exhausted();) {
+        for (auto hit = hits_.cbegin(); hit != hits_.cend() && !budget.Exhausted();) {
             const std::size_t begin = BeginOfLine(block, copied, hit->place);
             const std::size_t end = EndOfLine(block, hit->place);
             const auto next = std::find_if(hit, hits_.cend(),
                                            [&](const Hit& other) { return other.place >= end; });
             result.append(block, copied, begin - copied);
-            result.append(lines_.Run(block.substr(begin, end - begin), {hit, next}, effort));
+            result.append(lines_.Run(block.substr(begin, end - begin), {hit, next}, budget));
             copied = end;
             hit = next;
         }
         const View rest = block.substr(copied);
-        result.append(effort.Exhausted() && passes_.Run(steps_, rest) ? passes_.text : rest);
+        result.append(budget.Exhausted() && passes_.Run(steps_, rest) ? passes_.text : rest);
     }
 
-    /// About what it would take to run each pair over the whole text, if there is nothing to find.
+    /// The approximate cost of running every pair over a text without matches.
     std::size_t LimitFor(View text) const {
         return (steps_.size() / 16 + 4) * text.size() + 16 * steps_.size() + 4096;
     }
 
-    /// Plans how to look for the find texts, with the first text at hand and again when there has
-    /// been so much that a better plan will pay. The result does not depend on that, only how soon
-    /// it is there.
+    /// Plans the search from a sample of the texts, and again when many more texts have come, so
+    /// that a better plan pays. The plan affects only the speed, not the result.
     void Learn(View text) {
         constexpr std::size_t kSample = std::size_t{1} << 18;
         constexpr std::array<std::size_t, 3> kPlanAgainAt{1U << 10, 1U << 16, 1U << 24};
@@ -144,12 +143,12 @@ private:
         if (seen_ < planAt_) {
             return;
         }
-        std::vector<const FindOne<Unit>*> finds;
+        std::vector<const SingleFinder<Unit>*> finds;
         finds.reserve(steps_.size());
         for (const Step<Unit>& step : steps_) {
             finds.push_back(&step.find);
         }
-        any_ = FindAny<Unit>(finds, TextSample<Unit>(sample_));
+        any_ = MultiFinder<Unit>(finds, GramFrequencies<Unit>(sample_));
         const auto* const again = std::upper_bound(kPlanAgainAt.begin(), kPlanAgainAt.end(), seen_);
         if (again != kPlanAgainAt.end()) {
             planAt_ = *again;
@@ -162,8 +161,8 @@ private:
     Steps<Unit> steps_;
     String sample_;
     std::size_t seen_ = 0;
-    std::size_t planAt_ = 0; // when so much has been seen
-    FindAny<Unit> any_;
+    std::size_t planAt_ = 0; // how many units to see before the next plan
+    MultiFinder<Unit> any_;
     std::array<bool, std::size_t{1} << (8 * sizeof(Unit))> inFindTexts_{};
     LineCascade<Unit> lines_{steps_, any_};
     Passes<Unit> passes_;
@@ -179,13 +178,13 @@ BasicCascade<Unit>::BasicCascade(std::vector<BasicReplacementPair<Unit>> pairs) 
     steps.reserve(pairs.size());
     for (BasicReplacementPair<Unit>& pair : pairs) {
         if (!pair.find.empty()) {
-            steps.push_back({FindOne<Unit>(pair.find), std::move(pair.replace)});
+            steps.push_back({SingleFinder<Unit>(pair.find), std::move(pair.replace)});
         }
     }
     if (steps.size() <= kFew) {
-        way_ = std::make_unique<PairByPair<Unit>>(std::move(steps));
+        method_ = std::make_unique<PairByPair<Unit>>(std::move(steps));
     } else {
-        way_ = std::make_unique<LineByLine<Unit>>(std::move(steps));
+        method_ = std::make_unique<LineByLine<Unit>>(std::move(steps));
     }
 }
 

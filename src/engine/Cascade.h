@@ -10,20 +10,20 @@
 
 namespace vexmarrow {
 
-/// What to find, unit by unit with exact case, and what to put in its place. An empty find text is
-/// found nowhere.
+/// A text to find, literally and with exact case, and its replacement. An empty text to find never
+/// matches.
 template <typename Unit>
 struct BasicReplacementPair {
     std::basic_string<Unit> find;
     std::basic_string<Unit> replace;
 };
 
-/// Replaces with an ordered list of pairs. Each pair changes every occurrence of its find text,
-/// from left to right and without overlap, in what the pairs before it have made of the text; what
-/// a pair inserts is not searched again by that pair. docs/CASCADE.md tells how.
+/// Applies an ordered list of pairs. Each pair replaces every occurrence of its find text, from
+/// left to right and without overlap, in the result of the pairs before it. A pair does not search
+/// what it has inserted. docs/CASCADE.md explains the method.
 ///
-/// It is made for bytes and for 16-bit units. Making one takes time for each pair; applying it to
-/// many texts takes memory only while they grow. Not for several threads at once.
+/// It exists for bytes and for 16-bit units. The constructor prepares every pair; Apply reuses its
+/// memory. One object must not be used by several threads at once.
 template <typename Unit>
 class BasicCascade {
 public:
@@ -31,24 +31,24 @@ public:
 
     explicit BasicCascade(std::vector<BasicReplacementPair<Unit>> pairs);
 
-    /// Puts the replaced text into `result`, in which `text` must not lie. Returns false if nothing
-    /// was found: then `result` means nothing, and the text stays as it is.
+    /// Sets `result`, which must not contain `text`, to the changed text. Returns false if nothing
+    /// was found; then the value of `result` has no meaning.
     bool Apply(View text, std::basic_string<Unit>& result) const {
-        return way_->Apply(text, result);
+        return method_->Apply(text, result);
     }
 
-    /// One of the ways to do it.
-    class Way {
+    /// One of the methods to apply the pairs.
+    class Method {
     public:
-        Way() = default;
-        Way(const Way&) = delete;
-        Way& operator=(const Way&) = delete;
-        virtual ~Way() = default;
+        Method() = default;
+        Method(const Method&) = delete;
+        Method& operator=(const Method&) = delete;
+        virtual ~Method() = default;
         virtual bool Apply(std::basic_string_view<Unit> text, std::basic_string<Unit>& result) = 0;
     };
 
 private:
-    std::unique_ptr<Way> way_;
+    std::unique_ptr<Method> method_;
 };
 
 extern template class BasicCascade<char>;

@@ -9,22 +9,22 @@
 namespace vexmarrow {
 namespace {
 
-// What a probe and a hit cost, in clock cycles.
+// The cost of a probe and of a hit in clock cycles.
 constexpr double kProbeCost = 3;
 constexpr double kHitCost = 100;
 
 } // namespace
 
 template <typename Unit>
-GramScan<Unit>::GramScan(std::vector<Find> finds, const TextSample<Unit>& sample)
+GramScan<Unit>::GramScan(std::vector<Find> finds, const GramFrequencies<Unit>& sample)
     : finds_(std::move(finds)) {
     std::size_t shortest = finds_.front().text.size();
     for (const Find& find : finds_) {
         shortest = std::min(shortest, find.text.size());
         longest_ = std::max(longest_, find.text.size());
     }
-    // Wide grams are rare. Narrow ones leave room for a long stride, which means fewer probes; a
-    // shorter one leaves a choice of rare grams.
+    // Wide grams are rare. Narrow grams permit a long stride with fewer probes. A shorter stride
+    // offers a choice of rare grams.
     const std::size_t widest = std::min(kWidestGram<Unit>, shortest);
     Plan best;
     for (std::size_t width = (widest + 1) / 2; width <= widest; ++width) {
@@ -41,10 +41,10 @@ GramScan<Unit>::GramScan(std::vector<Find> finds, const TextSample<Unit>& sample
 
 template <typename Unit>
 auto GramScan<Unit>::MakePlan(std::size_t width, std::size_t stride,
-                              const TextSample<Unit>& sample) const -> Plan {
+                              const GramFrequencies<Unit>& sample) const -> Plan {
     Plan plan{.width = width, .stride = stride, .entries = {}, .cost = kProbeCost};
     plan.entries.reserve(finds_.size() * stride);
-    // How many entries a gram has, by hash.
+    // The number of entries for each hash of a gram.
     std::vector<std::uint32_t> load(std::bit_ceil(4 * finds_.size() * stride));
     const int shift = 64 - std::countr_zero(load.size());
     for (std::uint32_t find = 0; find < finds_.size(); ++find) {
@@ -82,7 +82,7 @@ void GramScan<Unit>::Prepare(Plan plan) {
     std::stable_sort(entries_.begin(), entries_.end(),
                      [](const Entry& a, const Entry& b) { return a.gram < b.gram; });
     const std::size_t slots = std::bit_ceil(entries_.size() * 2);
-    // Few bits leave room in the cache; the hash of a gram of up to two bytes has only upper bits.
+    // Few bits save space in the cache. The hash of a gram of one or two bytes has only upper bits.
     constexpr std::size_t kMost = std::size_t{1} << kMostBits;
     const bool narrow = width_ * sizeof(Unit) <= 2;
     const std::size_t bits =

@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "engine/Effort.h"
-#include "engine/TextSample.h"
+#include "engine/Budget.h"
+#include "engine/GramFrequencies.h"
 
 #include <algorithm>
 #include <bit>
@@ -16,46 +16,43 @@
 
 namespace vexmarrow {
 
-/// Looks for many texts at once.
-///
-/// A gram is a few units in a row. Only every stride-th place of a text is probed: each find text
-/// gives one gram for every way in which it can lie across the probed places, so each occurrence
-/// has exactly one probe that announces it. docs/CASCADE.md tells more.
+/// Searches for many texts at once, by probing only every stride-th place of a text. Each find text
+/// has one gram for each of its possible positions relative to the probed places, so exactly one
+/// probe detects each occurrence. docs/CASCADE.md explains more.
 template <typename Unit>
 class GramScan {
 public:
     using View = std::basic_string_view<Unit>;
 
-    /// A find text, which must not be empty and must outlive the scan, and its number.
+    /// A find text and its number. The text must not be empty and must outlive the scan.
     struct Find {
         View text;
         std::uint32_t number = 0;
     };
 
-    /// The sample helps to look for what is rare.
-    GramScan(std::vector<Find> finds, const TextSample<Unit>& sample);
+    /// `sample` helps to choose rare grams.
+    GramScan(std::vector<Find> finds, const GramFrequencies<Unit>& sample);
 
     std::size_t Longest() const { return longest_; }
 
-    /// Calls `visit(number, place)` for each occurrence of each find text, overlapping ones too,
-    /// until it returns false. Of the occurrences in two parts of the text between which none
-    /// lies across, those in the first part come first; within a part they come in any order.
-    /// False if it was stopped or `effort` is exhausted.
+    /// Calls `visit(number, place)` for each occurrence of each find text, even where they overlap,
+    /// until it returns false. If no occurrence extends over a place, those before it come first;
+    /// otherwise the order is undefined. Returns false if `visit` or the budget ended the search.
     template <typename Visit>
-    bool ForEach(View text, Effort& effort, Visit visit) const;
+    bool ForEach(View text, Budget& budget, Visit visit) const;
 
 private:
     static constexpr std::size_t kLongestStride = 8;
-    static constexpr int kMostBits = 18; // fill the innermost cache of most processors
+    static constexpr int kMostBits = 18; // 2^18 bits fill the first cache of most processors
     static constexpr std::size_t kRead = sizeof(Gram) / sizeof(Unit);
 
-    /// That a find text stands around a probed place when this gram stands there.
+    /// A gram of a find text, and its offset in that text.
     struct Entry {
         Gram gram = 0;
         std::uint32_t find = 0; // index into finds_
         std::uint32_t offset = 0;
     };
-    /// The entries of one gram; none in an empty slot.
+    /// The range of entries with one gram; an empty slot has an empty range.
     struct Slot {
         Gram gram = 0;
         std::uint32_t begin = 0;
@@ -68,18 +65,18 @@ private:
         double cost = 0; // per unit of text
     };
 
-    Plan MakePlan(std::size_t width, std::size_t stride, const TextSample<Unit>& sample) const;
+    Plan MakePlan(std::size_t width, std::size_t stride, const GramFrequencies<Unit>& sample) const;
     void Prepare(Plan plan);
 
     const Slot* SlotOf(Gram gram) const;
     static Gram Read(View text, std::size_t at);
-    /// Whether a gram with this hash may be among those of the find texts.
+    /// Whether a find text may have a gram with this hash.
     bool MayBe(Gram hash) const {
         const Gram bit = hash >> (64 - kMostBits) & bitMask_;
         return (bits_[bit / 64] >> (bit % 64) & 1U) != 0;
     }
     template <typename Visit>
-    bool Verify(View text, std::size_t probed, Effort& effort, Visit& visit) const;
+    bool Verify(View text, std::size_t probed, Budget& budget, Visit& visit) const;
 
     std::vector<Find> finds_;
     std::size_t longest_ = 0;
@@ -87,12 +84,12 @@ private:
     std::size_t stride_ = 1;
     Gram bitMask_ = 0;
     int slotShift_ = 0;
-    std::vector<std::uint64_t> bits_; // which grams may be there, by hash
-    std::vector<Slot> slots_;         // which grams are there, by hash; at least half are empty
+    std::vector<std::uint64_t> bits_; // a set bit for the hash of each gram
+    std::vector<Slot> slots_;         // a hash table of the grams, at least half empty
     std::vector<Entry> entries_;
 };
 
-/// The eight bytes at a place; those beyond the end of the text are anything.
+/// The eight bytes at a place. Bytes beyond the end of the text are undefined.
 template <typename Unit>
 Gram GramScan<Unit>::Read(View text, std::size_t at) {
     Gram bytes = 0;
@@ -109,7 +106,7 @@ Gram GramScan<Unit>::Read(View text, std::size_t at) {
 
 template <typename Unit>
 template <typename Visit>
-bool GramScan<Unit>::ForEach(View text, Effort& effort, Visit visit) const {
+bool GramScan<Unit>::ForEach(View text, Budget& budget, Visit visit) const {
     constexpr std::size_t kProbes = 4;
     const std::size_t stride = stride_;
     const int bitsBeside = BitsBeside<Unit>(width_);
@@ -129,14 +126,14 @@ bool GramScan<Unit>::ForEach(View text, Effort& effort, Visit visit) const {
             [[unlikely]] {
             for (std::size_t probe = 0; probe < kProbes; ++probe) {
                 const std::size_t probed = at + probe * stride;
-                if (mayBe(probed) != 0 && !Verify(text, probed, effort, visit)) {
+                if (mayBe(probed) != 0 && !Verify(text, probed, budget, visit)) {
                     return false;
                 }
             }
         }
     }
     for (; at + width_ <= text.size(); at += stride) {
-        if (MayBe(MixedGram(Read(text, at), bitsBeside)) && !Verify(text, at, effort, visit)) {
+        if (MayBe(MixedGram(Read(text, at), bitsBeside)) && !Verify(text, at, budget, visit)) {
             return false;
         }
     }
@@ -159,7 +156,7 @@ auto GramScan<Unit>::SlotOf(Gram gram) const -> const Slot* {
 
 template <typename Unit>
 template <typename Visit>
-bool GramScan<Unit>::Verify(View text, std::size_t probed, Effort& effort, Visit& visit) const {
+bool GramScan<Unit>::Verify(View text, std::size_t probed, Budget& budget, Visit& visit) const {
     const Slot* slot = SlotOf(TrimmedGram(Read(text, probed), BitsBeside<Unit>(width_)));
     if (slot == nullptr) {
         return true;
@@ -167,7 +164,7 @@ bool GramScan<Unit>::Verify(View text, std::size_t probed, Effort& effort, Visit
     for (std::uint32_t at = slot->begin; at < slot->end; ++at) {
         const Entry& entry = entries_[at];
         const View find = finds_[entry.find].text;
-        if (!effort.Spend(8 + find.size() / 16)) {
+        if (!budget.Spend(8 + find.size() / 16)) {
             return false;
         }
         if (entry.offset > probed || text.size() - (probed - entry.offset) < find.size()) {

@@ -27,12 +27,12 @@ std::uint32_t LineCascade<Unit>::TakeLowest() {
 }
 
 template <typename Unit>
-auto LineCascade<Unit>::Run(View line, Hits hits, Effort& effort) -> View {
-    std::uint32_t next = 0; // steps before it have been run
+auto LineCascade<Unit>::Run(View line, Hits hits, Budget& budget) -> View {
+    std::uint32_t next = 0; // the steps before this one are finished
     for (const auto& hit : hits) {
         MakeDue(hit.number);
     }
-    while (!due_.empty() && effort.Spend(kStepCost + line.size() / 16)) {
+    while (!due_.empty() && budget.Spend(kStepCost + line.size() / 16)) {
         const std::uint32_t number = TakeLowest();
         next = number + 1;
         const Step<Unit>& step = steps_[number];
@@ -43,14 +43,14 @@ auto LineCascade<Unit>::Run(View line, Hits hits, Effort& effort) -> View {
         if (ReplaceAll(step, line, passes_.room, note)) {
             passes_.text.swap(passes_.room);
             line = passes_.text;
-            any_.ForEachAround(line, changed_, effort, [&](std::uint32_t later) {
+            any_.ForEachAround(line, changed_, budget, [&](std::uint32_t later) {
                 if (later >= next) {
                     MakeDue(later);
                 }
             });
         }
     }
-    if (effort.Exhausted()) {
+    if (budget.Exhausted()) {
         while (!due_.empty()) {
             TakeLowest();
         }

@@ -3,9 +3,9 @@
 
 #pragma once
 
-#include "engine/Effort.h"
-#include "engine/FindAny.h"
-#include "engine/ReplaceAll.h"
+#include "engine/Budget.h"
+#include "engine/CascadeSteps.h"
+#include "engine/MultiFinder.h"
 
 #include <cstdint>
 #include <span>
@@ -14,22 +14,22 @@
 
 namespace vexmarrow {
 
-/// Runs a cascade over one line, in which few of the pairs have anything to do: only those are
-/// run, lowest first, and around what they insert it is looked for more of the later ones.
+/// Runs a cascade over one line in which few pairs match. Only these are run, lowest first. After
+/// each of them, the surroundings of what it inserted are searched for later pairs.
 template <typename Unit>
 class LineCascade {
 public:
     using View = std::basic_string_view<Unit>;
 
-    /// `any` numbers the find texts as `steps` does. Both must outlive this.
-    LineCascade(std::span<const Step<Unit>> steps, const FindAny<Unit>& any)
+    /// `any` finds the text of step n with the number n. Both must outlive this object.
+    LineCascade(std::span<const Step<Unit>> steps, const MultiFinder<Unit>& any)
         : steps_(steps), any_(any), isDue_(steps.size()) {}
 
-    using Hits = std::span<const typename FindAny<Unit>::Hit>;
+    using Hits = std::span<const typename MultiFinder<Unit>::Hit>;
 
-    /// What the cascade makes of a line in which these find texts occur and no others; valid until
-    /// the next call. It is right even if `effort` is exhausted on the way.
-    View Run(View line, Hits hits, Effort& effort);
+    /// The result for a line in which exactly these find texts occur; valid until the next call. It
+    /// is correct even if `budget` is spent before the end.
+    View Run(View line, Hits hits, Budget& budget);
 
 private:
     static constexpr std::size_t kStepCost = 40;
@@ -38,8 +38,8 @@ private:
     std::uint32_t TakeLowest();
 
     std::span<const Step<Unit>> steps_;
-    const FindAny<Unit>& any_;
-    std::vector<std::uint32_t> due_; // a heap, lowest number first, of the steps to be run
+    const MultiFinder<Unit>& any_;
+    std::vector<std::uint32_t> due_; // a heap of the steps to run, lowest number first
     std::vector<bool> isDue_;
     std::vector<ChangedPart> changed_;
     Passes<Unit> passes_;

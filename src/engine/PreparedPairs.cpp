@@ -27,7 +27,7 @@ BytePairs(const std::vector<ReplacementPair>& pairs, const CodePage& page) {
     return all;
 }
 
-/// As much of a text as a message needs to say which one is meant.
+/// The beginning of a text, which is enough for a message.
 std::u16string Quoted(std::u16string_view text) {
     constexpr std::size_t kMost = 100;
     return Concat(u"\"", text.substr(0, kMost), text.size() > kMost ? u"..." : u"", u"\"");
@@ -37,7 +37,7 @@ std::u16string Quoted(std::u16string_view text) {
 
 bool ByteCascade::Apply(View text, std::string& result) const {
     if (!bytes_.Apply(text, result)) {
-        return false; // where no bytes are found, no characters are
+        return false; // no characters would be found either
     }
     if (!several_ || page_.IsExactInBytes(text)) {
         return true;

@@ -21,13 +21,13 @@ class AnsiCodePage;
 class CodePage;
 class PreparedPairs;
 
-/// Replaces the bytes of texts in a code page, with the same result as decoding them, replacing
-/// characters and encoding them again.
+/// Replaces bytes in texts of a code page. The result is the same as after decoding the text,
+/// replacing characters and encoding it again.
 class ByteCascade {
 public:
     using View = std::string_view;
 
-    /// `bytes` are those of `pairs`, which must outlive this.
+    /// `bytes` are the pairs of `pairs`, which must outlive this object, in the code page.
     ByteCascade(const CodePage& page, std::vector<BasicReplacementPair<char>> bytes,
                 PreparedPairs& pairs)
         : page_(page), several_(bytes.size() > 1), bytes_(std::move(bytes)), pairs_(pairs) {}
@@ -37,12 +37,12 @@ public:
 
 private:
     const CodePage& page_;
-    bool several_; // so that one can find what another has made
+    bool several_; // a pair can find what another one has made
     BasicCascade<char> bytes_;
     PreparedPairs& pairs_;
 };
 
-/// Replaces in well-formed UTF-8, with the same result as in its characters.
+/// Replaces bytes in well-formed UTF-8. The result is the same as for its characters.
 class Utf8Cascade {
 public:
     using View = std::string_view;
@@ -52,8 +52,8 @@ public:
     /// As BasicCascade does.
     bool Apply(View text, std::string& result) const { return bytes_->Apply(text, result); }
 
-    /// Characters that stand in no find text, so that no match reaches across one: what lies
-    /// between them may be changed by itself (docs/CASCADE.md).
+    /// Characters that no find text contains. No match extends over one, so the parts between them
+    /// may be changed separately (docs/CASCADE.md).
     const AsciiSet& Borders() const { return borders_; }
 
 private:
@@ -61,8 +61,8 @@ private:
     std::optional<BasicCascade<char>> bytes_;
 };
 
-/// Replaces in wide text (base/Utf8.h), with a pass for each pair: texts that hold half a character
-/// or a stray byte are rare.
+/// Replaces in wide text (base/Utf8.h) with a pass for each pair, because pairs that contain half a
+/// character or a stray byte are rare.
 class WideCascade {
 public:
     using View = std::u32string_view;
@@ -76,32 +76,29 @@ private:
     std::vector<BasicReplacementPair<char32_t>> pairs_;
 };
 
-/// Find and replace texts that belong together by their numbers, made ready for many files.
+/// Pairs of find and replace texts, prepared for many files in all kinds of encoding.
 class PreparedPairs {
 public:
-    /// Find text i goes with replace text i.
+    /// Find text i is replaced with replace text i.
     PreparedPairs(std::span<const std::u16string> find, std::span<const std::u16string> replace);
     PreparedPairs(const PreparedPairs&) = delete;
     PreparedPairs& operator=(const PreparedPairs&) = delete;
     ~PreparedPairs() = default;
 
-    /// A sentence for each find text without a partner, which makes no pair.
+    /// A message for each find text without a replace text. These make no pair.
     const std::vector<std::u16string>& Partnerless() const { return partnerless_; }
 
-    /// Replaces characters.
     const BasicCascade<char16_t>& OfCharacters();
 
-    /// Replaces bytes of the code page. Null when a text of a pair holds a character that the page
-    /// lacks, or half of one: a pair may insert it and a later pair find it.
+    /// The cascade for bytes of the code page. Null when a pair contains a character that the page
+    /// lacks, or half a character: a pair may insert it, and a later pair must find it.
     const ByteCascade* OfBytes(const AnsiCodePage& ansi);
 
-    /// Replaces in UTF-8. Null when a text of a pair holds half a character.
+    /// The cascade for UTF-8. Null when a pair contains half a character.
     const Utf8Cascade* OfUtf8();
 
-    /// Replaces in wide text.
     const WideCascade& OfWideText();
 
-    /// Replaces in contact cards.
     const vcard::Pairs& OfCards();
 
 private:
@@ -110,7 +107,7 @@ private:
     std::optional<BasicCascade<char16_t>> ofCharacters_;
     std::optional<ByteCascade> ofBytes_;
     bool askedForBytes_ = false;
-    std::uint64_t codePage_ = 0; // the choice of the page that the bytes are of
+    std::uint64_t codePage_ = 0; // the revision of the page that ofBytes_ was made for
     std::optional<Utf8Cascade> ofUtf8_;
     bool askedForUtf8_ = false;
     std::optional<WideCascade> ofWideText_;

@@ -4,8 +4,8 @@
 #include "engine/ReplaceText.h"
 
 #include "base/Text.h"
-#include "engine/ChangedFile.h"
 #include "engine/PreparedPairs.h"
+#include "engine/WriteResult.h"
 #include "textio/CodePage.h"
 #include "textio/RFTSFSO.h"
 #include "vcard/CardText.h"
@@ -26,15 +26,15 @@ std::vector<std::u16string> LinesOf(std::u16string_view text) {
     return {lines.begin(), lines.end()};
 }
 
-/// Cuts lines at their colons and puts them together again with one of the two sides replaced. The
-/// value ends at the second colon, and the rest is lost.
+/// Replaces in the field or the value of lines. The value ends at the second colon; the text after
+/// it is dropped.
 template <typename Cascade>
-class LineChange {
+class SideReplacer {
 public:
     using View = typename Cascade::View;
     using Unit = typename View::value_type;
 
-    LineChange(const Cascade& pair, bool inField) : pair_(pair), inField_(inField) {}
+    SideReplacer(const Cascade& pair, bool inField) : pair_(pair), inField_(inField) {}
 
     template <typename Write>
     void operator()(View line, const Write& write) {
@@ -60,7 +60,7 @@ private:
 
     View Changed(View side) { return pair_.Apply(side, changed_) ? View(changed_) : side; }
 
-    /// Joins the parts, which takes less time than to write each by itself, unless they are long.
+    /// Joins the parts unless they are long, because one write is faster than four.
     template <typename Write>
     void Join(View field, View colon, View data, const Write& write) {
         constexpr std::size_t kLong = 65'536;
@@ -78,43 +78,44 @@ private:
     std::basic_string<Unit> changed_;
 };
 
-/// What `work` makes of a file; a failure of its preparations is one before there is a result.
+/// The outcome of `work`. An exception counts as a failure of the statement `numbers.replace`.
 template <typename Work>
 Outcome OutcomeOf(const StatementNumbers& numbers, Work&& work) {
     Outcome outcome;
     if (auto failure = FailureOf([&] { outcome = std::forward<Work>(work)(); })) {
-        outcome.broken = Refusal{numbers.replace, std::move(*failure)};
+        outcome.workFailure = FailedStatement{numbers.replace, std::move(*failure)};
     }
     return outcome;
 }
 
-/// Shows what went wrong with a file: one report when there is no result; else, for every piece or
-/// line, the sentences that are due for each, and after them why it could not be written.
+/// Shows the failures of a file: one report when there is no result; otherwise, for every piece or
+/// line, the messages in `dueForEach` and then the reason why it could not be written. The file
+/// must be closed before, because a box may be open for hours and an open file is locked.
 void Report(Trap& trap, const Outcome& outcome, const StatementNumbers& numbers,
             const std::vector<std::u16string>& dueForEach) {
-    if (outcome.broken) {
-        trap.Report(outcome.broken->line, outcome.broken->description);
+    if (outcome.workFailure) {
+        trap.Report(outcome.workFailure->line, outcome.workFailure->description);
         return;
     }
-    if (dueForEach.empty() && !outcome.refused) {
+    if (dueForEach.empty() && !outcome.writeFailure) {
         return;
     }
     for (std::uint64_t i = 0; i < outcome.count; ++i) {
         for (const std::u16string& sentence : dueForEach) {
             trap.Report(numbers.replace, sentence);
         }
-        if (outcome.refused) {
-            trap.Report(outcome.refused->line, outcome.refused->description);
+        if (outcome.writeFailure) {
+            trap.Report(outcome.writeFailure->line, outcome.writeFailure->description);
         }
     }
 }
 
-/// Where the result takes the place of its input, one opening does for both.
+/// A result that replaces its input is written through the opening that reads it.
 InputFile::Use UseOf(std::u16string_view path, const OutputLocation& location) {
     return IsInPlace(path, location) ? InputFile::Use::ReadAndWrite : InputFile::Use::Read;
 }
 
-/// Calls `run` with the cascade that is quickest where the result is the same: bytes before
+/// Calls `run` with the fastest cascade that gives the right result: for bytes, else for
 /// characters.
 template <typename Run>
 Outcome WithCascade(PreparedPairs& pairs, TextFormat format, const AnsiCodePage& ansi, Run&& run) {
@@ -139,10 +140,10 @@ std::vector<std::u16string_view> TextsOfLines(std::u16string_view box) {
     return Split(box, kCrLf);
 }
 
-/// Pairs with what they were made from.
-class ReplaceText::Pairs {
+/// The prepared pairs of the last file, which are made again only when their texts change.
+class ReplaceText::PairCache {
 public:
-    /// The lines of two texts are the pairs. No replace text at all goes with every find line.
+    /// The pairs are the lines of two texts. An empty `replace` is the partner of every find line.
     void UseLines(std::u16string_view find, std::u16string_view replace) {
         if (IsNew(Kind::Lines, find, replace, 0)) {
             const std::vector<std::u16string> findLines = LinesOf(find);
@@ -154,7 +155,7 @@ public:
         }
     }
 
-    /// Two texts are one pair.
+    /// The two texts are one pair.
     void UseWhole(std::u16string_view find, std::u16string_view replace) {
         if (IsNew(Kind::Whole, find, replace, 0)) {
             Make({&find_, 1}, {&replace_, 1});
@@ -177,7 +178,7 @@ private:
         if (kind_ == kind && find_ == find && replace_ == replace && revision_ == revision) {
             return false;
         }
-        kind_ = Kind::None; // until they are made: that can fail for want of memory
+        kind_ = Kind::None; // until Make succeeds, because memory may be short
         find_ = find;
         replace_ = replace;
         revision_ = revision;
@@ -202,7 +203,7 @@ ReplaceText::ReplaceText(RFTSFSO& textio, FileWriter& writer, Prompts& prompts)
       writer_(writer),
       prompts_(prompts),
       cards_(std::make_unique<vcard::CardText>()),
-      pairs_(std::make_unique<Pairs>()) {}
+      pairCache_(std::make_unique<PairCache>()) {}
 
 ReplaceText::~ReplaceText() = default;
 
@@ -214,7 +215,7 @@ void ReplaceText::ReplaceTextInFile(const std::u16string& path, std::u16string_v
     std::optional<TextPieces> pieces;
     if (trap.Do(numbers.read,
                 [&] { pieces.emplace(textio_.ReadChunksByStream(path, UseOf(path, location))); }) &&
-        trap.Do(2, [&] { pairs_->UseLines(find, replace); })) {
+        trap.Do(2, [&] { pairCache_->UseLines(find, replace); })) {
         ReplaceInPieces(trap, pieces, location, numbers);
     }
 }
@@ -226,14 +227,14 @@ void ReplaceText::ReplaceTextInFileCombo(const std::u16string& path, const SetTe
     std::optional<TextPieces> pieces;
     if (trap.Do(numbers.read,
                 [&] { pieces.emplace(textio_.ReadTextChunks(path, UseOf(path, location))); }) &&
-        trap.Do(numbers.replace, [&] { pairs_->UseSets(sets); })) {
+        trap.Do(numbers.replace, [&] { pairCache_->UseSets(sets); })) {
         ReplaceInPieces(trap, pieces, location, numbers);
     }
 }
 
 void ReplaceText::ReplaceInPieces(Trap& trap, std::optional<TextPieces>& pieces,
                                   const OutputLocation& location, const StatementNumbers& numbers) {
-    PreparedPairs& pairs = pairs_->Present();
+    PreparedPairs& pairs = pairCache_->Present();
     const auto run = [&]<typename Cascade>(const Cascade& cascade) {
         using View = typename Cascade::View;
         using Unit = typename View::value_type;
@@ -249,10 +250,10 @@ void ReplaceText::ReplaceInPieces(Trap& trap, std::optional<TextPieces>& pieces,
     };
     Outcome outcome = OutcomeOf(
         numbers, [&] { return WithCascade(pairs, pieces->Format(), textio_.Ansi(), run); });
-    if (pieces->Format() == TextFormat::Utf8) { // one piece, in however many parts it came
+    if (pieces->Format() == TextFormat::Utf8) { // a single piece, which was read in parts
         outcome.count = 1;
     }
-    pieces.reset(); // a box may be open for hours, and the file is locked until it is closed
+    pieces.reset();
     Report(trap, outcome, numbers, pairs.Partnerless());
 }
 
@@ -285,13 +286,13 @@ void ReplaceText::ReplaceInLines(std::u16string_view routine, Side side, const s
     const auto run = [&]<typename Cascade>(const Cascade& pair) {
         TextResult result(textio_, writer_, &lines->File());
         return WriteChanged<typename Cascade::View::value_type>(
-            *lines, result, location, numbers, LineChange<Cascade>(pair, side == Side::Field));
+            *lines, result, location, numbers, SideReplacer<Cascade>(pair, side == Side::Field));
     };
     const Outcome outcome = OutcomeOf(numbers, [&] {
-        pairs_->UseWhole(find, replace);
-        return WithCascade(pairs_->Present(), lines->Format(), textio_.Ansi(), run);
+        pairCache_->UseWhole(find, replace);
+        return WithCascade(pairCache_->Present(), lines->Format(), textio_.Ansi(), run);
     });
-    lines.reset(); // a box may be open for hours, and the file is locked until it is closed
+    lines.reset();
     Report(trap, outcome, numbers, {});
 }
 
@@ -299,13 +300,13 @@ void ReplaceText::ReplaceTextInCards(const std::u16string& path, vcard::Part par
                                      std::u16string_view find, std::u16string_view replace,
                                      const OutputLocation& location) {
     ReplaceInCards(u"ReplaceText.ReplaceTextInCards", path, part, location,
-                   [&] { pairs_->UseLines(find, replace); });
+                   [&] { pairCache_->UseLines(find, replace); });
 }
 
 void ReplaceText::ReplaceSetsInCards(const std::u16string& path, const SetTexts& sets,
                                      const OutputLocation& location) {
     ReplaceInCards(u"ReplaceText.ReplaceSetsInCards", path, vcard::Part::WholeLine, location,
-                   [&] { pairs_->UseSets(sets); });
+                   [&] { pairCache_->UseSets(sets); });
 }
 
 template <typename UsePairs>
@@ -320,7 +321,7 @@ void ReplaceText::ReplaceInCards(std::u16string_view routine, const std::u16stri
         !trap.Do(numbers.replace, usePairs)) {
         return;
     }
-    PreparedPairs& pairs = pairs_->Present();
+    PreparedPairs& pairs = pairCache_->Present();
     Outcome outcome = OutcomeOf(numbers, [&] {
         TextResult result(textio_, writer_, &*file);
         const auto work = [&](const std::u16string& resultPath, int& /*line*/) {
@@ -331,8 +332,8 @@ void ReplaceText::ReplaceInCards(std::u16string_view routine, const std::u16stri
         };
         return WriteResult(*file, result, location, numbers, work);
     });
-    outcome.count = 1; // in however many parts it came
-    file.reset();      // a box may be open for hours, and the file is locked until it is closed
+    outcome.count = 1; // a single piece, which was written in parts
+    file.reset();
     Report(trap, outcome, numbers, pairs.Partnerless());
 }
 

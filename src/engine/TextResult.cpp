@@ -19,10 +19,11 @@ std::string_view BytesOf(std::u16string_view text) {
     return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(char16_t)};
 }
 
-/// How many bytes are written at once: a long line must not need room again on its way.
+/// The most bytes that are converted and written at once, so that a long line is not copied as a
+/// whole.
 constexpr std::size_t kStretch = std::size_t{64} * 1024;
 
-/// The characters at the beginning of UTF-8 that take `most` bytes, or hardly less.
+/// The characters at the beginning of UTF-8 text that fit into `most` bytes.
 std::string_view WholeCharacters(std::string_view utf8, std::size_t most) {
     if (utf8.size() > most) {
         while ((static_cast<unsigned char>(utf8[most]) & 0xC0U) == 0x80) {
@@ -83,12 +84,12 @@ void TextResult::WriteTextFile(std::string_view bytes, TextFormat format, std::u
     }
 }
 
-/// Makes sure that the file is begun. Returns whether UTF-16 needs its mark now.
+/// Begins the file if necessary. Returns whether UTF-16 needs its mark now.
 bool TextResult::Start(std::u16string_view path, std::int32_t WriteMode) {
     if (WriteMode > 1 && file_) {
         return false;
     }
-    file_.reset(); // only one result is under way at a time
+    file_.reset(); // the writer permits only one result at a time
     heldBack_.clear();
     const bool goesOn = WriteMode > 1 && IsExistingFile(textio_.Calls(), path);
     const std::string before = goesOn ? textio_.ReadBytes(path) : std::string();
@@ -101,7 +102,7 @@ void TextResult::Seal(int line) {
     Try(line, [&] {
         if (file_) {
             bytes_.clear();
-            EncodeUtf8(std::exchange(heldBack_, {}), bytes_, kSubstitute); // without a half
+            EncodeUtf8(std::exchange(heldBack_, {}), bytes_, kSubstitute);
             file_->Append(bytes_);
             file_->Seal();
         }

@@ -7,13 +7,15 @@
 
 namespace vexmarrow {
 
-/// What a clever way may cost, in clock cycles as far as they can be guessed, before the plain way
-/// takes over. So no text and no pairs make the clever way much slower than the plain one.
-class Effort {
+/// Limits the estimated cost, in clock cycles, of a fast method that is slow for unusual input.
+/// When it is spent, the plain method takes over, so the worst case is never much slower than that.
+class Budget {
 public:
-    explicit Effort(std::size_t limit) : left_(limit) {}
+    static constexpr std::size_t kUnlimited = static_cast<std::size_t>(-1);
 
-    /// Counts a cost; false if that was too much.
+    explicit Budget(std::size_t limit) : left_(limit) {}
+
+    /// Subtracts a cost. Returns false when the budget is spent.
     bool Spend(std::size_t cost) {
         left_ = cost < left_ ? left_ - cost : 0;
         return left_ != 0;

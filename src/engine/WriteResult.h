@@ -15,7 +15,7 @@
 
 namespace vexmarrow {
 
-/// Numbers of the statements that the routines have in common, as their error reports name them.
+/// The statement numbers that error reports show. The routines have these statements in common.
 struct StatementNumbers {
     int read = 1;
     int replace = 2;
@@ -23,16 +23,16 @@ struct StatementNumbers {
     int write = 4;
 };
 
-/// What became of a file.
+/// The result of processing one file.
 struct Outcome {
-    std::optional<Refusal> broken;  ///< what ended the work before there was a result
-    std::optional<Refusal> refused; ///< why the result could not be written
-    std::uint64_t count = 0;        ///< pieces or lines
+    std::optional<FailedStatement> workFailure;  ///< of a file without a result
+    std::optional<FailedStatement> writeFailure; ///< of a result that could not be written
+    std::uint64_t count = 0;                     ///< of pieces or lines
 };
 
-/// Has `work` read a file to its end and write the result to where `location` says. No box opens in
-/// here: the result holds the lock of its file. `work` takes the result's path, and a number that
-/// it keeps at that of the statement which it is at.
+/// Calls `work(path, line)`, which must read the whole file, write the result for `path`, and keep
+/// `line` at the number of its current statement. Then checks the file and commits the result.
+/// Shows no box, because meanwhile the file is locked.
 template <typename Work>
 Outcome WriteResult(InputFile& file, TextResult& result, const OutputLocation& location,
                     const StatementNumbers& numbers, Work&& work) {
@@ -43,20 +43,19 @@ Outcome WriteResult(InputFile& file, TextResult& result, const OutputLocation& l
     const std::optional<std::u16string> failure = FailureOf([&] {
         work(path, line);
         result.Seal(numbers.write);
-        file.CheckUnchanged(); // also when it is refused, which may come of that
+        file.CheckUnchanged(); // even after a failed write, which a change may have caused
         result.Commit(numbers.write);
     });
     if (failure) {
-        outcome.broken = Refusal{line, *failure};
+        outcome.workFailure = FailedStatement{line, *failure};
     }
-    outcome.refused = result.Refused();
+    outcome.writeFailure = result.Failed();
     outcome.count = result.Count();
     return outcome;
 }
 
-/// The same for a file that is changed piece by piece or line by line. `change` takes a text and a
-/// function, which it calls with the parts of what becomes of the text; `Unit` tells whether they
-/// are characters or bytes.
+/// The same for a file that is changed in pieces or lines. For each of them, calls `change(text,
+/// write)`, which must call `write` with the parts of the result. `Unit` is a character or a byte.
 template <typename Unit, typename Reader, typename Change>
 Outcome WriteChanged(Reader& reader, TextResult& result, const OutputLocation& location,
                      const StatementNumbers& numbers, Change&& change) {

@@ -1,22 +1,22 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-#include "engine/FindAny.h"
+#include "engine/MultiFinder.h"
 
 #include <iterator>
 
 namespace vexmarrow {
 namespace {
 
-// What one text more costs by itself, in clock cycles per unit, beside a probe of a scan.
+// The cost of one more single text, in clock cycles per unit, and of a probe of a scan.
 constexpr double kSingleCost = 0.06;
 constexpr double kProbeCost = 2;
 constexpr std::size_t kHitCost = 40;
-constexpr std::size_t kMostHits = 1 << 20; // so many are no longer worth their memory
+constexpr std::size_t kMostHits = 1 << 20; // more would take too much memory
 constexpr std::size_t kMostSingles = 3;    // of each group
 
-/// How many of the texts, whose lengths rise, should be looked for one by one: without the
-/// shortest ones, a scan for the others makes longer strides.
+/// How many of the texts, given by rising lengths, should be searched for one by one. Without the
+/// shortest texts, a scan for the others can use a longer stride.
 std::size_t SinglesOf(const std::vector<std::size_t>& lengths) {
     if (lengths.size() <= kMostSingles) {
         return lengths.size();
@@ -39,17 +39,17 @@ std::size_t SinglesOf(const std::vector<std::size_t>& lengths) {
 } // namespace
 
 template <typename Unit>
-FindAny<Unit>::FindAny(const std::vector<const FindOne<Unit>*>& finds,
-                       const TextSample<Unit>& sample) {
+MultiFinder<Unit>::MultiFinder(const std::vector<const SingleFinder<Unit>*>& finds,
+                               const GramFrequencies<Unit>& sample) {
     std::vector<Single> byLength;
     byLength.reserve(finds.size());
-    for (const FindOne<Unit>* find : finds) {
+    for (const SingleFinder<Unit>* find : finds) {
         byLength.push_back({find, static_cast<Number>(byLength.size())});
     }
     const auto length = [](const Single& single) { return single.find->Text().size(); };
     std::stable_sort(byLength.begin(), byLength.end(),
                      [&](const Single& a, const Single& b) { return length(a) < length(b); });
-    // Grams are as short as the shortest text: so the very short ones are scanned for apart.
+    // Grams are at most as long as the shortest text, so very short texts have scans of their own.
     auto group = byLength.cbegin();
     for (const std::size_t limit : {std::size_t{2}, std::size_t{4}, View::npos}) {
         const auto end = std::find_if(
@@ -70,29 +70,28 @@ FindAny<Unit>::FindAny(const std::vector<const FindOne<Unit>*>& finds,
 }
 
 template <typename Unit>
-bool FindAny<Unit>::Collect(View text, Effort& effort, std::vector<Hit>& hits) const {
+void MultiFinder<Unit>::Collect(View text, Budget& budget, std::vector<Hit>& hits) const {
     hits.clear();
     const auto add = [&](Number number, std::size_t place) {
         hits.push_back({place, number});
-        return hits.size() < kMostHits && effort.Spend(kHitCost);
+        return hits.size() < kMostHits && budget.Spend(kHitCost);
     };
     for (const Single& single : singles_) {
         single.find->ForEach(text, [&](std::size_t place) { return add(single.number, place); });
     }
     for (const GramScan<Unit>& scan : scans_) {
-        if (!scan.ForEach(text, effort, add)) {
+        if (!scan.ForEach(text, budget, add)) {
             break;
         }
     }
     if (hits.size() >= kMostHits) {
-        effort.Exhaust();
+        budget.Exhaust();
     }
     std::sort(hits.begin(), hits.end(),
               [](const Hit& a, const Hit& b) { return a.place < b.place; });
-    return !effort.Exhausted();
 }
 
-template class FindAny<char>;
-template class FindAny<char16_t>;
+template class MultiFinder<char>;
+template class MultiFinder<char16_t>;
 
 } // namespace vexmarrow

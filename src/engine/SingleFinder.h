@@ -3,8 +3,6 @@
 
 #pragma once
 
-#include "engine/ReadAhead.h"
-
 #include <algorithm>
 #include <bit>
 #include <cstddef>
@@ -18,17 +16,17 @@
 
 namespace vexmarrow {
 
-/// Looks for one text in many others.
+/// Searches texts for one find text.
 ///
-/// Two rare units of it are looked for in many places at once; where both stand, the rest is
-/// compared. A text that keeps looking like a match without being one is given up to a search
-/// whose time does not depend on that, so that the time stays linear.
+/// It looks for two rare units of the find text at many places at once, and compares the rest where
+/// both match. When too many of these places are no occurrences, it changes to a search that always
+/// takes linear time.
 template <typename Unit>
-class FindOne {
+class SingleFinder {
 public:
     using View = std::basic_string_view<Unit>;
 
-    explicit FindOne(View find);
+    explicit SingleFinder(View find);
 
     const std::basic_string<Unit>& Text() const { return find_; }
 
@@ -37,49 +35,49 @@ public:
     template <typename Visit>
     void ForEach(View text, Visit visit) const;
 
-    /// The first occurrence at or after `from`; npos if there is none.
-    std::size_t In(View text, std::size_t from) const {
-        std::size_t found = View::npos;
-        ForEach(text.substr(from), [&](std::size_t place) {
-            found = from + place;
+    bool IsIn(View text) const {
+        bool isIn = false;
+        ForEach(text, [&](std::size_t) {
+            isIn = true;
             return false;
         });
-        return found;
+        return isIn;
     }
 
 private:
     struct Progress {
         std::size_t clear = 0;  // where the last occurrence ends
-        std::size_t wasted = 0; // time, on what was no occurrence
+        std::size_t wasted = 0; // clock cycles spent on places without an occurrence
         bool IsPoor(std::size_t at) const { return wasted > 4096 + 4 * at; }
     };
 
-    /// Candidates are bits: bit n stands for the n-th place of a block.
+    /// Places of a block that may have an occurrence: bit n is its n-th place.
     using Candidates = std::uint64_t;
     template <typename Visit>
     bool Confirm(View text, std::size_t block, Candidates candidates, Progress& progress,
                  Visit& visit) const;
     template <typename Visit>
-    void ForEachSteadily(View text, std::size_t from, Visit& visit) const;
+    void ForEachInLinearTime(View text, std::size_t from, Visit& visit) const;
     Candidates OneByOne(const Unit* block, std::size_t places) const;
 #if defined(__SSE2__)
     static constexpr std::size_t kVector = sizeof(__m128i) / sizeof(Unit);
     static constexpr std::size_t kBlock = 4 * kVector;
+    static constexpr std::size_t kPrefetch = 4096 / sizeof(Unit);
     __m128i Compare(const Unit* block) const;
     Candidates InVector(const Unit* block) const;
     Candidates InBlock(const Unit* block) const;
 #endif
 
     std::basic_string<Unit> find_;
-    std::size_t first_ = 0; // where the two rare units stand; the same place in a text of one
+    std::size_t first_ = 0; // the offsets of the two rare units; equal in a text of one unit
     std::size_t second_ = 0;
-    /// For each length of a part of the find text from its beginning: the length of the longest
-    /// shorter one that it ends with.
-    std::vector<std::uint32_t> retreat_;
+    /// For each length n: the length of the longest proper prefix of the find text that the first n
+    /// units end with.
+    std::vector<std::uint32_t> fallback_;
 };
 
 template <typename Unit>
-auto FindOne<Unit>::OneByOne(const Unit* block, std::size_t places) const -> Candidates {
+auto SingleFinder<Unit>::OneByOne(const Unit* block, std::size_t places) const -> Candidates {
     Candidates candidates = 0;
     for (std::size_t place = 0; place < places; ++place) {
         const bool both =
@@ -91,7 +89,7 @@ auto FindOne<Unit>::OneByOne(const Unit* block, std::size_t places) const -> Can
 
 #if defined(__SSE2__)
 template <typename Unit>
-__m128i FindOne<Unit>::Compare(const Unit* block) const {
+__m128i SingleFinder<Unit>::Compare(const Unit* block) const {
     const auto load = [block](std::size_t offset) {
         return _mm_loadu_si128(reinterpret_cast<const __m128i*>(block + offset));
     };
@@ -106,7 +104,7 @@ __m128i FindOne<Unit>::Compare(const Unit* block) const {
 }
 
 template <typename Unit>
-auto FindOne<Unit>::InVector(const Unit* block) const -> Candidates {
+auto SingleFinder<Unit>::InVector(const Unit* block) const -> Candidates {
     __m128i equal = Compare(block);
     if constexpr (sizeof(Unit) == 2) {
         equal = _mm_packs_epi16(equal, _mm_setzero_si128());
@@ -115,7 +113,7 @@ auto FindOne<Unit>::InVector(const Unit* block) const -> Candidates {
 }
 
 template <typename Unit>
-auto FindOne<Unit>::InBlock(const Unit* block) const -> Candidates {
+auto SingleFinder<Unit>::InBlock(const Unit* block) const -> Candidates {
     const __m128i a = Compare(block);
     const __m128i b = Compare(block + kVector);
     const __m128i c = Compare(block + 2 * kVector);
@@ -137,8 +135,8 @@ auto FindOne<Unit>::InBlock(const Unit* block) const -> Candidates {
 
 template <typename Unit>
 template <typename Visit>
-bool FindOne<Unit>::Confirm(View text, std::size_t block, Candidates candidates, Progress& progress,
-                            Visit& visit) const {
+bool SingleFinder<Unit>::Confirm(View text, std::size_t block, Candidates candidates,
+                                 Progress& progress, Visit& visit) const {
     const std::size_t length = find_.size();
     for (; candidates != 0; candidates &= candidates - 1) {
         const std::size_t place = block + static_cast<std::size_t>(std::countr_zero(candidates));
@@ -146,7 +144,7 @@ bool FindOne<Unit>::Confirm(View text, std::size_t block, Candidates candidates,
             continue;
         }
         if (View(text.data() + place, length) != find_) {
-            progress.wasted += 24 + length / 16; // about what that took, in clock cycles
+            progress.wasted += 24 + length / 16; // an estimate
             continue;
         }
         progress.clear = place + length;
@@ -159,16 +157,17 @@ bool FindOne<Unit>::Confirm(View text, std::size_t block, Candidates candidates,
 
 template <typename Unit>
 template <typename Visit>
-void FindOne<Unit>::ForEach(View text, Visit visit) const {
+void SingleFinder<Unit>::ForEach(View text, Visit visit) const {
     if (find_.empty() || text.size() < find_.size()) {
         return;
     }
     const std::size_t places = text.size() - find_.size() + 1;
-    std::size_t at = 0; // places before this one are done with
+    std::size_t at = 0; // all places before this one are finished
     Progress progress;
 #if defined(__SSE2__)
     while (at + kBlock <= places && !progress.IsPoor(at)) {
-        ReadAhead(text, at);
+        // The processor's own prefetching stops at page ends and while a match is copied.
+        __builtin_prefetch(text.data() + std::min(at + kPrefetch, text.size()));
         const Candidates candidates = InBlock(text.data() + at);
         if (candidates != 0 && !Confirm(text, at, candidates, progress, visit)) [[unlikely]] {
             return;
@@ -176,7 +175,7 @@ void FindOne<Unit>::ForEach(View text, Visit visit) const {
         at = std::max(at + kBlock, progress.clear);
     }
     while (at < places && places >= kVector && !progress.IsPoor(at)) {
-        // The last vector may begin before what is left, but never reaches beyond the text.
+        // The last vector may begin at finished places, but never reaches beyond the text.
         const std::size_t block = std::min(at, places - kVector);
         const Candidates candidates = InVector(text.data() + block) >> (at - block) << (at - block);
         if (!Confirm(text, block, candidates, progress, visit)) {
@@ -193,17 +192,17 @@ void FindOne<Unit>::ForEach(View text, Visit visit) const {
         at = std::max(at + count, progress.clear);
     }
     if (at < places) {
-        ForEachSteadily(text, at, visit);
+        ForEachInLinearTime(text, at, visit);
     }
 }
 
 template <typename Unit>
 template <typename Visit>
-void FindOne<Unit>::ForEachSteadily(View text, std::size_t from, Visit& visit) const {
+void SingleFinder<Unit>::ForEachInLinearTime(View text, std::size_t from, Visit& visit) const {
     std::size_t matched = 0;
     for (std::size_t at = from; at < text.size(); ++at) {
         while (matched != 0 && find_[matched] != text[at]) {
-            matched = retreat_[matched];
+            matched = fallback_[matched];
         }
         matched += find_[matched] == text[at] ? 1 : 0;
         if (matched == find_.size()) {

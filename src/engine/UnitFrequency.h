@@ -9,30 +9,30 @@
 
 namespace vexmarrow {
 
-/// The shares that UnitShare tells, by character of ASCII.
-constexpr std::array<double, 128> kAsciiShares = [] {
+/// The frequencies of the characters of ASCII.
+constexpr std::array<double, 128> kAsciiFrequencies = [] {
     constexpr std::u32string_view kCommonestFirst =
         U"eanirot:10s;lE2T=.dLCAR3cmNhu5-4ODI679g8\r\nPpSMBHkbVyFvGYU@w,fWKzJ+xj/XZqQ_'\"&()!?*#%";
-    std::array<double, 128> shares{};
-    shares.fill(0.002);
+    std::array<double, 128> frequencies{};
+    frequencies.fill(0.002);
     double rank = 6;
     for (const char32_t character : kCommonestFirst) {
-        shares[character] = 0.3 / rank++;
+        frequencies[character] = 0.3 / rank++;
     }
-    shares[U' '] = 0.06;
-    return shares;
+    frequencies[U' '] = 0.06;
+    return frequencies;
 }();
 
-/// Roughly which share of an address book's text consists of this unit. It only guides the choice
-/// of what to look for first; a wrong guess costs time and nothing else.
+/// The approximate frequency of a unit in the text of address books, from 0 to 1. It guides the
+/// choice of rare units; a wrong value costs only time.
 template <typename Unit>
-double UnitShare(Unit unit) {
+double UnitFrequency(Unit unit) {
     constexpr double kOutsideAscii = 0.006;
-    // In UTF-8 these begin all characters of a script: the others are the better choice.
+    // In UTF-8 the first bytes are the same for all letters of a script, so others are rarer.
     constexpr double kFirstOfSeveral = 0.007;
     const auto value = static_cast<char32_t>(std::make_unsigned_t<Unit>(unit));
-    if (value < kAsciiShares.size()) {
-        return kAsciiShares[value];
+    if (value < kAsciiFrequencies.size()) {
+        return kAsciiFrequencies[value];
     }
     return sizeof(Unit) == 1 && value >= 0xC0 ? kFirstOfSeveral : kOutsideAscii;
 }

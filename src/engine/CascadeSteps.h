@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "engine/FindOne.h"
+#include "engine/SingleFinder.h"
 
 #include <span>
 #include <string>
@@ -11,15 +11,16 @@
 
 namespace vexmarrow {
 
-/// One pair of a cascade, prepared.
+/// A prepared pair of a cascade.
 template <typename Unit>
 struct Step {
-    FindOne<Unit> find;
+    SingleFinder<Unit> find;
     std::basic_string<Unit> replace;
 };
 
-/// Replaces every occurrence and calls `replaced(place)` with the place in `result` of each
-/// replacement. False if there was none; then `result` is left alone. `text` must not lie in it.
+/// Sets `result` to `text` with every occurrence replaced, and calls `replaced(place)` with the
+/// place in `result` of each replacement. Returns false, and leaves `result` unchanged, if there
+/// was none. `text` must not lie in `result`.
 template <typename Unit, typename Replaced>
 bool ReplaceAll(const Step<Unit>& step, std::basic_string_view<Unit> text,
                 std::basic_string<Unit>& result, Replaced replaced) {
@@ -43,14 +44,14 @@ bool ReplaceAll(const Step<Unit>& step, std::basic_string_view<Unit> text,
     return any;
 }
 
-/// A text on its way through a cascade, and room for what the next step makes of it.
+/// Runs steps one after another, with two buffers that are reused.
 template <typename Unit>
 struct Passes {
     std::basic_string<Unit> text;
     std::basic_string<Unit> room;
 
-    /// Runs one step after the other over the whole of a text, which may be `text` itself. False
-    /// if nothing was replaced; else the result is `text`.
+    /// Sets `text` to the result of all steps for the whole `source`, which may be `text` itself.
+    /// Returns false if nothing was replaced.
     bool Run(std::span<const Step<Unit>> steps, std::basic_string_view<Unit> source) {
         bool any = false;
         for (const Step<Unit>& step : steps) {

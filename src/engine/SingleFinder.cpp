@@ -1,34 +1,34 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-#include "engine/FindOne.h"
+#include "engine/SingleFinder.h"
 
-#include "engine/UnitShare.h"
+#include "engine/UnitFrequency.h"
 
 namespace vexmarrow {
 
 template <typename Unit>
-FindOne<Unit>::FindOne(View find) : find_(find), retreat_(find.size() + 1) {
+SingleFinder<Unit>::SingleFinder(View find) : find_(find), fallback_(find.size() + 1) {
     for (std::size_t place = 1; place < find_.size(); ++place) {
-        const double share = UnitShare(find_[place]);
-        if (share < UnitShare(find_[first_])) {
+        const double frequency = UnitFrequency(find_[place]);
+        if (frequency < UnitFrequency(find_[first_])) {
             second_ = first_;
             first_ = place;
-        } else if (second_ == first_ || share < UnitShare(find_[second_])) {
+        } else if (second_ == first_ || frequency < UnitFrequency(find_[second_])) {
             second_ = place;
         }
     }
     std::uint32_t matched = 0;
     for (std::size_t place = 1; place < find_.size(); ++place) {
         while (matched != 0 && find_[matched] != find_[place]) {
-            matched = retreat_[matched];
+            matched = fallback_[matched];
         }
         matched += find_[matched] == find_[place] ? 1 : 0;
-        retreat_[place + 1] = matched;
+        fallback_[place + 1] = matched;
     }
 }
 
-template class FindOne<char>;
-template class FindOne<char16_t>;
+template class SingleFinder<char>;
+template class SingleFinder<char16_t>;
 
 } // namespace vexmarrow
