@@ -192,7 +192,7 @@ private:
     SystemCalls calls_;
     RFTSFSO textio_{calls_, flags_, ansi_};
     SafeWriter writer_{calls_, LogFoldersOfUser()};
-    SafeWriter setsWriter_{calls_, LogFoldersOfUser(), WayBack::None};
+    SafeWriter setsWriter_{calls_, LogFoldersOfUser(), UndoSupport::None};
     QtEventLoop eventLoop_;
     test::ScriptedPickers pickers_;
     test::RecordingFileManager fileManager_;

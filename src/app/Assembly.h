@@ -52,7 +52,7 @@ private:
     RFTSFSO textio_{calls_, flags_, ansi_};
     std::vector<std::string> logFolders_ = LogFoldersOfUser();
     SafeWriter writer_{calls_, logFolders_};
-    SafeWriter setsWriter_{calls_, logFolders_, WayBack::None};
+    SafeWriter setsWriter_{calls_, logFolders_, UndoSupport::None};
     QtEventLoop eventLoop_;
     QtPrompts prompts_{eventLoop_};
     Recovery recovery_{calls_, logFolders_, prompts_};

@@ -6,6 +6,7 @@
 #include "base/Failure.h"
 #include "base/Text.h"
 #include "base/Utf8.h"
+#include "safety/Clock.h"
 #include "safety/KeptCopies.h"
 #include "safety/LogFolders.h"
 #include "safety/Recovery.h"
@@ -36,11 +37,11 @@ std::u16string WithCapital(std::u16string text) {
     return text;
 }
 
-std::u16string Outcome(const LastRun& run, const std::vector<LeftAlone>& left) {
+std::u16string Outcome(const LastRun& run, const std::vector<UndoProblem>& left) {
     std::u16string text = Concat(u"The ", Name(run), u" is undone");
     text += left.empty() ? u"." : u", but for these files:";
     std::set<std::string_view> told; // a file that was written twice is told once
-    for (const LeftAlone& file : left) {
+    for (const UndoProblem& file : left) {
         if (told.insert(file.path).second) {
             text += Concat(u"\r\n\r\n", TextFromNativeName(file.path), kCrLf, WithCapital(file.why),
                            u".");
@@ -67,7 +68,7 @@ void UndoLastRun::Refresh() {
     Trap trap(desktop_.prompts, u"Form1.UndoLastRun_Refresh");
     last_.reset();
     canForget_ = false;
-    trap.Do(1, [&] { last_ = takingBack_.Last(); });
+    trap.Do(1, [&] { last_ = runUndo_.FindLastRun(); });
     trap.Do(2, [&] {
         canForget_ = !LogsIn(calls_, folders_).empty() || !KeptFiles(calls_, folders_).empty();
     });
@@ -80,7 +81,7 @@ std::u16string UndoLastRun::Hint() const {
     if (last_->isInUse) {
         return Concat(u"Another program is working on the ", Name(*last_), u".");
     }
-    if (!last_->CanBeTakenBack()) {
+    if (!last_->CanBeUndone()) {
         return Concat(u"The ", Name(*last_),
                       last_->isPartial
                           ? u" cannot be undone: there was no room to keep the old texts of its "
@@ -155,8 +156,8 @@ void UndoLastRun::Start() {
 }
 
 void UndoLastRun::TakeBack(const LastRun& run) {
-    const std::vector<LeftAlone> left =
-        takingBack_.TakeBack(run, [this](std::size_t record, std::size_t records) {
+    const std::vector<UndoProblem> left =
+        runUndo_.Undo(run, [this](std::size_t record, std::size_t records) {
             desktop_.eventLoop.Yield({u"File", record, records});
         });
     desktop_.prompts.ShowMessage(Outcome(run, left),
@@ -178,7 +179,7 @@ void UndoLastRun::ForgetRuns() {
                    u"then.")) {
             return;
         }
-        takingBack_.Forget();
+        runUndo_.RemoveAllLogs();
         if (!LogsIn(calls_, folders_).empty()) {
             desktop_.prompts.ShowMessage(
                 u"Some old texts are still kept: another program is working, or a file of an "

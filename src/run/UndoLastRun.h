@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "safety/TakingBack.h"
+#include "safety/RunUndo.h"
 #include "shell/Desktop.h"
 
 #include <cstddef>
@@ -25,14 +25,14 @@ public:
         : calls_(calls),
           folders_(logFolders),
           recovery_(recovery),
-          takingBack_(calls, logFolders),
+          runUndo_(calls, logFolders),
           desktop_(desktop) {}
 
     /// Looks at the disk, for the answers below: at the start, and whenever a run has ended.
     void Refresh();
 
     /// Whether there is a run that can be taken back.
-    bool IsPossible() const { return last_ && last_->CanBeTakenBack(); }
+    bool IsPossible() const { return last_ && last_->CanBeUndone(); }
 
     /// Which run that is, or why there is none, in a few words for people.
     std::u16string Hint() const;
@@ -68,7 +68,7 @@ private:
     SystemCalls& calls_;
     std::vector<std::string> folders_;
     Recovery& recovery_;
-    TakingBack takingBack_;
+    RunUndo runUndo_;
     Desktop desktop_;
     std::optional<LastRun> last_;
     bool canForget_ = false;

@@ -5,8 +5,11 @@
 
 #include "base/Failure.h"
 #include "base/Utf8.h"
+#include "safety/Clock.h"
 #include "safety/LogFolders.h"
+#include "safety/RandomNumbers.h"
 #include "textio/ByteSource.h"
+#include "textio/Checksum.h"
 #include "textio/Descriptor.h"
 
 #include <algorithm>
@@ -22,14 +25,14 @@ constexpr std::string_view kUnfinished = ".part";
 std::string NewName(std::string_view kind, std::string_view path) {
     std::string text = LocalTime(Now(), "%Y%m%d-%H%M%S-") + RandomHex(4);
     text.append("-").append(kind).append("-");
-    // The end of the name tells what the file is; a name has 255 bytes at most.
+    // Keep the end of a long name, because it has the extension.
     constexpr std::size_t kLongestName = 255;
     const std::string_view name = path.substr(path.find_last_of('/') + 1);
     const std::size_t room = kLongestName - text.size() - kUnfinished.size();
     return text.append(name.substr(name.size() - std::min(room, name.size())));
 }
 
-/// The file gets its name when it is complete: what a kill leaves ends in kUnfinished.
+/// Returns 0 or an errno. The copy gets its final name when it is complete.
 int Keep(SystemCalls& calls, const std::string& path, ByteSource& source, std::uint64_t size) {
     const std::string unfinished = path + std::string(kUnfinished);
     Descriptor file(calls,
@@ -66,7 +69,7 @@ std::string KeepCopy(SystemCalls& calls, const std::vector<std::string>& logFold
             return place;
         }
     }
-    throw FileFailure(u"Could not keep a copy in the folder", TextFromNativeName(folder), error);
+    throw FileFailure(u"Could not save a copy in the folder", TextFromNativeName(folder), error);
 }
 
 std::vector<std::string> KeptFiles(SystemCalls& calls, const std::vector<std::string>& logFolders) {

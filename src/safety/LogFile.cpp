@@ -5,13 +5,14 @@
 
 #include "base/Failure.h"
 #include "base/Utf8.h"
-#include "safety/LogFolders.h"
+#include "safety/Clock.h"
+#include "safety/RandomNumbers.h"
 #include "textio/Checksum.h"
+#include "textio/Descriptor.h"
 #include "textio/OpenedFile.h"
 #include "textio/Paths.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
@@ -23,7 +24,7 @@ namespace vexmarrow {
 namespace {
 
 constexpr int kFlags = O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
-constexpr mode_t kForUserOnly = 0600; // it holds people's contacts
+constexpr mode_t kForUserOnly = 0600; // a log holds people's contacts
 constexpr mode_t kOthersRights = 0077;
 
 std::uint64_t HeaderChecksum(const LogHeader& header) {
@@ -37,26 +38,26 @@ std::string_view BytesOf(const bool& flag) {
 
 } // namespace
 
-std::optional<LogFile> LogFile::Make(SystemCalls& calls, const std::string& path, bool hasWayBack,
+std::optional<LogFile> LogFile::Make(SystemCalls& calls, const std::string& path, bool allowsUndo,
                                      int& error) {
     LogFile log(
         calls, path,
         Descriptor(calls, calls.Open(path, kFlags | O_RDWR | O_CREAT | O_EXCL, kForUserOnly)));
     log.header_.salt = RandomNumber();
     log.header_.begun = Now();
-    log.header_.hasWayBack = hasWayBack;
+    log.header_.allowsUndo = allowsUndo;
     log.header_.checksum = HeaderChecksum(log.header_);
     error = log.file_.IsOpen() && calls.Lock(log.Number(), LOCK_EX) == 0 ? 0 : errno;
     if (error == 0 && (!log.IsOfUser() || (log.status_.mode & kOthersRights) != 0)) {
-        // Somebody has tidied it away before it was locked, and the name may be another's by now;
-        // or a file system gives all files the same mode.
+        // Another program has removed the log before it was locked, so the name may belong to a new
+        // log; or the file system gives all files the same mode.
         error = log.status_.links == 0 ? EEXIST : EACCES;
     }
     if (error == 0) {
         error = log.Write(0, {reinterpret_cast<const char*>(&log.header_), sizeof log.header_});
     }
     if (error == 0) {
-        log.Announce(); // who has looked before there was a header has not seen it
+        log.NotifyOtherPrograms(); // they ignore a log that has no header yet
         return log;
     }
     if (log.file_.IsOpen() && error != EEXIST && error != EWOULDBLOCK) {
@@ -70,7 +71,7 @@ std::optional<LogFile> LogFile::TakeOver(SystemCalls& calls, const std::string& 
     if (!log.file_.IsOpen() || calls.Lock(log.Number(), LOCK_EX) != 0 || !log.IsOfUser()) {
         return std::nullopt;
     }
-    if (log.status_.size < kFirstRecord) { // a program was killed while it made this
+    if (log.status_.size < kFirstRecord) { // a program was killed before it wrote the header
         log.Remove();
         return std::nullopt;
     }
@@ -81,7 +82,7 @@ std::optional<LogFile> LogFile::LookAt(SystemCalls& calls, const std::string& pa
     LogFile log(calls, path, Descriptor(calls, calls.Open(path, kFlags | O_RDONLY, 0)));
     const int error = log.file_.IsOpen() ? 0 : errno;
     if (error == EMFILE || error == ENFILE || error == ENOMEM || error == EIO) {
-        log.FailToRead(error); // there may be one all the same
+        log.FailToRead(error); // temporary: the log may exist
     }
     return error == 0 && log.IsOfUser() && log.ReadHeader() ? std::optional(std::move(log))
                                                             : std::nullopt;
@@ -91,8 +92,7 @@ void LogFile::FailToRead(int error) const {
     throw FileFailure(u"Could not read the file", TextFromNativeName(path_), error);
 }
 
-/// Whether nobody else can have written it. Copies of a home folder by links and changes of its
-/// rights may have made more of it.
+/// Whether only this user can write the file. Backups may have added links and the right to read.
 bool LogFile::IsOfUser() {
     constexpr mode_t kWritableForOthers = 0022;
     return calls_->Status(Number(), status_) == 0 && status_.IsRegular() &&
@@ -109,18 +109,18 @@ bool LogFile::ReadHeader() {
     if (got < bytes.size()) {
         return false;
     }
-    // Bytes that may be anything are no bool yet.
+    // A byte from a file may have any value, but a bool only 0 or 1: the flags are converted.
     std::memcpy(static_cast<void*>(&header_), bytes.data(), offsetof(LogHeader, isPartial));
     header_.isPartial = bytes[offsetof(LogHeader, isPartial)] != 0;
     header_.isSettled = bytes[offsetof(LogHeader, isSettled)] != 0;
-    header_.hasWayBack = bytes[offsetof(LogHeader, hasWayBack)] != 0;
+    header_.allowsUndo = bytes[offsetof(LogHeader, allowsUndo)] != 0;
     return header_.mark == LogHeader().mark && header_.checksum == HeaderChecksum(header_);
 }
 
-std::optional<PlacedRecord> LogFile::RecordAt(std::uint64_t offset) const {
-    constexpr std::size_t kFirstLook = 1024; // enough for all but very long paths
+std::optional<LogRecord> LogFile::RecordAt(std::uint64_t offset) const {
+    constexpr std::size_t kFirstLook = 1024; // enough unless a path is very long
     std::string bytes;
-    std::optional<PlacedRecord> record;
+    std::optional<LogRecord> record;
     for (const std::size_t size : {kFirstLook, kLongestHead}) {
         std::size_t got = 0;
         bytes.resize(size);
@@ -136,9 +136,9 @@ std::optional<PlacedRecord> LogFile::RecordAt(std::uint64_t offset) const {
     return record;
 }
 
-std::vector<PlacedRecord> LogFile::Records() const {
-    std::vector<PlacedRecord> records;
-    for (std::uint64_t at = kFirstRecord; std::optional<PlacedRecord> record = RecordAt(at);) {
+std::vector<LogRecord> LogFile::Records() const {
+    std::vector<LogRecord> records;
+    for (std::uint64_t at = kFirstRecord; std::optional<LogRecord> record = RecordAt(at);) {
         at = record->End();
         records.push_back(std::move(*record));
     }
@@ -149,12 +149,12 @@ int LogFile::Write(std::uint64_t offset, std::string_view bytes) {
     return WriteWhole(*calls_, Number(), bytes, offset);
 }
 
-void LogFile::Announce() {
+void LogFile::NotifyOtherPrograms() {
     const OpenedFile folder = OpenToRead(*calls_, ParentFolder(path_));
     calls_->SetModified(folder.file.Number(), Now());
 }
 
-int LogFile::SetState(PlacedRecord& record, RecordState state) {
+int LogFile::SetState(LogRecord& record, RecordState state) {
     const char byte = static_cast<char>(state);
     const int error = Write(record.StateAt(), {&byte, 1});
     record.state = error == 0 ? state : record.state;
@@ -177,7 +177,7 @@ bool IsLog(SystemCalls& calls, int descriptor, const FileStatus& status) {
         return false;
     }
     const LogHeader header;
-    std::array<char, header.mark.size() - 1> first{}; // of whatever version
+    std::array<char, header.mark.size() - 1> first{}; // without the version
     std::size_t got = 0;
     return ReadWhole(calls, descriptor, first.data(), first.size(), 0, got) == 0 &&
            got == first.size() && std::equal(first.begin(), first.end(), header.mark.begin());

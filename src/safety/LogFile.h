@@ -3,8 +3,9 @@
 
 #pragma once
 
-#include "safety/RunRecord.h"
+#include "safety/LogRecord.h"
 #include "textio/Descriptor.h"
+#include "textio/SystemCalls.h"
 
 #include <array>
 #include <cstdint>
@@ -16,59 +17,53 @@
 
 namespace vexmarrow {
 
-/// What a log begins with, as it lies there.
+/// The first bytes of a log, in the layout that the file has.
 struct LogHeader {
-    std::array<char, 8> mark{'V', 'X', 'M', 'R', 'U', 'N', '\x1A', '\1'}; ///< the last is a version
-    std::uint64_t salt = 0;     ///< goes into the checksums of this log alone
+    std::array<char, 8> mark{'V', 'X', 'M', 'R', 'U', 'N', '\x1A', '\1'}; ///< ends with the version
+    std::uint64_t salt = 0;     ///< a random number that enters this log's checksums
     std::int64_t begun = 0;     ///< when the run began, in nanoseconds since 1970
-    std::uint64_t checksum = 0; ///< of all before it
-    bool isPartial = false;     ///< there was no room to keep the first records of the run
+    std::uint64_t checksum = 0; ///< of the fields above
+    bool isPartial = false;     ///< the first records of the run were dropped for lack of room
     bool isSettled = false;     ///< no record is open
-    bool hasWayBack = true;     ///< it is kept to take the run back
+    bool allowsUndo = true;     ///< the log stays after the run, so that the run can be undone
 };
 
-/// The log of a run on disk. While a program works with it, it holds its lock, which ends with the
-/// program, however that ends.
+/// The log of a run on disk. The program that works with it holds its lock until it ends.
 class LogFile {
 public:
-    /// Makes an empty log. Sets `error` to the errno of a failure, EEXIST for a name in use.
-    static std::optional<LogFile> Make(SystemCalls& calls, const std::string& path, bool hasWayBack,
+    /// Creates and locks an empty log. On failure returns nothing and sets `error` to the errno:
+    /// EEXIST when the name is taken.
+    static std::optional<LogFile> Make(SystemCalls& calls, const std::string& path, bool allowsUndo,
                                        int& error);
 
-    /// Opens and locks a log that no program works with. Nothing when one does, or when it is no
-    /// log: a regular file of this user that nobody else can write, with a whole header.
+    /// Opens and locks a log. Returns nothing when it is in use, or is not a regular file of this
+    /// user with a valid header that nobody else can write. Throws Failure when it cannot be read.
     static std::optional<LogFile> TakeOver(SystemCalls& calls, const std::string& path);
 
-    /// The same without a lock, to look at it only. Somebody may be working with it. Both throw
-    /// Failure where it cannot be read.
+    /// Like TakeOver, but opens the log only for reading and without a lock, so it may be in use.
     static std::optional<LogFile> LookAt(SystemCalls& calls, const std::string& path);
 
-    /// Has the other programs look again, before work on a log that they know: what happens within
-    /// one does not show in its folder.
-    void Announce();
+    /// Makes other running copies of the program read the logs again, by changing the time of the
+    /// folder. To be called before records change: they watch the folder, not the logs in it.
+    void NotifyOtherPrograms();
 
     const std::string& Path() const { return path_; }
     int Number() const { return file_.Number(); }
     const LogHeader& Header() const { return header_; }
     const FileStatus& Status() const { return status_; }
 
-    /// Where the first record begins, in bytes.
+    /// The offset of the first record in bytes.
     static constexpr std::uint64_t kFirstRecord = sizeof(LogHeader);
 
-    /// The record that begins there; nothing when there is none that is whole. Throws Failure when
-    /// that cannot be read, which must not pass for the end of the log.
-    std::optional<PlacedRecord> RecordAt(std::uint64_t offset) const;
-
-    /// All records, from the first to the last. Throws Failure like RecordAt.
-    std::vector<PlacedRecord> Records() const;
+    /// All complete records in order. Throws Failure when the log cannot be read.
+    std::vector<LogRecord> Records() const;
 
     // Each returns 0 or the errno of the failure.
     int Write(std::uint64_t offset, std::string_view bytes);
-    int SetState(PlacedRecord& record, RecordState state);
+    int SetState(LogRecord& record, RecordState state);
     int SetSettled(bool settled);
-    int DropRecords(); ///< leaves the header alone, marked as partial
+    int DropRecords(); ///< removes all records and marks the header as partial
 
-    /// Whether another program works with it.
     bool IsInUse() const;
 
     void Remove() { calls_->Unlink(path_); }
@@ -78,6 +73,7 @@ private:
         : calls_(&calls), path_(std::move(path)), file_(std::move(file)) {}
     bool IsOfUser();
     bool ReadHeader();
+    std::optional<LogRecord> RecordAt(std::uint64_t offset) const;
     [[noreturn]] void FailToRead(int error) const;
 
     SystemCalls* calls_;
@@ -87,7 +83,7 @@ private:
     LogHeader header_;
 };
 
-/// Whether an open file is a log, of whatever run: they are the user's own and open to nobody else.
+/// Whether an open file is one of this user's logs.
 bool IsLog(SystemCalls& calls, int descriptor, const FileStatus& status);
 
 } // namespace vexmarrow

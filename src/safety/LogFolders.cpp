@@ -3,21 +3,16 @@
 
 #include "safety/LogFolders.h"
 
-#include "base/Failure.h"
 #include "base/Utf8.h"
 #include "textio/Descriptor.h"
+#include "textio/FolderListing.h"
+#include "textio/SystemCalls.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
-#include <chrono>
 #include <cstdlib>
-#include <ctime>
 #include <fcntl.h>
-#include <filesystem>
 #include <iterator>
-#include <sys/random.h>
-#include <system_error>
 #include <unistd.h>
 
 namespace vexmarrow {
@@ -28,7 +23,7 @@ constexpr mode_t kOthersRights = 0077;
 constexpr std::string_view kLogSuffix = ".run";
 constexpr std::size_t kDigits = 10;
 
-/// The folder that a variable of the environment names; only full paths count.
+/// The folder in an environment variable; empty unless it is an absolute path.
 std::string FolderOfVariable(const char* name) {
     const char* const value = std::getenv(name); // NOLINT(concurrency-mt-unsafe)
     return value != nullptr && *value == '/' ? value : "";
@@ -57,7 +52,7 @@ std::vector<std::string> LogFoldersOfUser() {
 
 int PrepareFolder(SystemCalls& calls, const std::string& folder) {
     int error = 0;
-    for (std::size_t end = 0; end != std::string::npos;) { // those on the way are there, mostly
+    for (std::size_t end = 0; end != std::string::npos;) { // most parents exist, which is no error
         end = folder.find('/', end + 1);
         error = calls.MakeFolder(folder.substr(0, end), kForUserOnly) == 0 ? 0 : errno;
     }
@@ -84,13 +79,9 @@ std::vector<std::string> FilesIn(SystemCalls& calls, const std::string& folder) 
         status.owner != ::geteuid()) {
         return paths;
     }
-    std::error_code error;
-    for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
-         entry.increment(error)) {
-        paths.push_back(entry->path().native());
-    }
-    if (error) {
-        throw FileFailure(u"Could not list the folder", TextFromNativeName(folder), error.value());
+    FolderListing listing(TextFromNativeName(folder));
+    while (const FolderListing::Entry* const entry = listing.Next()) {
+        paths.push_back(folder + "/" + NativeName(entry->name));
     }
     return paths;
 }
@@ -115,54 +106,6 @@ std::string LogName(std::uint64_t number) {
 
 std::uint64_t LogNumber(const std::string& path) {
     return std::strtoull(path.c_str() + path.find_last_of('/') + 1, nullptr, 10);
-}
-
-std::uint64_t RandomNumber() {
-    std::uint64_t number = 0;
-    while (::getrandom(&number, sizeof number, 0) != sizeof number) {
-        // Only a signal before it has begun can keep it from that.
-    }
-    return number;
-}
-
-std::string RandomHex(std::size_t bytes) {
-    constexpr std::string_view kHex = "0123456789abcdef";
-    std::string text;
-    for (std::uint64_t number = 0; text.size() < 2 * bytes; number /= kHex.size()) {
-        if (text.size() % kHex.size() == 0) {
-            number = RandomNumber();
-        }
-        text += kHex[number % kHex.size()];
-    }
-    return text;
-}
-
-std::int64_t Now() {
-    using namespace std::chrono;
-    return duration_cast<nanoseconds>(system_clock::now().time_since_epoch()).count();
-}
-
-std::string LocalTime(std::int64_t nanoseconds, const char* form) {
-    constexpr std::int64_t kPerSecond = 1'000'000'000;
-    const std::time_t seconds = nanoseconds / kPerSecond;
-    std::tm parts{};
-    ::localtime_r(&seconds, &parts);
-    std::array<char, 32> text{};
-    const std::size_t length = std::strftime(text.data(), text.size(), form, &parts);
-    return {text.data(), length};
-}
-
-std::u16string LocalTime(std::int64_t nanoseconds) {
-    return TextFromUtf8(LocalTime(nanoseconds, "%Y-%m-%d %H:%M:%S"));
-}
-
-std::string FullPath(std::string path) {
-    if (path.starts_with('/')) {
-        return path;
-    }
-    std::error_code error;
-    const std::filesystem::path folder = std::filesystem::current_path(error);
-    return error ? path : (folder / path).native();
 }
 
 } // namespace vexmarrow

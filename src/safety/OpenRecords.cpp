@@ -4,8 +4,8 @@
 #include "safety/OpenRecords.h"
 
 #include "safety/LogFolders.h"
-#include "textio/ByteSource.h"
-#include "textio/Checksum.h"
+#include "safety/OldText.h"
+#include "textio/Descriptor.h"
 
 #include <algorithm>
 #include <array>
@@ -13,38 +13,20 @@
 namespace vexmarrow {
 namespace {
 
-/// Takes news from a watch, if there are any.
-bool IsNews(SystemCalls& calls, int watch) {
+/// Reads the events that a watch has collected. Returns whether there were any.
+bool TakeEvents(SystemCalls& calls, int watch) {
     std::array<char, 4096> events{};
     return calls.Read(watch, events.data(), events.size()) > 0;
 }
 
 } // namespace
 
-Holding HoldingOf(SystemCalls& calls, int descriptor, const FileStatus& status,
-                  const PlacedRecord& placed) {
-    const bool mayBeOld = status.size == placed.record.old.size;
-    const bool mayBeNew = placed.written && status.size == placed.written->size;
-    if (!mayBeOld && !mayBeNew) {
-        return Holding::Other;
-    }
-    FileBytes bytes(calls, descriptor, 0, status.size);
-    Checksum checksum;
-    if (const int error = checksum.Add(bytes, 0, status.size)) {
-        return error == ENODATA ? Holding::Other : Holding::Unknown;
-    }
-    if (mayBeOld && checksum.Value() == placed.record.checksum) {
-        return Holding::Old;
-    }
-    return mayBeNew && checksum.Value() == placed.written->checksum ? Holding::New : Holding::Other;
-}
-
-void OpenRecords::Look(const std::string& own) {
-    watched_.clear(); // until all is seen: a look that fails is taken again
-    const std::vector<bool> watched = Watch(); // before the look: nothing may come between
+void OpenRecords::ReadLogs(const std::string& own) {
+    watched_.clear();                          // if this fails, the next call reads the logs again
+    const std::vector<bool> watched = Watch(); // first, so that no change is missed
     others_.clear();
     inUse_.clear();
-    if (own.empty()) { // what this program has left is in a log that has ended
+    if (own.empty()) { // the log of this program has ended, so it is read like the others
         left_.clear();
     }
     for (const std::string& path : LogsIn(calls_, folders_)) {
@@ -52,10 +34,9 @@ void OpenRecords::Look(const std::string& own) {
         if (!log || log->Header().isSettled) {
             continue;
         }
-        const bool isInUse = log->IsInUse(); // asked first: what it does after that will count
-        for (PlacedRecord& record : log->Records()) {
-            if (record.state == RecordState::Open &&
-                record.record.kind == RecordKind::Replacement) {
+        const bool isInUse = log->IsInUse(); // asked first: later changes will be noticed
+        for (LogRecord& record : log->Records()) {
+            if (record.state == RecordState::Open && record.head.kind == RecordKind::Overwrite) {
                 others_.push_back(std::move(record));
             }
         }
@@ -66,13 +47,13 @@ void OpenRecords::Look(const std::string& own) {
     watched_ = watched;
 }
 
-/// Watches the folders from now on. Returns which of them can be.
+/// Watches the folders from now on. Returns for each whether it can be watched.
 std::vector<bool> OpenRecords::Watch() {
     if (!watch_.IsOpen()) {
         watch_ = Descriptor(calls_, calls_.MakeWatch());
     }
-    while (IsNews(calls_, watch_.Number())) {
-        // What was before does not count.
+    while (TakeEvents(calls_, watch_.Number())) {
+        // Earlier events do not matter.
     }
     std::vector<bool> watched;
     for (const std::string& folder : folders_) {
@@ -81,8 +62,7 @@ std::vector<bool> OpenRecords::Watch() {
     return watched;
 }
 
-/// Whether other programs have begun or ended something. What one is working at is locked, so only
-/// its end counts.
+/// Whether another program has begun or ended work. In between, the locks of its files are enough.
 bool OpenRecords::IsOutdated() {
     if (watched_.size() != folders_.size()) {
         return true;
@@ -90,34 +70,34 @@ bool OpenRecords::IsOutdated() {
     for (std::size_t i = 0; i < folders_.size(); ++i) {
         FileStatus status;
         if (!watched_[i] && calls_.StatusOfName(folders_[i], status) == 0) {
-            return true; // it has come, or cannot be watched
+            return true; // the folder is new, or cannot be watched
         }
     }
-    return IsNews(calls_, watch_.Number()) ||
+    return TakeEvents(calls_, watch_.Number()) ||
            std::any_of(inUse_.begin(), inUse_.end(),
                        [](const LogFile& log) { return !log.IsInUse(); });
 }
 
-bool OpenRecords::Hold(const std::string& path, const FileStatus& status, int descriptor,
-                       const std::string& own) {
+bool OpenRecords::Include(const std::string& path, const FileStatus& status, int descriptor,
+                          const std::string& own) {
     if (IsOutdated() || Matches(path, status, descriptor)) {
-        Look(own);
+        ReadLogs(own);
     }
     return Matches(path, status, descriptor);
 }
 
-/// With other numbers, a file that is whole by what the record says is none of them: another card
-/// lies in the place of the one that was there.
+/// A file with the path of a record but another inode, which contains exactly the old or the new
+/// text, does not match: another memory card is mounted at this path.
 bool OpenRecords::Matches(const std::string& path, const FileStatus& status, int descriptor) const {
-    const auto isOf = [&](const PlacedRecord& placed) {
-        if (placed.record.old.SameFileAs(status)) {
+    const auto isOf = [&](const LogRecord& record) {
+        if (record.head.old.SameFileAs(status)) {
             return true;
         }
-        if (placed.record.path != path) {
+        if (record.head.path != path) {
             return false;
         }
-        const Holding holding = HoldingOf(calls_, descriptor, status, placed);
-        return holding != Holding::Old && holding != Holding::New;
+        const Content content = ContentOf(calls_, descriptor, status, record);
+        return content != Content::Old && content != Content::New;
     };
     return std::any_of(others_.begin(), others_.end(), isOf) ||
            std::any_of(left_.begin(), left_.end(), isOf);

@@ -4,55 +4,48 @@
 #pragma once
 
 #include "safety/LogFile.h"
+#include "textio/Descriptor.h"
 
 #include <string>
 #include <vector>
 
 namespace vexmarrow {
 
-/// What a file holds, compared with a record of it.
-enum class Holding {
-    Old,     ///< all of its old text
-    New,     ///< all of what the run has written
-    Other,   ///< anything else
-    Unknown, ///< it could not be read
-};
-Holding HoldingOf(SystemCalls& calls, int descriptor, const FileStatus& status,
-                  const PlacedRecord& placed);
-
-/// The files that have an open record in any log, be it in use or left behind: what they hold may
-/// be a mixture, which no run may use.
+/// The files that have an open record in any log, whether a program is using the log or not. They
+/// may contain a mixture of old and new text, so no run may read or write them.
 class OpenRecords {
 public:
     OpenRecords(SystemCalls& calls, std::vector<std::string> folders)
         : calls_(calls), folders_(std::move(folders)), watch_(calls) {}
 
-    /// Looks at all logs but `own` (a path), at the beginning of a piece of work.
-    void Look(const std::string& own = {});
+    /// Whether an open file is one of them. The caller must hold its lock. Reads all logs but the
+    /// one with the path `own` the first time, and again when other programs may have changed them.
+    /// Throws Failure when a log cannot be read.
+    bool Include(const std::string& path, const FileStatus& status, int descriptor,
+                 const std::string& own);
 
-    /// Whether an open file, whose lock is held, is one of them. Looks again where other programs
-    /// have done something since.
-    bool Hold(const std::string& path, const FileStatus& status, int descriptor,
-              const std::string& own);
+    /// Closes all logs at the end of a run. The next run reads them again.
+    void CloseLogs() noexcept {
+        inUse_.clear();
+        watched_.clear();
+    }
 
-    /// The piece of work is over: no log stays open.
-    void End() noexcept { inUse_.clear(); }
-
-    /// One that this program has to leave; MakeRoomForOne sees to it that this takes no memory.
-    void MakeRoomForOne() { left_.reserve(left_.size() + 1); }
-    void Add(PlacedRecord&& record) noexcept { left_.push_back(std::move(record)); }
+    /// Adds an open record of this program. After ReserveOne, this allocates no memory.
+    void ReserveOne() { left_.reserve(left_.size() + 1); }
+    void Add(LogRecord&& record) noexcept { left_.push_back(std::move(record)); }
 
 private:
+    void ReadLogs(const std::string& own);
     std::vector<bool> Watch();
     bool IsOutdated();
     bool Matches(const std::string& path, const FileStatus& status, int descriptor) const;
 
     SystemCalls& calls_;
     std::vector<std::string> folders_;
-    std::vector<PlacedRecord> others_;
-    std::vector<PlacedRecord> left_; // by this program
-    Descriptor watch_;               // of the folders, kept from one look to the next
-    std::vector<bool> watched_;      // whether each is there to be watched
+    std::vector<LogRecord> others_;
+    std::vector<LogRecord> left_; // by this program
+    Descriptor watch_;            // of the folders; closing it is slow, so it stays open
+    std::vector<bool> watched_;   // for each folder; empty when the logs must be read
     std::vector<LogFile> inUse_;
 };
 

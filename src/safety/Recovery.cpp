@@ -6,14 +6,13 @@
 #include "base/Failure.h"
 #include "base/Text.h"
 #include "base/Utf8.h"
-#include "safety/Creation.h"
+#include "safety/Clock.h"
 #include "safety/KeptCopies.h"
 #include "safety/LogFolders.h"
-#include "safety/OpenRecords.h"
-#include "safety/PutInPlace.h"
-#include "safety/Refusing.h"
-#include "safety/RunLog.h"
-#include "safety/TakingBack.h"
+#include "safety/LogRemoval.h"
+#include "safety/OldText.h"
+#include "safety/OpenTarget.h"
+#include "safety/PendingNewFile.h"
 #include "shell/Prompts.h"
 #include "shell/Trap.h"
 #include "textio/Paths.h"
@@ -27,19 +26,23 @@ namespace {
 
 constexpr std::u16string_view kCouldNotPutBack = u"Could not put back the old text of the file";
 
-/// Whether an error says for certain that a path leads nowhere. Any other may pass.
-bool IsGone(int error) {
-    return error == ENOENT || error == ENOTDIR || error == ELOOP;
+/// Whether a path leads to anything. Throws Failure when an error, maybe a temporary one, hides it.
+bool Exists(SystemCalls& calls, const std::string& path, FileStatus& status) {
+    const int error = calls.StatusOfTarget(path, status) == 0 ? 0 : errno;
+    if (error != 0 && error != ENOENT && error != ENOTDIR && error != ELOOP) {
+        throw FileFailure(u"Could not check the file", TextFromNativeName(path), error);
+    }
+    return error == 0;
 }
 
-/// Removes the unfinished file that a program has left under a passing name.
-void RemovePassingFile(SystemCalls& calls, const RunRecord& record) {
+/// Removes the unfinished file that an interrupted program has left under a temporary name.
+void RemoveTemporaryFile(SystemCalls& calls, const RecordHead& head) {
     FileStatus status;
-    if (IsPassingName(record.passingName) && calls.StatusOfName(record.passingName, status) == 0 &&
-        status.IsRegular() && status.owner == ::geteuid() &&
-        calls.Unlink(record.passingName) != 0 && errno != ENOENT) {
+    if (IsTemporaryName(head.temporaryName) &&
+        calls.StatusOfName(head.temporaryName, status) == 0 && status.IsRegular() &&
+        status.owner == ::geteuid() && calls.Unlink(head.temporaryName) != 0 && errno != ENOENT) {
         throw FileFailure(u"Could not remove the unfinished file",
-                          TextFromNativeName(record.passingName), errno);
+                          TextFromNativeName(head.temporaryName), errno);
     }
 }
 
@@ -56,7 +59,7 @@ void Recovery::GiveUpMissing() {
     givesUp_ = false;
 }
 
-/// One log is open at a time: there may be more of them than a process may have files.
+/// Opens one log at a time: there may be more logs than a process may have open files.
 void Recovery::SettleAll() {
     missing_ = 0;
     std::vector<std::string> paths;
@@ -67,179 +70,172 @@ void Recovery::SettleAll() {
             if (!log || log->Header().isSettled) {
                 return;
             }
-            log->Announce();
-            std::vector<PlacedRecord> records = log->Records();
-            std::reverse(records.begin(), records.end()); // the last change of a file comes first
-            for (PlacedRecord& placed : records) {
-                if (placed.state == RecordState::Open) {
-                    Settle(*log, placed);
+            log->NotifyOtherPrograms();
+            std::vector<LogRecord> records = log->Records();
+            std::reverse(records.begin(), records.end()); // the last write comes first
+            for (LogRecord& record : records) {
+                if (record.state == RecordState::Open) {
+                    Settle(*log, record);
                 }
             }
-            Tidy(*log, records);
+            RemoveOrSettle(*log, records);
         });
     }
 }
 
-void Recovery::Settle(LogFile& log, PlacedRecord& placed) {
+void Recovery::Settle(LogFile& log, LogRecord& record) {
     const std::optional<std::u16string> failure = FailureOf([&] {
-        if (placed.record.kind == RecordKind::Creation) {
-            SettleCreation(log, placed);
+        if (record.head.kind == RecordKind::NewFile) {
+            SettleNewFile(log, record);
         } else {
-            SettleReplacement(log, placed);
+            SettleOverwrite(log, record);
         }
     });
     if (failure) {
-        Tell(Concat(*failure, u"\r\n\r\nThe program was ended while it was writing that file. This "
-                              u"will be tried again at its next start."));
+        Tell(Concat(*failure, u"\r\n\r\nThe program was interrupted while it was writing this "
+                              u"file. It will try again at its next start."));
     }
 }
 
-/// Of a card that is not there, perhaps.
-void Recovery::Miss(LogFile& log, PlacedRecord& placed, std::u16string_view why) {
+/// The file may be on a removed card, so its record stays open until the user gives the file up.
+void Recovery::HandleMissing(LogFile& log, LogRecord& record, std::u16string_view why) {
     if (!givesUp_) {
         ++missing_;
-    } else if (placed.record.kind == RecordKind::Creation) {
-        log.SetState(placed, RecordState::Closed);
+    } else if (record.head.kind == RecordKind::NewFile) {
+        log.SetState(record, RecordState::Closed);
     } else {
-        KeepOld(log, placed, -1, why);
+        KeepOldText(log, record, -1, why);
     }
 }
 
-/// A new file is complete or it has no name yet. Whatever else stands there stays.
-void Recovery::SettleCreation(LogFile& log, PlacedRecord& placed) {
-    const RunRecord& record = placed.record;
+/// A new file either is complete or has no name yet. Any other file with its name stays.
+void Recovery::SettleNewFile(LogFile& log, LogRecord& record) {
+    const RecordHead& head = record.head;
     FileStatus status;
-    if (calls_.StatusOfTarget(ParentFolder(record.path), status) != 0) {
-        Miss(log, placed, {});
+    if (calls_.StatusOfTarget(ParentFolder(head.path), status) != 0) {
+        HandleMissing(log, record, {});
         return;
     }
-    RemovePassingFile(calls_, record);
-    const int error = calls_.StatusOfTarget(record.path, status) == 0 ? 0 : errno;
-    if (error != 0 && !IsGone(error)) {
-        throw FileFailure(u"Could not look at the file", TextFromNativeName(record.path), error);
-    }
-    const bool isComplete = error == 0 && placed.written && status.SameFileAs(placed.written->file);
-    log.SetState(placed, isComplete ? RecordState::Done : RecordState::Closed);
+    RemoveTemporaryFile(calls_, head);
+    const bool isComplete =
+        Exists(calls_, head.path, status) && record.tail && status.SameFileAs(record.tail->file);
+    log.SetState(record, isComplete ? RecordState::Done : RecordState::Closed);
 }
 
-void Recovery::SettleReplacement(LogFile& log, PlacedRecord& placed) {
-    const RunRecord& record = placed.record;
-    const std::u16string path = TextFromNativeName(record.path);
+void Recovery::SettleOverwrite(LogFile& log, LogRecord& record) {
+    const RecordHead& head = record.head;
+    const std::u16string path = TextFromNativeName(head.path);
     FileStatus status;
-    const int error = calls_.StatusOfTarget(record.path, status) == 0 ? 0 : errno;
-    if (error != 0 && !IsGone(error)) {
-        throw FileFailure(u"Could not look at the file", path, error);
-    }
-    if (error != 0 || !status.IsRegular()) {
-        Miss(log, placed, u"The file is not there any more.");
+    if (!Exists(calls_, head.path, status) || !status.IsRegular()) {
+        HandleMissing(log, record, u"The file no longer exists.");
         return;
     }
-    const OpenedFile opened = OpenToRead(calls_, record.path);
+    const OpenedFile opened = OpenToRead(calls_, head.path);
     const int file = opened.file.Number();
     if (opened.error != 0 || calls_.Status(file, status) != 0) {
         throw FileFailure(u"Could not open the file", path,
                           opened.error != 0 ? opened.error : errno);
     }
-    // Numbers change over a restart of the machine. With others, another card may lie in the place
-    // of the one that the file is on, so the record stays, even where there is nothing to ask.
-    const Holding holding = HoldingOf(calls_, file, status, placed);
-    if (holding == Holding::Unknown) {
+    // Another device or inode may mean another card at this path, or just a restart of the machine:
+    // the record stays open even if there is nothing to ask.
+    const Content content = ContentOf(calls_, file, status, record);
+    if (content == Content::Unreadable) {
         throw FileFailure(u"Could not read the file", path, EIO);
     }
-    if (holding == Holding::Other) {
-        Ask(log, placed, file, status);
-    } else if (!status.SameFileAs(record.old)) {
-        Miss(log, placed, u"Another file has taken its place.");
-    } else if (holding == Holding::New) {
-        log.SetState(placed, RecordState::Done);
+    if (content == Content::Other) {
+        Ask(log, record, file, status);
+    } else if (!status.SameFileAs(head.old)) {
+        HandleMissing(log, record, u"It has been replaced by another file.");
+    } else if (content == Content::New) {
+        log.SetState(record, RecordState::Done);
     } else {
-        if (status.modified != record.old.modified) {
-            calls_.SetModified(file, record.old.modified);
+        if (status.modified != head.old.modified) {
+            calls_.SetModified(file, head.old.modified);
         }
-        log.SetState(placed, RecordState::Closed);
+        log.SetState(record, RecordState::Closed);
     }
 }
 
-void Recovery::Ask(LogFile& log, PlacedRecord& placed, int present, const FileStatus& status) {
+void Recovery::Ask(LogFile& log, LogRecord& record, int present, const FileStatus& status) {
     const Answer answer = prompts_.ShowMessage(
-        Concat(u"The program was ended while it was writing this file, which may hold old and new "
-               u"text now:\r\n\r\n",
-               TextFromNativeName(placed.record.path), u"\r\n\r\nThe writing began: ",
-               LocalTime(placed.record.begun), u"\r\nThe file was last changed: ",
+        Concat(u"The program was interrupted while it was writing this file, which may now contain "
+               u"both old and new text:\r\n\r\n",
+               TextFromNativeName(record.head.path), u"\r\n\r\nWriting began: ",
+               LocalTime(record.head.begun), u"\r\nLast change of the file: ",
                LocalTime(status.modified),
-               u"\r\n\r\nPut its old text back?\r\n\r\nYes: the file gets its old text and date; a "
-               u"copy of what it holds at present is kept.\r\nNo: the file stays as it is; a copy "
-               u"of its old text is kept.\r\nLater: you are asked again at the next start, and no "
-               u"run uses the file until then.\r\n\r\nThe copy goes into this folder:\r\n",
+               u"\r\n\r\nPut its old text back?\r\n\r\nYes: the file gets its old text and date "
+               u"back. A copy of its present contents is kept.\r\nNo: the file stays as it is. A "
+               u"copy of its old text is kept.\r\nLater: the program asks again at its next "
+               u"start. Until then, no run uses the file.\r\n\r\nCopies are kept in this "
+               u"folder:\r\n",
                TextFromNativeName(KeptFolder(folders_.front()))),
         BoxStyle::OrLater);
     if (answer == Answer::Yes) {
-        PutBackOld(log, placed, status);
+        RestoreAsAnswered(log, record, status);
     } else if (answer == Answer::No) {
-        KeepOld(log, placed, present, u"The file itself has been left as it is.");
+        KeepOldText(log, record, present, u"The file itself was not changed.");
     }
 }
 
-void Recovery::PutBackOld(LogFile& log, PlacedRecord& placed, const FileStatus& asked) {
-    const RunRecord& record = placed.record;
-    const std::u16string path = TextFromNativeName(record.path);
+void Recovery::RestoreAsAnswered(LogFile& log, LogRecord& record, const FileStatus& asked) {
+    const RecordHead& head = record.head;
+    const std::u16string path = TextFromNativeName(head.path);
     FileStatus status;
-    const OpenedFile opened = OpenTarget(calls_, record.path, status);
+    const OpenedFile opened = OpenTarget(calls_, head.path, status);
     const int file = opened.file.Number();
     if (opened.error != 0) {
         throw FileFailure(kCouldNotPutBack, path, ReasonOf(opened));
     }
     if (!status.SameFileAs(asked) || !status.SameContentsAs(asked)) {
-        throw FileFailure(kCouldNotPutBack, path, u"Another program has changed it meanwhile");
+        throw FileFailure(kCouldNotPutBack, path, u"Another program has just changed it");
     }
-    OldText old(calls_, file, log, placed);
+    OldText old(calls_, file, log, record);
     if (const int error = old.Check()) {
         if (error != ENODATA) {
             throw FileFailure(kCouldNotPutBack, path, error);
         }
-        KeepOld(log, placed, file,
-                u"Its old text cannot be made whole any more, so the file has been left as it is.");
+        KeepOldText(log, record, file, u"Its old text is damaged, so the file was not changed.");
         return;
     }
     std::string place;
     if (status.size > 0) {
         FileBytes present(calls_, file);
-        place = KeepCopy(calls_, folders_, "found", record.path, present, status.size);
+        place = KeepCopy(calls_, folders_, "found", head.path, present, status.size);
     }
-    const PutBackResult result = PutBack(calls_, file, placed, old.Kept());
-    if (result.state != PutBackState::Whole) {
+    const RestoreResult result = RestoreOldText(calls_, file, record, old.Kept());
+    if (result.state != RestoreState::Restored) {
         throw FileFailure(kCouldNotPutBack, path, result.error);
     }
-    log.SetState(placed, RecordState::Closed);
+    log.SetState(record, RecordState::Closed);
     if (result.timeError != 0) {
-        Tell(Concat(u"The file \"", path, u"\" has its old text, but could not get its old date."));
+        Tell(Concat(u"The file \"", path, u"\" has its old text again, but not its old date."));
     }
-    if (!place.starts_with(KeptFolder(folders_.front())) && !place.empty()) { // which was named
-        Tell(Concat(u"What the file \"", path, u"\" held before has been kept here:\r\n",
+    if (!place.starts_with(KeptFolder(folders_.front())) && !place.empty()) { // not as announced
+        Tell(Concat(u"The contents that the file \"", path, u"\" had before were copied to:\r\n",
                     TextFromNativeName(place)));
     }
 }
 
-/// Keeps the old text, or what there is of it, and ends the matter.
-void Recovery::KeepOld(LogFile& log, PlacedRecord& placed, int present, std::u16string_view why) {
-    const RunRecord& record = placed.record;
-    OldText old(calls_, present, log, placed);
+/// Keeps a copy of the old text, or of the part that is left of it, and closes the record.
+void Recovery::KeepOldText(LogFile& log, LogRecord& record, int present, std::u16string_view why) {
+    const RecordHead& head = record.head;
+    OldText old(calls_, present, log, record);
     const int error = old.Check();
     if (error != 0 && error != ENODATA && present >= 0) {
-        throw FileFailure(u"Could not read the old text of the file",
-                          TextFromNativeName(record.path), error);
+        throw FileFailure(u"Could not read the old text of the file", TextFromNativeName(head.path),
+                          error);
     }
     const bool isWhole = error == 0;
-    const std::uint64_t end = std::max(log.Status().size, placed.KeptAt());
-    const std::uint64_t inLog = std::min(record.KeptSize(), end - placed.KeptAt());
+    const std::uint64_t end = std::max(log.Status().size, record.KeptAt());
+    const std::uint64_t inLog = std::min(head.KeptSize(), end - record.KeptAt());
     const std::string place =
-        isWhole ? KeepCopy(calls_, folders_, "old", record.path, old, record.old.size)
-                : KeepCopy(calls_, folders_, "part", record.path, old.Kept(), inLog);
-    log.SetState(placed, RecordState::Closed);
-    Tell(Concat(u"The program was ended while it was writing this file:\r\n\r\n",
-                TextFromNativeName(record.path), u"\r\n\r\n", why,
-                isWhole ? u" Its old text has been kept here:\r\n"
-                        : u" What is left of its old text has been kept here:\r\n",
+        isWhole ? KeepCopy(calls_, folders_, "old", head.path, old, head.old.size)
+                : KeepCopy(calls_, folders_, "part", head.path, old.Kept(), inLog);
+    log.SetState(record, RecordState::Closed);
+    Tell(Concat(u"The program was interrupted while it was writing this file:\r\n\r\n",
+                TextFromNativeName(head.path), u"\r\n\r\n", why,
+                isWhole ? u" Its old text was copied to:\r\n"
+                        : u" The remaining part of its old text was copied to:\r\n",
                 TextFromNativeName(place)));
 }
 

@@ -14,41 +14,40 @@ namespace vexmarrow {
 
 class Prompts;
 
-/// Settles what programs that were killed have left in the middle. It acts on nothing but whole
-/// records in logs of this user that no program holds, asks before it changes what a file holds,
-/// and keeps a copy of everything that a user might miss. It may itself be killed at any point,
-/// and is then done again.
+/// Settles the open records that interrupted programs have left. It uses only valid records in logs
+/// of this user that no other program is using. It asks before it changes the contents of a file,
+/// and keeps a copy of everything that the user might miss. If it is killed, it can be repeated.
 class Recovery {
 public:
     Recovery(SystemCalls& calls, std::vector<std::string> logFolders, Prompts& prompts)
         : calls_(calls), folders_(std::move(logFolders)), prompts_(prompts) {}
 
-    /// The work of the next start, before the window shows; removes old logs, too. Never fails:
-    /// what cannot be done is told and left for the start after that.
+    /// Settles all open records and removes old logs. To be called at the start, before the window
+    /// shows. Never throws Failure: shows a box instead, and the record waits for the next start.
     void Run();
 
-    /// How many files wait that are not where they were: they may be on a card.
+    /// The number of files with open records that were not found. They may be on a removed card.
     std::size_t Missing() const { return missing_; }
 
-    /// Ends the matter of these: keeps a copy of their old texts, and tells where. Never fails.
+    /// Closes the records of missing files: copies each old text and shows the path of the copy.
     void GiveUpMissing();
 
 private:
     void SettleAll();
-    void Settle(LogFile& log, PlacedRecord& placed);
-    void SettleCreation(LogFile& log, PlacedRecord& placed);
-    void SettleReplacement(LogFile& log, PlacedRecord& placed);
-    void Miss(LogFile& log, PlacedRecord& placed, std::u16string_view why);
-    void Ask(LogFile& log, PlacedRecord& placed, int present, const FileStatus& status);
-    void PutBackOld(LogFile& log, PlacedRecord& placed, const FileStatus& asked);
-    void KeepOld(LogFile& log, PlacedRecord& placed, int present, std::u16string_view why);
+    void Settle(LogFile& log, LogRecord& record);
+    void SettleNewFile(LogFile& log, LogRecord& record);
+    void SettleOverwrite(LogFile& log, LogRecord& record);
+    void HandleMissing(LogFile& log, LogRecord& record, std::u16string_view why);
+    void Ask(LogFile& log, LogRecord& record, int present, const FileStatus& status);
+    void RestoreAsAnswered(LogFile& log, LogRecord& record, const FileStatus& asked);
+    void KeepOldText(LogFile& log, LogRecord& record, int present, std::u16string_view why);
     void Tell(std::u16string_view text);
 
     SystemCalls& calls_;
     std::vector<std::string> folders_;
     Prompts& prompts_;
     std::size_t missing_ = 0;
-    bool givesUp_ = false; // what is missing ends
+    bool givesUp_ = false; // records of missing files are being closed
 };
 
 } // namespace vexmarrow

@@ -92,7 +92,7 @@ TEST_F(InputsTest, ATargetThatChangesBeforeItIsWrittenIsLeftAlone) {
                 const Strings reports = ReplaceWhile(
                     Calls::kWriteAt, write, [&] { change.second("out/f"), after = all(); }, out);
                 EXPECT_THAT(reports.at(0), testing::AnyOf(testing::HasSubstr("Another program has"),
-                                                          testing::HasSubstr("Could not keep")));
+                                                          testing::HasSubstr("Could not save")));
                 EXPECT_TRUE(all() == after);
                 writer.Settle();
                 EXPECT_EQ(Kept("a"), Strings{});

@@ -100,13 +100,13 @@ TEST_F(LogsTest, RoomForLogs) {
     }
     writer.Settle();
     EXPECT_EQ(Kept("a").size(), 1U);
-    const std::optional<LastRun> last = TakingBack(calls, Logs()).Last();
+    const std::optional<LastRun> last = RunUndo(calls, Logs()).FindLastRun();
     EXPECT_TRUE(last->isPartial && last->changed == 1);
     EXPECT_EQ(TakeBack(), Strings{});
     EXPECT_EQ(folder.Read("2"), "new");
     EXPECT_EQ(folder.Read("4"), old);
-    EXPECT_TRUE(TakingBack(calls, Logs()).Last()->isPartial) << "it stays the last one";
-    TakingBack(calls, Logs()).Forget();
+    EXPECT_TRUE(RunUndo(calls, Logs()).FindLastRun()->isPartial) << "it stays the last one";
+    RunUndo(calls, Logs()).RemoveAllLogs();
     EXPECT_EQ(Kept("a"), Strings{});
 }
 
@@ -144,13 +144,13 @@ TEST_F(LogsTest, HowLongRunsAreKept) {
     EXPECT_EQ(Recover(Answer::Later), 1U);
     EXPECT_EQ(kept(), "15678");
     EXPECT_EQ(Recover(Answer::Yes), 1U);
-    TakingBack(calls, Logs()).Forget();
+    RunUndo(calls, Logs()).RemoveAllLogs();
     EXPECT_EQ(kept(), "");
 }
 
 TEST_F(LogsTest, WithoutAWayBack) {
     WriteOld("f", "old");
-    SafeWriter sets(calls, Logs(), WayBack::None);
+    SafeWriter sets(calls, Logs(), UndoSupport::None);
     EXPECT_EQ(Safety::Put(calls, sets, "f", "new"), "");
     EXPECT_EQ(Safety::Put(calls, sets, "created", "new"), "");
     sets.Settle();
@@ -159,7 +159,7 @@ TEST_F(LogsTest, WithoutAWayBack) {
         for (int n = 1, finished = 0; finished == 0; ++n) {
             SCOPED_TRACE(n);
             Prepare(write);
-            finished = DoKilledAt(write, n, Event::KillHalf, WayBack::None) ? 1 : 0;
+            finished = DoKilledAt(write, n, Event::KillHalf, UndoSupport::None) ? 1 : 0;
             Recover(Answer::Yes);
             EXPECT_TRUE(Content() == write.old || Content() == write.text);
             EXPECT_EQ(Kept("a"), Strings{}) << "there is nothing to take back";

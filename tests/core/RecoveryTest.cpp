@@ -197,7 +197,7 @@ TEST_F(RecoveryTest, OnlyItsOwnLogs) {
         EXPECT_EQ(Recover(Answer::Yes), row.isAsked ? 1U : 0U);
         EXPECT_EQ(Content(), row.isAsked ? kOld : kMixture);
         FaultySystemCalls calls;
-        TakingBack(calls, Logs()).Forget();
+        RunUndo(calls, Logs()).RemoveAllLogs();
         EXPECT_EQ(state.Exists(name), row.stays);
     }
 }
@@ -223,7 +223,7 @@ TEST_F(RecoveryTest, WhatCannotBeDoneNowIsToldAndWaits) {
     calls.openErrors.clear();
 
     ASSERT_EQ(::chmod(path.c_str(), 04755), 0);
-    waits(calls, "set-id");
+    waits(calls, "set-user-ID");
     ASSERT_EQ(::chmod(path.c_str(), 0600), 0);
 
     prompts.whenShown = [&](const Box& box) { // what was asked about must be what is overwritten
@@ -231,7 +231,7 @@ TEST_F(RecoveryTest, WhatCannotBeDoneNowIsToldAndWaits) {
             SetDate("f", kOldDate + 1);
         }
     };
-    waits(calls, "changed it meanwhile");
+    waits(calls, "just changed it");
     prompts.whenShown = nullptr;
 
     EXPECT_EQ(Recover(Answer::Yes), 1U);

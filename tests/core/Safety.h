@@ -7,7 +7,7 @@
 #include "safety/KeptCopies.h"
 #include "safety/LogFile.h"
 #include "safety/Recovery.h"
-#include "safety/TakingBack.h"
+#include "safety/RunUndo.h"
 #include "textio/InputFile.h"
 #include "textio/OpenedFile.h"
 
@@ -108,11 +108,12 @@ struct Safety : testing::Test {
         return Do(write, calls, writer);
     }
     /// True if the writing has come to its end.
-    bool DoKilledAt(const Write& write, int n, Event event, WayBack wayBack = WayBack::Kept) const {
+    bool DoKilledAt(const Write& write, int n, Event event,
+                    UndoSupport undo = UndoSupport::Offered) const {
         return InChildProcess([&] {
             FaultySystemCalls calls;
             calls.AtCall(n, event);
-            SafeWriter writer(calls, Logs(), wayBack);
+            SafeWriter writer(calls, Logs(), undo);
             Do(write, calls, writer);
         });
     }
@@ -153,12 +154,12 @@ struct Safety : testing::Test {
 
     /// Takes the last run back, if there is one; the names of what was left alone, and why.
     Strings TakeBack(FaultySystemCalls& calls) const {
-        TakingBack takingBack(calls, Logs());
+        RunUndo undo(calls, Logs());
         Strings names;
         try {
-            const std::optional<LastRun> last = takingBack.Last();
-            if (last && last->CanBeTakenBack()) {
-                for (const LeftAlone& left : takingBack.TakeBack(*last, [](auto, auto) {})) {
+            const std::optional<LastRun> last = undo.FindLastRun();
+            if (last && last->CanBeUndone()) {
+                for (const UndoProblem& left : undo.Undo(*last, [](auto, auto) {})) {
                     names.push_back(left.path.substr(folder.Native().size() + 1) + ": " +
                                     NativeName(left.why));
                 }
@@ -192,8 +193,8 @@ struct Safety : testing::Test {
         SystemCalls calls;
         std::string states;
         if (const auto log = LogFile::LookAt(calls, state.Native(name))) {
-            for (const PlacedRecord& placed : log->Records()) {
-                states += "?ODC"[static_cast<std::size_t>(placed.state)];
+            for (const LogRecord& record : log->Records()) {
+                states += "?ODC"[static_cast<std::size_t>(record.state)];
             }
         }
         return states;

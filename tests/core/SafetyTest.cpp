@@ -80,8 +80,7 @@ struct SafetyTest : Safety {
                 } else if (Recover(faulty, Answer::Yes) > 0) {
                     told = {NativeName(prompts.boxes.back().text)};
                 }
-                hasDate =
-                    told.empty() || told[0].find("could not get its old date") == told[0].npos;
+                hasDate = told.empty() || told[0].find("but not its old date") == told[0].npos;
                 EXPECT_EQ(faulty.openFiles, 0);
                 return faulty.allCalls >= n;
             };
@@ -188,7 +187,7 @@ TEST_F(SafetyTest, EveryCallFailingOrDoingLessThanAsked) {
                     calls = faulty.allCalls;
                     EXPECT_EQ(faulty.openFiles, 0);
                 }
-                const bool waits = failure.find("It is written in part") != std::string::npos;
+                const bool waits = failure.find("It is only partly written") != std::string::npos;
                 if (failure.empty()) {
                     EXPECT_TRUE(Content() == write.text);
                 } else {
@@ -206,13 +205,14 @@ TEST_F(SafetyTest, EveryCallFailingOrDoingLessThanAsked) {
                 }
                 // Files of the same run go on.
                 EXPECT_TRUE(event == Event::Gone || failure.empty() || later.empty()) << later;
-                if (later.find("It is written in part") == later.npos) {
+                if (later.find("It is only partly written") == later.npos) {
                     EXPECT_EQ(folder.Read("g"), later.empty() ? "new" : "old");
                 }
                 const std::size_t boxes = Recover(Answer::Yes);
                 EXPECT_LE(boxes, event == Event::Gone ? 2U : 0U);
                 FaultySystemCalls whole;
-                if (const auto last = TakingBack(whole, Logs()).Last(); last && last->isPartial) {
+                if (const auto last = RunUndo(whole, Logs()).FindLastRun();
+                    last && last->isPartial) {
                     EXPECT_EQ(event, Event::Full); // the log has lost f to make room for g
                     continue;
                 }
@@ -236,7 +236,8 @@ TEST_F(SafetyTest, AFileThatWaitsIsNeitherWrittenNorReadMeanwhile) {
             calls.AtCall(calls.allCalls + 1, Event::Gone);
         }
     };
-    EXPECT_THAT(Put(calls, writer, "f", "newnewnewn"), testing::HasSubstr("It is written in part"));
+    EXPECT_THAT(Put(calls, writer, "f", "newnewnewn"),
+                testing::HasSubstr("It is only partly written"));
     calls.beforeCall = nullptr;
     calls.AtCall(0, Event::Kill);
     const std::string mixture = Content();
@@ -263,7 +264,7 @@ TEST_F(SafetyTest, AFileThatWaitsIsNeitherWrittenNorReadMeanwhile) {
                     1);
                 ASSERT_EQ(prompts.boxes.size(), 1U) << name;
                 EXPECT_THAT(NativeName(prompts.boxes[0].text),
-                            testing::HasSubstr("It is written in part"));
+                            testing::HasSubstr("It is only partly written"));
             }
         }
         EXPECT_EQ(folder.Names("out"), Strings{});

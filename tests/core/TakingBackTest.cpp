@@ -44,7 +44,7 @@ struct TakingBackTest : Writing {
 };
 
 TEST_F(TakingBackTest, WhatHasBecomeOfTheFilesSince) {
-    const std::string isChanged = ": It was changed since", isGone = ": It is not there";
+    const std::string isChanged = ": It was changed after the run", isGone = ": It is missing";
     // What is left alone and why; the files then; whether the run can be taken back once more.
     const struct {
         const char* what;
@@ -94,7 +94,7 @@ TEST_F(TakingBackTest, WhatHasBecomeOfTheFilesSince) {
          "a=old b=old hard=old in/new=edited link=old "},
         {"a link has taken the place of a new file",
          [&] { Rename("in/new", "n"), folder.MakeLink("in/new", "../n"); },
-         {"in/new: It was replaced since"},
+         {"in/new: It was replaced after the run"},
          "a=old b=old hard=old in/new=by in/new link=old n=by in/new "},
         {"locked",
          [&] {
@@ -106,7 +106,7 @@ TEST_F(TakingBackTest, WhatHasBecomeOfTheFilesSince) {
          true},
         {"with a set-id bit",
          [&] { folder.SetMode("b", 04640); },
-         {"b: It has a set-id bit, as no file of contacts has"},
+         {"b: It has a set-user-ID or set-group-ID bit, which files of contacts never need"},
          "a=old b=by b hard=old in link=old ",
          true},
     };
@@ -130,34 +130,34 @@ TEST_F(TakingBackTest, WhatHasBecomeOfTheFilesSince) {
 }
 
 TEST_F(TakingBackTest, RunsOneAfterTheOtherAndNoneBeneathAnother) {
-    const TakingBack takingBack(calls, Logs());
+    const RunUndo undo(calls, Logs());
     WriteOld("f", kOld);
     std::vector<LastRun> runs;
     for (const char* text : {"1", "2", "3"}) {
         EXPECT_EQ(Put("f", text), "");
         writer.Settle();
-        runs.push_back(*takingBack.Last());
+        runs.push_back(*undo.FindLastRun());
     }
     for (const char* text : {"2", "1", kOld}) {
         EXPECT_EQ(TakeBack(), Strings{});
         EXPECT_EQ(Content(), text);
     }
     EXPECT_EQ(DateOf("f"), kOldDate);
-    EXPECT_FALSE(takingBack.Last());
+    EXPECT_FALSE(undo.FindLastRun());
 
     EXPECT_EQ(Put("f", "1"), "");
     writer.Settle();
-    const LastRun run = *takingBack.Last();
+    const LastRun run = *undo.FindLastRun();
     EXPECT_EQ(run.log, runs[0].log);
     const auto takeBack = [&](const LastRun& which) {
-        return TakingBack(calls, Logs()).TakeBack(which, [](auto, auto) {});
+        return RunUndo(calls, Logs()).Undo(which, [](auto, auto) {});
     };
     EXPECT_THROW(takeBack(runs[0]), Failure) << "another run of the same name";
     WriteOld("f", kOld);
     LeaveMixture({"f"});
-    const std::vector<LeftAlone> left = takeBack(run);
+    const std::vector<UndoProblem> left = takeBack(run);
     ASSERT_EQ(left.size(), 1U);
-    EXPECT_EQ(left[0].why, u"Another run has written it in part");
+    EXPECT_EQ(left[0].why, u"It was only partly written by another run");
     EXPECT_EQ(Content(), kMixture);
 }
 
@@ -171,8 +171,8 @@ TEST_F(TakingBackTest, WhatWaitsForAnAnswerGoesOnWaiting) {
             folder.MakeFolder("f");
         }
         EXPECT_EQ(TakeBack(),
-                  Strings{isFolder ? "f: It is no regular file any more"
-                                   : "f: It is written in part, and the next start asks about it"});
+                  Strings{isFolder ? "f: It is no longer a regular file"
+                                   : "f: It is only partly written. The next start asks about it"});
         EXPECT_EQ(folder.Read("g"), kOld);
         EXPECT_EQ(StatesIn(Kept("a").at(0)), "CO");
     }

@@ -39,7 +39,7 @@ struct TextFilesTest : Core {
             }
             result.Seal(1);
             result.Commit(1);
-            return result.Refused() ? NativeName(result.Refused()->description) : "";
+            return result.Failed() ? NativeName(result.Failed()->description) : "";
         } catch (const Failure& failure) {
             return NativeName(failure.Description());
         }

@@ -3,6 +3,7 @@
 
 #include "core/Core.h"
 #include "run/UndoLastRun.h"
+#include "safety/Clock.h"
 #include "safety/KeptCopies.h"
 #include "safety/LogFolders.h"
 #include "safety/Recovery.h"
@@ -77,10 +78,11 @@ TEST_F(UndoTest, AsksAndTellsWhatWasLeftAlone) {
               "a=1_b=1_s=1|a=2_b=2_s=1_c=2_d=2||2_files_get_their_old_text_and_date_back,_"
               "2_new_files_are_removed||a=1_b=1_s=1 "
               "a=1_b=1|a=2_b=2_a=3_n=2_n=3|a=4|2_files_get_their_old_text_and_date_back,_"
-              "1_new_file_is_removed|~~a~It_was_changed_since.|a=4_b=1 "
+              "1_new_file_is_removed|~~a~It_was_changed_after_the_run.|a=4_b=1 "
               "a=1_b=1|a=2_b=2_c=2|a=-_c=/_b=x|2_files_get_their_old_text_and_date_back,_"
-              "1_new_file_is_removed|~~c~It_is_no_regular_file_any_more.~~b~It_was_changed_since."
-              "~~a~It_is_not_there.|b=x")) {
+              "1_new_file_is_removed|~~c~It_is_no_longer_a_regular_file.~~b~It_was_changed_after_"
+              "the_run."
+              "~~a~It_is_missing.|b=x")) {
         SCOPED_TRACE(row);
         const Strings fields = Fields(row);
         for (const std::string& file : Rows(fields[0])) {
@@ -103,11 +105,11 @@ TEST_F(UndoTest, AsksAndTellsWhatWasLeftAlone) {
                   whole ? BoxStyle::Information : BoxStyle::Exclamation);
         std::filesystem::remove(folder.Native("c/")); // a folder alone
         EXPECT_EQ(Tree(), fields[5]);
-        const bool waits = fields[4].ends_with("there."); // for the file to come back
+        const bool waits = fields[4].ends_with("missing."); // for the file to come back
         EXPECT_EQ(undo.IsPossible(), waits);
         EXPECT_EQ(Plain(undo.Hint()),
                   waits ? "Undo the run of T: 1 file." : "There is no run to undo.");
-        TakingBack(calls, logs).Forget();
+        RunUndo(calls, logs).RemoveAllLogs();
         folder.Clear();
     }
     calls.room = 8000;

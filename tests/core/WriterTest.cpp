@@ -119,13 +119,13 @@ TEST_F(WriterTest, WhatIsRefused) {
         bool needsRoot = false;
     } rows[] = {
         {"nothing", [] {}, ""},
-        {"set-user-id", [&] { ::chmod(path.c_str(), 04755); }, "It has a set-id bit"},
-        {"set-group-id", [&] { ::chmod(path.c_str(), 02755); }, "It has a set-id bit"},
+        {"set-user-id", [&] { ::chmod(path.c_str(), 04755); }, "It has a set-user-ID or"},
+        {"set-group-id", [&] { ::chmod(path.c_str(), 02755); }, "It has a set-user-ID or"},
         {"a folder", [&] { folder.Remove("f"), folder.MakeFolder("f"); }, "It is a folder"},
         {"a pipe", [&] { folder.Remove("f"), ::mkfifo(path.c_str(), 0600); },
          "It is not a regular file"},
         {"a link to nowhere", [&] { folder.Remove("f"), folder.MakeLink("f", "gone"); },
-         "It is a link to nowhere"},
+         "It is a link to a file that does not exist"},
         {"an own link",
          [&] { folder.Write("g", "old"), folder.Remove("f"), folder.MakeLink("f", "g"); }, ""},
         {"another user's link",
@@ -134,7 +134,7 @@ TEST_F(WriterTest, WhatIsRefused) {
          },
          "a link that belongs to another user", true},
         {"another user's, in a folder for all", [&] { give("f", 1); },
-         "It belongs to another user, in a folder that everybody may write to", true},
+         "It belongs to another user and is in a folder that everyone can write to", true},
         {"another user's, whose folder it is", [&] { give("f", 1), give("", 1); }, "", true},
         {"another user's, in a folder for some",
          [&] { give("f", 1), ::chmod(folder.Native().c_str(), 0775); }, "", true},
@@ -269,9 +269,9 @@ TEST_F(WriterTest, TwoProgramsAtOnce) {
     EXPECT_THAT(Put("f"), testing::HasSubstr("It is locked by another program"));
     EXPECT_EQ(Put("g"), "");
     EXPECT_EQ(Recover(Answer::Yes), 0U) << "a third one has nothing to do with them";
-    TakingBack takingBack(calls, Logs());
-    EXPECT_TRUE(takingBack.Last()->isInUse);
-    EXPECT_THROW(takingBack.TakeBack(*takingBack.Last(), nullptr), Failure);
+    RunUndo undo(calls, Logs());
+    EXPECT_TRUE(undo.FindLastRun()->isInUse);
+    EXPECT_THROW(undo.Undo(*undo.FindLastRun(), nullptr), Failure);
     const std::string mixture = Content();
 
     // Killed: now it is free, but what it holds is nothing to work with. A program that asks about
@@ -284,14 +284,14 @@ TEST_F(WriterTest, TwoProgramsAtOnce) {
         ScriptedPrompts more;
         Recovery(calls, Logs(), more).Run();
         EXPECT_TRUE(more.boxes.empty());
-        EXPECT_THAT(Put("f"), testing::HasSubstr("It is written in part"));
+        EXPECT_THAT(Put("f"), testing::HasSubstr("It is only partly written"));
         engine.ReplaceTextInFile(folder.Path("f"), u"n", u"m",
                                  {OutputLocation::OneFolder, folder.Path("out")}, 1);
     };
     folder.MakeFolder("out");
     EXPECT_EQ(Recover(Answer::Later), 2U); // the other box is that of the engine
     prompts.whenShown = nullptr;
-    EXPECT_THAT(Put("f"), testing::HasSubstr("It is written in part"));
+    EXPECT_THAT(Put("f"), testing::HasSubstr("It is only partly written"));
     EXPECT_EQ(Content(), mixture);
     EXPECT_EQ(folder.Names("out"), Strings{});
     EXPECT_EQ(Recover(Answer::Yes), 1U);
@@ -300,7 +300,7 @@ TEST_F(WriterTest, TwoProgramsAtOnce) {
     writer.Settle();
 
     // While another one takes back, and is killed at that.
-    const LastRun run = *takingBack.Last();
+    const LastRun run = *undo.FindLastRun();
     for (const char* text : {"mine too", "mine again"}) { // the second one sees nothing new
         EXPECT_EQ(Put("h", text), "");
     }
@@ -312,11 +312,11 @@ TEST_F(WriterTest, TwoProgramsAtOnce) {
                 stop();
             }
         };
-        TakingBack(others, Logs()).TakeBack(run, [](auto, auto) {});
+        RunUndo(others, Logs()).Undo(run, [](auto, auto) {});
     });
     EXPECT_THAT(Put("f"), testing::HasSubstr("It is locked by another program"));
     other->Kill();
-    EXPECT_THAT(Put("f"), testing::HasSubstr("It is written in part"));
+    EXPECT_THAT(Put("f"), testing::HasSubstr("It is only partly written"));
     EXPECT_EQ(Put("g", "later"), "");
 }
 
@@ -339,7 +339,7 @@ TEST_F(WriterTest, AProgramThatEndsInTheMiddleOfAFileOfALogThatIsTakenOverAtOnce
         EXPECT_NE(Safety::Put(others, theirs, "f", "newer text"), "");
     }
     prompts.whenShown = [&](const Box&) { // while a third one holds their log
-        EXPECT_THAT(Put("f"), testing::HasSubstr("It is written in part"));
+        EXPECT_THAT(Put("f"), testing::HasSubstr("It is only partly written"));
     };
     EXPECT_EQ(Recover(Answer::Later), 1U);
 }

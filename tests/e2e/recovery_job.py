@@ -25,7 +25,7 @@ from window_test import WindowTest, read
 INTERRUPTED_WRITE = os.path.abspath(sys.argv.pop(1))
 
 OLD, NEW, MIXTURE = b"0123456789", b"newnew", b"newnew6789"
-WAITS = "It is written in part"
+WAITS = "It is only partly written"
 
 
 def kill_once_longer(process, path, size):

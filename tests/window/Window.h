@@ -87,7 +87,7 @@ public:
     TestFolder state; ///< of the program: its logs
     std::vector<std::string> logFolders{state.Native("logs")};
     SafeWriter writer{calls, logFolders};
-    SafeWriter setsWriter{calls, logFolders, WayBack::None};
+    SafeWriter setsWriter{calls, logFolders, UndoSupport::None};
     ScriptedPrompts prompts;
     Prompts* shown = &prompts; ///< what the window uses
     ScriptedPickers pickers;

@@ -1,14 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-#include "safety/Replacement.h"
+#include "safety/PendingOverwrite.h"
 
 #include "base/Failure.h"
 #include "base/Text.h"
 #include "base/Utf8.h"
-#include "safety/LogFolders.h"
-#include "safety/PutInPlace.h"
+#include "safety/OldText.h"
 #include "shell/Trap.h"
+#include "textio/Checksum.h"
 #include "textio/InputFile.h"
 
 #include <algorithm>
@@ -19,10 +19,9 @@ namespace vexmarrow {
 namespace {
 
 constexpr std::u16string_view kChangedMeanwhile =
-    u"Another program has changed, removed or replaced it meanwhile";
+    u"Another program has just changed, removed or replaced it";
 
-/// How many bytes `a` begins with that `b`, which is not shorter, begins with, too. Most texts have
-/// much in common, and memcmp sees many bytes at once.
+/// The length of the common beginning of `a` and `b`, which is not shorter than `a`.
 std::size_t CommonLength(std::string_view a, std::string_view b) {
     constexpr std::size_t kBlock = 256;
     std::size_t same = 0;
@@ -37,14 +36,13 @@ std::size_t CommonLength(std::string_view a, std::string_view b) {
 
 } // namespace
 
-/// The file, which is handed over when it is about to be written.
-int Replacement::Number() const {
+int PendingOverwrite::Number() const {
     return target_.IsOpen() ? target_.Number() : source_->Number();
 }
 
-void Replacement::Append(std::string_view bytes) {
+void PendingOverwrite::Append(std::string_view bytes) {
     result_ += bytes;
-    if (result_.size() > kSmallText && (open_ || !SkipSame(Part::Middle))) {
+    if (result_.size() > kSmallText && (open_ || !SkipUnchanged(Part::Middle))) {
         if (!open_) {
             OpenRecord(Part::Middle);
         }
@@ -52,13 +50,13 @@ void Replacement::Append(std::string_view bytes) {
     }
 }
 
-void Replacement::Seal() {
-    if (!open_ && !SkipSame(Part::Last)) {
+void PendingOverwrite::Seal() {
+    if (!open_ && !SkipUnchanged(Part::Last)) {
         OpenRecord(Part::Last);
     }
 }
 
-void Replacement::ChooseOld(Part part) {
+void PendingOverwrite::ChooseOldSource(Part part) {
     const std::optional<std::string_view> whole =
         part == Part::Last && isItself_ ? source_->Whole() : std::nullopt;
     if (whole) {
@@ -70,8 +68,8 @@ void Replacement::ChooseOld(Part part) {
     }
 }
 
-/// How many bytes go on like the file.
-std::size_t Replacement::LengthOfSame(std::string_view bytes) {
+/// How many of these bytes of the result equal the file at offset `done_`.
+std::size_t PendingOverwrite::LengthOfUnchanged(std::string_view bytes) {
     std::size_t same = 0;
     while (same < bytes.size() && done_ + same < status_.size) {
         std::string_view there;
@@ -87,15 +85,15 @@ std::size_t Replacement::LengthOfSame(std::string_view bytes) {
     return same;
 }
 
-/// Drops what the file holds already from the front of the result. Returns whether the file may
-/// stay as it is, as far as the result has come.
-bool Replacement::SkipSame(Part part) {
+/// Removes the beginning of the result that equals the file. Returns true if no difference was
+/// found so far; for the last part, if the whole result equals the file.
+bool PendingOverwrite::SkipUnchanged(Part part) {
     if (old_ == nullptr) {
-        ChooseOld(part);
+        ChooseOldSource(part);
     }
-    const std::size_t same = LengthOfSame(result_);
+    const std::size_t same = LengthOfUnchanged(result_);
     if (part == Part::Last && same == result_.size() && done_ + same == status_.size) {
-        return true; // for good: no checksum is needed
+        return true; // nothing will be written, so no checksum is needed
     }
     checksum_.Add(std::string_view(result_).substr(0, same));
     done_ += same;
@@ -103,48 +101,46 @@ bool Replacement::SkipSame(Part part) {
     return result_.empty() && part == Part::Middle;
 }
 
-/// What is to be overwritten goes into the log. In the middle of a result, the source is read on
-/// from there: nobody can change that.
-void Replacement::OpenRecord(Part part) {
-    RunRecord record;
-    record.path = FullPath(NativeName(path_));
-    record.old = status_;
-    record.begun = Now();
-    if (status_.size > kSmallText) { // a small text is at hand as a whole
-        // The result may be ahead of what was read: where both are one letter, again and again.
-        record.keptFrom = isItself_ ? std::min(done_, source_->Position()) : done_;
+/// Copies the bytes that will be overwritten to the log. If the result is not complete, the rest of
+/// the source is read from there, where no other program can change it.
+void PendingOverwrite::OpenRecord(Part part) {
+    RecordHead head;
+    head.path = FullPath(NativeName(path_));
+    head.old = status_;
+    if (status_.size > kSmallText) { // a small text is kept as a whole
+        // In a text that repeats itself, the result may have got ahead of what was read.
+        head.keptFrom = isItself_ ? std::min(done_, source_->Position()) : done_;
     }
-    Checksum checksum = checksum_; // of what both have in common
+    Checksum checksum = checksum_; // of the common beginning
     if (const int error = checksum.Add(*old_, done_, status_.size - done_)) {
         FailToRead(error);
     }
-    record.checksum = checksum.Value();
-    std::optional<WrittenText> written;
+    head.checksum = checksum.Value();
+    std::optional<RecordTail> tail;
     if (part == Part::Last) {
         checksum = checksum_;
         checksum.Add(result_);
-        written = {done_ + result_.size(), checksum.Value(), {}};
+        tail = {done_ + result_.size(), checksum.Value(), {}};
     }
-    others_.MakeRoomForOne(); // nothing may fail for want of memory once the file is touched
+    others_.ReserveOne(); // no memory may be needed after the file has changed
     if (inFile_ == nullptr) {
         inFile_ = std::make_unique<FileBytes>(calls_, -1, 0, status_.size);
     }
-    open_ = log_.Keep(std::move(record), *old_, written);
+    open_ = log_.AddRecord(std::move(head), *old_, tail);
     inFile_->MoveTo(log_.File()->Number(), open_->KeptAt());
     if (part == Part::Middle) {
-        LookAgain(); // while the source still has its file
+        CheckTargetUnchanged(); // before the source hands its file over
     }
     if (!target_.IsOpen()) {
         target_ = source_->HandOver();
     }
     if (part == Part::Middle && isItself_) {
-        source_->ContinueInCopy(
-            log_.File()->Number(),
-            static_cast<std::int64_t>(open_->KeptAt() - open_->record.keptFrom));
+        source_->ContinueInCopy(log_.File()->Number(),
+                                static_cast<std::int64_t>(open_->KeptAt() - open_->head.keptFrom));
     }
 }
 
-void Replacement::Write() {
+void PendingOverwrite::Write() {
     touched_ = true;
     if (const int error = WriteWhole(calls_, target_.Number(), result_, done_)) {
         Fail(error);
@@ -154,8 +150,8 @@ void Replacement::Write() {
     result_.clear();
 }
 
-/// The name must still lead to the file that was opened, as it was then.
-void Replacement::LookAgain() {
+/// Throws Failure unless the path still leads to the file that was opened, and it is unchanged.
+void PendingOverwrite::CheckTargetUnchanged() {
     FileStatus now;
     if (calls_.StatusOfTarget(NativeName(path_), now) != 0 || !now.SameFileAs(status_) ||
         !now.SameContentsAs(status_)) {
@@ -163,12 +159,12 @@ void Replacement::LookAgain() {
     }
 }
 
-void Replacement::Commit() {
+void PendingOverwrite::Commit() {
     if (!open_) {
         return; // the file holds the result already
     }
-    if (!touched_ && !isItself_) { // whose reader has just looked
-        LookAgain();
+    if (!touched_ && !isItself_) { // otherwise it was checked already
+        CheckTargetUnchanged();
     }
     Write();
     if (done_ < status_.size && calls_.Truncate(target_.Number(), done_) != 0) {
@@ -177,7 +173,7 @@ void Replacement::Commit() {
     if (const int error = ErrorOfClosing(calls_, target_.Number())) {
         Fail(error);
     }
-    if (!open_->written) {
+    if (!open_->tail) {
         if (const int error = log_.AddTail(*open_, {done_, checksum_.Value(), {}})) {
             Fail(error);
         }
@@ -189,26 +185,26 @@ void Replacement::Commit() {
     target_.Close();
 }
 
-void Replacement::FailToRead(int error) const {
+void PendingOverwrite::FailToRead(int error) const {
     throw error == ENODATA ? FileFailure(kCouldNotWrite, path_, kChangedMeanwhile)
                            : FileFailure(u"Could not read the file", path_, error);
 }
 
-void Replacement::Fail(int error) {
+void PendingOverwrite::Fail(int error) {
     if (PutOldTextBack()) {
         throw FileFailure(kCouldNotWrite, path_, error);
     }
-    throw FileFailure(kCouldNotWrite, path_, Concat(ReasonOf(error), u". ", kWrittenInPart));
+    throw FileFailure(kCouldNotWrite, path_, Concat(ReasonOf(error), u". ", kPartlyWritten));
 }
 
-/// Whether no write has reached the file: a full disk that copies what is written refuses the first
-/// byte already, and then those that are put back.
-bool Replacement::HoldsOldText() noexcept {
+/// Whether the file still has its old text, although putting it back has failed. A full disk that
+/// copies data on every write refuses even the first byte of the result.
+bool PendingOverwrite::HoldsOldText() noexcept {
     bool holds = false;
     FailureOf([&] {
         FileStatus now;
         holds = calls_.Status(target_.Number(), now) == 0 &&
-                HoldingOf(calls_, target_.Number(), now, *open_) == Holding::Old;
+                ContentOf(calls_, target_.Number(), now, *open_) == Content::Old;
         if (holds) {
             calls_.SetModified(target_.Number(), status_.modified);
         }
@@ -216,15 +212,15 @@ bool Replacement::HoldsOldText() noexcept {
     return holds;
 }
 
-/// Returns whether the file is as it was.
-bool Replacement::PutOldTextBack() noexcept {
+/// Returns whether the file has its old text; otherwise its record remains open.
+bool PendingOverwrite::PutOldTextBack() noexcept {
     if (!open_) {
         return true;
     }
-    const bool isWhole =
-        !touched_ ||
-        PutBack(calls_, target_.Number(), *open_, *inFile_).state == PutBackState::Whole ||
-        HoldsOldText();
+    const bool isWhole = !touched_ ||
+                         RestoreOldText(calls_, target_.Number(), *open_, *inFile_).state ==
+                             RestoreState::Restored ||
+                         HoldsOldText();
     if (isWhole) {
         log_.Settle(*open_, RecordState::Closed);
     } else {

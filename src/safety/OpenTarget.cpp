@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-#include "safety/Refusing.h"
+#include "safety/OpenTarget.h"
 
 #include "base/Failure.h"
 #include "safety/LogFile.h"
+#include "textio/Descriptor.h"
 #include "textio/FileLock.h"
 #include "textio/InputFile.h"
 #include "textio/Paths.h"
@@ -18,13 +19,13 @@ namespace {
 constexpr mode_t kSetIdBits = S_ISUID | S_ISGID;
 constexpr mode_t kRunnable = 0111;
 
-/// In a folder that everybody may write to, anybody can have put a file for others to write their
-/// texts into. This user's own files, root's, and those of the folder's owner are none of these.
+/// Whether another user may have put a file into a folder that everyone can write to, in order to
+/// read what is written into it. Files of this user, of root and of the folder's owner are safe.
 bool MayBePlanted(SystemCalls& calls, int descriptor, const FileStatus& status) {
     if (status.owner == ::geteuid() || status.owner == 0) {
         return false;
     }
-    std::string place; // after all links
+    std::string place; // the path without links
     FileStatus folder;
     return calls.ReadLink("/proc/self/fd/" + std::to_string(descriptor), place) != 0 ||
            calls.StatusOfTarget(ParentFolder(place), folder) != 0 ||
@@ -37,32 +38,35 @@ std::u16string_view ReasonToRefuse(SystemCalls& calls, int descriptor, const Fil
     if (!status.IsRegular()) {
         return status.WhyNotRegular();
     }
-    if ((status.mode & kSetIdBits) != 0) { // which writing takes away
-        return u"It has a set-id bit, as no file of contacts has";
+    if ((status.mode & kSetIdBits) != 0) { // writing would clear the bits
+        return u"It has a set-user-ID or set-group-ID bit, which files of contacts never need";
     }
     if ((status.mode & kRunnable) != 0 &&
         calls.AttributeOf(descriptor, "security.capability", nullptr, 0) > 0) {
-        return u"It has capabilities, as no file of contacts has";
+        return u"It has capabilities of a program, which files of contacts never need";
     }
     if (IsLog(calls, descriptor, status)) {
-        return u"It is a log of this program";
+        return u"It is one of this program's own logs";
     }
     return MayBePlanted(calls, descriptor, status)
-               ? u"It belongs to another user, in a folder that everybody may write to"
+               ? u"It belongs to another user and is in a folder that everyone can write to"
                : u"";
 }
 
 OpenedFile OpenTarget(SystemCalls& calls, const std::string& path, FileStatus& status,
                       InputFile* source) {
-    // A pipe tells its other end that it was opened; a device may act on it.
+    // Even opening has an effect on a pipe or a device.
     if (calls.StatusOfTarget(path, status) == 0 && !status.IsRegular()) {
         return {Descriptor(calls), EPERM, status.WhyNotRegular()};
     }
     OpenedFile opened = OpenToWrite(calls, path);
     const int file = opened.file.Number();
-    if (opened.error == 0 && calls.Status(file, status) != 0) {
-        opened.error = errno;
-    }
+    const auto readStatus = [&] {
+        if (opened.error == 0 && calls.Status(file, status) != 0) {
+            opened.error = errno;
+        }
+    };
+    readStatus();
     if (opened.error == 0) {
         opened.reason = ReasonToRefuse(calls, file, status);
         opened.error = opened.reason.empty() ? 0 : EPERM;
@@ -73,10 +77,7 @@ OpenedFile OpenTarget(SystemCalls& calls, const std::string& path, FileStatus& s
         }
         opened.error = LockFile(calls, file, true);
     }
-    // What it holds counts from the moment at which nobody else of ours can write it.
-    if (opened.error == 0 && calls.Status(file, status) != 0) {
-        opened.error = errno;
-    }
+    readStatus(); // again, because another program may have written the file before the lock
     return opened;
 }
 

@@ -12,16 +12,15 @@ namespace vexmarrow {
 
 class InputFile;
 
-/// Why a file must not be written into although it is open for that; empty when it may be.
+/// The reason not to write into a file that is open for writing; empty when there is none.
 std::u16string_view ReasonToRefuse(SystemCalls& calls, int descriptor, const FileStatus& status);
 
-/// Opens an existing file to write into it, and locks it, unless it is to be refused. `status` is
-/// that of the file once it is locked. Where it is the file that `source` reads, that one gives up
-/// its lock: each opening has a lock of its own.
+/// Opens an existing file for writing and locks it, unless there is a ReasonToRefuse. `status` is
+/// read after that. If `source` reads the same file, it gives up its lock first.
 OpenedFile OpenTarget(SystemCalls& calls, const std::string& path, FileStatus& status,
                       InputFile* source = nullptr);
 
-/// Why a file was not opened, as a person understands it.
+/// The reason why a file was not opened, as a sentence without its full stop.
 std::u16string ReasonOf(const OpenedFile& opened);
 
 } // namespace vexmarrow
