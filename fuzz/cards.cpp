@@ -71,8 +71,8 @@ struct Cards {
         if (Part() == 3) {
             engine.ReplaceSetsInCards(kPath, {pairs.find, pairs.replace}, kElsewhere);
         } else {
-            engine.ReplaceTextInCards(kPath, static_cast<vcard::Part>(Part()), Lines(pairs.find),
-                                      Lines(pairs.replace), kElsewhere);
+            engine.ReplaceTextInCards(kPath, static_cast<vcard::LinePart>(Part()),
+                                      Lines(pairs.find), Lines(pairs.replace), kElsewhere);
         }
         Require(prompts.boxes.size() == (reader.file.failed ? 1 : 0),
                 "a read that fails is reported, and nothing else");

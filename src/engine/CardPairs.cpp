@@ -19,7 +19,7 @@ std::string TextOf(std::u16string_view units) {
     for (std::size_t i = 0; i < units.size(); ++i) {
         char32_t unit = units[i];
         if (vcard::IsHighHalf(unit) && i + 1 < units.size() && vcard::IsLowHalf(units[i + 1])) {
-            unit = vcard::Joined(unit, units[++i]);
+            unit = vcard::JoinHalves(unit, units[++i]);
         }
         vcard::AppendUnit(unit, text);
     }

@@ -8,7 +8,7 @@
 #include "engine/WriteResult.h"
 #include "textio/CodePage.h"
 #include "textio/RFTSFSO.h"
-#include "vcard/CardText.h"
+#include "vcard/CardReplacer.h"
 
 #include <array>
 #include <optional>
@@ -202,7 +202,7 @@ ReplaceText::ReplaceText(RFTSFSO& textio, FileWriter& writer, Prompts& prompts)
     : textio_(textio),
       writer_(writer),
       prompts_(prompts),
-      cards_(std::make_unique<vcard::CardText>()),
+      cards_(std::make_unique<vcard::CardReplacer>()),
       pairCache_(std::make_unique<PairCache>()) {}
 
 ReplaceText::~ReplaceText() = default;
@@ -296,7 +296,7 @@ void ReplaceText::ReplaceInLines(std::u16string_view routine, Side side, const s
     Report(trap, outcome, numbers, {});
 }
 
-void ReplaceText::ReplaceTextInCards(const std::u16string& path, vcard::Part part,
+void ReplaceText::ReplaceTextInCards(const std::u16string& path, vcard::LinePart part,
                                      std::u16string_view find, std::u16string_view replace,
                                      const OutputLocation& location) {
     ReplaceInCards(u"ReplaceText.ReplaceTextInCards", path, part, location,
@@ -305,13 +305,13 @@ void ReplaceText::ReplaceTextInCards(const std::u16string& path, vcard::Part par
 
 void ReplaceText::ReplaceSetsInCards(const std::u16string& path, const SetTexts& sets,
                                      const OutputLocation& location) {
-    ReplaceInCards(u"ReplaceText.ReplaceSetsInCards", path, vcard::Part::WholeLine, location,
+    ReplaceInCards(u"ReplaceText.ReplaceSetsInCards", path, vcard::LinePart::WholeLine, location,
                    [&] { pairCache_->UseSets(sets); });
 }
 
 template <typename UsePairs>
 void ReplaceText::ReplaceInCards(std::u16string_view routine, const std::u16string& path,
-                                 vcard::Part part, const OutputLocation& location,
+                                 vcard::LinePart part, const OutputLocation& location,
                                  UsePairs usePairs) {
     Trap trap(prompts_, routine);
     const StatementNumbers numbers;

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "engine/OutputPath.h"
-#include "vcard/Part.h"
+#include "vcard/LinePart.h"
 
 #include <cstdint>
 #include <memory>
@@ -17,7 +17,7 @@
 namespace vexmarrow {
 
 namespace vcard {
-class CardText;
+class CardReplacer;
 }
 class FileWriter;
 class Prompts;
@@ -72,11 +72,12 @@ public:
                                    std::u16string_view replace, const OutputLocation& location,
                                    std::int32_t index);
 
-    /// Reads the file as contact cards (vcard/CardText.h) and replaces in one part of each logical
-    /// line. The pairs are those of ReplaceTextInFile, but a find line without a replace line is
-    /// reported once. Neither uses nor changes the encoding flags.
-    void ReplaceTextInCards(const std::u16string& path, vcard::Part part, std::u16string_view find,
-                            std::u16string_view replace, const OutputLocation& location);
+    /// Reads the file as contact cards (vcard/CardReplacer.h) and replaces in one part of each
+    /// logical line. The pairs are those of ReplaceTextInFile, but a find line without a replace
+    /// line is reported once. Neither uses nor changes the encoding flags.
+    void ReplaceTextInCards(const std::u16string& path, vcard::LinePart part,
+                            std::u16string_view find, std::u16string_view replace,
+                            const OutputLocation& location);
 
     /// The same for sets, in whole logical lines.
     void ReplaceSetsInCards(const std::u16string& path, const SetTexts& sets,
@@ -95,8 +96,8 @@ private:
     void ReplaceInPieces(Trap& trap, std::optional<TextPieces>& pieces,
                          const OutputLocation& location, const StatementNumbers& numbers);
     template <typename UsePairs>
-    void ReplaceInCards(std::u16string_view routine, const std::u16string& path, vcard::Part part,
-                        const OutputLocation& location, UsePairs usePairs);
+    void ReplaceInCards(std::u16string_view routine, const std::u16string& path,
+                        vcard::LinePart part, const OutputLocation& location, UsePairs usePairs);
     void ReplaceInLines(std::u16string_view routine, Side side, const std::u16string& path,
                         std::u16string_view find, std::u16string_view replace,
                         const OutputLocation& location);
@@ -104,7 +105,7 @@ private:
     RFTSFSO& textio_;
     FileWriter& writer_;
     Prompts& prompts_;
-    std::unique_ptr<vcard::CardText> cards_;
+    std::unique_ptr<vcard::CardReplacer> cards_;
     std::unique_ptr<PairCache> pairCache_;
 };
 

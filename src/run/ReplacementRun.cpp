@@ -18,10 +18,10 @@
 namespace vexmarrow {
 namespace {
 
-vcard::Part PartOf(ReplacementMode mode) {
-    return mode == ReplacementMode::FieldsOnly   ? vcard::Part::Fields
-           : mode == ReplacementMode::ValuesOnly ? vcard::Part::Values
-                                                 : vcard::Part::WholeLine;
+vcard::LinePart PartOf(ReplacementMode mode) {
+    return mode == ReplacementMode::FieldsOnly   ? vcard::LinePart::Fields
+           : mode == ReplacementMode::ValuesOnly ? vcard::LinePart::Values
+                                                 : vcard::LinePart::WholeLine;
 }
 
 } // namespace

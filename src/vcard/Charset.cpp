@@ -5,8 +5,11 @@
 
 #include "base/Utf8.h"
 #include "textio/CodePage.h"
+#include "vcard/Ascii.h"
+#include "vcard/TextSource.h"
 
 #include <unicode/ucnv.h>
+#include <unicode/utf16.h>
 
 #include <algorithm>
 #include <array>
@@ -17,7 +20,7 @@ namespace {
 
 class Utf8Charset final : public Charset {
 public:
-    void Decode(std::string_view bytes, std::size_t base, Decoded& decoded) const override {
+    void Decode(std::string_view bytes, std::size_t base, DecodedText& decoded) const override {
         for (std::size_t at = 0; at < bytes.size() && decoded.room > 0;) {
             if (const std::size_t ascii = AsciiLength(bytes.substr(at)); ascii > 0) {
                 at += decoded.AppendAscii(bytes.substr(at, ascii), base + at);
@@ -44,14 +47,14 @@ class UnitsCharset final : public Charset {
 public:
     explicit UnitsCharset(bool joinsHalves) : joinsHalves_(joinsHalves) {}
 
-    void Decode(std::string_view bytes, std::size_t base, Decoded& decoded) const override {
+    void Decode(std::string_view bytes, std::size_t base, DecodedText& decoded) const override {
         for (std::size_t at = 0; at < bytes.size() && decoded.room > 0;) {
             const std::size_t begin = at;
             Unit unit = UnitAt(bytes, at);
             at += unit.length;
             if (joinsHalves_ && IsHighHalf(unit.value) && at < bytes.size()) {
                 if (const Unit next = UnitAt(bytes, at); IsLowHalf(next.value)) {
-                    unit.value = Joined(unit.value, next.value);
+                    unit.value = JoinHalves(unit.value, next.value);
                     at += next.length;
                 }
             }
@@ -77,7 +80,7 @@ class TableCharset final : public Charset {
 public:
     explicit TableCharset(const ByteTable& table) : table_(table) {}
 
-    void Decode(std::string_view bytes, std::size_t base, Decoded& decoded) const override {
+    void Decode(std::string_view bytes, std::size_t base, DecodedText& decoded) const override {
         for (std::size_t at = 0; at < bytes.size() && decoded.room > 0; ++at) {
             if (const std::size_t ascii = AsciiLength(bytes.substr(at)); ascii > 0) {
                 at += decoded.AppendAscii(bytes.substr(at, ascii), base + at) - 1;
@@ -128,7 +131,7 @@ class SeveralBytesCharset final : public Charset {
 public:
     explicit SeveralBytesCharset(Converter converter) : converter_(std::move(converter)) {}
 
-    void Decode(std::string_view bytes, std::size_t base, Decoded& decoded) const override {
+    void Decode(std::string_view bytes, std::size_t base, DecodedText& decoded) const override {
         for (std::size_t at = 0; at < bytes.size() && decoded.room > 0;) {
             const auto first = static_cast<unsigned char>(bytes[at]);
             const Unit unit =
@@ -145,9 +148,6 @@ public:
     }
 
     bool Encode(char32_t unit, std::string& bytes) const override {
-        std::array<UChar, 2> units{};
-        std::int32_t count = 0;
-        UErrorCode error = U_ZERO_ERROR;
         if (unit >= kStray) {
             return false;
         }
@@ -155,14 +155,10 @@ public:
             bytes.push_back(static_cast<char>(unit));
             return true;
         }
-        if (unit >= 0x10000) {
-            units = {static_cast<UChar>(0xD7C0 + (unit >> 10U)),
-                     static_cast<UChar>(0xDC00 + (unit & 0x3FFU))};
-            count = 2;
-        } else {
-            units[0] = static_cast<UChar>(unit);
-            count = 1;
-        }
+        std::array<UChar, 2> units{};
+        std::int32_t count = 0;
+        U16_APPEND_UNSAFE(units, count, unit);
+        UErrorCode error = U_ZERO_ERROR;
         std::array<char, 16> room{};
         const std::int32_t length = ucnv_fromUChars(converter_.get(), room.data(), room.size(),
                                                     units.data(), count, &error);
@@ -179,8 +175,7 @@ private:
 
 /// Whether names of charsets have this sign.
 bool IsOfNames(char sign) {
-    const char letter = InLower(sign);
-    return (letter >= 'a' && letter <= 'z') || (sign >= '0' && sign <= '9') ||
+    return IsLetterOrDigit(sign) ||
            std::string_view("-_.:+ \t").find(sign) != std::string_view::npos;
 }
 
@@ -197,7 +192,7 @@ std::unique_ptr<const Charset> MakeCharset(const std::string& name) {
     }
     const UConverterType type = ucnv_getType(converter.get());
     if (type == UCNV_UTF8) {
-        return MakeUtf8Charset();
+        return std::make_unique<Utf8Charset>();
     }
     if (type != UCNV_SBCS && type != UCNV_LATIN_1 && type != UCNV_US_ASCII && type != UCNV_MBCS) {
         return nullptr;
@@ -223,16 +218,6 @@ std::unique_ptr<const Charset> MakeCharset(const std::string& name) {
     return std::make_unique<TableCharset>(table);
 }
 
-} // namespace
-
-std::unique_ptr<const Charset> MakeUtf8Charset() {
-    return std::make_unique<Utf8Charset>();
-}
-
-std::unique_ptr<const Charset> MakeUnitsCharset(bool joinsHalves) {
-    return std::make_unique<UnitsCharset>(joinsHalves);
-}
-
 std::unique_ptr<const Charset> MakePageCharset(const CodePage& page) {
     ByteTable table{};
     for (std::size_t i = 0; i < kBytes; ++i) {
@@ -244,6 +229,13 @@ std::unique_ptr<const Charset> MakePageCharset(const CodePage& page) {
     return std::make_unique<TableCharset>(table);
 }
 
+} // namespace
+
+Charsets::Charsets()
+    : utf8_(std::make_unique<Utf8Charset>()),
+      ofUtf16_(std::make_unique<UnitsCharset>(true)),
+      ofUtf32_(std::make_unique<UnitsCharset>(false)) {}
+
 const Charset* Charsets::Named(std::string_view name) {
     // The library passes over other signs, ends at a NUL and takes options after a comma.
     if (!std::all_of(name.begin(), name.end(), IsOfNames)) {
@@ -254,11 +246,23 @@ const Charset* Charsets::Named(std::string_view name) {
     if (U_FAILURE(error) || usual == nullptr || name.empty()) {
         return nullptr;
     }
-    auto found = made_.find(std::string_view(usual));
-    if (found == made_.end()) {
-        found = made_.emplace(usual, MakeCharset(usual)).first;
+    auto found = named_.find(std::string_view(usual));
+    if (found == named_.end()) {
+        found = named_.emplace(usual, MakeCharset(usual)).first;
     }
     return found->second.get();
+}
+
+FileCharsets Charsets::OfFile(EncodingMark mark, const CodePage& page) {
+    if (page_ != &page) {
+        ofPage_ = page.HasStrayBytes() ? std::make_unique<Utf8Charset>() : MakePageCharset(page);
+        page_ = &page;
+    }
+    const Charset* const file = !IsWide(mark) ? utf8_.get()
+                                : mark == EncodingMark::Utf16Le || mark == EncodingMark::Utf16Be
+                                    ? ofUtf16_.get()
+                                    : ofUtf32_.get();
+    return {file, ofPage_.get(), utf8_.get(), mark != EncodingMark::None};
 }
 
 } // namespace vexmarrow::vcard

@@ -20,8 +20,10 @@ class CodePage;
 
 namespace vexmarrow::vcard {
 
+enum class EncodingMark;
+
 /// Decoded text, and where each unit of it comes from.
-struct Decoded {
+struct DecodedText {
     std::string text;
     /// For each byte of the text: where the bytes begin that its unit was decoded from.
     std::vector<std::uint32_t> from;
@@ -60,7 +62,7 @@ public:
 
     /// Appends what `bytes` stand for, as long as there is room; `base` is added to the places
     /// where units begin. A byte that stands for nothing is a unit above kStray. Never fails.
-    virtual void Decode(std::string_view bytes, std::size_t base, Decoded& decoded) const = 0;
+    virtual void Decode(std::string_view bytes, std::size_t base, DecodedText& decoded) const = 0;
 
     /// Appends the bytes of a unit; false, and nothing appended, when it has none.
     virtual bool Encode(char32_t unit, std::string& bytes) const = 0;
@@ -69,25 +71,33 @@ public:
     virtual bool IsUtf8() const { return false; }
 };
 
-/// UTF-8, in which each byte that is not well-formed stands for nothing.
-std::unique_ptr<const Charset> MakeUtf8Charset();
+/// How text is encoded where no line names a charset.
+struct FileCharsets {
+    const Charset* file = nullptr; ///< of the file
+    const Charset* page = nullptr; ///< the code page
+    const Charset* utf8 = nullptr;
+    bool hasMark = false; ///< so that other charsets count for coded values only
+};
 
-/// The form of text itself, for what was UTF-32, or was UTF-16 (`joinsHalves`): there, two halves
-/// of a code point that come to stand side by side are one.
-std::unique_ptr<const Charset> MakeUnitsCharset(bool joinsHalves);
-
-/// A code page of single bytes.
-std::unique_ptr<const Charset> MakePageCharset(const CodePage& page);
-
-/// The charsets that cards name, each made once.
+/// All charsets that were needed so far, each made once.
 class Charsets {
 public:
-    /// Null for one that is unknown, has states, has units of more than a byte, or in which bytes
-    /// below 80 are not ASCII: values in it are not searched.
+    Charsets();
+
+    /// The charset that a card names. Null for one that is unknown, has states, has units of more
+    /// than a byte, or in which bytes below 80 are not ASCII: values in it are not searched.
     const Charset* Named(std::string_view name);
 
+    /// Those of a file without names. `page` must stay in memory as long as this.
+    FileCharsets OfFile(EncodingMark mark, const CodePage& page);
+
 private:
-    std::map<std::string, std::unique_ptr<const Charset>, std::less<>> made_;
+    std::map<std::string, std::unique_ptr<const Charset>, std::less<>> named_;
+    std::unique_ptr<const Charset> utf8_;
+    std::unique_ptr<const Charset> ofUtf16_;
+    std::unique_ptr<const Charset> ofUtf32_;
+    std::unique_ptr<const Charset> ofPage_;
+    const CodePage* page_ = nullptr;
 };
 
 } // namespace vexmarrow::vcard

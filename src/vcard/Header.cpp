@@ -3,18 +3,13 @@
 
 #include "vcard/Header.h"
 
-#include "vcard/Units.h"
-
-#include <algorithm>
-#include <array>
+#include "vcard/Ascii.h"
 
 namespace vexmarrow::vcard {
 namespace {
 
 bool IsNameLetter(char byte) {
-    const char letter = InLower(byte);
-    return (letter >= 'a' && letter <= 'z') || (byte >= '0' && byte <= '9') || byte == '-' ||
-           byte == '_';
+    return IsLetterOrDigit(byte) || byte == '-' || byte == '_';
 }
 
 std::size_t EndOfName(std::string_view line, std::size_t from) {
@@ -108,49 +103,9 @@ Header ReadHeader(std::string_view line, Version version) {
     return header;
 }
 
-bool IsBase64Address(std::string_view value) {
-    if (!BeginsWithWord(value, "data:")) {
-        return false;
-    }
-    constexpr std::string_view kMark = ";base64";
-    const std::string_view type = value.substr(0, value.find(','));
-    return type.size() < value.size() && type.size() >= kMark.size() &&
-           IsWord(type.substr(type.size() - kMark.size()), kMark);
-}
-
-Frame FrameOf(std::string_view line) {
-    if (line.empty()) {
-        return Frame::None;
-    }
-    switch (InLower(line.front())) {
-    case 'b':
-        return IsWord(WithoutBlanksAtEnd(line), "begin:vcard") ? Frame::Begin : Frame::None;
-    case 'e':
-        return IsWord(WithoutBlanksAtEnd(line), "end:vcard") ? Frame::End : Frame::None;
-    case 'v':
-        return BeginsWithWord(line, "version:") || BeginsWithWord(line, "version;") ? Frame::Version
-                                                                                    : Frame::None;
-    default:
-        return Frame::None;
-    }
-}
-
-Version VersionOf(std::string_view line) {
-    const std::size_t colon = line.find(':');
-    const bool isTwoOne =
-        colon != std::string_view::npos && WithoutBlanks(line.substr(colon + 1)) == "2.1";
-    return isTwoOne ? Version::TwoOne : Version::Later;
-}
-
-bool IsBase64Letter(char byte) {
-    const char letter = InLower(byte);
-    return (letter >= 'a' && letter <= 'z') || (byte >= '0' && byte <= '9') || byte == '+' ||
-           byte == '/' || byte == '=';
-}
-
-bool IsBase64Line(std::string_view line) {
-    line = WithoutBlanksAtEnd(line);
-    return !line.empty() && std::all_of(line.begin(), line.end(), IsBase64Letter);
+bool IsEmptyAgent(std::string_view line, const Header& header) {
+    return header.colon != Header::kNone && header.isAgent &&
+           WithoutBlanks(line.substr(header.colon + 1)).empty();
 }
 
 } // namespace vexmarrow::vcard

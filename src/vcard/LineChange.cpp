@@ -4,6 +4,7 @@
 #include "vcard/LineChange.h"
 
 #include "base/Failure.h"
+#include "vcard/Ascii.h"
 
 #include <algorithm>
 #include <iterator>
@@ -16,17 +17,14 @@ constexpr std::size_t kLongestText = std::size_t{512} * 1024 * 1024; // places h
 
 } // namespace
 
-bool LineChange::Apply(const Pairs& pairs, Part part, const RawLine& line, const LineText& text) {
-    std::size_t number = pairs.finder->FirstFound(text.Text(), 0);
-    if (number == PairFinder::kNone) {
-        return false;
-    }
+bool LineChange::Apply(const Pairs& pairs, std::size_t first, LinePart part, const RawLine& line,
+                       const LineText& text) {
     Begin(line, text);
-    bool any = false;
-    for (; number != PairFinder::kNone; number = pairs.finder->FirstFound(text_, number + 1)) {
-        any = Replace(pairs.list[number], part) || any;
+    for (std::size_t number = first; number != PairFinder::kNone;
+         number = pairs.finder->FirstFound(text_, number + 1)) {
+        Replace(pairs.list[number], part);
     }
-    if (!any || text_ == text.Text()) {
+    if (text_ == text.Text()) {
         return false;
     }
     DropFolds();
@@ -48,7 +46,8 @@ void LineChange::TakeFolds() {
     std::size_t place = 0;
     for (std::size_t i = 0; i < line_->folds.size(); ++i) {
         const std::uint32_t at = line_->folds[i].at;
-        while (place < text_.size() && (old_->InJoined(place) < at || GoesOn(text_[place]))) {
+        while (place < text_.size() &&
+               (old_->InJoined(place) < at || ContinuesUnit(text_[place]))) {
             ++place;
         }
         if (old_->InJoined(place) == at) {
@@ -60,14 +59,14 @@ void LineChange::TakeFolds() {
 /// Walks over the occurrences of a pair that are to be replaced, from left to right.
 class LineChange::Search {
 public:
-    Search(const LineChange& change, const Pair& pair, Part part)
+    Search(const LineChange& change, const Pair& pair, LinePart part)
         : text_(change.text_),
           pair_(pair),
           border_(change.line_->context.hasHeader ? change.border_ : kNowhere),
           end_(text_.size()) {
-        if (part == Part::Fields) {
+        if (part == LinePart::Fields) {
             end_ = change.border_ == kNowhere ? 0 : change.border_;
-        } else if (part == Part::Values) {
+        } else if (part == LinePart::Values) {
             from_ = change.border_ == kNowhere ? 0 : change.border_ + 1;
         }
         const LineContext& context = change.line_->context;
@@ -117,16 +116,16 @@ std::string_view LineChange::NewText(const Pair& pair, const Occurrence& occurre
         room_.append(pair.replaceCoded, pair.replaceCoded.find(':'));
         return room_;
     }
-    const bool inValue = !line_->begins || (border_ != kNowhere && occurrence.begin > border_);
+    const bool inValue = !line_->begins || occurrence.begin > border_;
     return inValue ? pair.replaceCoded : pair.replace;
 }
 
-/// Replaces all occurrences of a pair; false if there is none.
-bool LineChange::Replace(const Pair& pair, Part part) {
+/// Replaces all occurrences of a pair.
+void LineChange::Replace(const Pair& pair, LinePart part) {
     Search search(*this, pair, part);
     Occurrence occurrence;
     if (!search.Next(occurrence)) {
-        return false;
+        return;
     }
     nextText_.clear();
     nextStretches_.clear();
@@ -158,7 +157,6 @@ bool LineChange::Replace(const Pair& pair, Part part) {
     text_.swap(nextText_);
     stretches_.swap(nextStretches_);
     folds_.swap(nextFolds_);
-    return true;
 }
 
 void LineChange::PutIn(std::string_view newText) {
@@ -186,7 +184,8 @@ void LineChange::KeepUpTo(std::size_t end) {
         }
         const Stretch& stretch = stretches_[stretchesDone_];
         const bool isLast = stretchesDone_ + 1 == stretches_.size();
-        const std::size_t stop = isLast ? end : std::min<std::size_t>(end, (&stretch + 1)->begin);
+        const std::size_t stop =
+            isLast ? end : std::min<std::size_t>(end, stretches_[stretchesDone_ + 1].begin);
         const auto inside = static_cast<std::uint32_t>(place - stretch.begin);
         nextStretches_.push_back({static_cast<std::uint32_t>(nextText_.size() + (place - done_)),
                                   stretch.origin == kNew ? kNew : stretch.origin + inside});

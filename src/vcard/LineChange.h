@@ -3,10 +3,10 @@
 
 #pragma once
 
-#include "vcard/LineReader.h"
+#include "vcard/LinePart.h"
 #include "vcard/LineText.h"
 #include "vcard/Pairs.h"
-#include "vcard/Part.h"
+#include "vcard/RawLine.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -34,7 +34,8 @@ public:
     };
 
     /// Runs all pairs over that part of the line. Returns whether its text is another one now.
-    bool Apply(const Pairs& pairs, Part part, const RawLine& line, const LineText& text);
+    bool Apply(const Pairs& pairs, std::size_t first, LinePart part, const RawLine& line,
+               const LineText& text);
 
     const std::string& Text() const { return text_; }
     const std::vector<Stretch>& Stretches() const { return stretches_; }
@@ -53,7 +54,7 @@ private:
 
     void Begin(const RawLine& line, const LineText& text);
     void TakeFolds();
-    bool Replace(const Pair& pair, Part part);
+    void Replace(const Pair& pair, LinePart part);
     void PutIn(std::string_view newText);
     void KeepUpTo(std::size_t end);
     void KeepFoldsAt(std::size_t place, bool isBlankReplaced);

@@ -4,34 +4,16 @@
 #include "vcard/LineWriter.h"
 
 #include "base/Utf8.h"
-#include "vcard/FileText.h"
+#include "vcard/QuotedPrintable.h"
+#include "vcard/TextSource.h"
 
 #include <algorithm>
-#include <array>
 
 namespace vexmarrow::vcard {
 namespace {
 
 constexpr std::size_t kLongestLine = 75;  // in the file's units, without the line end
 constexpr std::size_t kLongestCoded = 76; // of quoted-printable, with the `=` of a soft break
-
-constexpr std::array<std::string_view, 4> kFrames{"begin:vcard", "end:vcard",
-                                                  "version:", "version;"};
-
-void AddCode(char byte, std::string& bytes) {
-    constexpr std::string_view kDigits = "0123456789ABCDEF";
-    const auto value = static_cast<unsigned char>(byte);
-    bytes.push_back('=');
-    bytes.push_back(kDigits[value / 16]);
-    bytes.push_back(kDigits[value % 16]);
-}
-
-/// Whether a physical line that begins like this may be one that holds cards together, before which
-/// no soft break counts.
-bool MayBeFrame(std::string_view begin) {
-    return std::any_of(kFrames.begin(), kFrames.end(),
-                       [&](std::string_view frame) { return BeginsWithWord(begin, frame); });
-}
 
 } // namespace
 
@@ -44,61 +26,34 @@ void LineWriter::Write(const RawLine& line, const LineText& text, const LineChan
     folding_ = &folding;
     isQuoted_ = line.context.coding == Coding::QuotedPrintable;
     isPlain_ = IsPlain();
-    if (!isPlain_ && !WriteUnfolded()) {
-        WriteJoined();
-        WritePhysicalLines();
+    if (isPlain_) {
+        return;
     }
-}
-
-/// Writes a line that is neither folded nor coded; false, and nothing written, for another one or
-/// if it has to be folded.
-bool LineWriter::WriteUnfolded() {
-    if (isQuoted_ || !line_->folds.empty()) {
-        return false;
-    }
-    joined_.clear();
-    expected_.clear();
-    tokens_.clear();
-    nextKept_ = 0;
-    const std::string_view changed = change_->Text();
-    const auto& stretches = change_->Stretches();
-    for (std::size_t i = 0; i < stretches.size(); ++i) {
-        const std::size_t begin = stretches[i].begin;
-        const std::size_t end = i + 1 < stretches.size() ? stretches[i + 1].begin : changed.size();
-        const std::size_t origin = stretches[i].origin;
-        if (origin == LineChange::kNew) {
-            AddUnits(begin, end);
-            continue;
+    if (!isQuoted_ && line.folds.empty()) {
+        WriteJoined(false);
+        if (!IsToBeBroken(file_.CountUnits(joined_), 0)) {
+            out_.swap(joined_);
+            return;
         }
-        const std::size_t from = text_->InJoined(origin);
-        const std::size_t to = text_->InJoined(origin + (end - begin));
-        joined_.append(line_->joined, from, to - from);
-        expected_.append(changed, begin, end - begin);
     }
-    if (IsToBeBroken(file_.UnitsOf(joined_), 0)) {
-        return false;
-    }
-    out_.swap(joined_);
-    return true;
+    WriteJoined(true);
+    WritePhysicalLines();
 }
 
 /// Whether the line is its text, as most lines are: they are not folded, and nothing is coded.
 bool LineWriter::IsPlain() const {
     const std::string& changed = change_->Text();
     return !isQuoted_ && line_->folds.empty() && text_->IsJoined() && charsets_.file->IsUtf8() &&
-           line_->context.charset == nullptr && vexmarrow::IsUtf8(changed) &&
-           !IsToBeBroken(file_.UnitsOf(changed), 0);
+           line_->context.charset == nullptr && IsUtf8(changed) &&
+           !IsToBeBroken(file_.CountUnits(changed), 0);
 }
 
 /// Whether what stands at a place of the changed text belongs to the value.
 bool LineWriter::IsInValue(std::size_t place) const {
-    if (!line_->begins) {
-        return true;
-    }
-    return change_->Border() != std::string_view::npos && place > change_->Border();
+    return !line_->begins || place > change_->Border();
 }
 
-void LineWriter::WriteJoined() {
+void LineWriter::WriteJoined(bool unitByUnit) {
     joined_.clear();
     tokens_.clear();
     folds_.clear();
@@ -114,7 +69,7 @@ void LineWriter::WriteJoined() {
         if (stretches[i].origin == LineChange::kNew) {
             AddUnits(begin, end);
         } else {
-            KeepUnits(begin, end, stretches[i].origin);
+            KeepUnits(begin, end, stretches[i].origin, unitByUnit);
         }
     }
     TakeFoldsUpTo(change_->Text().size());
@@ -128,11 +83,12 @@ void LineWriter::TakeFoldsUpTo(std::size_t place) {
     }
 }
 
-void LineWriter::KeepUnits(std::size_t begin, std::size_t end, std::uint32_t origin) {
+void LineWriter::KeepUnits(std::size_t begin, std::size_t end, std::uint32_t origin,
+                           bool unitByUnit) {
     const std::string_view changed = change_->Text();
     const auto& old = line_->folds;
     for (std::size_t at = begin; at < end;) {
-        const std::size_t length = UnitAt(changed, at).length;
+        const std::size_t length = unitByUnit ? UnitAt(changed, at).length : end - at;
         const std::size_t oldAt = origin + (at - begin);
         const std::size_t from = text_->InJoined(oldAt);
         const std::size_t to = text_->InJoined(oldAt + length);
@@ -149,7 +105,7 @@ void LineWriter::KeepUnits(std::size_t begin, std::size_t end, std::uint32_t ori
             {static_cast<std::uint32_t>(joined_.size()), static_cast<std::uint32_t>(from)});
         joined_.append(line_->joined, from, to - from);
         expected_.append(changed, at, length);
-        if (line_->begins && at == change_->Border()) {
+        if (at == change_->Border()) {
             border_ = joined_.size();
         }
         at += length;
@@ -162,7 +118,7 @@ void LineWriter::AddUnits(std::size_t begin, std::size_t end) {
         const Unit unit = UnitAt(changed, at);
         TakeFoldsUpTo(at);
         AddUnit(unit.value, IsInValue(at));
-        if (line_->begins && at == change_->Border()) {
+        if (at == change_->Border()) {
             border_ = joined_.size();
         }
         at += unit.length;
@@ -196,7 +152,7 @@ void LineWriter::AddEncoded(char32_t unit, bool inValue) {
         return;
     }
     for (const char byte : bytes_) {
-        AddCode(byte, joined_);
+        AppendCode(byte, joined_);
     }
 }
 
@@ -216,7 +172,6 @@ void LineWriter::WritePhysicalLines() {
     out_.clear();
     physical_.clear();
     breaks_.clear();
-    firstOld_ = 0;
     beginsWithBlank_ = false;
     std::size_t fold = 0;
     for (std::size_t token = 0; token < tokens_.size(); ++token) {
@@ -247,7 +202,7 @@ void LineWriter::AddToken(std::size_t token, std::size_t& fold) {
         return;
     }
     if (inCodedValue && isNew && IsBlank(bytes.front()) && physical_.empty() && !out_.empty()) {
-        AddCode(bytes.front(), physical_);
+        AppendCode(bytes.front(), physical_);
         return;
     }
     std::size_t done = 0;
@@ -269,7 +224,7 @@ void LineWriter::EndPhysicalLine(const LineChange::KeptFold* fold, std::size_t t
     }
     const std::size_t lastOld = fold == nullptr ? line_->folds.size() : fold->number;
     const std::size_t blank = beginsWithBlank_ ? 1 : 0;
-    const std::size_t length = blank + file_.UnitsOf(physical_) + (isSoft ? 1 : 0);
+    const std::size_t length = blank + file_.CountUnits(physical_) + (isSoft ? 1 : 0);
     if (IsToBeBroken(length, lastOld)) {
         Break(blank, length);
     }
@@ -297,7 +252,7 @@ void LineWriter::MendEnd(std::size_t oldEnd, std::size_t tokens) {
         if (!wasLast && TokenBytes(token).size() == 1) {
             const char blank = physical_.back();
             physical_.pop_back();
-            AddCode(blank, physical_);
+            AppendCode(blank, physical_);
             return;
         }
     }
@@ -321,7 +276,7 @@ std::size_t LineWriter::OldLength(std::size_t first, std::size_t last) const {
         const bool isLast = i == line_->folds.size();
         const std::size_t begin = isFirst ? 0 : line_->folds[i - 1].at;
         const std::size_t end = isLast ? line_->joined.size() : line_->folds[i].at;
-        std::size_t length = file_.UnitsOf(line_->joined.substr(begin, end - begin));
+        std::size_t length = file_.CountUnits(line_->joined.substr(begin, end - begin));
         const bool hasFoldBlank =
             !isFirst && !line_->folds[i - 1].isSoftBreak && !line_->folds[i - 1].leavesBlank;
         length += hasFoldBlank ? 1 : 0;
@@ -351,16 +306,17 @@ void LineWriter::Break(std::size_t column, std::size_t left) {
     const std::size_t indent = isQuoted_ ? 0 : 1;
     std::size_t begin = 0;
     broken_.clear();
-    breaks_.erase(
-        std::remove_if(breaks_.begin(), breaks_.end(),
-                       [&](std::size_t at) { return isQuoted_ && MayBeFrame(whole.substr(at)); }),
-        breaks_.end());
+    breaks_.erase(std::remove_if(breaks_.begin(), breaks_.end(),
+                                 [&](std::size_t at) {
+                                     return isQuoted_ && BeginsLikeFrame(whole.substr(at));
+                                 }),
+                  breaks_.end());
     for (auto next = breaks_.cbegin(); next != breaks_.cend() && left > most;) {
         // The last place for which there is room, or the first there is.
         std::size_t at = *next;
-        std::size_t units = column + file_.UnitsOf(whole.substr(begin, at - begin));
+        std::size_t units = column + file_.CountUnits(whole.substr(begin, at - begin));
         while (++next != breaks_.cend()) {
-            const std::size_t more = file_.UnitsOf(whole.substr(at, *next - at));
+            const std::size_t more = file_.CountUnits(whole.substr(at, *next - at));
             if (units + more > room) {
                 break;
             }

@@ -3,9 +3,10 @@
 
 #pragma once
 
+#include "vcard/Charset.h"
 #include "vcard/LineChange.h"
-#include "vcard/LineReader.h"
 #include "vcard/LineText.h"
+#include "vcard/RawLine.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -16,13 +17,13 @@
 
 namespace vexmarrow::vcard {
 
-class FileText;
+class TextSource;
 
 /// Writes changed logical lines. What stays of a line is copied; what is new is written as what
 /// surrounds it.
 class LineWriter {
 public:
-    LineWriter(const FileCharsets& charsets, const FileText& file)
+    LineWriter(const FileCharsets& charsets, const TextSource& file)
         : charsets_(charsets), file_(file) {}
 
     /// What a line may be folded with that has become too long.
@@ -50,9 +51,8 @@ private:
     };
 
     bool IsPlain() const;
-    bool WriteUnfolded();
-    void WriteJoined();
-    void KeepUnits(std::size_t begin, std::size_t end, std::uint32_t origin);
+    void WriteJoined(bool unitByUnit);
+    void KeepUnits(std::size_t begin, std::size_t end, std::uint32_t origin, bool unitByUnit);
     void AddUnits(std::size_t begin, std::size_t end);
     void AddUnit(char32_t unit, bool inValue);
     void AddEncoded(char32_t unit, bool inValue);
@@ -70,7 +70,7 @@ private:
     void Break(std::size_t column, std::size_t left);
 
     FileCharsets charsets_;
-    const FileText& file_;
+    const TextSource& file_;
     const RawLine* line_ = nullptr;
     const LineText* text_ = nullptr;
     const LineChange* change_ = nullptr;

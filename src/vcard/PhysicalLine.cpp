@@ -9,7 +9,8 @@
 namespace vexmarrow::vcard {
 namespace {
 
-std::size_t Find(std::string_view text, char byte) {
+/// Where the first such byte is; the size of the text if there is none.
+std::size_t IndexOf(char byte, std::string_view text) {
     const void* const found = std::memchr(text.data(), byte, text.size());
     return found == nullptr
                ? text.size()
@@ -18,12 +19,12 @@ std::size_t Find(std::string_view text, char byte) {
 
 } // namespace
 
-std::size_t FindLineEnd(std::string_view window, std::size_t from) {
-    constexpr std::size_t kStretch = 512; // a text may have only one of the two
-    for (; from < window.size(); from += kStretch) {
-        const std::string_view stretch = window.substr(from, kStretch);
-        const std::size_t feed = vcard::Find(stretch, '\n');
-        const std::size_t end = vcard::Find(stretch.substr(0, feed), '\r');
+std::size_t FindLineEnd(std::string_view text, std::size_t from) {
+    constexpr std::size_t kStretch = 512; // limits the search for LF where every line ends with CR
+    for (; from < text.size(); from += kStretch) {
+        const std::string_view stretch = text.substr(from, kStretch);
+        const std::size_t feed = IndexOf('\n', stretch);
+        const std::size_t end = IndexOf('\r', stretch.substr(0, feed));
         if (end < stretch.size()) {
             return from + end;
         }
@@ -31,18 +32,19 @@ std::size_t FindLineEnd(std::string_view window, std::size_t from) {
     return std::string_view::npos;
 }
 
-bool PhysicalLine::Find(std::string_view window, bool atEnd, std::size_t from) {
+bool PhysicalLine::Find(const Window& window, std::size_t from) {
+    const std::string_view text = window.text;
     begin = from;
-    end = FindLineEnd(window, from);
+    end = FindLineEnd(text, from);
     if (end == std::string_view::npos) {
-        end = next = window.size();
-        return atEnd;
+        end = next = text.size();
+        return window.isAtEnd;
     }
-    if (!atEnd && window[end] == '\r' && window.size() - end < kLongestLineEnd) {
-        next = window.size();
+    if (!window.isAtEnd && text[end] == '\r' && text.size() - end < kLongestLineEnd) {
+        next = text.size();
         return false;
     }
-    next = end + LengthOfLineEnd(window.substr(end, kLongestLineEnd));
+    next = end + LengthOfLineEnd(text.substr(end, kLongestLineEnd));
     return true;
 }
 

@@ -8,8 +8,14 @@
 
 namespace vexmarrow::vcard {
 
-/// The first CR or LF from a place on; npos when there is none.
-std::size_t FindLineEnd(std::string_view window, std::size_t from);
+/// Text that is in memory, and whether the whole text ends with it.
+struct Window {
+    std::string_view text;
+    bool isAtEnd = false;
+};
+
+/// Finds the first CR or LF from a place on; npos if there is none.
+std::size_t FindLineEnd(std::string_view text, std::size_t from);
 
 /// The number of bytes of the line end that text begins with: CR CR LF, CR LF, LF or CR.
 inline std::size_t LengthOfLineEnd(std::string_view text) {
@@ -17,17 +23,17 @@ inline std::size_t LengthOfLineEnd(std::string_view text) {
 }
 inline constexpr std::size_t kLongestLineEnd = 3;
 
-/// Where in a window a physical line begins, its line end begins, and the next line begins.
+/// Where a physical line begins, where its line end begins, and where the next line begins.
 struct PhysicalLine {
     std::size_t begin = 0;
     std::size_t end = 0;
     std::size_t next = 0;
 
-    std::string_view In(std::string_view window) const { return window.substr(begin, end - begin); }
+    std::string_view In(std::string_view text) const { return text.substr(begin, end - begin); }
 
-    /// Finds the line that begins at a place. False if the window ends before that can be told;
-    /// with `atEnd`, the text ends there.
-    bool Find(std::string_view window, bool atEnd, std::size_t from);
+    /// Finds the line that begins at `from`. If the window ends too early to tell where the line
+    /// ends, returns false, and the line reaches to the end of the window.
+    bool Find(const Window& window, std::size_t from);
 };
 
 } // namespace vexmarrow::vcard

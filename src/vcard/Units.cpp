@@ -5,7 +5,6 @@
 
 #include "base/Utf8.h"
 
-#include <algorithm>
 #include <bit>
 
 namespace vexmarrow::vcard {
@@ -32,7 +31,7 @@ Unit WellFormedAt(std::string_view bytes, std::size_t place) {
         return {first, 1};
     }
     const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
-    if (place + length <= bytes.size() && vexmarrow::IsUtf8(bytes.substr(place, length))) {
+    if (place + length <= bytes.size() && IsUtf8(bytes.substr(place, length))) {
         return UnitAt(bytes, place);
     }
     return {kStray + first, 1};
@@ -57,37 +56,10 @@ std::size_t LengthOfUnits(std::string_view text, std::size_t most) {
         return text.size();
     }
     std::size_t length = 0;
-    while (length < text.size() && most-- > 0) {
+    while (length < text.size() && (ContinuesUnit(text[length]) || most-- > 0)) {
         ++length;
-        while (length < text.size() && GoesOn(text[length])) {
-            ++length;
-        }
     }
     return length;
-}
-
-std::string_view WithoutBlanksAtEnd(std::string_view text) {
-    while (!text.empty() && IsBlank(text.back())) {
-        text.remove_suffix(1);
-    }
-    return text;
-}
-
-std::string_view WithoutBlanks(std::string_view text) {
-    while (!text.empty() && IsBlank(text.front())) {
-        text.remove_prefix(1);
-    }
-    return WithoutBlanksAtEnd(text);
-}
-
-bool BeginsWithWord(std::string_view text, std::string_view word) {
-    return text.size() >= word.size() &&
-           std::equal(word.begin(), word.end(), text.begin(),
-                      [](char expected, char byte) { return InLower(byte) == expected; });
-}
-
-bool IsWord(std::string_view text, std::string_view word) {
-    return text.size() == word.size() && BeginsWithWord(text, word);
 }
 
 } // namespace vexmarrow::vcard

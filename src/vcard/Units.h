@@ -31,7 +31,7 @@ Unit WellFormedAt(std::string_view bytes, std::size_t place);
 void AppendUnit(char32_t unit, std::string& text);
 
 /// Whether a byte goes on with a unit that another byte begins.
-constexpr bool GoesOn(char byte) {
+constexpr bool ContinuesUnit(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80;
 }
 
@@ -44,22 +44,14 @@ constexpr bool IsHighHalf(char32_t unit) {
 constexpr bool IsLowHalf(char32_t unit) {
     return unit >= 0xDC00 && unit <= 0xDFFF;
 }
-constexpr char32_t Joined(char32_t high, char32_t low) {
+constexpr char32_t JoinHalves(char32_t high, char32_t low) {
     return 0x10000 + ((high - 0xD800) << 10U) + (low - 0xDC00);
 }
-
-constexpr bool IsBlank(char byte) {
-    return byte == ' ' || byte == '\t';
+constexpr char32_t HighHalfOf(char32_t point) {
+    return 0xD7C0 + (point >> 10U);
 }
-std::string_view WithoutBlanks(std::string_view text); ///< at both ends
-std::string_view WithoutBlanksAtEnd(std::string_view text);
-
-constexpr char InLower(char byte) {
-    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte + ('a' - 'A')) : byte;
+constexpr char32_t LowHalfOf(char32_t point) {
+    return 0xDC00 + (point & 0x3FFU);
 }
-
-/// Whether `text` begins with, or is, a word in whatever case. The word is given in lower case.
-bool BeginsWithWord(std::string_view text, std::string_view word);
-bool IsWord(std::string_view text, std::string_view word);
 
 } // namespace vexmarrow::vcard

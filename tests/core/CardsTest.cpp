@@ -86,7 +86,7 @@ struct CardsTest : Core {
             const Texts replaceTexts(replaces.begin(), replaces.end());
             engine.ReplaceSetsInCards(folder.Path(name), {findTexts, replaceTexts}, location);
         } else {
-            engine.ReplaceTextInCards(folder.Path(name), static_cast<vcard::Part>(part), find,
+            engine.ReplaceTextInCards(folder.Path(name), static_cast<vcard::LinePart>(part), find,
                                       replace, location);
         }
         return prompts.TakeSummaries();

@@ -102,7 +102,7 @@ void DoCase(std::uint32_t part) {
     if (part == 3) {
         engine.ReplaceSetsInCards(folder.Path("case.vcf"), {find, replace}, beside);
     } else {
-        engine.ReplaceTextInCards(folder.Path("case.vcf"), static_cast<vcard::Part>(part),
+        engine.ReplaceTextInCards(folder.Path("case.vcf"), static_cast<vcard::LinePart>(part),
                                   Lines(find), Lines(replace), beside);
     }
     WriteNumber(prompts.boxes.size());

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-#include "vcard/PlainLines.h"
+#include "vcard/LineSkimmer.h"
 
-#include "vcard/PhysicalLine.h"
-#include "vcard/Units.h"
+#include "vcard/Header.h"
+#include "vcard/QuotedPrintable.h"
 
 #include <array>
 #include <bit>
@@ -20,16 +20,11 @@ namespace {
 constexpr std::size_t kBlock = 64;
 constexpr std::size_t kNone = std::string_view::npos;
 
-bool IsHexDigit(char byte) {
-    const char letter = InLower(byte);
-    return (letter >= '0' && letter <= '9') || (letter >= 'a' && letter <= 'f');
-}
-
 /// Whether an `=` may begin a code or a soft break.
 bool MayBeCode(std::string_view window, std::size_t equals) {
     const std::string_view next = window.substr(equals + 1, 2);
     return next.size() < 2 || IsBlank(next[0]) || next[0] == '\r' || next[0] == '\n' ||
-           (IsHexDigit(next[0]) && IsHexDigit(next[1]));
+           IsCode(window, equals);
 }
 
 /// Whether a header may say that the value is in an encoding of its own. It may be more than the
@@ -48,10 +43,8 @@ bool MayBeEncoded(std::string_view header) {
     return header.find('"') != kNone; // in which the colon may be, or what is looked for
 }
 
-} // namespace
-
 /// Where things stand in a block of bytes: bit n is for byte n.
-struct PlainLines::Marks {
+struct Marks {
     std::uint64_t lineEnds = 0; // CR and LF
     std::uint64_t colons = 0;
     std::uint64_t special = 0; // `=`, and what is not ASCII
@@ -85,11 +78,21 @@ struct PlainLines::Marks {
 #endif
 };
 
+Marks MarksAt(std::string_view window, std::size_t place) {
+    if (place + kBlock <= window.size()) {
+        return Marks(window.data() + place);
+    }
+    std::array<char, kBlock> block{};
+    std::memcpy(block.data(), window.data() + place, window.size() - place);
+    return Marks(block.data());
+}
+
+} // namespace
+
 /// The line that is skimmed over.
-struct PlainLines::Line {
+struct LineSkimmer::Line {
     std::size_t begin = 0;
     std::size_t end = 0;
-    std::size_t next = 0;
     std::size_t colon = kNone;  // the last one before its end, or before it begins
     std::size_t before = kNone; // where the line before begins, which might go on with this one
     bool isAfterEmptyAgent = false;
@@ -106,30 +109,22 @@ struct PlainLines::Line {
     }
 };
 
-PlainLines::Marks PlainLines::MarksAt(std::string_view window, std::size_t place) {
-    if (place + kBlock <= window.size()) {
-        return Marks(window.data() + place);
-    }
-    std::array<char, kBlock> block{};
-    std::memcpy(block.data(), window.data() + place, window.size() - place);
-    return Marks(block.data());
-}
-
-std::size_t PlainLines::Skim(std::string_view window, bool atEnd, std::uint64_t position,
-                             bool& isAfterEmptyAgent) {
-    if (!FindPlaces(window, position)) {
+std::size_t LineSkimmer::Skim(const Window& window, std::uint64_t position,
+                              bool& isAfterEmptyAgent) {
+    const std::string_view text = window.text;
+    if (!FindPlaces(text, position)) {
         return 0;
     }
     const std::size_t searched = searchedTo_ - position;
     Line line;
     line.isAfterEmptyAgent = isAfterEmptyAgent;
     for (std::size_t block = 0; block < searched; block += kBlock) {
-        const Marks marks = MarksAt(window, block);
+        const Marks marks = MarksAt(text, block);
         for (std::uint64_t left = marks.lineEnds | marks.special; left != 0; left &= left - 1) {
             const auto bit = static_cast<unsigned>(std::countr_zero(left));
             const std::size_t at = block + bit;
             if (at >= searched) {
-                return LeaveBefore(window, line, isAfterEmptyAgent);
+                return Leave(text, line, false, isAfterEmptyAgent);
             }
             if (at < line.begin) { // the rest of a line end
                 continue;
@@ -137,49 +132,44 @@ std::size_t PlainLines::Skim(std::string_view window, bool atEnd, std::uint64_t 
             line.SeeColons(block, marks.colons & ((std::uint64_t{1} << bit) - 1));
             line.end = at;
             const bool isPlain = (marks.special >> bit & 1U) != 0
-                                     ? IsPlainSo(window, line, at)
-                                     : EndsPlain(window, atEnd, position, line);
+                                     ? IsPlainAt(text, line, at)
+                                     : EndsPlain(window, position, line);
             if (!isPlain) { // a line without a colon may be changed to go on with the one before
-                return line.HasColon() ? Leave(window, line, isAfterEmptyAgent)
-                                       : LeaveBefore(window, line, isAfterEmptyAgent);
+                return Leave(text, line, line.HasColon(), isAfterEmptyAgent);
             }
         }
         line.SeeColons(block, marks.colons);
     }
-    const bool isAll = atEnd && line.begin == window.size();
-    return isAll ? Leave(window, line, isAfterEmptyAgent)
-                 : LeaveBefore(window, line, isAfterEmptyAgent);
+    const bool isAll = window.isAtEnd && line.begin == text.size();
+    return Leave(text, line, isAll, isAfterEmptyAgent);
 }
 
-/// The same where the line at which it ends is not known yet: the one before may go on with it.
-std::size_t PlainLines::LeaveBefore(std::string_view window, Line line, bool& isAfterEmptyAgent) {
-    if (cards_.Any() && line.before != kNone) {
+/// Where the lines that were skimmed over end: where `line` begins. If how `line` goes on is not
+/// known yet, the line before may go on with it, and comes again, too.
+std::size_t LineSkimmer::Leave(std::string_view window, Line line, bool isKnown,
+                               bool& isAfterEmptyAgent) {
+    if (!isKnown && cards_.Any() && line.before != kNone) {
         line.begin = std::exchange(line.before, kNone);
     }
-    return Leave(window, line, isAfterEmptyAgent);
-}
-
-/// The end of the lines that are skimmed over: where `line` begins.
-std::size_t PlainLines::Leave(std::string_view window, const Line& line, bool& isAfterEmptyAgent) {
     if (line.begin > 0) {
         isAfterEmptyAgent = IsAfterEmptyAgent(window, line);
     }
     return line.begin;
 }
 
-bool PlainLines::IsAfterEmptyAgent(std::string_view window, const Line& line) {
+bool LineSkimmer::IsAfterEmptyAgent(std::string_view window, const Line& line) {
     if (line.before == kNone) {
         return line.begin == 0 && line.isAfterEmptyAgent;
     }
     PhysicalLine before;
-    before.Find(window, true, line.before);
+    before.Find({window, true}, line.before);
     const std::string_view content = before.In(window);
     return cards_.Any() && IsEmptyAgent(content, ReadHeader(content, cards_.CardVersion()));
 }
 
 /// Looks for the texts in the whole lines of a window, unless it has been done. False if there is
 /// no whole line.
-bool PlainLines::FindPlaces(std::string_view window, std::uint64_t position) {
+bool LineSkimmer::FindPlaces(std::string_view window, std::uint64_t position) {
     if (position < searchedTo_) {
         return true;
     }
@@ -190,14 +180,16 @@ bool PlainLines::FindPlaces(std::string_view window, std::uint64_t position) {
     }
     places_.clear();
     nextPlace_ = 0;
-    finder_.FindPlaces(window.substr(0, end), places_);
+    if (finder_ != nullptr) {
+        finder_->FindPlaces(window.substr(0, end), places_);
+    }
     searchedFrom_ = position;
     searchedTo_ = position + end + 1;
     return true;
 }
 
 /// Whether a line with `=` or a byte outside ASCII at a place is read as it lies all the same.
-bool PlainLines::IsPlainSo(std::string_view window, Line& line, std::size_t at) const {
+bool LineSkimmer::IsPlainAt(std::string_view window, Line& line, std::size_t at) const {
     const bool isEquals = window[at] == '=';
     if (!isEquals && !inBytes_) {
         return false;
@@ -216,12 +208,12 @@ bool PlainLines::IsPlainSo(std::string_view window, Line& line, std::size_t at) 
 }
 
 /// Moves on to the next line; false, and nothing done, if this one is not plain.
-bool PlainLines::EndsPlain(std::string_view window, bool atEnd, std::uint64_t position,
-                           Line& line) {
-    const std::string_view rest = window.substr(line.end, kLongestLineEnd);
+bool LineSkimmer::EndsPlain(const Window& window, std::uint64_t position, Line& line) {
+    const std::string_view text = window.text;
+    const std::string_view rest = text.substr(line.end, kLongestLineEnd);
     const std::size_t next = line.end + LengthOfLineEnd(rest);
-    const bool isSeen = atEnd || (rest.size() == kLongestLineEnd && next < window.size());
-    const std::string_view content = window.substr(line.begin, line.end - line.begin);
+    const bool isSeen = window.isAtEnd || (rest.size() == kLongestLineEnd && next < text.size());
+    const std::string_view content = text.substr(line.begin, line.end - line.begin);
     const bool mayGoOn = cards_.Any() && !line.HasColon() && !content.empty();
     if (!isSeen || (mayGoOn && line.before != kNone)) {
         return false;
@@ -235,14 +227,14 @@ bool PlainLines::EndsPlain(std::string_view window, bool atEnd, std::uint64_t po
     }
     const Frame frame = FrameOf(content);
     if (frame == Frame::Begin) {
-        if (!atEnd && window.size() - line.begin < kLookForVersion) {
+        if (!window.isAtEnd && text.size() - line.begin < kLookForVersion) {
             return false;
         }
-        cards_.Begin(window.substr(line.begin), IsAfterEmptyAgent(window, line));
+        cards_.Begin(text.substr(line.begin), IsAfterEmptyAgent(text, line));
     } else if (cards_.Any()) {
         if (frame == Frame::End) {
             cards_.End();
-        } else if (next < window.size() && IsBlank(window[next])) {
+        } else if (next < text.size() && IsBlank(text[next])) {
             return false;
         }
     }

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "vcard/Header.h"
+#include "vcard/FrameLine.h"
 
 #include <cstddef>
 #include <string_view>
@@ -15,7 +15,7 @@ namespace vexmarrow::vcard {
 inline constexpr std::size_t kLookForVersion = std::size_t{128} * 1024;
 
 /// The cards that have begun and not ended, one within the other.
-class OpenCards {
+class CardStack {
 public:
     bool Any() const { return !open_.empty(); }
 
@@ -35,8 +35,5 @@ private:
     std::vector<Card> open_;
     std::size_t begun_ = 0;
 };
-
-/// Whether a logical line is an AGENT without a value, in which the next card lies.
-bool IsEmptyAgent(std::string_view line, const Header& header);
 
 } // namespace vexmarrow::vcard

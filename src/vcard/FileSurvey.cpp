@@ -1,10 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-#include "vcard/FirstLook.h"
+#include "vcard/FileSurvey.h"
 
 #include "base/Utf8.h"
-#include "vcard/PlainLines.h"
+#include "vcard/Ascii.h"
+#include "vcard/LineReader.h"
+#include "vcard/LineSkimmer.h"
 #include "vcard/Units.h"
 
 #include <algorithm>
@@ -20,10 +22,10 @@ std::string_view Unfolded(const RawLine& line, std::string& room) {
     }
     room.clear();
     for (PhysicalLine physical; physical.next < line.raw.size();) {
-        physical.Find(line.raw, true, physical.next);
+        physical.Find({line.raw, true}, physical.next);
         const std::string_view content = physical.In(line.raw);
         const bool isFolded = physical.begin > 0 && line.context.version == Version::Later &&
-                              !content.empty() && IsBlank(content.front());
+                              BeginsWithBlank(content);
         room.append(content.substr(isFolded ? 1 : 0));
     }
     return room;
@@ -31,7 +33,7 @@ std::string_view Unfolded(const RawLine& line, std::string& room) {
 
 /// The part of a line that is in the encoding of its file.
 std::string_view InFileEncoding(const RawLine& line, std::string& room) {
-    if (line.isPassedValue) {
+    if (line.isUnsearched) {
         return line.context.hasCharset ? std::string_view() : Unfolded(line, room);
     }
     if (!line.context.hasCharset) {
@@ -40,7 +42,7 @@ std::string_view InFileEncoding(const RawLine& line, std::string& room) {
     return line.begins ? line.joined.substr(0, line.header.colon + 1) : std::string_view();
 }
 
-void Count(std::string_view bytes, FirstLook& look) {
+void Count(std::string_view bytes, FileSurvey& look) {
     for (;;) {
         bytes.remove_prefix(AsciiLength(bytes));
         if (bytes.empty()) {
@@ -52,26 +54,15 @@ void Count(std::string_view bytes, FirstLook& look) {
     }
 }
 
-/// Finds nothing.
-class NoFinder final : public PairFinder {
-public:
-    std::size_t FirstFound(std::string_view /*text*/, std::size_t /*least*/) const override {
-        return kNone;
-    }
-    void FindPlaces(std::string_view /*text*/,
-                    std::vector<std::size_t>& /*places*/) const override {}
-};
-
 } // namespace
 
-FirstLook LookAt(FileText& text, LineReader::CharsetsByName& charsets, bool hasMark) {
-    FirstLook look;
+FileSurvey SurveyFile(TextSource& text, Charsets& charsets, bool hasMark) {
+    FileSurvey look;
     LineReader reader(text, charsets, hasMark);
-    const NoFinder finder;
-    PlainLines plain(reader.Cards(), finder, true, hasMark);
+    LineSkimmer skimmer(reader.Cards(), nullptr, true, hasMark);
     std::string room;
     for (RawLine line;;) {
-        Count(reader.NextPlain(plain), look);
+        Count(reader.Skim(skimmer), look);
         if (!reader.Next(line)) {
             return look;
         }

@@ -3,17 +3,16 @@
 
 #pragma once
 
-#include "vcard/LineReader.h"
-
 #include <cstddef>
 #include <vector>
 
 namespace vexmarrow::vcard {
 
-class FileText;
+class Charsets;
+class TextSource;
 
 /// What only a look at all of a file can tell.
-struct FirstLook {
+struct FileSurvey {
     /// Characters of several bytes, and bytes that are not UTF-8, outside values with a charset of
     /// their own.
     std::size_t characters = 0;
@@ -26,6 +25,6 @@ struct FirstLook {
 };
 
 /// Looks at what is left of a text.
-FirstLook LookAt(FileText& text, LineReader::CharsetsByName& charsets, bool hasMark);
+FileSurvey SurveyFile(TextSource& text, Charsets& charsets, bool hasMark);
 
 } // namespace vexmarrow::vcard

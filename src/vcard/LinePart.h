@@ -6,7 +6,7 @@
 namespace vexmarrow::vcard {
 
 /// Which part of each logical line is searched.
-enum class Part {
+enum class LinePart {
     Fields,    ///< what stands before the separating colon
     Values,    ///< what follows it
     WholeLine, ///< both, and the colon between them

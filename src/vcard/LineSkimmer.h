@@ -3,8 +3,9 @@
 
 #pragma once
 
-#include "vcard/OpenCards.h"
+#include "vcard/CardStack.h"
 #include "vcard/Pairs.h"
+#include "vcard/PhysicalLine.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -16,35 +17,31 @@ namespace vexmarrow::vcard {
 /// Skims over lines that need no closer look, because each is a logical line of its own that is
 /// read as it lies and in which nothing is found. They are most lines of most files, so this
 /// decides how fast a run is.
-class PlainLines {
+class LineSkimmer {
 public:
     /// `inBytes` tells that what is found in bytes is found in their text: they are UTF-8, or only
     /// ASCII is looked for. That is not so of values with a charset of their own, which there are
     /// unless `hasMark`.
-    PlainLines(OpenCards& cards, const PairFinder& finder, bool inBytes, bool hasMark)
+    LineSkimmer(CardStack& cards, const PairFinder* finder, bool inBytes, bool hasMark)
         : cards_(cards), finder_(finder), inBytes_(inBytes), hasMark_(hasMark) {}
 
     /// The length of such lines at the beginning of a window, where a logical line begins. Cards
     /// that begin or end in them have begun or ended then. `position` is that of the window in the
     /// text. `isAfterEmptyAgent` is what the line before has been, and after it what the last one
     /// of these is.
-    std::size_t Skim(std::string_view window, bool atEnd, std::uint64_t position,
-                     bool& isAfterEmptyAgent);
+    std::size_t Skim(const Window& window, std::uint64_t position, bool& isAfterEmptyAgent);
 
 private:
-    struct Marks;
     struct Line;
 
-    static Marks MarksAt(std::string_view window, std::size_t place);
     bool FindPlaces(std::string_view window, std::uint64_t position);
-    bool IsPlainSo(std::string_view window, Line& line, std::size_t at) const;
-    bool EndsPlain(std::string_view window, bool atEnd, std::uint64_t position, Line& line);
+    bool IsPlainAt(std::string_view window, Line& line, std::size_t at) const;
+    bool EndsPlain(const Window& window, std::uint64_t position, Line& line);
     bool IsAfterEmptyAgent(std::string_view window, const Line& line);
-    std::size_t Leave(std::string_view window, const Line& line, bool& isAfterEmptyAgent);
-    std::size_t LeaveBefore(std::string_view window, Line line, bool& isAfterEmptyAgent);
+    std::size_t Leave(std::string_view window, Line line, bool isKnown, bool& isAfterEmptyAgent);
 
-    OpenCards& cards_;
-    const PairFinder& finder_;
+    CardStack& cards_;
+    const PairFinder* finder_;
     bool inBytes_;
     bool hasMark_;
     std::vector<std::size_t> places_; // of what was found, from searchedFrom_ on

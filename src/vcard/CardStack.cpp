@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-#include "vcard/OpenCards.h"
+#include "vcard/CardStack.h"
 
+#include "vcard/Header.h"
 #include "vcard/PhysicalLine.h"
-#include "vcard/Units.h"
 
 #include <algorithm>
 
@@ -18,9 +18,9 @@ Version FindVersion(std::string_view window) {
     PhysicalLine line;
     std::size_t depth = 0;
     bool isAfterEmptyAgent = false;
-    line.Find(window, true, 0);
+    line.Find({window, true}, 0);
     while (line.next < std::min(window.size(), kVersionReach)) {
-        line.Find(window, true, line.next);
+        line.Find({window, true}, line.next);
         const std::string_view content = line.In(window);
         const Frame frame = FrameOf(content);
         if (frame == Frame::Version && depth == 0) {
@@ -37,18 +37,13 @@ Version FindVersion(std::string_view window) {
 
 } // namespace
 
-void OpenCards::Begin(std::string_view window, bool isWithin) {
+void CardStack::Begin(std::string_view window, bool isWithin) {
     if (!isWithin) {
         open_.clear();
     }
     // Deep within others, a card is read as most are: each BEGIN would have much searched.
     constexpr std::size_t kDeep = 16;
     open_.push_back({open_.size() < kDeep ? FindVersion(window) : Version::Later, begun_++});
-}
-
-bool IsEmptyAgent(std::string_view line, const Header& header) {
-    return header.colon != Header::kNone && header.isAgent &&
-           WithoutBlanks(line.substr(header.colon + 1)).empty();
 }
 
 } // namespace vexmarrow::vcard

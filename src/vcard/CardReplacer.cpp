@@ -1,19 +1,19 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-#include "vcard/CardText.h"
+#include "vcard/CardReplacer.h"
 
 #include "base/Utf8.h"
 #include "textio/CodePage.h"
 #include "textio/InputFile.h"
-#include "vcard/Charset.h"
-#include "vcard/FileText.h"
-#include "vcard/FirstLook.h"
+#include "vcard/Ascii.h"
+#include "vcard/FileSurvey.h"
 #include "vcard/LineChange.h"
+#include "vcard/LineDecoder.h"
 #include "vcard/LineReader.h"
-#include "vcard/LineText.h"
+#include "vcard/LineSkimmer.h"
 #include "vcard/LineWriter.h"
-#include "vcard/PlainLines.h"
+#include "vcard/TextSource.h"
 
 #include <algorithm>
 #include <optional>
@@ -30,18 +30,18 @@ constexpr std::size_t kSmall = std::size_t{8} * 1024 * 1024;
 constexpr std::size_t kBlock = std::size_t{64} * 1024; // bytes that are written at once
 
 /// Whether all text from here on is UTF-8. Where there is nothing else for very long, it says no.
-bool IsUtf8(FileText& text) {
+bool IsUtf8ToEnd(TextSource& text) {
     constexpr std::size_t kPart = std::size_t{256} * 1024;
     for (;;) {
         const std::string_view part = text.Peek(kPart);
         if (part.size() < kPart) {
-            return vexmarrow::IsUtf8(part);
+            return IsUtf8(part);
         }
         std::size_t size = part.size(); // up to where no character can be cut
         while (size > 0 && static_cast<unsigned char>(part[size - 1]) >= 0x80) {
             --size;
         }
-        if (size == 0 || !vexmarrow::IsUtf8(part.substr(0, size))) {
+        if (size == 0 || !IsUtf8(part.substr(0, size))) {
             return false;
         }
         text.Skip(size);
@@ -64,46 +64,15 @@ std::string_view LastLineEnd(std::string_view lines) {
     return lines.substr(begin);
 }
 
-} // namespace
-
-/// All charsets that were needed so far.
-class CardText::CharsetsOfFiles final : public LineReader::CharsetsByName {
-public:
-    const Charset* Named(std::string_view name) override { return named_.Named(name); }
-
-    /// Those of a file. `page` must stay in memory as long as this.
-    FileCharsets Of(FileForm form, const CodePage& page) {
-        if (page_ != &page) {
-            ofPage_ = page.HasStrayBytes() ? MakeUtf8Charset() : MakePageCharset(page);
-            page_ = &page;
-        }
-        const Charset* const file = !IsWide(form) ? utf8_.get()
-                                    : form == FileForm::Utf16 || form == FileForm::Utf16Swapped
-                                        ? ofUtf16_.get()
-                                        : ofUtf32_.get();
-        return {file, ofPage_.get(), utf8_.get(), form != FileForm::Unmarked};
-    }
-
-private:
-    Charsets named_;
-    std::unique_ptr<const Charset> utf8_ = MakeUtf8Charset();
-    std::unique_ptr<const Charset> ofUtf16_ = MakeUnitsCharset(true);
-    std::unique_ptr<const Charset> ofUtf32_ = MakeUnitsCharset(false);
-    std::unique_ptr<const Charset> ofPage_;
-    const CodePage* page_ = nullptr;
-};
-
-namespace {
-
 /// The work on one file.
-class Work {
+class FileReplacement {
 public:
-    Work(FileText& text, bool isSmall, std::optional<FirstLook> look,
-         LineReader::CharsetsByName& charsets, const FileCharsets& ofFile, const Pairs& pairs,
-         Part part, const std::function<void(std::string_view)>& write)
+    FileReplacement(TextSource& text, bool isSmall, std::optional<FileSurvey> look,
+                    Charsets& charsets, const FileCharsets& ofFile, const Pairs& pairs,
+                    LinePart part, const std::function<void(std::string_view)>& write)
         : text_(text),
           whole_(text.Peek(0)),
-          look_(std::move(look)),
+          survey_(std::move(look)),
           charsets_(charsets),
           hasMark_(ofFile.hasMark),
           pairs_(pairs),
@@ -111,29 +80,29 @@ public:
           write_(write),
           isSmall_(isSmall),
           reader_(text, charsets, ofFile.hasMark),
-          plain_(reader_.Cards(), *pairs.finder, ofFile.file->IsUtf8() || pairs.findAscii,
-                 ofFile.hasMark),
+          skimmer_(reader_.Cards(), pairs.finder, ofFile.file->IsUtf8() || pairs.findAscii,
+                   ofFile.hasMark),
           decoder_(ofFile),
           writer_(ofFile, text) {}
 
     void Run() {
-        write_(text_.Mark());
-        for (PutPlainLines(); reader_.Next(line_); PutPlainLines()) {
+        write_(text_.MarkBytes());
+        for (PutSkimmedLines(); reader_.Next(line_); PutSkimmedLines()) {
             if (!IsSearched() || !Change()) {
                 Put(line_.raw);
             }
             if (line_.endSize > 0) {
-                lastEnd_ = line_.raw.substr(line_.raw.size() - line_.endSize);
+                lastEnd_ = line_.LineEnd();
             }
         }
         PutKept();
         Flush();
-        write_(text_.Rest());
+        write_(text_.TornUnit());
     }
 
 private:
-    void PutPlainLines() {
-        const std::string_view lines = reader_.NextPlain(plain_);
+    void PutSkimmedLines() {
+        const std::string_view lines = reader_.Skim(skimmer_);
         Put(lines);
         if (!lines.empty()) {
             lastEnd_ = LastLineEnd(lines);
@@ -143,24 +112,25 @@ private:
     /// A field is not worked on in pieces where its value follows by itself.
     bool IsSearched() const {
         const bool isPiece =
-            line_.context.passed == Passed::No || line_.joined.size() <= kMostUnits;
-        return !line_.isPassedValue && !line_.context.isFrame && isPiece;
+            line_.context.unsearched == Unsearched::No || line_.joined.size() <= kMostUnits;
+        return !line_.isUnsearched && !line_.context.isFrame && isPiece;
     }
 
     /// Puts the line as the pairs have changed it; false, and nothing put, if it stays.
     bool Change() {
         LineDecoder::Shorten(line_);
-        decoder_.Decode(line_, lineText_);
+        decoder_.Decode(line_, lineText_, kMostUnits + 1);
         decoder_.Cut(line_, lineText_);
-        if (!line_.ends && line_.context.passed == Passed::No) {
+        if (!line_.ends && line_.context.unsearched == Unsearched::No) {
             line_.context.charset = lineText_.ValueCharset(); // the same for all its parts
-            reader_.Take(line_, line_.raw.size());
+            reader_.ContinueAfter(line_);
         }
-        if (pairs_.finder->FirstFound(lineText_.Text(), 0) == PairFinder::kNone) {
+        const std::size_t first = pairs_.finder->FirstFound(lineText_.Text(), 0);
+        if (first == PairFinder::kNone) {
             return false;
         }
         decoder_.Locate(line_, lineText_);
-        if (!change_.Apply(pairs_, part_, line_, lineText_)) {
+        if (!change_.Apply(pairs_, first, part_, line_, lineText_)) {
             return false;
         }
         writer_.Write(line_, lineText_, change_, {LineEnd(), [this] { return IsCardFolded(); }});
@@ -168,16 +138,13 @@ private:
             return false;
         }
         PutNew(writer_.Raw());
-        Put(line_.raw.substr(line_.raw.size() - line_.endSize));
+        Put(line_.LineEnd());
         return true;
     }
 
     /// Whether the line would go on with the one before it.
     bool BeginsNewlyWithBlank() const {
-        const auto beginsWithBlank = [](std::string_view raw) {
-            return !raw.empty() && IsBlank(raw.front());
-        };
-        return line_.begins && beginsWithBlank(writer_.Raw()) && !beginsWithBlank(line_.raw);
+        return line_.begins && BeginsWithBlank(writer_.Raw()) && !BeginsWithBlank(line_.raw);
     }
 
     /// Whether nothing is left between two line ends that are one then: CR, and LF or CR LF.
@@ -192,13 +159,13 @@ private:
         if (!reader_.ReadAgain(writer_.Raw(), line_, lineAgain_)) {
             return false;
         }
-        decoder_.DecodeAgain(lineAgain_, textAgain_);
+        decoder_.Decode(lineAgain_, textAgain_, std::string_view::npos);
         return textAgain_.Text() == writer_.Text();
     }
 
     std::string_view LineEnd() const {
         if (line_.endSize > 0) {
-            return line_.raw.substr(line_.raw.size() - line_.endSize);
+            return line_.LineEnd();
         }
         if (!line_.folds.empty()) {
             return LineEndIn(line_.folds.front().bytes);
@@ -210,11 +177,12 @@ private:
         if (line_.isFolded) {
             return true;
         }
-        if (!look_) { // so that the file is small
-            FileText whole(whole_, text_.Form());
-            look_ = LookAt(whole, charsets_, hasMark_);
+        if (!survey_) { // so that the file is small
+            TextSource whole(whole_);
+            survey_ = SurveyFile(whole, charsets_, hasMark_);
         }
-        return line_.context.card < look_->isFolded.size() && look_->isFolded[line_.context.card];
+        return line_.context.card < survey_->isFolded.size() &&
+               survey_->isFolded[line_.context.card];
     }
 
     /// Puts bytes of the text. In a small file they stay where they are until others follow, so
@@ -232,44 +200,43 @@ private:
 
     void PutNew(std::string_view bytes) {
         PutKept();
-        if (bytes.size() >= kBlock) {
-            Flush();
-            write_(text_.InFile(bytes, room_));
-            return;
-        }
-        out_.append(bytes);
-        if (out_.size() >= kBlock) {
-            Flush();
-        }
+        Append(bytes, kBlock);
     }
 
     void PutKept() {
         constexpr std::size_t kMany = 2048; // too many to be copied once more
-        const std::string_view kept = std::exchange(kept_, {});
-        if (kept.size() < kMany) {
-            out_.append(kept);
-            return;
+        Append(std::exchange(kept_, {}), kMany);
+    }
+
+    /// Appends bytes to those that are written next. Many bytes are written at once.
+    void Append(std::string_view bytes, std::size_t many) {
+        if (bytes.size() < many) {
+            out_.append(bytes);
         }
-        Flush();
-        write_(text_.InFile(kept, room_));
+        if (bytes.size() >= many || out_.size() >= kBlock) {
+            Flush();
+        }
+        if (bytes.size() >= many) {
+            write_(text_.ToFileBytes(bytes, room_));
+        }
     }
 
     void Flush() {
-        write_(text_.InFile(out_, room_));
+        write_(text_.ToFileBytes(out_, room_));
         out_.clear();
     }
 
-    FileText& text_;
+    TextSource& text_;
     std::string_view whole_; // of a small file, without its mark
-    std::optional<FirstLook> look_;
-    LineReader::CharsetsByName& charsets_;
+    std::optional<FileSurvey> survey_;
+    Charsets& charsets_;
     bool hasMark_;
     const Pairs& pairs_;
-    Part part_;
+    LinePart part_;
     const std::function<void(std::string_view)>& write_;
     bool isSmall_; // so that all of the text is in memory
     LineReader reader_;
-    PlainLines plain_;
+    LineSkimmer skimmer_;
     LineDecoder decoder_;
     LineWriter writer_;
     LineChange change_;
@@ -285,32 +252,29 @@ private:
 
 } // namespace
 
-CardText::CardText() : charsets_(std::make_unique<CharsetsOfFiles>()) {}
-CardText::~CardText() = default;
-
-void CardText::Replace(InputFile& file, const Pairs& pairs, Part part, const CodePage& page,
-                       const std::function<void(std::string_view)>& write) {
-    FileText text(file);
-    FileCharsets charsets = charsets_->Of(text.Form(), page);
+void CardReplacer::Replace(InputFile& file, const Pairs& pairs, LinePart part, const CodePage& page,
+                           const std::function<void(std::string_view)>& write) {
+    TextSource text(file);
+    FileCharsets charsets = charsets_.OfFile(text.Mark(), page);
     const std::string_view whole = text.Peek(kSmall);
     const bool isSmall = whole.size() < kSmall;
-    std::optional<FirstLook> look;
+    std::optional<FileSurvey> look;
     bool needsLook = !isSmall && pairs.mayGrow; // at the folds of the cards
     if (!needsLook && !charsets.hasMark) {
-        needsLook = !(isSmall ? vexmarrow::IsUtf8(whole) : IsUtf8(text));
+        needsLook = !(isSmall ? IsUtf8(whole) : IsUtf8ToEnd(text));
     }
     if (!isSmall) {
         text.Rewind();
     }
     if (needsLook) {
-        look = LookAt(text, *charsets_, charsets.hasMark);
+        look = SurveyFile(text, charsets_, charsets.hasMark);
         text.Rewind();
     }
     if (look && !charsets.hasMark && !look->IsUtf8()) {
         charsets.file = charsets.page;
     }
     text.Peek(isSmall ? kSmall : 0);
-    Work(text, isSmall, std::move(look), *charsets_, charsets, pairs, part, write).Run();
+    FileReplacement(text, isSmall, std::move(look), charsets_, charsets, pairs, part, write).Run();
 }
 
 } // namespace vexmarrow::vcard

@@ -1,22 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-#include "vcard/LineText.h"
+#include "vcard/LineDecoder.h"
 
 #include "base/Utf8.h"
+#include "vcard/QuotedPrintable.h"
 
 #include <algorithm>
-#include <limits>
 
 namespace vexmarrow::vcard {
 namespace {
-
-int HexDigit(char byte) {
-    const char letter = InLower(byte);
-    return letter >= '0' && letter <= '9'   ? letter - '0'
-           : letter >= 'a' && letter <= 'f' ? letter - 'a' + 10
-                                            : -1;
-}
 
 bool HasCode(std::string_view value) {
     for (std::size_t at = value.find('='); at != std::string_view::npos;
@@ -40,6 +33,12 @@ std::string_view WithoutTornUnit(std::string_view bytes) {
     return bytes.substr(0, stretch.bytes);
 }
 
+/// Where the value begins, of a line or of the part of one.
+std::size_t BeginOfValue(const RawLine& line) {
+    const bool hasColon = line.header.colon != Header::kNone;
+    return !line.begins ? 0 : hasColon ? line.header.colon + 1 : line.joined.size();
+}
+
 /// Takes the bytes of a line from a place of the joined line on away.
 void CutAt(std::size_t place, RawLine& line) {
     std::size_t raw = place;
@@ -56,17 +55,6 @@ void CutAt(std::size_t place, RawLine& line) {
 
 } // namespace
 
-bool IsCode(std::string_view text, std::size_t place) {
-    return place + 2 < text.size() && text[place] == '=' && HexDigit(text[place + 1]) >= 0 &&
-           HexDigit(text[place + 2]) >= 0;
-}
-
-/// Where the value begins, of a line or of the part of one.
-std::size_t LineDecoder::BeginOfValue(const RawLine& line) {
-    const bool hasColon = line.header.colon != Header::kNone;
-    return !line.begins ? 0 : hasColon ? line.header.colon + 1 : line.joined.size();
-}
-
 void LineDecoder::Shorten(RawLine& line) {
     constexpr std::size_t kMore = 64;
     constexpr std::size_t kLongestUnit = 4; // of charsets whose bytes do not tell where one begins
@@ -80,8 +68,8 @@ void LineDecoder::Shorten(RawLine& line) {
     const std::size_t value = BeginOfValue(line);
     for (std::size_t at = 0; at < joined.size();) {
         const bool isCode = isQuoted && at >= value && IsCode(joined, at);
-        const bool goesOn = isCode ? (HexDigit(joined[at + 1]) & 0xC) == 0x8 : GoesOn(joined[at]);
-        if ((!goesOn || !isTold) && left-- == 0) {
+        const bool continues = ContinuesUnit(isCode ? ByteOfCode(joined, at) : joined[at]);
+        if ((!continues || !isTold) && left-- == 0) {
             CutAt(at, line);
             return;
         }
@@ -89,17 +77,8 @@ void LineDecoder::Shorten(RawLine& line) {
     }
 }
 
-void LineDecoder::Decode(const RawLine& line, LineText& text) {
-    most_ = kMostUnits + 1;
-    DecodeText(line, text);
-}
-
-void LineDecoder::DecodeAgain(const RawLine& line, LineText& text) {
-    most_ = std::numeric_limits<std::size_t>::max();
-    DecodeText(line, text);
-}
-
-void LineDecoder::DecodeText(const RawLine& line, LineText& text) {
+void LineDecoder::Decode(const RawLine& line, LineText& text, std::size_t most) {
+    most_ = most;
     const std::string_view joined = line.joined;
     const std::size_t value = BeginOfValue(line);
     const bool isQuoted = line.context.coding == Coding::QuotedPrintable;
@@ -108,7 +87,7 @@ void LineDecoder::DecodeText(const RawLine& line, LineText& text) {
     const bool isUtf8 =
         charsets_.file->IsUtf8() && (text.valueCharset_ == nullptr || text.valueCharset_->IsUtf8());
     text.isJoined_ = !(isQuoted && HasCode(joined.substr(value))) &&
-                     (IsAscii(joined) || (isUtf8 && vexmarrow::IsUtf8(joined)));
+                     (IsAscii(joined) || (isUtf8 && IsUtf8(joined)));
     text.isLocated_ = text.isJoined_;
     needsPlaces_ = false;
     if (isQuoted && (!text.isJoined_ || text.valueCharset_ == nullptr)) {
@@ -133,10 +112,10 @@ void LineDecoder::Cut(RawLine& line, LineText& text) {
     std::size_t size = LengthOfUnits(text.Text(), kMostUnits);
     // Where the bytes end in the middle of a line, so may those of its last unit.
     constexpr std::size_t kUncertain = 16;
-    if (!line.ends && line.context.passed == Passed::No && text.Text().size() - size < kUncertain &&
-        size > kUncertain) {
+    if (!line.ends && line.context.unsearched == Unsearched::No &&
+        text.Text().size() - size < kUncertain && size > kUncertain) {
         size -= kUncertain;
-        while (GoesOn(text.Text()[size])) {
+        while (ContinuesUnit(text.Text()[size])) {
             --size;
         }
     }
@@ -153,8 +132,7 @@ void LineDecoder::Cut(RawLine& line, LineText& text) {
 /// of their codes already.
 bool LineDecoder::IsUtf8Alike(std::string_view header, const LineText& text) const {
     return text.valueCharset_ != nullptr && text.valueCharset_->IsUtf8() && beside_.size() == 1 &&
-           vexmarrow::IsUtf8(bytes_) &&
-           (IsAscii(header) || (charsets_.file->IsUtf8() && vexmarrow::IsUtf8(header)));
+           IsUtf8(bytes_) && (IsAscii(header) || (charsets_.file->IsUtf8() && IsUtf8(header)));
 }
 
 void LineDecoder::Locate(const RawLine& line, LineText& text) {
@@ -190,8 +168,7 @@ void LineDecoder::Uncode(std::string_view joined, std::size_t value) {
         AddBytes(joined.substr(at, equals - at), at);
         at = equals;
         if (IsCode(joined, at)) {
-            const int byte = 16 * HexDigit(joined[at + 1]) + HexDigit(joined[at + 2]);
-            bytes_.push_back(static_cast<char>(byte));
+            bytes_.push_back(ByteOfCode(joined, at));
             if (needsPlaces_) {
                 places_.push_back(static_cast<std::uint32_t>(at));
             }
@@ -242,7 +219,7 @@ const Charset* LineDecoder::CharsetOfCoded(bool isWhole) const {
         if (!isWhole && &beside == &beside_.back()) {
             run = WithoutTornUnit(run);
         }
-        if (!vexmarrow::IsUtf8(run)) {
+        if (!IsUtf8(run)) {
             return charsets_.page;
         }
         begin = beside.at;
@@ -251,23 +228,20 @@ const Charset* LineDecoder::CharsetOfCoded(bool isWhole) const {
 }
 
 void LineDecoder::DecodeCoded(std::string_view joined, LineText& text) {
+    DecodedText& decoded = text.decoded_;
     std::size_t begin = 0;
     for (const Beside& beside : beside_) {
-        AppendRun(begin, beside.at, *text.valueCharset_, text.decoded_);
+        const std::string_view run = std::string_view(bytes_).substr(begin, beside.at - begin);
+        run_.Begin(decoded.room);
+        text.valueCharset_->Decode(run, begin, run_);
+        decoded.text.append(run_.text);
+        decoded.room = run_.room;
+        for (const std::uint32_t byte : run_.from) {
+            decoded.from.push_back(places_[byte]);
+        }
         charsets_.file->Decode(joined.substr(beside.begin, beside.end - beside.begin), beside.begin,
-                               text.decoded_);
+                               decoded);
         begin = beside.at;
-    }
-}
-
-void LineDecoder::AppendRun(std::size_t begin, std::size_t end, const Charset& charset,
-                            Decoded& decoded) {
-    run_.Begin(decoded.room);
-    charset.Decode(std::string_view(bytes_).substr(begin, end - begin), begin, run_);
-    decoded.text.append(run_.text);
-    decoded.room = run_.room;
-    for (const std::uint32_t byte : run_.from) {
-        decoded.from.push_back(places_[byte]);
     }
 }
 
