@@ -53,8 +53,8 @@ CardPairs::CardPairs(const std::vector<ReplacementPair>& pairs) {
         finds_.emplace_back(find);
         const std::string& put = pairs_.list.back().replace;
         const bool isAscii = AsciiLength(find) == find.size() && AsciiLength(put) == put.size();
-        pairs_.mayGrow = pairs_.mayGrow || !isAscii || put.size() > find.size();
-        pairs_.findAscii = pairs_.findAscii && AsciiLength(find) == find.size();
+        pairs_.mayGrowLines = pairs_.mayGrowLines || !isAscii || put.size() > find.size();
+        pairs_.areFindsAscii = pairs_.areFindsAscii && AsciiLength(find) == find.size();
         anyHasLineEnd_ = anyHasLineEnd_ || pair.find.find_first_of(u"\r\n") != std::u16string::npos;
     }
     if (finds_.size() > kFew) {

@@ -67,12 +67,12 @@ std::string_view LastLineEnd(std::string_view lines) {
 /// The work on one file.
 class FileReplacement {
 public:
-    FileReplacement(TextSource& text, bool isSmall, std::optional<FileSurvey> look,
+    FileReplacement(TextSource& text, bool isSmall, std::optional<FileSurvey> survey,
                     Charsets& charsets, const FileCharsets& ofFile, const Pairs& pairs,
                     LinePart part, const std::function<void(std::string_view)>& write)
         : text_(text),
           whole_(text.Peek(0)),
-          survey_(std::move(look)),
+          survey_(std::move(survey)),
           charsets_(charsets),
           hasMark_(ofFile.hasMark),
           pairs_(pairs),
@@ -80,7 +80,7 @@ public:
           write_(write),
           isSmall_(isSmall),
           reader_(text, charsets, ofFile.hasMark),
-          skimmer_(reader_.Cards(), pairs.finder, ofFile.file->IsUtf8() || pairs.findAscii,
+          skimmer_(reader_.Cards(), pairs.finder, ofFile.file->IsUtf8() || pairs.areFindsAscii,
                    ofFile.hasMark),
           decoder_(ofFile),
           writer_(ofFile, text) {}
@@ -258,23 +258,24 @@ void CardReplacer::Replace(InputFile& file, const Pairs& pairs, LinePart part, c
     FileCharsets charsets = charsets_.OfFile(text.Mark(), page);
     const std::string_view whole = text.Peek(kSmall);
     const bool isSmall = whole.size() < kSmall;
-    std::optional<FileSurvey> look;
-    bool needsLook = !isSmall && pairs.mayGrow; // at the folds of the cards
-    if (!needsLook && !charsets.hasMark) {
-        needsLook = !(isSmall ? IsUtf8(whole) : IsUtf8ToEnd(text));
+    std::optional<FileSurvey> survey;
+    bool needsSurvey = !isSmall && pairs.mayGrowLines; // at the folds of the cards
+    if (!needsSurvey && !charsets.hasMark) {
+        needsSurvey = !(isSmall ? IsUtf8(whole) : IsUtf8ToEnd(text));
     }
     if (!isSmall) {
         text.Rewind();
     }
-    if (needsLook) {
-        look = SurveyFile(text, charsets_, charsets.hasMark);
+    if (needsSurvey) {
+        survey = SurveyFile(text, charsets_, charsets.hasMark);
         text.Rewind();
     }
-    if (look && !charsets.hasMark && !look->IsUtf8()) {
+    if (survey && !charsets.hasMark && !survey->IsUtf8()) {
         charsets.file = charsets.page;
     }
     text.Peek(isSmall ? kSmall : 0);
-    FileReplacement(text, isSmall, std::move(look), charsets_, charsets, pairs, part, write).Run();
+    FileReplacement(text, isSmall, std::move(survey), charsets_, charsets, pairs, part, write)
+        .Run();
 }
 
 } // namespace vexmarrow::vcard

@@ -26,7 +26,7 @@ public:
                 at += decoded.AppendAscii(bytes.substr(at, ascii), base + at);
                 continue;
             }
-            const Unit unit = WellFormedAt(bytes, at);
+            const Unit unit = Utf8UnitAt(bytes, at);
             decoded.Append(unit.value, base + at);
             at += unit.length;
         }

@@ -42,14 +42,14 @@ std::string_view InFileEncoding(const RawLine& line, std::string& room) {
     return line.begins ? line.joined.substr(0, line.header.colon + 1) : std::string_view();
 }
 
-void Count(std::string_view bytes, FileSurvey& look) {
+void Count(std::string_view bytes, FileSurvey& survey) {
     for (;;) {
         bytes.remove_prefix(AsciiLength(bytes));
         if (bytes.empty()) {
             return;
         }
-        const Unit unit = WellFormedAt(bytes, 0);
-        ++(unit.value < kStray ? look.characters : look.strayBytes);
+        const Unit unit = Utf8UnitAt(bytes, 0);
+        ++(unit.value < kStray ? survey.characters : survey.strayBytes);
         bytes.remove_prefix(unit.length);
     }
 }
@@ -57,19 +57,19 @@ void Count(std::string_view bytes, FileSurvey& look) {
 } // namespace
 
 FileSurvey SurveyFile(TextSource& text, Charsets& charsets, bool hasMark) {
-    FileSurvey look;
+    FileSurvey survey;
     LineReader reader(text, charsets, hasMark);
     LineSkimmer skimmer(reader.Cards(), nullptr, true, hasMark);
     std::string room;
     for (RawLine line;;) {
-        Count(reader.Skim(skimmer), look);
+        Count(reader.Skim(skimmer), survey);
         if (!reader.Next(line)) {
-            return look;
+            return survey;
         }
-        Count(InFileEncoding(line, room), look);
+        Count(InFileEncoding(line, room), survey);
         if (line.isFolded && line.context.coding != Coding::Base64) {
-            look.isFolded.resize(std::max(look.isFolded.size(), line.context.card + 1));
-            look.isFolded[line.context.card] = true;
+            survey.isFolded.resize(std::max(survey.isFolded.size(), line.context.card + 1));
+            survey.isFolded[line.context.card] = true;
         }
     }
 }

@@ -36,7 +36,7 @@ void LineChange::Begin(const RawLine& line, const LineText& text) {
     old_ = &text;
     text_ = text.Text();
     stretches_.assign(1, {0, 0});
-    border_ = text.Border();
+    colon_ = text.Colon();
     TakeFolds();
 }
 
@@ -62,12 +62,12 @@ public:
     Search(const LineChange& change, const Pair& pair, LinePart part)
         : text_(change.text_),
           pair_(pair),
-          border_(change.line_->context.hasHeader ? change.border_ : kNowhere),
+          colon_(change.line_->context.hasHeader ? change.colon_ : kNowhere),
           end_(text_.size()) {
         if (part == LinePart::Fields) {
-            end_ = change.border_ == kNowhere ? 0 : change.border_;
+            end_ = change.colon_ == kNowhere ? 0 : change.colon_;
         } else if (part == LinePart::Values) {
-            from_ = change.border_ == kNowhere ? 0 : change.border_ + 1;
+            from_ = change.colon_ == kNowhere ? 0 : change.colon_ + 1;
         }
         const LineContext& context = change.line_->context;
         const bool hasEscapes = context.inCard && context.version == Version::Later;
@@ -89,8 +89,8 @@ public:
                 continue;
             }
             from_ = occurrence.end;
-            occurrence.hasBorder = occurrence.begin <= border_ && border_ < occurrence.end;
-            if (!occurrence.hasBorder || pair_.replace.find(':') != kNowhere) {
+            occurrence.hasColon = occurrence.begin <= colon_ && colon_ < occurrence.end;
+            if (!occurrence.hasColon || pair_.replace.find(':') != kNowhere) {
                 return true;
             }
         }
@@ -99,7 +99,7 @@ public:
 private:
     const std::string& text_;
     const Pair& pair_;
-    std::size_t border_;
+    std::size_t colon_;
     std::size_t from_ = 0;
     std::size_t end_;
     std::size_t escape_; // a backslash that is not escaped itself, the next one or the last
@@ -111,12 +111,12 @@ std::string_view LineChange::NewText(const Pair& pair, const Occurrence& occurre
     if (line_->context.coding != Coding::QuotedPrintable) {
         return pair.replace;
     }
-    if (occurrence.hasBorder) {
+    if (occurrence.hasColon) {
         room_.assign(pair.replace, 0, pair.replace.find(':'));
         room_.append(pair.replaceCoded, pair.replaceCoded.find(':'));
         return room_;
     }
-    const bool inValue = !line_->begins || occurrence.begin > border_;
+    const bool inValue = !line_->begins || occurrence.begin > colon_;
     return inValue ? pair.replaceCoded : pair.replace;
 }
 
@@ -135,7 +135,7 @@ void LineChange::Replace(const Pair& pair, LinePart part) {
     foldsDone_ = 0;
     lastKept_ = kNowhere;
     lastDropped_ = kNowhere;
-    std::size_t nextBorder = border_;
+    std::size_t nextColon = colon_;
     do {
         KeepUpTo(occurrence.begin);
         KeepFoldsAt(occurrence.begin, true);
@@ -143,23 +143,23 @@ void LineChange::Replace(const Pair& pair, LinePart part) {
             ++foldsDone_;
         }
         const std::string_view newText = NewText(pair, occurrence);
-        if (occurrence.hasBorder) {
-            nextBorder = nextText_.size() + newText.find(':');
-        } else if (border_ != kNowhere && occurrence.begin < border_) {
-            nextBorder = nextBorder + newText.size() - pair.find.size();
+        if (occurrence.hasColon) {
+            nextColon = nextText_.size() + newText.find(':');
+        } else if (colon_ != kNowhere && occurrence.begin < colon_) {
+            nextColon = nextColon + newText.size() - pair.find.size();
         }
-        PutIn(newText);
+        Insert(newText);
         done_ = occurrence.end;
     } while (search.Next(occurrence));
     KeepUpTo(text_.size());
     KeepFoldsAt(text_.size(), false);
-    border_ = nextBorder;
+    colon_ = nextColon;
     text_.swap(nextText_);
     stretches_.swap(nextStretches_);
     folds_.swap(nextFolds_);
 }
 
-void LineChange::PutIn(std::string_view newText) {
+void LineChange::Insert(std::string_view newText) {
     if (newText.empty()) {
         return;
     }
@@ -229,7 +229,7 @@ void LineChange::DropFolds() {
         return origin != kNew && old_->InJoined(origin) != before.at &&
                IsBlank(line_->joined[old_->InJoined(origin)]); // and is not coded
     };
-    folds_.erase(std::remove_if(folds_.begin(), folds_.end(), isBeforeKeptBlank), folds_.end());
+    std::erase_if(folds_, isBeforeKeptBlank);
     const auto endsNewly = [&] {
         return !folds_.empty() && line_->ends && folds_.back().at == text_.size() &&
                line_->folds[folds_.back().number].at < line_->joined.size();

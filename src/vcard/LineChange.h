@@ -42,20 +42,20 @@ public:
     const std::vector<KeptFold>& Folds() const { return folds_; }
 
     /// Where the separating colon is now; npos if there is none.
-    std::size_t Border() const { return border_; }
+    std::size_t Colon() const { return colon_; }
 
 private:
     class Search;
     struct Occurrence {
         std::size_t begin = 0;
         std::size_t end = 0;
-        bool hasBorder = false; ///< the separating colon is in it
+        bool hasColon = false; ///< the separating colon is in it
     };
 
     void Begin(const RawLine& line, const LineText& text);
     void TakeFolds();
     void Replace(const Pair& pair, LinePart part);
-    void PutIn(std::string_view newText);
+    void Insert(std::string_view newText);
     void KeepUpTo(std::size_t end);
     void KeepFoldsAt(std::size_t place, bool isBlankReplaced);
     void KeepFold(const KeptFold& fold, std::size_t place);
@@ -68,7 +68,7 @@ private:
     std::string text_;
     std::vector<Stretch> stretches_;
     std::vector<KeptFold> folds_;
-    std::size_t border_ = 0;
+    std::size_t colon_ = 0;
 
     // What a pair makes of these, up to what was done so far.
     std::string nextText_;

@@ -59,8 +59,8 @@ void LineDecoder::Shorten(RawLine& line) {
     constexpr std::size_t kMore = 64;
     constexpr std::size_t kLongestUnit = 4; // of charsets whose bytes do not tell where one begins
     const std::string_view joined = line.joined;
-    const bool isTold = line.context.charset == nullptr || line.context.charset->IsUtf8();
-    std::size_t left = (kMostUnits + kMore) * (isTold ? 1 : kLongestUnit);
+    const bool tellsUnits = line.context.charset == nullptr || line.context.charset->IsUtf8();
+    std::size_t left = (kMostUnits + kMore) * (tellsUnits ? 1 : kLongestUnit);
     if (joined.size() <= left) {
         return;
     }
@@ -69,7 +69,7 @@ void LineDecoder::Shorten(RawLine& line) {
     for (std::size_t at = 0; at < joined.size();) {
         const bool isCode = isQuoted && at >= value && IsCode(joined, at);
         const bool continues = ContinuesUnit(isCode ? ByteOfCode(joined, at) : joined[at]);
-        if ((!continues || !isTold) && left-- == 0) {
+        if ((!continues || !tellsUnits) && left-- == 0) {
             CutAt(at, line);
             return;
         }
@@ -96,11 +96,10 @@ void LineDecoder::Decode(const RawLine& line, LineText& text, std::size_t most) 
             text.valueCharset_ = CharsetOfCoded(line.ends);
         }
     }
-    text.border_ = value > 0 && value <= joined.size() && line.header.colon != Header::kNone
-                       ? value - 1
-                       : std::string_view::npos;
+    const std::size_t colon = line.header.colon;
+    text.colon_ = colon < joined.size() ? colon : std::string_view::npos;
     if (!text.isJoined_) {
-        if (isQuoted && IsUtf8Alike(joined.substr(0, value), text)) {
+        if (isQuoted && IsAllUtf8(joined.substr(0, value), text)) {
             text.decoded_.text.assign(joined, 0, value).append(bytes_);
         } else {
             Locate(line, text);
@@ -130,8 +129,8 @@ void LineDecoder::Cut(RawLine& line, LineText& text) {
 
 /// Whether the text of a coded line is its header and the bytes of its value, which are taken out
 /// of their codes already.
-bool LineDecoder::IsUtf8Alike(std::string_view header, const LineText& text) const {
-    return text.valueCharset_ != nullptr && text.valueCharset_->IsUtf8() && beside_.size() == 1 &&
+bool LineDecoder::IsAllUtf8(std::string_view header, const LineText& text) const {
+    return text.valueCharset_ != nullptr && text.valueCharset_->IsUtf8() && rawRuns_.size() == 1 &&
            IsUtf8(bytes_) && (IsAscii(header) || (charsets_.file->IsUtf8() && IsUtf8(header)));
 }
 
@@ -143,8 +142,8 @@ void LineDecoder::Locate(const RawLine& line, LineText& text) {
     const std::size_t value = BeginOfValue(line);
     text.decoded_.Begin(most_);
     charsets_.file->Decode(joined.substr(0, value), 0, text.decoded_);
-    if (text.border_ != std::string_view::npos) {
-        text.border_ = text.decoded_.text.size() - 1;
+    if (text.colon_ != std::string_view::npos) {
+        text.colon_ = text.decoded_.text.size() - 1;
     }
     if (line.context.coding == Coding::QuotedPrintable) {
         needsPlaces_ = true;
@@ -162,7 +161,7 @@ void LineDecoder::Locate(const RawLine& line, LineText& text) {
 void LineDecoder::Uncode(std::string_view joined, std::size_t value) {
     bytes_.clear();
     places_.clear();
-    beside_.clear();
+    rawRuns_.clear();
     for (std::size_t at = value; at < joined.size();) {
         const std::size_t equals = std::min(joined.find('=', at), joined.size());
         AddBytes(joined.substr(at, equals - at), at);
@@ -179,7 +178,7 @@ void LineDecoder::Uncode(std::string_view joined, std::size_t value) {
         }
     }
     places_.push_back(static_cast<std::uint32_t>(joined.size()));
-    beside_.push_back({bytes_.size(), joined.size(), joined.size()});
+    rawRuns_.push_back({bytes_.size(), joined.size(), joined.size()});
 }
 
 /// Adds bytes of the value that are not coded.
@@ -203,7 +202,7 @@ void LineDecoder::AddBytes(std::string_view bytes, std::size_t place) {
             ++at;
         }
         if (at > begin) {
-            beside_.push_back({bytes_.size(), place + begin, place + at});
+            rawRuns_.push_back({bytes_.size(), place + begin, place + at});
         }
     }
 }
@@ -214,15 +213,15 @@ const Charset* LineDecoder::CharsetOfCoded(bool isWhole) const {
         return charsets_.hasMark ? charsets_.utf8 : charsets_.file;
     }
     std::size_t begin = 0;
-    for (const Beside& beside : beside_) {
-        std::string_view run = std::string_view(bytes_).substr(begin, beside.at - begin);
-        if (!isWhole && &beside == &beside_.back()) {
+    for (const RawRun& raw : rawRuns_) {
+        std::string_view run = std::string_view(bytes_).substr(begin, raw.at - begin);
+        if (!isWhole && &raw == &rawRuns_.back()) {
             run = WithoutTornUnit(run);
         }
         if (!IsUtf8(run)) {
             return charsets_.page;
         }
-        begin = beside.at;
+        begin = raw.at;
     }
     return charsets_.utf8;
 }
@@ -230,8 +229,8 @@ const Charset* LineDecoder::CharsetOfCoded(bool isWhole) const {
 void LineDecoder::DecodeCoded(std::string_view joined, LineText& text) {
     DecodedText& decoded = text.decoded_;
     std::size_t begin = 0;
-    for (const Beside& beside : beside_) {
-        const std::string_view run = std::string_view(bytes_).substr(begin, beside.at - begin);
+    for (const RawRun& raw : rawRuns_) {
+        const std::string_view run = std::string_view(bytes_).substr(begin, raw.at - begin);
         run_.Begin(decoded.room);
         text.valueCharset_->Decode(run, begin, run_);
         decoded.text.append(run_.text);
@@ -239,9 +238,8 @@ void LineDecoder::DecodeCoded(std::string_view joined, LineText& text) {
         for (const std::uint32_t byte : run_.from) {
             decoded.from.push_back(places_[byte]);
         }
-        charsets_.file->Decode(joined.substr(beside.begin, beside.end - beside.begin), beside.begin,
-                               decoded);
-        begin = beside.at;
+        charsets_.file->Decode(joined.substr(raw.begin, raw.end - raw.begin), raw.begin, decoded);
+        begin = raw.at;
     }
 }
 

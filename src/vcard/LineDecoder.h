@@ -38,13 +38,13 @@ public:
 
 private:
     /// A character of the file amid coded bytes, which is not decoded with them.
-    struct Beside {
+    struct RawRun {
         std::size_t at = 0;    // in bytes_
         std::size_t begin = 0; // in the joined line
         std::size_t end = 0;
     };
 
-    bool IsUtf8Alike(std::string_view header, const LineText& text) const;
+    bool IsAllUtf8(std::string_view header, const LineText& text) const;
     void DecodeCoded(std::string_view joined, LineText& text);
     void Uncode(std::string_view joined, std::size_t value);
     void AddBytes(std::string_view bytes, std::size_t place);
@@ -55,7 +55,7 @@ private:
     std::vector<std::uint32_t> places_; // of each in the joined line, where they are needed
     bool needsPlaces_ = false;
     std::size_t most_ = 0; // units to decode
-    std::vector<Beside> beside_;
+    std::vector<RawRun> rawRuns_;
     DecodedText run_;
 };
 

@@ -20,7 +20,7 @@ public:
     bool IsJoined() const { return isJoined_; }
 
     /// Where the separating colon is in the text; npos where there is none.
-    std::size_t Border() const { return border_; }
+    std::size_t Colon() const { return colon_; }
 
     /// Where in the joined line the unit begins that begins at a place of the text; for the end of
     /// the text, where that of the joined line is. Only after LineDecoder::Locate.
@@ -42,7 +42,7 @@ private:
     bool isJoined_ = true;
     bool isLocated_ = true;
     DecodedText decoded_;
-    std::size_t border_ = std::string_view::npos;
+    std::size_t colon_ = std::string_view::npos;
     const Charset* valueCharset_ = nullptr;
 };
 

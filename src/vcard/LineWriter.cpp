@@ -31,7 +31,7 @@ void LineWriter::Write(const RawLine& line, const LineText& text, const LineChan
     }
     if (!isQuoted_ && line.folds.empty()) {
         WriteJoined(false);
-        if (!IsToBeBroken(file_.CountUnits(joined_), 0)) {
+        if (!NeedsBreak(file_.CountUnits(joined_), 0)) {
             out_.swap(joined_);
             return;
         }
@@ -45,12 +45,12 @@ bool LineWriter::IsPlain() const {
     const std::string& changed = change_->Text();
     return !isQuoted_ && line_->folds.empty() && text_->IsJoined() && charsets_.file->IsUtf8() &&
            line_->context.charset == nullptr && IsUtf8(changed) &&
-           !IsToBeBroken(file_.CountUnits(changed), 0);
+           !NeedsBreak(file_.CountUnits(changed), 0);
 }
 
 /// Whether what stands at a place of the changed text belongs to the value.
 bool LineWriter::IsInValue(std::size_t place) const {
-    return !line_->begins || place > change_->Border();
+    return !line_->begins || place > change_->Colon();
 }
 
 void LineWriter::WriteJoined(bool unitByUnit) {
@@ -60,7 +60,7 @@ void LineWriter::WriteJoined(bool unitByUnit) {
     expected_.clear();
     nextKept_ = 0;
     nextInner_ = 0;
-    border_ = line_->begins ? std::string_view::npos : 0;
+    valueAt_ = line_->begins ? std::string_view::npos : 0;
     const auto& stretches = change_->Stretches();
     for (std::size_t i = 0; i < stretches.size(); ++i) {
         const std::size_t begin = stretches[i].begin;
@@ -105,8 +105,8 @@ void LineWriter::KeepUnits(std::size_t begin, std::size_t end, std::uint32_t ori
             {static_cast<std::uint32_t>(joined_.size()), static_cast<std::uint32_t>(from)});
         joined_.append(line_->joined, from, to - from);
         expected_.append(changed, at, length);
-        if (at == change_->Border()) {
-            border_ = joined_.size();
+        if (at == change_->Colon()) {
+            valueAt_ = joined_.size();
         }
         at += length;
     }
@@ -118,8 +118,8 @@ void LineWriter::AddUnits(std::size_t begin, std::size_t end) {
         const Unit unit = UnitAt(changed, at);
         TakeFoldsUpTo(at);
         AddUnit(unit.value, IsInValue(at));
-        if (at == change_->Border()) {
-            border_ = joined_.size();
+        if (at == change_->Colon()) {
+            valueAt_ = joined_.size();
         }
         at += unit.length;
     }
@@ -164,8 +164,8 @@ std::string_view LineWriter::TokenBytes(std::size_t token) const {
 
 /// Whether a unit is an old `=` of a value that stands for itself.
 bool LineWriter::IsLiteralEquals(std::size_t token) const {
-    return isQuoted_ && tokens_[token].at >= border_ && tokens_[token].origin != LineChange::kNew &&
-           TokenBytes(token) == "=";
+    return isQuoted_ && tokens_[token].at >= valueAt_ &&
+           tokens_[token].origin != LineChange::kNew && TokenBytes(token) == "=";
 }
 
 void LineWriter::WritePhysicalLines() {
@@ -191,7 +191,7 @@ void LineWriter::AddToken(std::size_t token, std::size_t& fold) {
     std::string_view bytes = TokenBytes(token);
     const std::size_t at = tokens_[token].at;
     const bool isNew = tokens_[token].origin == LineChange::kNew;
-    const bool inCodedValue = isQuoted_ && at >= border_;
+    const bool inCodedValue = isQuoted_ && at >= valueAt_;
     const bool mayBreakBefore =
         isQuoted_ ? inCodedValue && !IsBlank(bytes.front()) : line_->context.inCard;
     if (!physical_.empty() && mayBreakBefore) {
@@ -220,13 +220,13 @@ void LineWriter::EndPhysicalLine(const LineChange::KeptFold* fold, std::size_t t
     const Fold* const old = fold == nullptr ? nullptr : &line_->folds[fold->number];
     const bool isSoft = old != nullptr && old->isSoftBreak;
     if (isQuoted_ && !isSoft && tokens > 0 && (old != nullptr || line_->ends)) {
-        MendEnd(old == nullptr ? line_->joined.size() : old->at, tokens);
+        ProtectEnd(old == nullptr ? line_->joined.size() : old->at, tokens);
     }
     const std::size_t lastOld = fold == nullptr ? line_->folds.size() : fold->number;
     const std::size_t blank = beginsWithBlank_ ? 1 : 0;
     const std::size_t length = blank + file_.CountUnits(physical_) + (isSoft ? 1 : 0);
-    if (IsToBeBroken(length, lastOld)) {
-        Break(blank, length);
+    if (NeedsBreak(length, lastOld)) {
+        BreakUp(blank, length);
     }
     out_.append(physical_);
     if (old != nullptr) {
@@ -241,9 +241,9 @@ void LineWriter::EndPhysicalLine(const LineChange::KeptFold* fold, std::size_t t
 /// In quoted-printable, a blank that newly ends a physical line is coded, for it could get lost;
 /// and so is an `=` that would newly break it softly. `oldEnd` is where it ended in the old joined
 /// line.
-void LineWriter::MendEnd(std::size_t oldEnd, std::size_t tokens) {
+void LineWriter::ProtectEnd(std::size_t oldEnd, std::size_t tokens) {
     std::size_t token = tokens - 1;
-    if (tokens_[token].at < border_ || physical_.empty()) {
+    if (tokens_[token].at < valueAt_ || physical_.empty()) {
         return;
     }
     const Token& last = tokens_[token];
@@ -269,9 +269,9 @@ void LineWriter::MendEnd(std::size_t oldEnd, std::size_t tokens) {
 }
 
 /// The length of the longest of some old physical lines, in the file's units.
-std::size_t LineWriter::OldLength(std::size_t first, std::size_t last) const {
+std::size_t LineWriter::OldLength(std::size_t last) const {
     std::size_t longest = 0;
-    for (std::size_t i = first; i <= last; ++i) {
+    for (std::size_t i = firstOld_; i <= last; ++i) {
         const bool isFirst = i == 0;
         const bool isLast = i == line_->folds.size();
         const std::size_t begin = isFirst ? 0 : line_->folds[i - 1].at;
@@ -289,28 +289,25 @@ std::size_t LineWriter::OldLength(std::size_t first, std::size_t last) const {
 
 /// Whether a physical line of that length has become too long, and lines like it are broken. It is
 /// made from the old ones up to that number.
-bool LineWriter::IsToBeBroken(std::size_t length, std::size_t lastOld) const {
+bool LineWriter::NeedsBreak(std::size_t length, std::size_t lastOld) const {
     const std::size_t most = isQuoted_ ? kLongestCoded : kLongestLine;
-    if (length <= most || OldLength(firstOld_, lastOld) > most) {
+    if (length <= most || OldLength(lastOld) > most) {
         return false;
     }
     const bool mayFold = line_->context.inCard && line_->context.version == Version::Later &&
                          line_->context.coding != Coding::Base64;
-    return isQuoted_ || (mayFold && folding_->isUsual());
+    return isQuoted_ || (mayFold && folding_->isCardFolded());
 }
 
-void LineWriter::Break(std::size_t column, std::size_t left) {
+void LineWriter::BreakUp(std::size_t column, std::size_t left) {
     const std::string_view whole = physical_;
     const std::size_t most = isQuoted_ ? kLongestCoded : kLongestLine;
     const std::size_t room = most - (isQuoted_ ? 1 : 0); // with that of a soft break
     const std::size_t indent = isQuoted_ ? 0 : 1;
     std::size_t begin = 0;
     broken_.clear();
-    breaks_.erase(std::remove_if(breaks_.begin(), breaks_.end(),
-                                 [&](std::size_t at) {
-                                     return isQuoted_ && BeginsLikeFrame(whole.substr(at));
-                                 }),
-                  breaks_.end());
+    std::erase_if(breaks_,
+                  [&](std::size_t at) { return isQuoted_ && BeginsLikeFrame(whole.substr(at)); });
     for (auto next = breaks_.cbegin(); next != breaks_.cend() && left > most;) {
         // The last place for which there is room, or the first there is.
         std::size_t at = *next;

@@ -29,7 +29,7 @@ public:
     /// What a line may be folded with that has become too long.
     struct Folding {
         std::string_view lineEnd;
-        std::function<bool()> isUsual; ///< whether lines of this card are folded at all
+        std::function<bool()> isCardFolded; ///< whether lines of this card are folded at all
     };
 
     /// Writes a line without its end.
@@ -64,10 +64,10 @@ private:
     void WritePhysicalLines();
     void AddToken(std::size_t token, std::size_t& fold);
     void EndPhysicalLine(const LineChange::KeptFold* fold, std::size_t tokens);
-    void MendEnd(std::size_t oldEnd, std::size_t tokens);
-    std::size_t OldLength(std::size_t first, std::size_t last) const;
-    bool IsToBeBroken(std::size_t length, std::size_t lastOld) const;
-    void Break(std::size_t column, std::size_t left);
+    void ProtectEnd(std::size_t oldEnd, std::size_t tokens);
+    std::size_t OldLength(std::size_t last) const;
+    bool NeedsBreak(std::size_t length, std::size_t lastOld) const;
+    void BreakUp(std::size_t column, std::size_t left);
 
     FileCharsets charsets_;
     const TextSource& file_;
@@ -81,7 +81,7 @@ private:
     std::string joined_; // the new line without folds
     std::vector<Token> tokens_;
     std::vector<LineChange::KeptFold> folds_; // in joined_
-    std::size_t border_ = 0;                  // in joined_: where the value begins
+    std::size_t valueAt_ = 0;                 // in joined_: where the value begins
     std::string expected_;
     std::size_t nextKept_ = 0;  // of the folds that the change has kept
     std::size_t nextInner_ = 0; // of the old folds, which may be within a unit

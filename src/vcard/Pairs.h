@@ -37,8 +37,8 @@ public:
 struct Pairs {
     std::vector<Pair> list;
     const PairFinder* finder = nullptr;
-    bool findAscii = true; ///< all find texts are ASCII
-    bool mayGrow = false;  ///< a line may become longer, in whatever it is encoded
+    bool areFindsAscii = true; ///< all find texts are ASCII
+    bool mayGrowLines = false; ///< a line may become longer, in whatever it is encoded
 };
 
 } // namespace vexmarrow::vcard

@@ -25,7 +25,7 @@ Unit UnitAt(std::string_view text, std::size_t place) {
     return {value, length};
 }
 
-Unit WellFormedAt(std::string_view bytes, std::size_t place) {
+Unit Utf8UnitAt(std::string_view bytes, std::size_t place) {
     const auto first = static_cast<unsigned char>(bytes[place]);
     if (first < 0x80) {
         return {first, 1};

@@ -25,7 +25,7 @@ struct Unit {
 Unit UnitAt(std::string_view text, std::size_t place);
 
 /// The code point of well-formed UTF-8 at a place; a stray byte where it is not.
-Unit WellFormedAt(std::string_view bytes, std::size_t place);
+Unit Utf8UnitAt(std::string_view bytes, std::size_t place);
 
 /// Appends the spelling of a unit.
 void AppendUnit(char32_t unit, std::string& text);
