@@ -23,13 +23,12 @@
 namespace vexmarrow::vcard {
 namespace {
 
-/// Files up to this size are in memory as a whole, and are looked at a second time only where that
-/// is needed.
+/// Smaller files are held in memory as a whole, and are surveyed only when that is needed.
 constexpr std::size_t kSmall = std::size_t{8} * 1024 * 1024;
 
 constexpr std::size_t kBlock = std::size_t{64} * 1024; // bytes that are written at once
 
-/// Whether all text from here on is UTF-8. Where there is nothing else for very long, it says no.
+/// Whether all text that is left is UTF-8. Says no, too, if a long part has no ASCII at all.
 bool IsUtf8ToEnd(TextSource& text) {
     constexpr std::size_t kPart = std::size_t{256} * 1024;
     for (;;) {
@@ -37,7 +36,7 @@ bool IsUtf8ToEnd(TextSource& text) {
         if (part.size() < kPart) {
             return IsUtf8(part);
         }
-        std::size_t size = part.size(); // up to where no character can be cut
+        std::size_t size = part.size(); // ends after ASCII, so that no character is cut
         while (size > 0 && static_cast<unsigned char>(part[size - 1]) >= 0x80) {
             --size;
         }
@@ -54,7 +53,7 @@ std::string_view LineEndIn(std::string_view fold) {
     return fold.substr(0, LengthOfLineEnd(fold));
 }
 
-/// The line end that lines end with.
+/// The line end at the end of some lines.
 std::string_view LastLineEnd(std::string_view lines) {
     std::size_t begin = lines.size() - 1;
     while (begin > 0 && lines.back() == '\n' && lines[begin - 1] == '\r' &&
@@ -64,7 +63,7 @@ std::string_view LastLineEnd(std::string_view lines) {
     return lines.substr(begin);
 }
 
-/// The work on one file.
+/// Replaces in one file.
 class FileReplacement {
 public:
     FileReplacement(TextSource& text, bool isSmall, std::optional<FileSurvey> survey,
@@ -109,20 +108,20 @@ private:
         }
     }
 
-    /// A field is not worked on in pieces where its value follows by itself.
+    /// A line whose value is not searched has its field searched only if that is one piece.
     bool IsSearched() const {
         const bool isPiece =
             line_.context.unsearched == Unsearched::No || line_.joined.size() <= kMostUnits;
         return !line_.isUnsearched && !line_.context.isFrame && isPiece;
     }
 
-    /// Puts the line as the pairs have changed it; false, and nothing put, if it stays.
+    /// Puts the changed line. If the line has to stay, puts nothing and returns false.
     bool Change() {
         LineDecoder::Shorten(line_);
         decoder_.Decode(line_, lineText_, kMostUnits + 1);
         decoder_.Cut(line_, lineText_);
         if (!line_.ends && line_.context.unsearched == Unsearched::No) {
-            line_.context.charset = lineText_.ValueCharset(); // the same for all its parts
+            line_.context.charset = lineText_.ValueCharset(); // for all parts of the line
             reader_.ContinueAfter(line_);
         }
         const std::size_t first = pairs_.finder->FirstFound(lineText_.Text(), 0);
@@ -142,12 +141,13 @@ private:
         return true;
     }
 
-    /// Whether the line would go on with the one before it.
+    /// Whether the changed line would continue the line before it.
     bool BeginsNewlyWithBlank() const {
         return line_.begins && BeginsWithBlank(writer_.Raw()) && !BeginsWithBlank(line_.raw);
     }
 
-    /// Whether nothing is left between two line ends that are one then: CR, and LF or CR LF.
+    /// Whether the change removes all that is between a CR and the line's LF or CR LF, which would
+    /// then be a single line end.
     bool JoinsLineEnds() const {
         const std::string_view raw = writer_.Raw();
         const bool isBehindReturn =
@@ -177,7 +177,7 @@ private:
         if (line_.isFolded) {
             return true;
         }
-        if (!survey_) { // so that the file is small
+        if (!survey_) { // a small file, which is still in memory
             TextSource whole(whole_);
             survey_ = SurveyFile(whole, charsets_, hasMark_);
         }
@@ -185,8 +185,8 @@ private:
                survey_->isFolded[line_.context.card];
     }
 
-    /// Puts bytes of the text. In a small file they stay where they are until others follow, so
-    /// that whatever lies between changed lines is put at once.
+    /// Puts bytes of the text. In a small file these are not copied while more of the text follows,
+    /// so that all bytes between two changed lines are written at once.
     void Put(std::string_view bytes) {
         if (!isSmall_) {
             PutNew(bytes);
@@ -204,7 +204,7 @@ private:
     }
 
     void PutKept() {
-        constexpr std::size_t kMany = 2048; // too many to be copied once more
+        constexpr std::size_t kMany = 2048; // too many to copy
         Append(std::exchange(kept_, {}), kMany);
     }
 
@@ -227,14 +227,14 @@ private:
     }
 
     TextSource& text_;
-    std::string_view whole_; // of a small file, without its mark
+    std::string_view whole_; // the text of a small file
     std::optional<FileSurvey> survey_;
     Charsets& charsets_;
     bool hasMark_;
     const Pairs& pairs_;
     LinePart part_;
     const std::function<void(std::string_view)>& write_;
-    bool isSmall_; // so that all of the text is in memory
+    bool isSmall_; // the whole text is in memory
     LineReader reader_;
     LineSkimmer skimmer_;
     LineDecoder decoder_;
@@ -245,8 +245,8 @@ private:
     RawLine lineAgain_;
     LineText textAgain_;
     std::string lastEnd_;
-    std::string out_;       // what is to be written next
-    std::string_view kept_; // and after it
+    std::string out_;       // bytes to write next
+    std::string_view kept_; // bytes of the text to write after out_
     std::string room_;
 };
 
@@ -259,7 +259,7 @@ void CardReplacer::Replace(InputFile& file, const Pairs& pairs, LinePart part, c
     const std::string_view whole = text.Peek(kSmall);
     const bool isSmall = whole.size() < kSmall;
     std::optional<FileSurvey> survey;
-    bool needsSurvey = !isSmall && pairs.mayGrowLines; // at the folds of the cards
+    bool needsSurvey = !isSmall && pairs.mayGrowLines; // to learn how cards are folded
     if (!needsSurvey && !charsets.hasMark) {
         needsSurvey = !(isSmall ? IsUtf8(whole) : IsUtf8ToEnd(text));
     }

@@ -17,15 +17,15 @@ class InputFile;
 
 namespace vexmarrow::vcard {
 
-/// Replaces in files as contact cards are read: in logical lines, which may be folded and coded.
-/// docs/VCARDS.md tells the rules. Every byte outside of logical lines whose text changes comes out
-/// as it went in, whatever the file holds.
+/// Replaces text in files that are read as contact cards: in logical lines, which may be folded and
+/// coded. docs/VCARDS.md gives the rules. Outside logical lines whose text changes, every byte
+/// stays as it is, whatever the file holds.
 class CardReplacer {
 public:
-    /// Reads a file from its front to its end and hands the result to `write` in parts of any size.
-    /// `page` is for what has no mark and is not UTF-8; it must stay in memory as long as this.
-    /// A part is handed over only when `write` may change the file that it is read from: nothing
-    /// is read twice after that. Failures are those of InputFile and of `write`.
+    /// Reads a file and passes the result to `write` in parts of any size. `page` is the charset of
+    /// text that has no mark and is not UTF-8; it must outlive this object. When `write` is called
+    /// for the first time, no byte of the file has to be read a second time, so `write` may begin
+    /// to change the file. Failures are those of InputFile and of `write`.
     void Replace(InputFile& file, const Pairs& pairs, LinePart part, const CodePage& page,
                  const std::function<void(std::string_view)>& write);
 

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t kVersionReach = std::size_t{64} * 1024; // bytes from BEGIN to VERSION
 
-/// The version of the card at the beginning of a window: that of its own first VERSION line.
+/// The version of the card at the beginning of a window: the first VERSION line of its own counts.
 Version FindVersion(std::string_view window) {
     PhysicalLine line;
     std::size_t depth = 0;
@@ -41,7 +41,7 @@ void CardStack::Begin(std::string_view window, bool isWithin) {
     if (!isWithin) {
         open_.clear();
     }
-    // Deep within others, a card is read as most are: each BEGIN would have much searched.
+    // Cards that are nested deeply are not searched for a version, which would take long for each.
     constexpr std::size_t kDeep = 16;
     open_.push_back({open_.size() < kDeep ? FindVersion(window) : Version::Later, begun_++});
 }

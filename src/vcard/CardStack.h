@@ -11,19 +11,19 @@
 
 namespace vexmarrow::vcard {
 
-/// How much text has to be at hand to begin a card, unless it ends before that.
+/// How many bytes from BEGIN on must be in memory to begin a card, unless the text ends earlier.
 inline constexpr std::size_t kLookForVersion = std::size_t{128} * 1024;
 
-/// The cards that have begun and not ended, one within the other.
+/// The cards that have begun and not ended, each inside the one before it.
 class CardStack {
 public:
     bool Any() const { return !open_.empty(); }
 
-    // Of the innermost.
+    // Of the innermost card.
     Version CardVersion() const { return open_.back().version; }
     std::size_t Number() const { return open_.back().number; }
 
-    /// Begins the card at the beginning of `window`: within the innermost, or in place of all.
+    /// Begins the card at the beginning of `window`: inside the innermost one, or instead of all.
     void Begin(std::string_view window, bool isWithin);
     void End() { open_.pop_back(); }
 

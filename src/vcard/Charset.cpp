@@ -74,7 +74,7 @@ private:
 };
 
 constexpr std::size_t kBytes = 256;
-using ByteTable = std::array<char32_t, kBytes>; // what each byte stands for
+using ByteTable = std::array<char32_t, kBytes>; // the unit of each byte
 
 class TableCharset final : public Charset {
 public:
@@ -112,8 +112,7 @@ struct CloseConverter {
 };
 using Converter = std::unique_ptr<UConverter, CloseConverter>;
 
-/// What the bytes at the beginning of others stand for, and how many they are: kStray where they
-/// stand for nothing.
+/// Decodes the first unit of `bytes`. Its value is kStray if its bytes stand for no character.
 Unit NextOf(UConverter* converter, std::string_view bytes) {
     ucnv_resetToUnicode(converter);
     UErrorCode error = U_ZERO_ERROR;
@@ -126,7 +125,7 @@ Unit NextOf(UConverter* converter, std::string_view bytes) {
             static_cast<std::uint8_t>(std::clamp<std::size_t>(length, 1, kLongest))};
 }
 
-/// A charset in which a character has one byte or several, and no state.
+/// A charset without states in which a character has one byte or more.
 class SeveralBytesCharset final : public Charset {
 public:
     explicit SeveralBytesCharset(Converter converter) : converter_(std::move(converter)) {}
@@ -173,13 +172,13 @@ private:
     Converter converter_;
 };
 
-/// Whether names of charsets have this sign.
+/// Whether a charset's name may hold this byte.
 bool IsOfNames(char sign) {
     return IsLetterOrDigit(sign) ||
            std::string_view("-_.:+ \t").find(sign) != std::string_view::npos;
 }
 
-/// Makes the charset of a converter; null for a kind that is not searched.
+/// Makes the charset of that name; null if values in it are not searched.
 std::unique_ptr<const Charset> MakeCharset(const std::string& name) {
     UErrorCode error = U_ZERO_ERROR;
     Converter converter(ucnv_open(name.c_str(), &error));
@@ -208,7 +207,7 @@ std::unique_ptr<const Charset> MakeCharset(const std::string& name) {
         if (isPrintable && table[i] != i) {
             return nullptr;
         }
-        if (i < 0x80) { // some tables of old systems have control characters change places
+        if (i < 0x80) { // some old tables swap control characters
             table[i] = static_cast<char32_t>(i);
         }
     }
@@ -237,7 +236,7 @@ Charsets::Charsets()
       ofUtf32_(std::make_unique<UnitsCharset>(false)) {}
 
 const Charset* Charsets::Named(std::string_view name) {
-    // The library passes over other signs, ends at a NUL and takes options after a comma.
+    // The library ignores other bytes, stops at a NUL and reads options after a comma.
     if (!std::all_of(name.begin(), name.end(), IsOfNames)) {
         return nullptr;
     }

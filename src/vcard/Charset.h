@@ -22,19 +22,19 @@ namespace vexmarrow::vcard {
 
 enum class EncodingMark;
 
-/// Decoded text, and where each unit of it comes from.
+/// Decoded text, and the place from which each unit was decoded.
 struct DecodedText {
     std::string text;
-    /// For each byte of the text: where the bytes begin that its unit was decoded from.
+    /// For each byte of the text, the place of the bytes from which its unit was decoded.
     std::vector<std::uint32_t> from;
-    std::size_t room = 0; ///< for so many more units
+    std::size_t room = 0; ///< how many more units may be appended
 
     void Append(char32_t unit, std::size_t begin) {
         AppendUnit(unit, text);
         from.resize(text.size(), static_cast<std::uint32_t>(begin));
         --room;
     }
-    /// Appends bytes of ASCII; returns for how many there was room.
+    /// Appends ASCII while there is room; returns the number of bytes appended.
     std::size_t AppendAscii(std::string_view bytes, std::size_t begin) {
         const std::size_t size = from.size();
         bytes = bytes.substr(0, room);
@@ -52,7 +52,7 @@ struct DecodedText {
     }
 };
 
-/// How bytes stand for units.
+/// A rule by which bytes stand for units (vcard/Units.h).
 class Charset {
 public:
     Charset() = default;
@@ -60,35 +60,35 @@ public:
     Charset& operator=(const Charset&) = delete;
     virtual ~Charset() = default;
 
-    /// Appends what `bytes` stand for, as long as there is room; `base` is added to the places
-    /// where units begin. A byte that stands for nothing is a unit above kStray. Never fails.
+    /// Appends the units of `bytes` while there is room. `base` is added to their places. A byte
+    /// that stands for no character becomes a stray byte. Never fails.
     virtual void Decode(std::string_view bytes, std::size_t base, DecodedText& decoded) const = 0;
 
-    /// Appends the bytes of a unit; false, and nothing appended, when it has none.
+    /// Appends the bytes of a unit; appends nothing and returns false if the charset lacks it.
     virtual bool Encode(char32_t unit, std::string& bytes) const = 0;
 
-    /// Whether text is its bytes, as long as nothing is stray.
+    /// Whether well-formed UTF-8 is decoded to the same bytes.
     virtual bool IsUtf8() const { return false; }
 };
 
-/// How text is encoded where no line names a charset.
+/// The charsets of a file's text, for lines that name none.
 struct FileCharsets {
-    const Charset* file = nullptr; ///< of the file
+    const Charset* file = nullptr; ///< of text that is not coded
     const Charset* page = nullptr; ///< the code page
     const Charset* utf8 = nullptr;
-    bool hasMark = false; ///< so that other charsets count for coded values only
+    bool hasMark = false; ///< then charsets that lines name count for coded values only
 };
 
-/// All charsets that were needed so far, each made once.
+/// Makes charsets, each only once. They live as long as this object.
 class Charsets {
 public:
     Charsets();
 
-    /// The charset that a card names. Null for one that is unknown, has states, has units of more
-    /// than a byte, or in which bytes below 80 are not ASCII: values in it are not searched.
+    /// The charset of that name. Null for one that is unknown, has states, has units of more than
+    /// a byte, or does not keep ASCII: values in such a charset are not searched.
     const Charset* Named(std::string_view name);
 
-    /// Those of a file without names. `page` must stay in memory as long as this.
+    /// The charsets of a file, as if it were UTF-8 if it has no mark. `page` must outlive this.
     FileCharsets OfFile(EncodingMark mark, const CodePage& page);
 
 private:

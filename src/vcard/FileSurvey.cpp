@@ -15,7 +15,7 @@
 namespace vexmarrow::vcard {
 namespace {
 
-/// A part of a value that is not searched, without its folds: they may lie within characters.
+/// A part of a value that is not searched, without the folds, which may cut characters.
 std::string_view Unfolded(const RawLine& line, std::string& room) {
     if (AsciiLength(line.raw) == line.raw.size()) {
         return line.raw;
@@ -31,7 +31,7 @@ std::string_view Unfolded(const RawLine& line, std::string& room) {
     return room;
 }
 
-/// The part of a line that is in the encoding of its file.
+/// The bytes of a line that are in the encoding of the file.
 std::string_view InFileEncoding(const RawLine& line, std::string& room) {
     if (line.isUnsearched) {
         return line.context.hasCharset ? std::string_view() : Unfolded(line, room);

@@ -11,20 +11,20 @@ namespace vexmarrow::vcard {
 class Charsets;
 class TextSource;
 
-/// What only a look at all of a file can tell.
+/// What is known of a file only after all of it has been read.
 struct FileSurvey {
-    /// Characters of several bytes, and bytes that are not UTF-8, outside values with a charset of
-    /// their own.
+    /// How many characters of several bytes and how many bytes that are not UTF-8 there are outside
+    /// values that name a charset.
     std::size_t characters = 0;
     std::size_t strayBytes = 0;
 
-    /// For each card, by its number: whether a line of it is folded that is not base64.
+    /// For each card, by its number: whether it has a folded line that is not base64.
     std::vector<bool> isFolded;
 
     bool IsUtf8() const { return characters >= strayBytes; }
 };
 
-/// Looks at what is left of a text.
+/// Surveys the text that is left.
 FileSurvey SurveyFile(TextSource& text, Charsets& charsets, bool hasMark);
 
 } // namespace vexmarrow::vcard

@@ -19,7 +19,7 @@ std::size_t EndOfName(std::string_view line, std::size_t from) {
     return from;
 }
 
-/// Where a quoted text ends that begins at a place; the place itself where it is but a stray quote.
+/// Where the quoted text that begins at a place ends; the place itself if the quote opens none.
 std::size_t EndOfQuoted(std::string_view line, std::size_t begin, bool& isOpen) {
     const char before = line[begin - 1];
     if (before != '=' && before != ',') {
@@ -34,7 +34,7 @@ std::size_t EndOfQuoted(std::string_view line, std::size_t begin, bool& isOpen) 
     return after == ';' || after == ',' || after == ':' ? close : begin;
 }
 
-/// Where the parameter ends that begins at a place: at a semicolon or at the separating colon.
+/// Where the parameter that begins at a place ends: at a semicolon or at the separating colon.
 std::size_t EndOfParameter(std::string_view line, std::size_t begin, Version version,
                            bool& isOpen) {
     for (std::size_t at = begin; at < line.size(); ++at) {

@@ -40,7 +40,7 @@ void LineChange::Begin(const RawLine& line, const LineText& text) {
     TakeFolds();
 }
 
-/// The folds between units; one within a unit stays or goes with it.
+/// Collects the folds between units. A fold inside a unit goes where the unit goes.
 void LineChange::TakeFolds() {
     folds_.clear();
     std::size_t place = 0;
@@ -56,7 +56,7 @@ void LineChange::TakeFolds() {
     }
 }
 
-/// Walks over the occurrences of a pair that are to be replaced, from left to right.
+/// Finds the occurrences of a pair that are to be replaced, from left to right.
 class LineChange::Search {
 public:
     Search(const LineChange& change, const Pair& pair, LinePart part)
@@ -102,11 +102,10 @@ private:
     std::size_t colon_;
     std::size_t from_ = 0;
     std::size_t end_;
-    std::size_t escape_; // a backslash that is not escaped itself, the next one or the last
+    std::size_t escape_; // the latest backslash that is not escaped itself
 };
 
-/// What is put in for an occurrence: of what is left of the colon and of what is right of it, each
-/// as it has to be there.
+/// The text to insert. Its line ends are written as suits the header or the value.
 std::string_view LineChange::NewText(const Pair& pair, const Occurrence& occurrence) {
     if (line_->context.coding != Coding::QuotedPrintable) {
         return pair.replace;
@@ -172,7 +171,7 @@ void LineChange::Insert(std::string_view newText) {
     nextText_.append(newText);
 }
 
-/// Keeps the text up to a place, and the folds before that.
+/// Keeps the text up to a place, and the folds before that place.
 void LineChange::KeepUpTo(std::size_t end) {
     for (; foldsDone_ < folds_.size() && folds_[foldsDone_].at < end; ++foldsDone_) {
         KeepFold(folds_[foldsDone_], nextText_.size() + (folds_[foldsDone_].at - done_));
@@ -195,7 +194,7 @@ void LineChange::KeepUpTo(std::size_t end) {
     done_ = end;
 }
 
-/// Keeps the folds at the place up to which the text is done.
+/// Keeps the folds at the place up to which the text is done, unless their blank is replaced.
 void LineChange::KeepFoldsAt(std::size_t place, bool isBlankReplaced) {
     for (; foldsDone_ < folds_.size() && folds_[foldsDone_].at == place; ++foldsDone_) {
         const KeptFold& fold = folds_[foldsDone_];
@@ -205,7 +204,7 @@ void LineChange::KeepFoldsAt(std::size_t place, bool isBlankReplaced) {
     }
 }
 
-/// Keeps a fold, unless there is one before it already and what was between them is gone.
+/// Keeps a fold, unless all text between it and the fold before it is gone.
 void LineChange::KeepFold(const KeptFold& fold, std::size_t place) {
     const bool isDouble = !nextFolds_.empty() && nextFolds_.back().at == place &&
                           lastKept_ != fold.at && lastDropped_ != fold.at;
@@ -217,8 +216,8 @@ void LineChange::KeepFold(const KeptFold& fold, std::size_t place) {
     nextFolds_.push_back({static_cast<std::uint32_t>(place), fold.number});
 }
 
-/// Drops a fold that has newly nothing before it or after it in the line, and soft breaks that are
-/// newly followed by a blank, which some programs would lose.
+/// Drops a fold that newly begins or ends the line, and soft breaks that a blank newly follows,
+/// because some programs would lose that blank.
 void LineChange::DropFolds() {
     const auto isBeforeKeptBlank = [&](const KeptFold& fold) {
         const Fold& before = line_->folds[fold.number];
@@ -227,7 +226,7 @@ void LineChange::DropFolds() {
         }
         const std::uint32_t origin = OriginOf(fold.at);
         return origin != kNew && old_->InJoined(origin) != before.at &&
-               IsBlank(line_->joined[old_->InJoined(origin)]); // and is not coded
+               IsBlank(line_->joined[old_->InJoined(origin)]); // not coded
     };
     std::erase_if(folds_, isBeforeKeptBlank);
     const auto endsNewly = [&] {
@@ -236,7 +235,7 @@ void LineChange::DropFolds() {
     };
     if (endsNewly()) {
         folds_.pop_back();
-        // Others, with nothing between, may stay, but for a CR before the line's own end.
+        // More folds at that place may stay, unless a CR would meet the line's own end.
         while (endsNewly() && line_->folds[folds_.back().number].bytes.ends_with('\r')) {
             folds_.pop_back();
         }

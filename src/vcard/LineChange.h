@@ -16,24 +16,25 @@
 
 namespace vexmarrow::vcard {
 
-/// What the pairs make of the text of a logical line, and what in it is from where.
+/// The text of a logical line after the pairs have been applied, and where each part of it is from.
 class LineChange {
 public:
     static constexpr std::uint32_t kNew = 0xFFFFFFFF;
 
-    /// A stretch of the changed text, up to the next one.
+    /// A stretch of the changed text; it ends where the next one begins.
     struct Stretch {
         std::uint32_t begin = 0;
-        std::uint32_t origin = kNew; ///< where in the old text it was, if it is not new
+        std::uint32_t origin = kNew; ///< its place in the old text; kNew if a pair inserted it
     };
 
     /// A fold between two units of the changed text.
     struct KeptFold {
-        std::uint32_t at = 0;     ///< before which place of the text
-        std::uint32_t number = 0; ///< in the raw line
+        std::uint32_t at = 0;     ///< its place in the changed text
+        std::uint32_t number = 0; ///< which fold of the raw line it is
     };
 
-    /// Runs all pairs over that part of the line. Returns whether its text is another one now.
+    /// Applies all pairs from number `first` on to that part of the line, whose text must have been
+    /// located. Returns whether the text has changed. `line` and `text` must outlive the result.
     bool Apply(const Pairs& pairs, std::size_t first, LinePart part, const RawLine& line,
                const LineText& text);
 
@@ -41,7 +42,7 @@ public:
     const std::vector<Stretch>& Stretches() const { return stretches_; }
     const std::vector<KeptFold>& Folds() const { return folds_; }
 
-    /// Where the separating colon is now; npos if there is none.
+    /// The place of the separating colon in the changed text; npos if there is none.
     std::size_t Colon() const { return colon_; }
 
 private:
@@ -70,15 +71,15 @@ private:
     std::vector<KeptFold> folds_;
     std::size_t colon_ = 0;
 
-    // What a pair makes of these, up to what was done so far.
+    // The same after the pair that is being applied, as far as it has been.
     std::string nextText_;
     std::vector<Stretch> nextStretches_;
     std::vector<KeptFold> nextFolds_;
-    std::size_t done_ = 0;          // so far in text_
-    std::size_t stretchesDone_ = 0; // of which the last may go on
+    std::size_t done_ = 0;          // up to this place of text_
+    std::size_t stretchesDone_ = 0; // the last one may go on
     std::size_t foldsDone_ = 0;
-    std::size_t lastKept_ = 0;    // the fold that was kept last, and that was dropped last: their
-    std::size_t lastDropped_ = 0; // places in text_
+    std::size_t lastKept_ = 0;    // place in text_ of the fold that was kept last
+    std::size_t lastDropped_ = 0; // place in text_ of the fold that was dropped last
     std::string room_;
 };
 

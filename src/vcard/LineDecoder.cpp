@@ -25,7 +25,7 @@ bool IsAscii(std::string_view bytes) {
     return AsciiLength(bytes) == bytes.size();
 }
 
-/// Bytes of UTF-8 without what is but a part at their end: of a character, or of a code.
+/// UTF-8 without the part of a character or of a code that may be at its end.
 std::string_view WithoutTornUnit(std::string_view bytes) {
     const std::size_t code = bytes.find('=', bytes.size() - std::min<std::size_t>(bytes.size(), 2));
     bytes = bytes.substr(0, code);
@@ -33,13 +33,13 @@ std::string_view WithoutTornUnit(std::string_view bytes) {
     return bytes.substr(0, stretch.bytes);
 }
 
-/// Where the value begins, of a line or of the part of one.
+/// Where the value begins in a line or in a part of one.
 std::size_t BeginOfValue(const RawLine& line) {
     const bool hasColon = line.header.colon != Header::kNone;
     return !line.begins ? 0 : hasColon ? line.header.colon + 1 : line.joined.size();
 }
 
-/// Takes the bytes of a line from a place of the joined line on away.
+/// Cuts a line at a place of the joined line.
 void CutAt(std::size_t place, RawLine& line) {
     std::size_t raw = place;
     std::size_t folds = 0;
@@ -57,7 +57,7 @@ void CutAt(std::size_t place, RawLine& line) {
 
 void LineDecoder::Shorten(RawLine& line) {
     constexpr std::size_t kMore = 64;
-    constexpr std::size_t kLongestUnit = 4; // of charsets whose bytes do not tell where one begins
+    constexpr std::size_t kLongestUnit = 4; // where bytes do not tell where units begin
     const std::string_view joined = line.joined;
     const bool tellsUnits = line.context.charset == nullptr || line.context.charset->IsUtf8();
     std::size_t left = (kMostUnits + kMore) * (tellsUnits ? 1 : kLongestUnit);
@@ -109,7 +109,7 @@ void LineDecoder::Decode(const RawLine& line, LineText& text, std::size_t most) 
 
 void LineDecoder::Cut(RawLine& line, LineText& text) {
     std::size_t size = LengthOfUnits(text.Text(), kMostUnits);
-    // Where the bytes end in the middle of a line, so may those of its last unit.
+    // If the bytes were cut inside the line, they may have been cut inside a unit.
     constexpr std::size_t kUncertain = 16;
     if (!line.ends && line.context.unsearched == Unsearched::No &&
         text.Text().size() - size < kUncertain && size > kUncertain) {
@@ -127,8 +127,7 @@ void LineDecoder::Cut(RawLine& line, LineText& text) {
     }
 }
 
-/// Whether the text of a coded line is its header and the bytes of its value, which are taken out
-/// of their codes already.
+/// Whether the text of a coded line is the bytes of its header and those that its codes stand for.
 bool LineDecoder::IsAllUtf8(std::string_view header, const LineText& text) const {
     return text.valueCharset_ != nullptr && text.valueCharset_->IsUtf8() && rawRuns_.size() == 1 &&
            IsUtf8(bytes_) && (IsAscii(header) || (charsets_.file->IsUtf8() && IsUtf8(header)));
@@ -157,7 +156,7 @@ void LineDecoder::Locate(const RawLine& line, LineText& text) {
     text.isLocated_ = true;
 }
 
-/// Takes the codes out of a value.
+/// Decodes a value from quoted-printable to bytes.
 void LineDecoder::Uncode(std::string_view joined, std::size_t value) {
     bytes_.clear();
     places_.clear();
@@ -181,7 +180,7 @@ void LineDecoder::Uncode(std::string_view joined, std::size_t value) {
     rawRuns_.push_back({bytes_.size(), joined.size(), joined.size()});
 }
 
-/// Adds bytes of the value that are not coded.
+/// Adds bytes of a value that are not coded.
 void LineDecoder::AddBytes(std::string_view bytes, std::size_t place) {
     const auto add = [&](std::size_t begin, std::size_t end) {
         bytes_.append(bytes, begin, end - begin);
@@ -207,7 +206,7 @@ void LineDecoder::AddBytes(std::string_view bytes, std::size_t place) {
     }
 }
 
-/// That of coded bytes whose line names none.
+/// The charset of coded bytes whose line names none.
 const Charset* LineDecoder::CharsetOfCoded(bool isWhole) const {
     if (IsAscii(bytes_)) {
         return charsets_.hasMark ? charsets_.utf8 : charsets_.file;

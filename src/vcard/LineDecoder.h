@@ -15,31 +15,31 @@
 
 namespace vexmarrow::vcard {
 
-/// Units of a logical line that are worked on at once.
+/// The number of units of a logical line that are worked on at once.
 inline constexpr std::size_t kMostUnits = 1'048'576;
 
-/// Decodes logical lines.
 class LineDecoder {
 public:
     explicit LineDecoder(const FileCharsets& charsets) : charsets_(charsets) {}
 
-    /// Leaves of a very long line what is worked on at once and a little more, up to where a unit
-    /// begins: only that is to be decoded.
+    /// Cuts a very long line, between units, to little more than is worked on at once: the rest
+    /// need not be decoded yet.
     static void Shorten(RawLine& line);
 
-    /// Decodes a line, or at least its first `most` units.
+    /// Decodes at least the first `most` units of a line.
     void Decode(const RawLine& line, LineText& text, std::size_t most);
 
-    /// Cuts a line that is longer to its first kMostUnits units, and `line` to their bytes.
+    /// Cuts a longer text to its first kMostUnits units, and `line` to the bytes of these.
     void Cut(RawLine& line, LineText& text);
 
-    /// Makes sure that the text knows where its units come from.
+    /// Makes LineText::InJoined known for the text.
     void Locate(const RawLine& line, LineText& text);
 
 private:
-    /// A character of the file amid coded bytes, which is not decoded with them.
+    /// Characters in the middle of a coded value of a file with a mark that are not coded: they are
+    /// in the file's encoding and decoded apart.
     struct RawRun {
-        std::size_t at = 0;    // in bytes_
+        std::size_t at = 0;    // how many coded bytes precede it
         std::size_t begin = 0; // in the joined line
         std::size_t end = 0;
     };
@@ -51,10 +51,10 @@ private:
     const Charset* CharsetOfCoded(bool isWhole) const;
 
     FileCharsets charsets_;
-    std::string bytes_;                 // of a coded value
-    std::vector<std::uint32_t> places_; // of each in the joined line, where they are needed
+    std::string bytes_;                 // the bytes that a coded value stands for
+    std::vector<std::uint32_t> places_; // their places in the joined line, if needed
     bool needsPlaces_ = false;
-    std::size_t most_ = 0; // units to decode
+    std::size_t most_ = 0; // how many units to decode
     std::vector<RawRun> rawRuns_;
     DecodedText run_;
 };

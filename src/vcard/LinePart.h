@@ -5,11 +5,11 @@
 
 namespace vexmarrow::vcard {
 
-/// Which part of each logical line is searched.
+/// The part of each logical line that is searched.
 enum class LinePart {
-    Fields,    ///< what stands before the separating colon
-    Values,    ///< what follows it
-    WholeLine, ///< both, and the colon between them
+    Fields,    ///< all before the separating colon
+    Values,    ///< all after it
+    WholeLine, ///< both, and the colon
 };
 
 } // namespace vexmarrow::vcard

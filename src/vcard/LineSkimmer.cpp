@@ -20,19 +20,19 @@ namespace {
 constexpr std::size_t kBlock = 64;
 constexpr std::size_t kNone = std::string_view::npos;
 
-/// Whether an `=` may begin a code or a soft break.
+/// Whether an `=` may begin a code or a soft break. The window may end too early to be sure.
 bool MayBeCode(std::string_view window, std::size_t equals) {
     const std::string_view next = window.substr(equals + 1, 2);
     return next.size() < 2 || IsBlank(next[0]) || next[0] == '\r' || next[0] == '\n' ||
            IsCode(window, equals);
 }
 
-/// Whether a header may say that the value is in an encoding of its own. It may be more than the
-/// header.
+/// Whether a header may say that its value is coded or in a charset of its own. `header` may reach
+/// beyond the header.
 bool MayBeEncoded(std::string_view header) {
     for (std::size_t at = 0; at < header.size(); ++at) {
         if (header[at] == ';' || header[at] == '=') {
-            constexpr std::size_t kEnough = 64; // but for blanks without end
+            constexpr std::size_t kEnough = 64; // for the longest word and some blanks
             const std::string_view word = WithoutBlanks(header.substr(at + 1, kEnough));
             if (word.empty() || BeginsWithWord(word, "charset") ||
                 BeginsWithWord(word, "quoted-printable")) {
@@ -40,14 +40,14 @@ bool MayBeEncoded(std::string_view header) {
             }
         }
     }
-    return header.find('"') != kNone; // in which the colon may be, or what is looked for
+    return header.find('"') != kNone; // a quote, which may hide the colon or a word
 }
 
-/// Where things stand in a block of bytes: bit n is for byte n.
+/// Where certain bytes are in a block: bit n stands for byte n.
 struct Marks {
     std::uint64_t lineEnds = 0; // CR and LF
     std::uint64_t colons = 0;
-    std::uint64_t special = 0; // `=`, and what is not ASCII
+    std::uint64_t special = 0; // `=`, and bytes outside ASCII
 
 #if defined(__SSE2__)
     explicit Marks(const char* block) {
@@ -62,7 +62,7 @@ struct Marks {
             };
             lineEnds |= bits(_mm_or_si128(where('\r'), where('\n')));
             colons |= bits(where(':'));
-            special |= bits(_mm_or_si128(where('='), bytes)); // of which the highest bits count
+            special |= bits(_mm_or_si128(where('='), bytes)); // the highest bits count
         }
     }
 #else
@@ -89,19 +89,19 @@ Marks MarksAt(std::string_view window, std::size_t place) {
 
 } // namespace
 
-/// The line that is skimmed over.
+/// The line that is being skimmed over.
 struct LineSkimmer::Line {
     std::size_t begin = 0;
     std::size_t end = 0;
-    std::size_t colon = kNone;  // the last one before its end, or before it begins
-    std::size_t before = kNone; // where the line before begins, which might go on with this one
+    std::size_t colon = kNone;  // the last colon so far; it may be in an earlier line
+    std::size_t before = kNone; // where the line before begins, if it is no frame line
     bool isAfterEmptyAgent = false;
-    bool isLooked = false; // at its header
+    bool isLooked = false; // its header was looked at, so that mayBeEncoded is known
     bool mayBeEncoded = false;
 
     bool HasColon() const { return colon != kNone && colon >= begin; }
 
-    /// Takes note of the last of some colons, if there are any, in the block at a place.
+    /// Notes the last one of some colons in the block at a place; there may be none.
     void SeeColons(std::size_t block, std::uint64_t colons) {
         if (colons != 0) {
             colon = block + kBlock - 1 - static_cast<unsigned>(std::countl_zero(colons));
@@ -134,7 +134,7 @@ std::size_t LineSkimmer::Skim(const Window& window, std::uint64_t position,
             const bool isPlain = (marks.special >> bit & 1U) != 0
                                      ? IsPlainAt(text, line, at)
                                      : EndsPlain(window, position, line);
-            if (!isPlain) { // a line without a colon may be changed to go on with the one before
+            if (!isPlain) { // a line without a colon may continue the line before it
                 return Leave(text, line, line.HasColon(), isAfterEmptyAgent);
             }
         }
@@ -144,8 +144,8 @@ std::size_t LineSkimmer::Skim(const Window& window, std::uint64_t position,
     return Leave(text, line, isAll, isAfterEmptyAgent);
 }
 
-/// Where the lines that were skimmed over end: where `line` begins. If how `line` goes on is not
-/// known yet, the line before may go on with it, and comes again, too.
+/// Ends the plain lines before `line`. If it is not known whether `line` continues the line before
+/// it, that line is no plain line either.
 std::size_t LineSkimmer::Leave(std::string_view window, Line line, bool isKnown,
                                bool& isAfterEmptyAgent) {
     if (!isKnown && cards_.Any() && line.before != kNone) {
@@ -167,13 +167,13 @@ bool LineSkimmer::IsAfterEmptyAgent(std::string_view window, const Line& line) {
     return cards_.Any() && IsEmptyAgent(content, ReadHeader(content, cards_.CardVersion()));
 }
 
-/// Looks for the texts in the whole lines of a window, unless it has been done. False if there is
-/// no whole line.
+/// Looks for the find texts in the whole lines of a window, unless that has been done. False if
+/// there is no whole line.
 bool LineSkimmer::FindPlaces(std::string_view window, std::uint64_t position) {
     if (position < searchedTo_) {
         return true;
     }
-    constexpr std::size_t kMost = std::size_t{256} * 1024; // each byte may be a place
+    constexpr std::size_t kMost = std::size_t{256} * 1024; // limits how many places there are
     const std::size_t end = window.substr(0, kMost).find_last_of("\r\n");
     if (end == kNone) {
         return false;
@@ -188,7 +188,7 @@ bool LineSkimmer::FindPlaces(std::string_view window, std::uint64_t position) {
     return true;
 }
 
-/// Whether a line with `=` or a byte outside ASCII at a place is read as it lies all the same.
+/// Whether a line is still plain although it has an `=` or a byte outside ASCII at a place.
 bool LineSkimmer::IsPlainAt(std::string_view window, Line& line, std::size_t at) const {
     const bool isEquals = window[at] == '=';
     if (!isEquals && !inBytes_) {
@@ -198,7 +198,7 @@ bool LineSkimmer::IsPlainAt(std::string_view window, Line& line, std::size_t at)
         return true;
     }
     if (!line.HasColon()) {
-        return isEquals; // which means nothing before the value
+        return isEquals; // an `=` means nothing before the value
     }
     if (!line.isLooked) {
         line.isLooked = true;
@@ -207,7 +207,7 @@ bool LineSkimmer::IsPlainAt(std::string_view window, Line& line, std::size_t at)
     return !line.mayBeEncoded;
 }
 
-/// Moves on to the next line; false, and nothing done, if this one is not plain.
+/// Ends a line and moves on to the next one. Does nothing and returns false if it is not plain.
 bool LineSkimmer::EndsPlain(const Window& window, std::uint64_t position, Line& line) {
     const std::string_view text = window.text;
     const std::string_view rest = text.substr(line.end, kLongestLineEnd);
@@ -218,7 +218,7 @@ bool LineSkimmer::EndsPlain(const Window& window, std::uint64_t position, Line& 
     if (!isSeen || (mayGoOn && line.before != kNone)) {
         return false;
     }
-    const std::size_t shift = position - searchedFrom_; // of the window in what was searched
+    const std::size_t shift = position - searchedFrom_; // added to places in the window
     while (nextPlace_ < places_.size() && places_[nextPlace_] < shift + line.begin) {
         ++nextPlace_;
     }

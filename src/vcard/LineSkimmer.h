@@ -14,21 +14,20 @@
 
 namespace vexmarrow::vcard {
 
-/// Skims over lines that need no closer look, because each is a logical line of its own that is
-/// read as it lies and in which nothing is found. They are most lines of most files, so this
-/// decides how fast a run is.
+/// Skims over plain lines: each is a whole logical line, its bytes are its text, and it holds no
+/// find text. Most lines of most files are plain, so the skimmer decides how fast a run is.
 class LineSkimmer {
 public:
-    /// `inBytes` tells that what is found in bytes is found in their text: they are UTF-8, or only
-    /// ASCII is looked for. That is not so of values with a charset of their own, which there are
-    /// unless `hasMark`.
+    /// `finder` may be null: then nothing is found. `inBytes`: a search of the bytes finds what is
+    /// in the text, because the file is UTF-8 or all find texts are ASCII. Without `hasMark`, that
+    /// is not true of values that name a charset. `cards` and `finder` must outlive the skimmer.
     LineSkimmer(CardStack& cards, const PairFinder* finder, bool inBytes, bool hasMark)
         : cards_(cards), finder_(finder), inBytes_(inBytes), hasMark_(hasMark) {}
 
-    /// The length of such lines at the beginning of a window, where a logical line begins. Cards
-    /// that begin or end in them have begun or ended then. `position` is that of the window in the
-    /// text. `isAfterEmptyAgent` is what the line before has been, and after it what the last one
-    /// of these is.
+    /// Returns the length in bytes of the plain lines that a window begins with, and begins and
+    /// ends the cards in them. A logical line must begin with the window. `position` is that of the
+    /// window in the text. `isAfterEmptyAgent` tells whether the line before the window is an empty
+    /// AGENT, and is set to the same for the last plain line.
     std::size_t Skim(const Window& window, std::uint64_t position, bool& isAfterEmptyAgent);
 
 private:
@@ -44,7 +43,7 @@ private:
     const PairFinder* finder_;
     bool inBytes_;
     bool hasMark_;
-    std::vector<std::size_t> places_; // of what was found, from searchedFrom_ on
+    std::vector<std::size_t> places_; // where find texts begin, from searchedFrom_ on
     std::size_t nextPlace_ = 0;
     std::uint64_t searchedFrom_ = 0; // positions in the text
     std::uint64_t searchedTo_ = 0;

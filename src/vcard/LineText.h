@@ -13,17 +13,17 @@ namespace vexmarrow::vcard {
 /// The text of a logical line, or of a part of one.
 class LineText {
 public:
-    /// What there is to search; valid as long as the raw line.
+    /// The text to search; valid as long as the raw line.
     std::string_view Text() const { return isJoined_ ? joined_ : std::string_view(decoded_.text); }
 
-    /// Whether it is the very bytes of the joined line.
+    /// Whether the text is the bytes of the joined line.
     bool IsJoined() const { return isJoined_; }
 
-    /// Where the separating colon is in the text; npos where there is none.
+    /// The place of the separating colon in the text; npos if there is none.
     std::size_t Colon() const { return colon_; }
 
-    /// Where in the joined line the unit begins that begins at a place of the text; for the end of
-    /// the text, where that of the joined line is. Only after LineDecoder::Locate.
+    /// The place in the joined line of the unit at a place of the text, or of the end of the text.
+    /// May be called only after LineDecoder::Locate.
     std::size_t InJoined(std::size_t place) const {
         if (isJoined_) {
             return place;
@@ -31,8 +31,7 @@ public:
         return place < decoded_.from.size() ? decoded_.from[place] : joined_.size();
     }
 
-    /// By which the units of a value are written that is decoded by another charset than the file:
-    /// null where there is none.
+    /// The charset in which new units of the value are written; null for the charset of the file.
     const Charset* ValueCharset() const { return valueCharset_; }
 
 private:

@@ -40,7 +40,7 @@ void LineWriter::Write(const RawLine& line, const LineText& text, const LineChan
     WritePhysicalLines();
 }
 
-/// Whether the line is its text, as most lines are: they are not folded, and nothing is coded.
+/// Whether the bytes of the line are its text: in most lines nothing is folded or coded.
 bool LineWriter::IsPlain() const {
     const std::string& changed = change_->Text();
     return !isQuoted_ && line_->folds.empty() && text_->IsJoined() && charsets_.file->IsUtf8() &&
@@ -48,7 +48,7 @@ bool LineWriter::IsPlain() const {
            !NeedsBreak(file_.CountUnits(changed), 0);
 }
 
-/// Whether what stands at a place of the changed text belongs to the value.
+/// Whether a place of the changed text is in the value.
 bool LineWriter::IsInValue(std::size_t place) const {
     return !line_->begins || place > change_->Colon();
 }
@@ -75,7 +75,7 @@ void LineWriter::WriteJoined(bool unitByUnit) {
     TakeFoldsUpTo(change_->Text().size());
 }
 
-/// Notes the folds before a place of the changed text, up to which the line is written.
+/// Adds the kept folds up to a place of the changed text, up to which the line is written.
 void LineWriter::TakeFoldsUpTo(std::size_t place) {
     const auto& kept = change_->Folds();
     for (; nextKept_ < kept.size() && kept[nextKept_].at <= place; ++nextKept_) {
@@ -125,7 +125,7 @@ void LineWriter::AddUnits(std::size_t begin, std::size_t end) {
     }
 }
 
-/// Writes a new unit, or what stands for one that the charset lacks.
+/// Writes a new unit, or question marks for one that the charset lacks.
 void LineWriter::AddUnit(char32_t unit, bool inValue) {
     const bool hasOwn = inValue && text_->ValueCharset() != nullptr;
     const Charset& charset = hasOwn ? *text_->ValueCharset() : *charsets_.file;
@@ -135,7 +135,7 @@ void LineWriter::AddUnit(char32_t unit, bool inValue) {
         return;
     }
     constexpr char32_t kLacking = U'?';
-    const int count = unit >= 0x10000 && unit < kStray ? 2 : 1; // as many as 16-bit units
+    const int count = unit >= 0x10000 && unit < kStray ? 2 : 1; // one for each 16-bit unit
     for (int i = 0; i < count; ++i) {
         bytes_ = "?";
         AddEncoded(kLacking, inValue);
@@ -162,7 +162,7 @@ std::string_view LineWriter::TokenBytes(std::size_t token) const {
     return std::string_view(joined_).substr(at, end - at);
 }
 
-/// Whether a unit is an old `=` of a value that stands for itself.
+/// Whether a unit is an old `=` of a coded value that stands for itself.
 bool LineWriter::IsLiteralEquals(std::size_t token) const {
     return isQuoted_ && tokens_[token].at >= valueAt_ &&
            tokens_[token].origin != LineChange::kNew && TokenBytes(token) == "=";
@@ -186,7 +186,7 @@ void LineWriter::WritePhysicalLines() {
     EndPhysicalLine(nullptr, tokens_.size());
 }
 
-/// Adds a unit to the physical line, which folds within the unit end.
+/// Adds a unit to the physical line. Folds inside the unit end the line and begin another.
 void LineWriter::AddToken(std::size_t token, std::size_t& fold) {
     std::string_view bytes = TokenBytes(token);
     const std::size_t at = tokens_[token].at;
@@ -214,8 +214,8 @@ void LineWriter::AddToken(std::size_t token, std::size_t& fold) {
     physical_.append(bytes.substr(done));
 }
 
-/// Ends a physical line with a fold, or the logical line. So many units are written by then; 0 in
-/// the middle of one.
+/// Ends a physical line with a fold, or ends the logical line if `fold` is null. `tokens` is the
+/// number of units written by then; 0 inside a unit.
 void LineWriter::EndPhysicalLine(const LineChange::KeptFold* fold, std::size_t tokens) {
     const Fold* const old = fold == nullptr ? nullptr : &line_->folds[fold->number];
     const bool isSoft = old != nullptr && old->isSoftBreak;
@@ -238,9 +238,9 @@ void LineWriter::EndPhysicalLine(const LineChange::KeptFold* fold, std::size_t t
     breaks_.clear();
 }
 
-/// In quoted-printable, a blank that newly ends a physical line is coded, for it could get lost;
-/// and so is an `=` that would newly break it softly. `oldEnd` is where it ended in the old joined
-/// line.
+/// Codes a blank that newly ends a physical line of quoted-printable, because other programs may
+/// drop it, and an `=` that would newly be a soft break. `oldEnd` is the place in the old joined
+/// line at which the physical line ended.
 void LineWriter::ProtectEnd(std::size_t oldEnd, std::size_t tokens) {
     std::size_t token = tokens - 1;
     if (tokens_[token].at < valueAt_ || physical_.empty()) {
@@ -268,7 +268,7 @@ void LineWriter::ProtectEnd(std::size_t oldEnd, std::size_t tokens) {
     }
 }
 
-/// The length of the longest of some old physical lines, in the file's units.
+/// The length, in the file's units, of the longest old physical line from firstOld_ to `last`.
 std::size_t LineWriter::OldLength(std::size_t last) const {
     std::size_t longest = 0;
     for (std::size_t i = firstOld_; i <= last; ++i) {
@@ -287,8 +287,8 @@ std::size_t LineWriter::OldLength(std::size_t last) const {
     return longest;
 }
 
-/// Whether a physical line of that length has become too long, and lines like it are broken. It is
-/// made from the old ones up to that number.
+/// Whether a physical line of that length has become too long and may be broken. It consists of the
+/// old physical lines from firstOld_ to `lastOld`.
 bool LineWriter::NeedsBreak(std::size_t length, std::size_t lastOld) const {
     const std::size_t most = isQuoted_ ? kLongestCoded : kLongestLine;
     if (length <= most || OldLength(lastOld) > most) {
@@ -299,17 +299,18 @@ bool LineWriter::NeedsBreak(std::size_t length, std::size_t lastOld) const {
     return isQuoted_ || (mayFold && folding_->isCardFolded());
 }
 
+/// Breaks the physical line where it is too long. It begins in `column`; `left` is its length.
 void LineWriter::BreakUp(std::size_t column, std::size_t left) {
     const std::string_view whole = physical_;
     const std::size_t most = isQuoted_ ? kLongestCoded : kLongestLine;
-    const std::size_t room = most - (isQuoted_ ? 1 : 0); // with that of a soft break
+    const std::size_t room = most - (isQuoted_ ? 1 : 0); // without the `=` of a soft break
     const std::size_t indent = isQuoted_ ? 0 : 1;
     std::size_t begin = 0;
     broken_.clear();
     std::erase_if(breaks_,
                   [&](std::size_t at) { return isQuoted_ && BeginsLikeFrame(whole.substr(at)); });
     for (auto next = breaks_.cbegin(); next != breaks_.cend() && left > most;) {
-        // The last place for which there is room, or the first there is.
+        // The last place that still fits, or else the first one.
         std::size_t at = *next;
         std::size_t units = column + file_.CountUnits(whole.substr(begin, at - begin));
         while (++next != breaks_.cend()) {

@@ -19,25 +19,25 @@ namespace vexmarrow::vcard {
 
 class TextSource;
 
-/// Writes changed logical lines. What stays of a line is copied; what is new is written as what
-/// surrounds it.
+/// Writes changed logical lines. Units that stay are copied; new ones are written in the way in
+/// which the part of the line around them is written.
 class LineWriter {
 public:
     LineWriter(const FileCharsets& charsets, const TextSource& file)
         : charsets_(charsets), file_(file) {}
 
-    /// What a line may be folded with that has become too long.
+    /// How to fold a line that has become too long.
     struct Folding {
         std::string_view lineEnd;
-        std::function<bool()> isCardFolded; ///< whether lines of this card are folded at all
+        std::function<bool()> isCardFolded; ///< whether this card has folded lines
     };
 
-    /// Writes a line without its end.
+    /// Writes a changed line without its line end.
     void Write(const RawLine& line, const LineText& text, const LineChange& change,
                const Folding& folding);
 
-    /// Its bytes, and the text that they have to be read as; both valid until the next call,
-    /// and as long as the change stays.
+    /// The bytes that were written, and the text that they should be read as. Both are valid until
+    /// the next Write, and as long as the change.
     std::string_view Raw() const { return isPlain_ ? std::string_view(change_->Text()) : out_; }
     std::string_view Text() const {
         return isPlain_ ? std::string_view(change_->Text()) : expected_;
@@ -47,7 +47,7 @@ private:
     /// A unit as it is written.
     struct Token {
         std::uint32_t at = 0;                    // in joined_
-        std::uint32_t origin = LineChange::kNew; // in the old joined line
+        std::uint32_t origin = LineChange::kNew; // its place in the old joined line
     };
 
     bool IsPlain() const;
@@ -76,22 +76,22 @@ private:
     const LineChange* change_ = nullptr;
     const Folding* folding_ = nullptr;
     bool isQuoted_ = false;
-    bool isPlain_ = false; // the bytes are the text
+    bool isPlain_ = false; // the bytes are the changed text
 
     std::string joined_; // the new line without folds
     std::vector<Token> tokens_;
     std::vector<LineChange::KeptFold> folds_; // in joined_
-    std::size_t valueAt_ = 0;                 // in joined_: where the value begins
+    std::size_t valueAt_ = 0;                 // the value's place in joined_
     std::string expected_;
-    std::size_t nextKept_ = 0;  // of the folds that the change has kept
-    std::size_t nextInner_ = 0; // of the old folds, which may be within a unit
-    std::string bytes_;         // of one unit
+    std::size_t nextKept_ = 0;  // the next fold that the change keeps
+    std::size_t nextInner_ = 0; // the next old fold that may be inside a unit
+    std::string bytes_;         // of one new unit
 
     std::string out_;
-    std::string physical_;            // the line that is being written
-    std::vector<std::size_t> breaks_; // where it may be broken
-    std::size_t firstOld_ = 0;        // the first old physical line that it is made from
-    bool beginsWithBlank_ = false;    // that of a fold
+    std::string physical_;            // the physical line that is being written
+    std::vector<std::size_t> breaks_; // where it may be broken, in bytes
+    std::size_t firstOld_ = 0;        // the number of the first old physical line in it
+    bool beginsWithBlank_ = false;    // with the blank of a fold
     std::string broken_;
 };
 

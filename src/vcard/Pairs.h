@@ -10,35 +10,34 @@
 
 namespace vexmarrow::vcard {
 
-/// What to find and what to put in its place, as text of this room (vcard/Units.h).
+/// A find text and its replacement, spelled as all text of this folder (vcard/Units.h).
 struct Pair {
     std::string find;
-    std::string replace;      ///< a line end in it is `\n`
-    std::string replaceCoded; ///< for quoted-printable, where it is CR LF
+    std::string replace;      ///< line ends are written as `\n`
+    std::string replaceCoded; ///< for coded values: line ends are CR LF
 };
 
-/// Looks for the find texts of an ordered list of pairs. Whoever makes one knows how to be quick.
+/// Looks for the find texts of an ordered list of pairs.
 class PairFinder {
 public:
     static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
     virtual ~PairFinder() = default;
 
-    /// The lowest number, at least `least`, of a pair whose find text occurs in `text`; kNone if
-    /// there is none.
+    /// The lowest number, at least `least`, of a pair whose find text occurs in `text`, or kNone.
     virtual std::size_t FirstFound(std::string_view text, std::size_t least) const = 0;
 
-    /// Appends places where find texts begin in `text`, in their order: at least one in each line
-    /// of it in which one occurs.
+    /// Appends, in ascending order, places where find texts begin in `text`: at least one for each
+    /// line in which a find text occurs.
     virtual void FindPlaces(std::string_view text, std::vector<std::size_t>& places) const = 0;
 };
 
-/// The pairs of a run, from 0 on in their order, and what looks for them.
+/// The pairs of a run in their order, counted from 0, and the finder of their find texts.
 struct Pairs {
     std::vector<Pair> list;
     const PairFinder* finder = nullptr;
     bool areFindsAscii = true; ///< all find texts are ASCII
-    bool mayGrowLines = false; ///< a line may become longer, in whatever it is encoded
+    bool mayGrowLines = false; ///< some line may become longer, in some encoding
 };
 
 } // namespace vexmarrow::vcard

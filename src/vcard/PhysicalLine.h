@@ -31,8 +31,8 @@ struct PhysicalLine {
 
     std::string_view In(std::string_view text) const { return text.substr(begin, end - begin); }
 
-    /// Finds the line that begins at `from`. If the window ends too early to tell where the line
-    /// ends, returns false, and the line reaches to the end of the window.
+    /// Finds the line that begins at `from`. False if the window ends too early to tell where the
+    /// line ends; `next` is then the end of the window.
     bool Find(const Window& window, std::size_t from);
 };
 

@@ -9,8 +9,8 @@
 
 namespace vexmarrow::vcard {
 
-// As in UTF-8, the first byte tells the length by its leading ones, but up to eight of them: seven
-// bytes hold the 32 bits of anything.
+// As in UTF-8, the number of leading ones of the first byte is the length, but up to seven: seven
+// bytes hold any number of 32 bits.
 
 Unit UnitAt(std::string_view text, std::size_t place) {
     const auto first = static_cast<std::uint8_t>(text[place]);

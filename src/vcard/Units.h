@@ -10,32 +10,33 @@
 
 namespace vexmarrow::vcard {
 
-// All text of this room is in one form, whatever the encoding of its file: UTF-8 in which every
-// unit has a spelling of its own. A unit is a code point, half of one (from UTF-16), or something
-// above U+10FFFF, which stands for no character: well-formed UTF-8 is never found in that.
+// Whatever the encoding of its file, all text in this folder is spelled in the same way: like
+// UTF-8, but with a spelling for every unit. A unit is a code point, half a code point (from
+// UTF-16), or a number above U+10FFFF, which stands for no character. Find texts are never found
+// inside the spelling of such a number.
 
-/// What stands for the stray byte b is kStray + b.
+/// The unit kStray + b stands for the stray byte b, which belongs to no character.
 inline constexpr char32_t kStray = 0x110000;
 
-/// The unit that begins at a place, and the number of bytes of its spelling.
+/// A unit, and the number of bytes of its spelling.
 struct Unit {
     char32_t value = 0;
     std::uint8_t length = 1;
 };
+/// The unit whose spelling begins at a place.
 Unit UnitAt(std::string_view text, std::size_t place);
 
-/// The code point of well-formed UTF-8 at a place; a stray byte where it is not.
+/// The code point at a place of UTF-8; a stray byte where the bytes are not well-formed.
 Unit Utf8UnitAt(std::string_view bytes, std::size_t place);
 
-/// Appends the spelling of a unit.
 void AppendUnit(char32_t unit, std::string& text);
 
-/// Whether a byte goes on with a unit that another byte begins.
+/// Whether a byte is not the first one of a spelling.
 constexpr bool ContinuesUnit(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80;
 }
 
-/// The number of bytes at the beginning of the text that spell `most` units, or all its bytes.
+/// The length in bytes of the first `most` units of a text, or of the whole text if it has fewer.
 std::size_t LengthOfUnits(std::string_view text, std::size_t most);
 
 constexpr bool IsHighHalf(char32_t unit) {
