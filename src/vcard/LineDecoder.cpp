@@ -39,20 +39,6 @@ std::size_t BeginOfValue(const RawLine& line) {
     return !line.begins ? 0 : hasColon ? line.header.colon + 1 : line.joined.size();
 }
 
-/// Cuts a line at a place of the joined line.
-void CutAt(std::size_t place, RawLine& line) {
-    std::size_t raw = place;
-    std::size_t folds = 0;
-    while (folds < line.folds.size() && line.folds[folds].at < place) {
-        raw += line.folds[folds++].bytes.size();
-    }
-    line.folds.resize(folds);
-    line.raw = line.raw.substr(0, raw);
-    line.joined = line.joined.substr(0, place);
-    line.endSize = 0;
-    line.ends = false;
-}
-
 } // namespace
 
 void LineDecoder::Shorten(RawLine& line) {
@@ -70,7 +56,7 @@ void LineDecoder::Shorten(RawLine& line) {
         const bool isCode = isQuoted && at >= value && IsCode(joined, at);
         const bool continues = ContinuesUnit(isCode ? ByteOfCode(joined, at) : joined[at]);
         if ((!continues || !tellsUnits) && left-- == 0) {
-            CutAt(at, line);
+            line.CutAt(at);
             return;
         }
         at += isCode ? 3 : 1;
@@ -120,7 +106,7 @@ void LineDecoder::Cut(RawLine& line, LineText& text) {
     }
     if (size < text.Text().size()) {
         Locate(line, text);
-        CutAt(text.InJoined(size), line);
+        line.CutAt(text.InJoined(size));
         text.joined_ = line.joined;
         text.decoded_.text.resize(std::min(size, text.decoded_.text.size()));
         text.decoded_.from.resize(text.decoded_.text.size());

@@ -21,13 +21,6 @@ constexpr std::size_t kReach = std::size_t{64} * 1024; // how far to look for a 
 constexpr std::size_t kBinaryLetters = 200;    // base64 letters that make a picture's value base64
 constexpr std::size_t kLongestDataType = 1000; // of a `data:` address
 
-/// How many folds are before a place of the joined line.
-std::size_t FoldsBefore(std::size_t place, const std::vector<Fold>& folds) {
-    const auto end = std::find_if(folds.begin(), folds.end(),
-                                  [place](const Fold& fold) { return fold.at >= place; });
-    return static_cast<std::size_t>(end - folds.begin());
-}
-
 } // namespace
 
 bool FindBeginning(const Window& window, std::size_t from, PhysicalLine& line) {
@@ -204,24 +197,18 @@ bool LineJoiner::ReadHeaderSoFar() {
     }
     TakeHeader();
     LineContext& context = line_.context;
-    const std::size_t folds = FoldsBefore(line_.header.colon + 1, line_.folds);
-    std::size_t value = line_.header.colon + 1; // in the window
-    for (std::size_t i = 0; i < folds; ++i) {
-        value += line_.folds[i].bytes.size();
-    }
+    const std::size_t value = line_.header.colon + 1; // its place in the joined line
     if (context.coding == Coding::Base64) {
         context.unsearched = Unsearched::Base64;
-    } else if (!LookIntoValue(value)) {
+    } else if (!LookIntoValue(line_.InRaw(value))) {
         return false;
     }
     if (context.unsearched == Unsearched::No && context.hasCharset && context.charset == nullptr) {
         context.unsearched = Unsearched::UnknownCharset;
     }
     if (context.unsearched != Unsearched::No) {
-        line_.raw = window_.text.substr(0, value);
-        line_.joined = line_.joined.substr(0, line_.header.colon + 1);
-        line_.folds.resize(folds);
-        line_.ends = false;
+        line_.raw = window_.text;
+        line_.CutAt(value);
     }
     return true;
 }

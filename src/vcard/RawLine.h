@@ -61,6 +61,24 @@ struct RawLine {
 
     std::string room; ///< holds `joined` where there are folds
 
+    /// The place in `raw` of a place of the joined line. It lies before the folds at that place.
+    std::size_t InRaw(std::size_t place) const {
+        std::size_t inRaw = place;
+        for (auto fold = folds.begin(); fold != folds.end() && fold->at < place; ++fold) {
+            inRaw += fold->bytes.size();
+        }
+        return inRaw;
+    }
+
+    /// Leaves of the line what comes before a place of the joined line.
+    void CutAt(std::size_t place) {
+        raw = raw.substr(0, InRaw(place));
+        joined = joined.substr(0, place);
+        std::erase_if(folds, [place](const Fold& fold) { return fold.at >= place; });
+        endSize = 0;
+        ends = false;
+    }
+
     std::string_view LineEnd() const { return raw.substr(raw.size() - endSize); }
 
     /// Forgets what was read, for the next line; its place among the other lines stays.
