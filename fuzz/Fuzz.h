@@ -21,7 +21,7 @@ inline void Require(bool holds, const char* what) {
     }
 }
 
-/// Reads an input from its front; past its end there are only zeros and empty texts.
+/// Reads an input from front to end. Past the end there are only zeros and empty texts.
 class Input {
 public:
     explicit Input(std::string_view bytes) : bytes_(bytes) {}
@@ -47,10 +47,10 @@ private:
     std::string_view bytes_;
 };
 
-/// What each target defines: tries one input and ends the process when something does not hold.
+/// Tries one input, and ends the process if something does not hold. Each target defines it.
 void TryInput(Input input);
 
 } // namespace vexmarrow::fuzz
 
-/// The same as a fuzzer calls it, in Entry.cpp.
+/// Calls TryInput; this is the function that a fuzzer calls.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);

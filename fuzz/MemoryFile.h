@@ -17,11 +17,11 @@ namespace vexmarrow::fuzz {
 
 using Texts = std::vector<std::u16string>;
 
-/// The path of the one file there is, which is in memory.
+/// The path of the only file, which is in memory.
 inline const std::u16string kPath = u"/memory/file";
 
-/// One file whose contents are in memory. How it is read is drawn from the input: a size told
-/// wrongly, reads that give less than was asked for, that are interrupted or that fail.
+/// A file in memory. The input decides how it behaves: it may report a wrong size, and reads may
+/// return less than was asked for, be interrupted, or fail.
 class MemoryFile final : public SystemCalls {
 public:
     explicit MemoryFile(Input& input) : toldSize_(input.Byte()), habits_(input.Bytes(4)) {
@@ -30,13 +30,13 @@ public:
 
     std::string bytes;
     bool open = false;
-    bool failed = false; ///< a read has been made to fail
+    bool failed = false; ///< a read has failed
 
-    /// Another thing drawn from the input: whether text without a mark is UTF-8.
+    /// Whether the code page is UTF-8; the input decides that, too.
     bool PageIsUtf8() const { return toldSize_ / 4 % 2 != 0; }
 
     int Open(const std::string& path, int, mode_t) override {
-        Require(!open && path == "/memory/file", "the right file is opened, and only once");
+        Require(!open && path == "/memory/file", "only that file is opened, and only once");
         open = true;
         position_ = reads_ = 0;
         return 1000;
@@ -60,7 +60,7 @@ public:
     }
     ssize_t ReadAt(int, void* into, std::size_t count, std::uint64_t offset) override {
         Require(open, "an open file is read");
-        // Habits are given up after a while: a long file must not come byte by byte to its end.
+        // Later reads behave normally: a long file must not be read byte by byte to its end.
         const int habit = reads_ < 40 ? habits_[reads_ % 4] & 0xFF : 0;
         ++reads_;
         if (habit >= 0xFE) {
@@ -78,12 +78,12 @@ public:
 
 private:
     int toldSize_;
-    std::string habits_; // of four reads, again and again; 0: gives what is asked for
+    std::string habits_; // of four reads, over and over; 0: returns all that is asked for
     std::size_t position_ = 0;
     std::size_t reads_ = 0;
 };
 
-/// A reader of that file, with all it needs.
+/// Reads that file.
 struct Reader {
     explicit Reader(Input& input) : file(input) {}
 
@@ -93,7 +93,7 @@ struct Reader {
     const AnsiCodePage& ansi = pages[file.PageIsUtf8() ? 1 : 0];
     RFTSFSO textio{file, flags, ansi};
 
-    /// What `read` returns; nothing when the file was made to fail, and only then.
+    /// Returns what `read` returns; nothing if a read of the file failed, and only then.
     template <typename Read>
     std::optional<Texts> Try(Read read) {
         std::optional<Texts> texts;
@@ -102,7 +102,7 @@ struct Reader {
             texts = read();
         } catch (const Failure&) {
         }
-        Require(texts.has_value() != file.failed, "a read fails when the system's does, only then");
+        Require(texts.has_value() != file.failed, "reading fails if and only if the file fails");
         Require(!file.open, "the file is closed again");
         return texts;
     }

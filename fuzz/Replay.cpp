@@ -11,8 +11,8 @@
 #include <set>
 #include <vector>
 
-// Runs a target without a fuzzer: on every file of the folders named, and on so many variants of
-// each, which are the same in every run. An input on which it ends is left beside the program.
+// Runs a target without a fuzzer, on every file in the given folders and on variants of each, which
+// are the same in every run. An input that ends the program is written to a file beside it.
 //
 //     replay_TARGET VARIANTS FOLDER...
 
@@ -21,7 +21,7 @@ namespace {
 std::string current; // the input that is being tried
 std::string caseName;
 
-/// Memory may be in disorder by now, but there is nothing left to lose.
+/// Memory may be corrupt by now, but there is nothing left to lose.
 void KeepCase(int signal) {
     std::ofstream(caseName, std::ios::binary) << current;
     std::fprintf(stderr, "The input is in %s\n", caseName.c_str());
@@ -34,12 +34,12 @@ void Try(const std::string& input) {
     LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(input.data()), input.size());
 }
 
-/// The generator is the same everywhere; the library's distributions are not.
+/// Uses no distribution of the library: only the generator gives the same numbers everywhere.
 std::string VariantOf(std::string input, std::mt19937& random) {
-    constexpr std::string_view kTelling("\r\n:\0\xFF\xFE\xEF\xBB\xBF\xC3\xA9\xED\xA0% /", 16);
+    constexpr std::string_view kSpecialBytes("\r\n:\0\xFF\xFE\xEF\xBB\xBF\xC3\xA9\xED\xA0% /", 16);
     for (auto changes = 1 + random() % 4; changes > 0; --changes) {
         const std::string parts[] = {std::string(1, static_cast<char>(random())),
-                                     std::string(1, kTelling[random() % kTelling.size()]),
+                                     std::string(1, kSpecialBytes[random() % kSpecialBytes.size()]),
                                      input.substr(random() % (input.size() + 1), random() % 4)};
         const std::size_t at = random() % (input.size() + 1);
         input.replace(at, random() % 3, parts[random() % 3]);
@@ -56,7 +56,7 @@ int main(int count, char** arguments) {
     std::signal(SIGSEGV, KeepCase);
     std::mt19937 random(20260101);
     for (std::size_t i = 2; i < words.size(); ++i) {
-        std::set<std::filesystem::path> files; // in order, which those of a directory are not
+        std::set<std::filesystem::path> files; // sorted, unlike the entries of a directory
         for (const auto& entry : std::filesystem::directory_iterator(words[i])) {
             files.insert(entry.path());
         }

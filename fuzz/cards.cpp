@@ -8,8 +8,8 @@
 
 #include <numeric>
 
-// Replacing in contact cards: any bytes come out as they went in when nothing is found or all that
-// was found is put back, and lines that are skimmed over are what a closer look takes them for.
+// Replacing in contact cards: a file stays the same if nothing is found or if all is put back, and
+// skimming over lines gives the same result as reading them closely.
 
 namespace vexmarrow::fuzz {
 namespace {
@@ -26,15 +26,14 @@ struct Pairs {
     }
 };
 
-/// Pairs that change much of most cards; the input chooses some of them.
-constexpr std::pair<std::u16string_view, std::u16string_view> kTelling[] = {
+/// Pairs that change much in most cards. The input chooses some of them.
+constexpr std::pair<std::u16string_view, std::u16string_view> kEffectivePairs[] = {
     {u"a", u"bb"},     {u"e", u""},    {u" ", u"_"},   {u";", u" "},
     {u":", u""},       {u"=", u"=3"},  {u"N", u":N"},  {u"\u00E9", u"e"},
     {u"n", u"\u00E9"}, {u"R", u"\nR"}, {u"\\", u","},  {u"A", u"\u0416\U0001F600"},
     {u"O", u"\xD83D"}, {u"T", u"=\t"}, {u"P", u"END"}, {u"1", u"1234567890 1234567890 = 1234"}};
 
-/// Half a character that a file does not have in whatever encoding: UTF-16 and UTF-32 alone can
-/// spell it.
+/// Half a character that a file does not contain in any encoding; only UTF-16 and UTF-32 spell one.
 std::u16string HalfNotIn(std::string_view file) {
     for (char16_t half = 0xDC00;; ++half) {
         const char bytes[] = {static_cast<char>(half & 0xFF), static_cast<char>(half >> 8),
@@ -46,8 +45,8 @@ std::u16string HalfNotIn(std::string_view file) {
     }
 }
 
-/// Puts so much into the middle of a file that its rest lies where something else is read. Little
-/// is found in that.
+/// Inserts a filling into a file, so that the bytes behind it meet other limits of the reader. The
+/// pairs find little in the filling.
 std::string Stretched(std::string bytes, std::uint8_t shape, std::size_t size) {
     constexpr std::string_view kFillings[] = {"M", "M:mmmmmmmmmmmmmmmmmmmmmmmm\r\n",
                                               "\r\n mmmmmmmmmmmmmmmmmmmm",
@@ -63,7 +62,7 @@ std::string Stretched(std::string bytes, std::uint8_t shape, std::size_t size) {
 struct Cards {
     explicit Cards(Input& input) : kind(input.Byte()), reader(input) {}
 
-    /// What becomes of the file; nothing when reading it was made to fail, and only then.
+    /// Returns the result for the file; nothing if a read of the file failed, and only then.
     std::optional<std::string> Replaced(const Pairs& pairs) {
         reader.file.failed = false;
         prompts.boxes.clear();
@@ -90,17 +89,17 @@ struct Cards {
             }
         }
         const auto result = Replaced(pairs);
-        Require(!result || *result == reader.file.bytes, "what nothing is found in stays");
+        Require(!result || *result == reader.file.bytes, "a file in which nothing is found stays");
     }
 
     void PutBack() {
         const std::u16string half = HalfNotIn(reader.file.bytes);
-        const std::u16string_view letter = kTelling[kind / 16].first;
-        if (letter == u"\\") { // what follows one is not found
+        const std::u16string_view letter = kEffectivePairs[kind / 16].first;
+        if (letter == u"\\") { // nothing is found directly after one
             return;
         }
         const auto result = Replaced(Pairs().With(letter, half).With(half, letter));
-        Require(!result || *result == reader.file.bytes, "what is put back stays");
+        Require(!result || *result == reader.file.bytes, "a file in which all is put back stays");
     }
 
     std::size_t Part() const { return kind % 4; }
@@ -123,7 +122,7 @@ struct Cards {
 } // namespace
 
 void TryInput(Input input) {
-    // Large files take long: they are few, and few of those that a fuzzer makes of them.
+    // Long files take long, so only few inputs are stretched, chosen by a sum that variants change.
     const std::string_view all = input.Rest();
     const unsigned sum = std::accumulate(all.begin(), all.end(), 0U);
     const unsigned chosen = input.Byte() * 256U + input.Byte();
@@ -140,9 +139,9 @@ void TryInput(Input input) {
 
     const bool isNone = drawn.empty() || (cards.Part() != 3 && drawn.find(kCrLf) != drawn.npos);
     Pairs pairs = isNone ? Pairs() : Pairs().With(drawn, u"+");
-    for (std::size_t i = 0; i < std::size(kTelling); ++i) {
+    for (std::size_t i = 0; i < std::size(kEffectivePairs); ++i) {
         if ((chosen >> i & 1U) != 0) {
-            pairs = pairs.With(kTelling[i].first, kTelling[i].second);
+            pairs = pairs.With(kEffectivePairs[i].first, kEffectivePairs[i].second);
         }
     }
     if (pairs.find.empty()) {
@@ -152,8 +151,8 @@ void TryInput(Input input) {
     if (!result) {
         return;
     }
-    // With a colon for itself, hardly a line is skimmed over. One that was coded would be written
-    // plainly where something else in its line changes; fields have none.
+    // A pair that replaces each colon by a colon keeps nearly all lines from being skimmed over. It
+    // would also write coded colons of values plainly, so that only fields are compared then.
     if (!isLarge && (cards.Part() == 0 || file.find('=') == std::string::npos)) {
         const auto closely = cards.Replaced(pairs.With(u":", u":"));
         Require(!closely || closely == result, "skimming and reading agree");

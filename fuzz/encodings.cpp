@@ -9,7 +9,7 @@
 
 #include <iterator>
 
-// Bytes and characters: the code pages, UTF-8 as text, and UTF-8 as the names of files.
+// Converting between bytes and characters: code pages, UTF-8 as text, and UTF-8 in file names.
 
 namespace vexmarrow::fuzz {
 namespace {
@@ -24,7 +24,7 @@ void TryPage(const CodePage& page, std::string_view bytes, const std::u16string&
     std::string room;
     std::string fromUtf8;
     const std::string_view utf8 = WellFormedUtf8(bytes, room);
-    Require(utf8 == NativeName(readable), "what is well-formed is the text");
+    Require(utf8 == NativeName(readable), "the well-formed bytes are the text");
     encoded.clear();
     page.Encode(readable, encoded);
     Require(page.FromUtf8(utf8, fromUtf8) == encoded, "UTF-8 goes into a page as its text does");
@@ -40,7 +40,7 @@ void TryPage(const CodePage& page, std::string_view bytes, const std::u16string&
     Require(encoded.size() == text.size(), "a 16-bit character becomes a byte");
     for (std::size_t i = 0; i < text.size(); ++i) {
         Require(decoded[i] == text[i] || (decoded[i] == u'?' && text[i] >= 0x80),
-                "a character comes back unless the page lacks it, which none in ASCII does");
+                "a character comes back unless the page lacks it; no page lacks ASCII");
         Require(page.CodeOf(text[i]) == static_cast<std::uint8_t>(encoded[i]),
                 "the code of a character is its byte");
     }
@@ -65,11 +65,11 @@ void TryInput(Input input) {
     const std::string_view bytes = input.Rest();
     TryPage(ansi.Page(), bytes, input.Text());
     const std::u16string text = TextFromUtf8(bytes);
-    Require(text == ByIcu(bytes), "each malformed part is one U+FFFD, all else is as it stands");
+    Require(text == ByIcu(bytes), "each malformed part is one U+FFFD, all else stays");
     Require(TextFromUtf8(NativeName(text)) == text, "a text comes back from its bytes");
     const std::u16string name = TextFromNativeName(bytes);
     Require(NativeName(name) == bytes, "a name gives back its bytes");
-    Require((name == text) == (NativeName(text) == bytes), "a name that is well-formed is a text");
+    Require((name == text) == (NativeName(text) == bytes), "a well-formed name is a text");
 }
 
 } // namespace vexmarrow::fuzz

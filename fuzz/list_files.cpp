@@ -6,10 +6,10 @@
 #include "fuzz/MemoryFile.h"
 #include "support/Doubles.h"
 
-// Loading list files: every line but the blank ones is a row, as it stands.
+// Loading list files: every line that is not blank becomes a row, unchanged.
 
 void vexmarrow::fuzz::TryInput(Input input) {
-    const bool several = input.Byte() % 2 != 0; // of which the dialog tells the folder first
+    const bool several = input.Byte() % 2 != 0; // then the dialog returns their folder first
     const std::size_t files = several ? 2 : 1;
     Reader reader(input);
     reader.file.bytes = input.Rest();

@@ -8,8 +8,8 @@
 #include <cstring>
 #include <tuple>
 
-// The records of a log. Nearly all bytes are none, so what an input holds is also made into one,
-// which must come back; and into one whose head says anything under a right checksum.
+// The records of a log. Hardly any bytes are a record, so the input is also made into a record,
+// which must be read back, and into one with a changed head and a right checksum.
 
 namespace vexmarrow::fuzz {
 namespace {
@@ -70,7 +70,7 @@ bool HoldSame(const std::optional<RecordTail>& a, const std::optional<RecordTail
             (a->size == b->size && a->checksum == b->checksum && a->file.SameFileAs(b->file)));
 }
 
-/// What whoever works with a record relies on.
+/// Requires what all code that uses a record relies on.
 void RequireSense(const std::optional<LogRecord>& parsed, std::uint64_t at, std::size_t size) {
     if (parsed) {
         const RecordHead& head = parsed->head;
@@ -81,8 +81,8 @@ void RequireSense(const std::optional<LogRecord>& parsed, std::uint64_t at, std:
                     parsed->End() - parsed->KeptAt() == head.KeptSize(),
                 "the end of a record can be computed");
         Require(head.path.starts_with('/') && head.path.find('\0') == std::string::npos,
-                "a full path");
-        Require(static_cast<unsigned>(parsed->state) - 1U < 3U, "one of the three states");
+                "a path is absolute");
+        Require(static_cast<unsigned>(parsed->state) - 1U < 3U, "a state is one of the three");
     }
 }
 
@@ -90,11 +90,11 @@ void TryWhole(LogRecord record, std::uint64_t salt, std::uint64_t other) {
     const std::string bytes = Encoded(record, salt);
     const auto parsed = ParseRecord(bytes + "old bytes", salt, record.at);
     RequireSense(parsed, record.at, bytes.size());
-    Require(parsed && parsed->KeptAt() == record.at + bytes.size(), "what was encoded is whole");
+    Require(parsed && parsed->KeptAt() == record.at + bytes.size(), "an encoded record is whole");
     Require(ValuesOf(parsed->head) == ValuesOf(record.head), kLost);
     Require(parsed->state == record.state && HoldSame(parsed->tail, record.tail), kLost);
-    Require(!ParseRecord(bytes, salt ^ other, record.at), "none of another log");
-    Require(!ParseRecord(bytes, salt, record.at ^ other), "none of another place");
+    Require(!ParseRecord(bytes, salt ^ other, record.at), "a record of another log is none");
+    Require(!ParseRecord(bytes, salt, record.at ^ other), "a record of another place is none");
 
     const std::size_t tailAt = record.headSize + 1;
     for (std::size_t i = 0; i < bytes.size(); ++i) {
@@ -127,7 +127,7 @@ void TryForged(LogRecord record, std::uint64_t salt, Input input) {
         const std::size_t place = input.Byte();
         bytes[place % record.headSize] = static_cast<char>(input.Byte());
     }
-    std::uint64_t sizes[2]; // of both names, which follow the checksum
+    std::uint64_t sizes[2]; // the sizes of both names follow the checksum
     std::memcpy(sizes, bytes.data() + sizeof(std::uint64_t), sizeof sizes);
     const std::size_t others =
         record.headSize - record.head.path.size() - record.head.temporaryName.size();

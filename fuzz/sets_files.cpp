@@ -9,12 +9,12 @@
 #include "support/Doubles.h"
 #include "textio/FileWriter.h"
 
-// Loading sets from a file of anything, saving them, and loading what was saved.
+// Loading sets from a file with any content, saving them, and loading the saved file.
 
 namespace vexmarrow::fuzz {
 namespace {
 
-/// Writes into a string at once, for want of anything that could fail.
+/// Writes into a string directly, since nothing can fail.
 class MemoryWriter final : public FileWriter {
 public:
     explicit MemoryWriter(std::string& file) : file_(file) {}
@@ -35,7 +35,7 @@ private:
     std::string& file_;
 };
 
-/// The sets in these lines, as pairs.
+/// The sets that these lines hold.
 std::vector<test::TextPair> SetsIn(const Texts& lines, std::u16string_view separator) {
     std::vector<test::TextPair> sets;
     for (const std::u16string& line : lines) {
@@ -86,7 +86,7 @@ void TryInput(Input input) {
     }
     Require(reader.file.bytes == expected, "a set is saved as a line, in the code page");
 
-    loading.Load(kPath, u"::"); // after those that are there
+    loading.Load(kPath, u"::"); // adds to the list
     std::vector<test::TextPair> all = sets;
     for (test::TextPair& set : SetsIn(reader.TryLines().value_or(Texts()), u"::")) {
         all.push_back(std::move(set));

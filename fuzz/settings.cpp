@@ -6,12 +6,12 @@
 #include "fuzz/Fuzz.h"
 #include "shell/StoredForm.h"
 
-// Settings: any texts, in a file that is UTF-8.
+// Storing any text as a setting in a UTF-8 file.
 
 namespace vexmarrow::fuzz {
 namespace {
 
-/// Any text is stored and comes back, and any text may be found stored.
+/// Stores a text and reads it back, and reads the text as if it had been stored.
 void TryStored(const std::u16string& text) {
     const auto fits = [](const std::u16string& any) {
         return TextFromUtf8(NativeName(any)) == any && !any.starts_with(u'\uFEFF');

@@ -7,7 +7,7 @@
 
 #include <numeric>
 
-// Reading a text file as pieces and as lines: the pieces turned back into bytes are the file, and
+// Reading a text file as pieces and as lines: the pieces, turned back into bytes, are the file, and
 // the lines are those of the pieces.
 
 namespace vexmarrow::fuzz {
@@ -18,7 +18,7 @@ using namespace std::string_view_literals;
 constexpr std::string_view kMark8 = "\xEF\xBB\xBF";
 constexpr std::string_view kMark16 = "\xFF\xFE";
 
-/// The one place that knows how pieces are asked for.
+/// All pieces of the file.
 Texts Pieces(RFTSFSO& textio, bool detected) {
     TextPieces reader = detected ? textio.ReadTextChunks(kPath) : textio.ReadChunksByStream(kPath);
     Texts pieces;
@@ -29,7 +29,7 @@ Texts Pieces(RFTSFSO& textio, bool detected) {
     return pieces;
 }
 
-/// Puts as much into the middle of a file as brings the rest of it to the border of two pieces.
+/// Inserts so much into a file that the bytes behind it lie at the border of two pieces.
 std::string Stretched(std::string bytes, std::uint8_t shape, std::uint8_t back) {
     static const std::string filling = [] {
         std::string made(2 * kPieceSize, 'A');
@@ -43,8 +43,8 @@ std::string Stretched(std::string bytes, std::uint8_t shape, std::uint8_t back) 
     return bytes;
 }
 
-/// Returns the text that the pieces make up. Bytes of 16-bit characters are compared as they lie in
-/// the memory of a machine that has the low one first.
+/// Compares the pieces with the file and returns the text that they make up. 16-bit characters are
+/// compared as they lie in memory; the machine must be little-endian.
 std::u16string TryPieces(const Texts& pieces, std::string_view file, const Reader& reader) {
     std::u16string text;
     for (const std::u16string& piece : pieces) {
@@ -52,7 +52,7 @@ std::u16string TryPieces(const Texts& pieces, std::string_view file, const Reade
         text += piece;
     }
     Require(!pieces.empty() && pieces.back().size() <= kPieceSize, "there is a last piece");
-    Require(!pieces.back().empty() || pieces.size() == 1, "only a text of nothing has it empty");
+    Require(!pieces.back().empty() || pieces.size() == 1, "only that of an empty text is empty");
     std::string bytes;
     if (reader.flags.IsUnicode) {
         bytes.assign(reinterpret_cast<const char*>(text.data()), 2 * text.size());
@@ -77,7 +77,7 @@ void TryStreamLines(const Texts& lines, std::u16string_view text) {
     Require(text.empty(), "the lines reach to the end of the text");
 }
 
-/// In bytes, a UTF-8 file is well-formed, and its pieces may come in parts.
+/// Reads a UTF-8 file as bytes: they are well-formed, and pieces may come in parts.
 void TryBytes(Reader& reader, std::u16string_view text, const AsciiSet& ends) {
     std::string all;
     reader.Try([&] {
@@ -103,26 +103,26 @@ void TryBytes(Reader& reader, std::u16string_view text, const AsciiSet& ends) {
         }
         return Texts();
     });
-    Require(reader.file.failed || all == NativeName(Concat(text, kCrLf)), "so are the lines");
+    Require(reader.file.failed || all == NativeName(Concat(text, kCrLf)), "the lines are the text");
 }
 
 } // namespace
 
 void TryInput(Input input) {
-    // Long files take long: it is one in so many, and few of those that a fuzzer makes of it.
+    // Long files take long, so only few inputs are stretched, chosen by a sum that variants change.
     const std::string_view all = input.Rest();
-    const bool longOne = std::accumulate(all.begin(), all.end(), 0U) % 64 == 63;
+    const bool isLong = std::accumulate(all.begin(), all.end(), 0U) % 64 == 63;
     const std::uint8_t shape = input.Byte();
     const std::uint8_t back = input.Byte();
     Reader reader(input);
-    AsciiSet ends; // of parts
+    AsciiSet ends; // the bytes after which a part may end
     ends.set(back % ends.size(), shape != 0);
     std::string file(input.Rest());
-    file = longOne ? Stretched(file, shape, back) : file;
+    file = isLong ? Stretched(file, shape, back) : file;
     reader.file.bytes = file;
     reader.flags.IsUnicode = back >= 0x80;
     if (const auto pieces = reader.Try([&] { return Pieces(reader.textio, false); })) {
-        Require(reader.flags.IsUnicode == (back >= 0x80), "no detection, no change of the flags");
+        Require(reader.flags.IsUnicode == (back >= 0x80), "without detection the flags stay");
         TryPieces(*pieces, file, reader);
     }
     const auto lines = reader.TryLines();

@@ -8,8 +8,8 @@
 #include <cctype>
 #include <vector>
 
-// A dropped list of addresses: paths spelled as addresses come back, whatever their bytes, and a
-// list of anything is so many lines, each for itself.
+// A dropped list of addresses: any paths that are spelled as addresses are read back unchanged, and
+// a list with any content is read line by line.
 
 namespace vexmarrow::fuzz {
 namespace {
@@ -18,7 +18,7 @@ using namespace std::string_view_literals;
 
 constexpr std::string_view kHost = "Host";
 
-/// One of the ways to spell a path; `style` decides.
+/// A path as an address; `style` chooses one of the ways to spell it.
 std::string AddressOf(std::string_view path, unsigned style) {
     constexpr std::string_view kStarts[] = {"file://", "file:", "FILE://localhost", "File://hOST"};
     const std::string_view digits = style & 4U ? "0123456789ABCDEF" : "0123456789abcdef";
@@ -67,7 +67,7 @@ void TryInput(Input input) {
         for (const std::u16string& path : PathsInUriList(line, kHost)) {
             Require(path.starts_with(u'/'), "a path begins at the root");
             Require(NativeName(path).size() + 5 <= line.size(),
-                    "and is no longer than its address");
+                    "a path is no longer than its address");
             oneByOne.push_back(path);
         }
         list.remove_prefix(std::min(list.size(), line.size() + 1));
