@@ -1,14 +1,14 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
-"""Lets a program change random cards and the sample files, and has the results judged.
+"""Has a program change random cards and the sample files, and judges the results.
 
     check_cards.py TOOL [--count N] [--seed S] [--show N] [--long]
 
-TOOL reads cases from its standard input and writes a result for each. All numbers have 32 bits, the low
-byte first. A case: the part (0 fields, 1 values, 2 whole text, 3 sets); the name of the code page; the
-number of find texts and they; the number of replace texts and they; the file. A result: the number of
-sentences and they; the file. Before each name, text, sentence and file stands its length in bytes; texts
-are UTF-8. The model judges every result, a parser that others have written those that it can.
+TOOL reads cases from its standard input and writes a result for each. All numbers have 32 bits, low byte
+first. A case is the part (0 fields, 1 values, 2 whole text, 3 sets), the name of the code page, the number
+of find texts and these texts, the number of replace texts and these texts, and the file. A result is the
+number of messages, these messages, and the file. Each name, text, message and file follows its length in
+bytes; texts are UTF-8. The model judges every result. An independent parser judges the results that it can.
 """
 
 import argparse
@@ -30,7 +30,7 @@ BATCH = 500
 SAMPLES = pathlib.Path(__file__).parents[2] / "Samples"
 SAMPLE_ROUNDS = 12
 SHOWN = 20000  # bytes of an input
-# What must have been met in a run of at least LONG cases: one that judges nothing is no proof.
+# What a run of at least LONG cases must have met: a run that judges nothing proves nothing.
 LONG = 2000
 EXPECTED = """
 changed, plain/changed, coded/changed, hidden/changed, outside/lines with question marks/new folds, plain
@@ -53,7 +53,7 @@ def packed_case(case):
 
 
 class Results:
-    """What a program has written."""
+    """The output of a program."""
 
     def __init__(self, data):
         self.data, self.at = data, 0
@@ -74,18 +74,17 @@ class Results:
 
 
 def results_of(tool, cases):
-    """[(sentences, bytes)] of a program for cases; what it leaves out is None."""
+    """[(messages, bytes)] that a program returns for cases; None for each missing result."""
     run = subprocess.run([tool], input=b"".join(map(packed_case, cases)), stdout=subprocess.PIPE, check=False)
     results, found = Results(run.stdout), []
     try:
         while len(found) < len(cases):
             found.append(results.result())
     except struct.error:
-        print("The program ended with %d after %d of %d results." % (run.returncode, len(found), len(cases)))
+        print(f"The program ended with {run.returncode} after {len(found)} of {len(cases)} results.")
         return found + [None] * (len(cases) - len(found))
     if run.returncode != 0 or results.at != len(run.stdout):
-        print("The program ended with %d and wrote %d bytes too many." % (
-            run.returncode, len(run.stdout) - results.at))
+        print(f"The program ended with {run.returncode} and wrote {len(run.stdout) - results.at} bytes too many.")
         found[-1] = None
     return found
 
@@ -97,13 +96,12 @@ class Judge:
     def complaints(self, case, result):
         if result is None:
             return ["there is no result"]
-        sentences, output = result
+        messages, output = result
         pairs, partnerless = vcard_change.partners(case.finds, case.replacements)
         checker = vcard_check.Checker()
         complaints = checker.check(case.data, output, case.part, pairs, case.page)
-        if case.data and len(sentences) != partnerless:
-            complaints.append("%d sentences for %d texts without partner: %r" % (
-                len(sentences), partnerless, sentences))
+        if case.data and len(messages) != partnerless:
+            complaints.append(f"{len(messages)} messages for {partnerless} texts without partner: {messages!r}")
         self.counts.update(checker.counts)
         self.counts["cases judged by the model"] += 1
         self.counts["cases that change" if output != case.data else "cases that do not change"] += 1
@@ -118,30 +116,30 @@ class Judge:
         self.counts["cases judged by the parser"] += lines > 0
         self.counts["lines judged by the parser"] += lines
         self.counts["changed lines judged by the parser"] += changed
-        return ["the parser: " + complaint for complaint in complaints]
+        return [f"the parser: {complaint}" for complaint in complaints]
 
 
 def sample_cases(seed):
-    """Every sample file with pairs that hit nothing, and with random ones."""
+    """Every sample file with a pair that finds nothing, with fixed pairs, and with random ones."""
     for path in sorted(SAMPLES.glob("*.vcf")):
         data = path.read_bytes()
         yield path.name, random_cards.Case(data, "windows-1252", WHOLE, ["\x01"], ["x"])
         for part in (FIELDS, VALUES, WHOLE, SETS):
             yield path.name, random_cards.Case(data, "windows-1252", part, ["a", "e", "T"], ["e", "\u00e4 \u20ac", ""])
         for number in range(SAMPLE_ROUNDS):
-            rng = random.Random("%s/%s/%d" % (seed, path.name, number))
+            rng = random.Random(f"{seed}/{path.name}/{number}")
             yield path.name, random_cards.case_for(rng, data, "windows-1252")
 
 
 def long_cases():
-    """What is long: a line beyond a piece, a photo, a card whose version stands too far behind its begin."""
+    """Lines longer than a piece, a long photo, and a card whose VERSION is too far from its BEGIN."""
     piece = vcard_model.PIECE
 
     def card(version, body):
         return b"BEGIN:VCARD\r\nVERSION:" + version + b"\r\n" + body + b"\r\nEND:VCARD\r\n"
 
     def long_line(header, letter, end):
-        # Of the two occurrences of "xy", the first lies across the border of two pieces.
+        # The first of the two occurrences of "xy" lies across the border of two pieces.
         return header + letter * (piece - len(header) - 1) + b"xy" + letter * 1000 + b"xy" + end
 
     pairs = ["xy", "a9"], ["\u00e4", "z"]
@@ -159,21 +157,21 @@ def long_cases():
 
 def all_cases(count, seed, with_long):
     for number, case in enumerate(long_cases() if with_long else ()):
-        yield "long case %d" % number, case
+        yield f"long case {number}", case
     for name, case in sample_cases(seed):
-        yield "sample %s" % name, case
+        yield f"sample {name}", case
     for number in range(count):
-        yield "seed %d, number %d" % (seed, number), random_cards.case(seed, number)
+        yield f"seed {seed}, number {number}", random_cards.case(seed, number)
 
 
 def show(name, case, result, complaints):
-    print("%s: part %d, code page %s" % (name, case.part, case.page))
-    print("  find:     %r\n  put in:   %r" % (case.finds, case.replacements))
-    print("  input:    %r" % case.data[:SHOWN])
+    print(f"{name}: part {case.part}, code page {case.page}")
+    print(f"  find:     {case.finds!r}\n  put in:   {case.replacements!r}")
+    print(f"  input:    {case.data[:SHOWN]!r}")
     if result is not None:
-        print("  output:   %r" % result[1][:SHOWN])
+        print(f"  output:   {result[1][:SHOWN]!r}")
     for complaint in complaints:
-        print("  " + complaint[:SHOWN])
+        print(f"  {complaint[:SHOWN]}")
 
 
 def main():
@@ -196,10 +194,10 @@ def main():
                 bad += 1
                 show(name, case, result, complaints)
     for what, number in sorted(judge.counts.items()):
-        print("%8d %s" % (number, what))
+        print(f"{number:8} {what}")
     missing = [what for what in EXPECTED if not judge.counts[what]] if options.count >= LONG and not bad else []
     for what in missing:
-        print("Never met: " + what)
+        print(f"Never met: {what}")
     sys.exit(1 if bad or missing else 0)
 
 

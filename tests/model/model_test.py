@@ -1,9 +1,9 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
-"""Checks the model against small cases that were worked out by hand, and these against deliberate faults.
+"""Checks the model by small cases that were worked out by hand, and checks these by deliberate faults.
 
-Every fault is one that a reader of the rules might make. Where the cases do not notice one, the test fails:
-then they say too little.
+Each fault is a mistake that a reader of the rules might make. If the cases do not notice a fault, the test
+fails, because then there are too few cases.
 """
 
 import re
@@ -19,8 +19,8 @@ from vcard_change import FIELDS, SETS, VALUES, WHOLE
 
 LETTERS = b"ABCD" * 50
 
-# Version, body of a card, page ("" for windows-1252), what its lines say: "|" is the separating colon, <E9>
-# a stray byte, {...} a value that is not searched.
+# The version and body of a card, the page ("" for windows-1252), and the texts of its lines: "|" is the
+# separating colon, <E9> a stray byte, {...} a value that is not searched.
 READ = [
     ("3.0", b"FN:An\r\n na\nX:a\r\n\r\n b\r\n", "", ["FN|Anna", "X|a", "b"]),
     ("3.0", b"FN:An\r\n  na\r\n\t\tx\r\n", "", ["FN|An na\tx"]),
@@ -60,13 +60,13 @@ READ = [
     ("4.0", b"PHOTO:data:image/png;base64,AA\nX:data:a,b;base64,A\nX:Data:;Base64,A\n", "",
      ["PHOTO|{data:image/png;base64,AA}", "X|data:a,b;base64,A", "X|{Data:;Base64,A}"]),
     ("3.0", b"X: data:;base64,A\n", "", ["X| data:;base64,A"]),
-    ("3.0", b"PHOTO:" + LETTERS[:100] + b"\n " + LETTERS[100:] + b"\nAA\n", "", ["PHOTO|{%s\n %s\nAA}" % (
-        LETTERS[:100].decode(), LETTERS[100:].decode())]),
+    ("3.0", b"PHOTO:" + LETTERS[:100] + b"\n " + LETTERS[100:] + b"\nAA\n", "",
+     [f"PHOTO|{{{LETTERS[:100].decode()}\n {LETTERS[100:].decode()}\nAA}}"]),
     ("3.0", b"KEY:" + LETTERS[:100] + b"\n" + LETTERS[101:] + b"\n", "", [
-        "KEY|" + LETTERS[:100].decode(), LETTERS[101:].decode()]),
-    ("3.0", b"KEY:" + LETTERS[:100] + b"\n" + LETTERS[100:] + b"\n", "", ["KEY|{%s\n%s}" % (
-        LETTERS[:100].decode(), LETTERS[100:].decode())]),
-    ("3.0", b"NOTE:" + LETTERS + b"\n", "", ["NOTE|" + LETTERS.decode()]),
+        f"KEY|{LETTERS[:100].decode()}", LETTERS[101:].decode()]),
+    ("3.0", b"KEY:" + LETTERS[:100] + b"\n" + LETTERS[100:] + b"\n", "",
+     [f"KEY|{{{LETTERS[:100].decode()}\n{LETTERS[100:].decode()}}}"]),
+    ("3.0", b"NOTE:" + LETTERS + b"\n", "", [f"NOTE|{LETTERS.decode()}"]),
     ("2.1", b"AGENT:\nBEGIN:VCARD\nVERSION:3.0\nFN:a\n b\nEND:VCARD\nFN:a\n b\n", "", ["AGENT|", "FN|ab", "FN|a b"]),
     ("2.1", b"FN:\nBEGIN:VCARD\nVERSION:3.0\nFN:a\n b\nEND:VCARD\nFN:a\n b\n", "", ["FN|", "FN|ab", "FN|a", " b"]),
     ("2.1", b"A;X=\n B;CHARSET=UTF-8:\xc3\xa4\n\xe4\xe4\n", "", ["A;X= B;CHARSET=UTF-8|ä", "ää"]),
@@ -77,7 +77,7 @@ READ = [
     ("3.0", b"\\n:x\n", "", ["\\n:x"]),
 ]
 
-# Whole files and what they say.
+# Whole files and the texts of their lines.
 FILES = [
     (b"x:y:z\n a;QUOTED-PRINTABLE:=41\nEND:VCARD\nVERSION:2.1\n", ["x|y:z", " a;QUOTED-PRINTABLE|=41", "END|VCARD",
                                                                    "VERSION|2.1"]),
@@ -104,7 +104,7 @@ FILES = [
     (b"", []),
 ]
 
-# Version, part, pairs, body of a card before and after.
+# The version of a card, the part, the pairs, and the body of the card before and after.
 LONG = b"N:" + b"a" * 73
 CHANGES = [
     ("3.0", VALUES, [("Anna", "Eva")], b"FN:An\r\n na\r\n", b"FN:Eva\r\n"),
@@ -166,12 +166,12 @@ def said(line):
     text = ""
     for index, value in enumerate(line.values()):
         if value >= vcard_charsets.ALIEN:
-            text += "<%X>" % (value - vcard_charsets.ALIEN)
+            text += f"<{value - vcard_charsets.ALIEN:X}>"
         elif value >= vcard_charsets.STRAY:
-            text += "<%02X>" % (value - vcard_charsets.STRAY)
+            text += f"<{value - vcard_charsets.STRAY:02X}>"
         else:
             text += "|" if index == line.border else chr(value)
-    return text + ("{%s}" % line.hidden() if line.kind == "hidden" else "")
+    return text + (f"{{{line.hidden()}}}" if line.kind == "hidden" else "")
 
 
 def all_said(data, page="windows-1252"):
@@ -184,7 +184,7 @@ def card(version, body):
 
 
 def differences():
-    """What does not come out as it was worked out by hand."""
+    """The cases in which the model does not give the result that was worked out by hand."""
     for version, body, page, expected in READ:
         yield from unlike(body, all_said(card(version, body), page or "windows-1252"), expected)
     for data, expected in FILES:
@@ -197,11 +197,11 @@ def differences():
 
 def unlike(what, found, expected):
     if found != expected:
-        yield "%r: %r instead of %r" % (what, found, expected)
+        yield f"{what!r}: {found!r} instead of {expected!r}"
 
 
 def complaints():
-    """What the checker has to say of results that were worked out by hand, and of the model's own."""
+    """The complaints about right results: those worked out by hand, and the model's own."""
     for version, part, pairs, before, after in CHANGES:
         yield from vcard_check.check(card(version, before), card(version, after), part, pairs, "windows-1252")
     for number in range(PAIRS_OF_RANDOM_CASES):
@@ -211,7 +211,7 @@ def complaints():
         yield from vcard_check.check(case.data, output, case.part, pairs, case.page)
 
 
-# Results that break a rule: version, part, pairs, body before, body that must be complained of.
+# Wrong results: the version of a card, the part, the pairs, the body before, and a body that breaks a rule.
 BAD = [
     ("3.0", VALUES, [("x", "y")], b"N:a\r\n b\r\nM:x\r\n", b"N:ab\r\nM:y\r\n"),
     ("3.0", VALUES, [("x", "y")], b"N:ax\r\n b\r\n", b"N:ayb\r\n"),
@@ -248,16 +248,16 @@ BAD = [
 def not_complained_of():
     for version, part, pairs, before, after in BAD:
         if not vcard_check.check(card(version, before), card(version, after), part, pairs, "windows-1252"):
-            yield "%r: nothing is said of %r" % ((pairs, before), after)
+            yield f"{(pairs, before)!r}: no complaint about {after!r}"
 
 
-# Deliberate faults: what is put in the place of what, and where.
+# Deliberate faults: each replaces something in the model.
 ESCAPED = vcard_change.escaped
 EMPTIED = vcard_change.emptied
 
 
 def faults():
-    """(name, module, attribute, what takes its place)."""
+    """(name, module, attribute, replacement)."""
     model, change = vcard_model, vcard_change
     yield "a fold keeps its blank", model, "blanks_taken_off", lambda card: 0
     yield "a fold of 2.1 loses its blank", model, "blanks_taken_off", lambda card: 1
@@ -285,7 +285,7 @@ def faults():
     yield "one stray byte decides", model, "looks_like_utf8", faulty_look
     yield "codes are in the file's encoding", model, "charset_of_codes", lambda file, tokens: file.text
     yield "raw characters are decoded with the codes", model.File, "is_marked", lambda file: False
-    yield "escapes do not count", change, "escaped", lambda line, values, first, behind: set()
+    yield "escapes do not count", change, "escaped", lambda line, values, first, after: set()
     yield "every backslash escapes", change, "escaped", faulty_escaped
     yield "the separating colon may go", change, "takes_border_unchanged", lambda *_: False
     yield "an emptied piece leaves its folds", change, "emptied", lambda line, text, index: 0
@@ -319,10 +319,10 @@ def faulty_look(lines):
     return all(value < vcard_charsets.STRAY for line in lines for value, _ in vcard_model.UTF8.decode(line.joined))
 
 
-def faulty_escaped(line, values, first, behind):
-    if not ESCAPED(line, values, first, behind):
+def faulty_escaped(line, values, first, after):
+    if not ESCAPED(line, values, first, after):
         return set()
-    return {at + 1 for at in range(first, behind) if values[at] == vcard_change.BACKSLASH}
+    return {at + 1 for at in range(first, after) if values[at] == vcard_change.BACKSLASH}
 
 
 def faulty_emptied(line, text, index):
@@ -340,7 +340,7 @@ def replaced(place, name, value):
 
 
 def notices(place, name, value):
-    """Whether a case worked out by hand comes out otherwise with that fault."""
+    """Whether a case worked out by hand has another result with that fault."""
     with replaced(place, name, value):
         try:
             return next(differences(), None) is not None
@@ -354,9 +354,9 @@ def main():
         print(text)
     survived = [fault[0] for fault in faults() if not notices(*fault[1:])]
     for name in survived:
-        print("This fault is not noticed: " + name)
+        print(f"This fault is not noticed: {name}")
     cases = len(READ) + len(FILES) + len(CHANGES)
-    print("%d cases, %d bad results, %d faults" % (cases, len(BAD), len(list(faults()))))
+    print(f"{cases} cases, {len(BAD)} bad results, {len(list(faults()))} faults")
     sys.exit(1 if found or survived else 0)
 
 

@@ -30,7 +30,7 @@ PARAMETERS = [
 QP = ["QUOTED-PRINTABLE", "ENCODING=QUOTED-PRINTABLE", "quoted-printable", "encoding=Quoted-Printable",
       "ENCODING= QUOTED-PRINTABLE ", 'ENCODING="QUOTED-PRINTABLE"']
 BASE64 = ["B", "BASE64", "b", "ENCODING=B", "ENCODING=b", "ENCODING=BASE64", "encoding=base64", 'ENCODING="B"']
-# What other parsers take as well.
+# Texts that other parsers read in the same way.
 TAME_WORDS = ["Anna", "Müller", "Łódź", "Иван", "山田太郎", "\U0001f600", "na", "555-0100", "a,b", r"a\,b", r"x\ny", "x:y",
               ";", "10:30", "https://example.org/a?b=c", "=41", "a=b", "-", "aaaa", "abababab", "e", "Quay Street"]
 TAME_PARAMETERS = ["CELL", "HOME", "TYPE=CELL", "TYPE=home,work", "type=Pref", 'TYPE="a;b"', "LANGUAGE=de"]
@@ -38,7 +38,7 @@ TAME_CHARSETS = ["UTF-8", "ISO-8859-1", "KOI8-R", "windows-1252"]
 CHARSETS = ["UTF-8", "utf-8", "ISO-8859-1", "iso-8859-1", "windows-1252", "Shift_JIS", "SHIFT_JIS", "KOI8-R",
             "US-ASCII", "X-UNKNOWN", "ISO-2022-JP", "UTF-7", "UTF-16", "UTF-16LE", "UTF-32", '"UTF-8"', "Windows-1251"]
 PYTHON_NAMES = {"Shift_JIS": "cp932", "SHIFT_JIS": "cp932"}
-PUT_IN = [
+REPLACEMENTS = [
     "", "", "", "X", "x", "Hans", "ß", "Ω", "\U0001f680", "日本", "ソ", "€", ":", "a:b", "=", "=4", "=41", "41", "4",
     " ", "  ",
     "\t", " x", "x ", "\t ", "END:VCARD", "BEGIN:VCARD", "VERSION:", "VERSION:4.0", "QUOTED-PRINTABLE", "BASE64",
@@ -49,7 +49,7 @@ PUT_IN = [
     "\ud83d", "\ude00", "ABCD" * 60, "x y  z" * 16, "Ã", "¤", "é", "data:image/png;base64,", "AGENT",
     "0" * 70, "-" * 76,
 ]
-LINE_ENDS_TO_PUT_IN = ["\r\n", "\n", "\r", "a\nb", "a\r\nb\r\n", "\n:", "x\rEND:VCARD"]
+REPLACEMENTS_WITH_LINE_ENDS = ["\r\n", "\n", "\r", "a\nb", "a\r\nb\r\n", "\n:", "x\rEND:VCARD"]
 COMMON = ["a", "e", "=", ":", " ", "T", "CELL", "QUOTED", "ENCODING", "B", "CHARSET", "UTF-8", "NOTE:", "PHOTO", "n",
           "\\", "na", "ä", "é", "http", "\t", '"', "AGENT:", "X", "\ud83d", "\ude00", "", "zzzz", "VCARD", "2.1",
           "A", "1", "l"]
@@ -88,10 +88,10 @@ class Maker:
         return self.form not in ("", "utf-8")
 
     def raw(self, text):
-        """Text as units of the file, each a character."""
+        """Text as units of the file, each as a character."""
         if self.form[1:] == "H":
             data = text.encode("utf-16-le", "surrogatepass")
-            return "".join(map(chr, struct.unpack("<%dH" % (len(data) // 2), data)))
+            return "".join(map(chr, struct.unpack(f"<{len(data) // 2}H", data)))
         if self.is_wide():
             return text
         form = self.text if self.text != "mixed" else self.rng.choice(["utf-8", "page"])
@@ -125,7 +125,7 @@ class Maker:
         return text.encode(name, "ignore").decode("latin-1")
 
     def coded_value(self, charset, soft):
-        """Quoted-printable with codes in both cases, soft breaks at any place, and stray signs."""
+        """Quoted-printable with codes in either case, soft breaks at any place, and stray "="."""
         text = self.words_of(self.rng.randint(0, 8))
         if charset:
             raw = self.in_charset(text, charset)
@@ -140,13 +140,14 @@ class Maker:
                 result += self.rng.choice(["=", "=Z", "=4", "=a", "= ", "==", "=FF", "=E9", "=0D=0A"])
             if unit > "\x7f" and (self.is_wide() or self.chance(0.9)) or unit == "=" and self.chance(0.8) or \
                     unit in "\r\n" or self.chance(hexed):
-                result += ("=%02x" if self.chance(0.3) else "=%02X") % ord(unit)
+                result += f"={ord(unit):02x}" if self.chance(0.3) else f"={ord(unit):02X}"
             else:
                 result.append(unit)
         if self.is_wide() and self.chance(0.3):
             result += self.raw(self.words_of(1))
         for _ in range(self.rng.choice([0, 0, 1, 2, 4]) if soft else 0):
-            soft_break = "=" + self.rng.choice(["", "", "", " ", "\t "]) + self.end()
+            blanks = self.rng.choice(["", "", "", " ", "\t "])
+            soft_break = f"={blanks}{self.end()}"
             result.insert(self.rng.randint(0, len(result)), soft_break)
         if self.chance(0.15):
             result.append(self.rng.choice(["=", "= ", " ", "=3", "=Z41", "=Z", " Z", "  Z", "\tZ"]))
@@ -157,7 +158,7 @@ class Maker:
                                       for _ in range(size))).decode()
 
     def base64_value(self, size):
-        """Letters in lines that are indented, or not, or both; often with an empty line at the end."""
+        """Letters in lines, all, some or none of them indented; often with an empty line at the end."""
         letters = self.base64_letters(size)
         width = self.rng.choice([20, 60, 72, 74, 76])
         leads = self.rng.choice([[" "], ["\t"], [""], ["", " "], ["  "]])
@@ -173,7 +174,7 @@ class Maker:
 
     def header(self, name, params):
         group = self.rng.choice(["item1.", "A.", "a-b_1."]) if self.chance(0.12) else ""
-        return self.raw("".join([group, name] + [";" + param for param in params]))
+        return self.raw("".join([group, name] + [f";{param}" for param in params]))
 
     def content_line(self):
         rng = self.rng
@@ -200,32 +201,32 @@ class Maker:
         else:
             value = self.plain_value(charset)
         if kind in ("base64", "data", "picture"):
-            return self.header(name, params) + ":" + value
-        return self.header(name, params) + ":" + value, kind
+            return f"{self.header(name, params)}:{value}"
+        return f"{self.header(name, params)}:{value}", kind
 
     def tame_line(self, old):
-        """A line as other programs write it; `old` for cards of 2.1."""
+        """A line as other programs write it; `old`: for a card of 2.1."""
         rng = self.rng
         params = [rng.choice(TAME_PARAMETERS[:4] if old else TAME_PARAMETERS) for _ in range(rng.choice([0, 0, 1, 2]))]
         kind = rng.choices(["plain", "coded", "base64"], [6, 4 if old else 0, 1])[0]
         name, value = rng.choice(NAMES[:10]), self.words_of(rng.choice([1, 3, 5, 12])).strip()
         if kind == "plain":
-            line = self.header(name, params) + ":" + self.raw(value)
-            return line if old or self.chance(0.3) else self.wrapped(line, 75, self.end() + " ")
+            line = f"{self.header(name, params)}:{self.raw(value)}"
+            return line if old or self.chance(0.3) else self.wrapped(line, 75, f"{self.end()} ")
         if kind == "base64":
             line = self.header("PHOTO", ["BASE64" if old else "ENCODING=b"]) + ":"
             line += self.base64_letters(rng.randint(0, 90))
-            return line if old else self.wrapped(line, 75, self.end() + " ")
+            return line if old else self.wrapped(line, 75, f"{self.end()} ")
         charset = rng.choice(TAME_CHARSETS) if self.chance(0.5) else ""
-        params += [rng.choice(QP[:2])] + (["CHARSET=" + charset] if charset else [])
+        params += [rng.choice(QP[:2])] + ([f"CHARSET={charset}"] if charset else [])
         everything = self.chance(0.2)
-        codes = ["=%02X" % byte if everything or byte == 0x3D or not 0x20 <= byte < 0x7F else chr(byte)
+        codes = [f"={byte:02X}" if everything or byte == 0x3D or not 0x20 <= byte < 0x7F else chr(byte)
                  for byte in value.encode(charset or "utf-8", "ignore")]
-        line = self.header(name, params) + ":"
+        line = f"{self.header(name, params)}:"
         used = len(line)
         for code in codes:
             if used + len(code) > 75:
-                line, used = line + "=" + self.end(), 0
+                line, used = f"{line}={self.end()}", 0
             line, used = line + code, used + len(code)
         return line
 
@@ -235,12 +236,12 @@ class Maker:
 
     def tame_card(self):
         version = self.rng.choice(["2.1", "3.0", "3.0", "4.0"])
-        lines = ["BEGIN:VCARD", "VERSION:" + version]
+        lines = ["BEGIN:VCARD", f"VERSION:{version}"]
         lines += [self.tame_line(version == "2.1") for _ in range(self.rng.randint(1, 8))]
-        return "".join(line + self.end() for line in lines) + "END:VCARD"
+        return "".join([*(f"{line}{self.end()}" for line in lines), "END:VCARD"])
 
     def folded(self, line):
-        """Folds at any place, within characters, too, or at the usual width; `line` may hold line ends already."""
+        """Folds at any place, even inside characters, or at the usual width; `line` may have line ends already."""
         width = self.rng.choice([0, 0, 60, 75, 75, 76])
         blank = self.rng.choice([" ", " ", "\t"])
         if width:
@@ -274,7 +275,7 @@ class Maker:
         if version:
             at = 0 if self.chance(0.85) else rng.randint(0, len(lines))
             begin = rng.choice(["VERSION:", "VERSION:", "VERSION:", "version:", "Version;X=1:", "VERSION: "])
-            lines.insert(at, self.raw(begin + version) + (self.end() + " 2.1" if self.chance(0.03) else ""))
+            lines.insert(at, self.raw(begin + version) + (f"{self.end()} 2.1" if self.chance(0.03) else ""))
         if depth < 2 and self.chance(0.07):
             agent = rng.choice(["AGENT:", "agent;X=y: ", "A.AGENT:", "AGENT:x"]) + self.end()
             lines.insert(rng.randint(1 if lines else 0, len(lines)), agent + self.card(depth + 1))
@@ -313,12 +314,12 @@ class Maker:
             numbers[self.rng.randrange(len(numbers))] = self.rng.choice([0x110000, 0xFFFFFFFF, 0x80000041])
         if self.form[1] == "H":
             numbers = [n for n in numbers if n < 0x10000]
-        data = struct.pack("%s%d%s" % (self.form[0], len(numbers), self.form[1]), *numbers)
+        data = struct.pack(f"{self.form[0]}{len(numbers)}{self.form[1]}", *numbers)
         return data + (b"\0A\0"[:self.rng.choice([1, 1, 2, 3])] if self.chance(0.15) else b"")
 
 
 def seen(line, part):
-    """The units of a line that a part sees: the first, and the one behind."""
+    """The first unit of a line that belongs to a part, and the one after the last."""
     if part == FIELDS:
         return 0, line.border or 0
     if part == VALUES and line.border is not None:
@@ -327,43 +328,43 @@ def seen(line, part):
 
 
 def starts_of_pieces(line):
-    """The units that stand first, or directly behind a fold."""
+    """The units at the beginning of the line or directly after a fold."""
     places = {fold.at for fold in line.folds}
     return [i for i, unit in enumerate(line.units) if i == 0 or unit[1] in places]
 
 
-def stretch(rng, line, first, behind):
-    """Some units of a line, most of all where something is near that makes things hard."""
+def stretch(rng, line, first, after):
+    """Some units of a line, preferably near something that makes a replacement difficult."""
     length = rng.choice([1, 1, 2, 3, 5, 8, 30, 200])
-    hard = [i for i in range(first, behind) if i == line.border or line.units[i - 1][0] == BACKSLASH
+    hard = [i for i in range(first, after) if i == line.border or line.units[i - 1][0] == BACKSLASH
             or line.units[i][2] - line.units[i][1] > 1]
-    hard += [i for i in starts_of_pieces(line) if first <= i < behind]
-    at = rng.randrange(first, behind)
+    hard += [i for i in starts_of_pieces(line) if first <= i < after]
+    at = rng.randrange(first, after)
     if hard and rng.random() < 0.6:
         at = max(first, rng.choice(hard) - rng.randint(0, length))
-    return at, min(at + length, behind)
+    return at, min(at + length, after)
 
 
-def whole_piece(rng, line, first, behind):
-    """All that stands between two folds, or less where that is not seen."""
+def whole_piece(rng, line, first, after):
+    """All units between two folds that belong to the part."""
     starts = starts_of_pieces(line)
     at = rng.randrange(len(starts))
     end = starts[at + 1] if at + 1 < len(starts) else len(line.units)
-    return max(first, starts[at]), min(behind, end)
+    return max(first, starts[at]), min(after, end)
 
 
 def cut(rng, file, part, choose=stretch):
-    """A text that occurs in a line, "" if none was found."""
+    """A text that occurs in a line; "" if none was found."""
     lines = [line for line in file.lines if len(line.units) > 1]
     folded = [line for line in lines if line.folds]
     if choose is whole_piece and folded:
         lines = folded
     for _ in range(10 if lines else 0):
         line = rng.choice(lines)
-        first, behind = seen(line, part)
-        if first >= behind:
+        first, after = seen(line, part)
+        if first >= after:
             continue
-        at, end = choose(rng, line, first, behind)
+        at, end = choose(rng, line, first, after)
         values = line.values()[at:end]
         if values and all(value < STRAY for value in values):
             return joined("".join(map(chr, values)))
@@ -371,7 +372,7 @@ def cut(rng, file, part, choose=stretch):
 
 
 def joined(text):
-    """Surrogates that make a character are that character."""
+    """The text with surrogates joined to characters."""
     return text.encode("utf-16-le", "surrogatepass").decode("utf-16-le", "surrogatepass")
 
 
@@ -385,28 +386,28 @@ def pair(rng, file, part):
     if special < 0.14:
         return "n", rng.choice(["N", "nn", ""])
     find = rng.choice(COMMON) if rng.random() < 0.25 else cut(rng, file, part)
-    put_in = rng.choice(PUT_IN)
+    replacement = rng.choice(REPLACEMENTS)
     if rng.random() < 0.2:
-        put_in += rng.choice(PUT_IN)
+        replacement += rng.choice(REPLACEMENTS)
     if rng.random() < 0.15:
-        put_in = find + put_in
+        replacement = find + replacement
     if rng.random() < 0.1 and ":" in find:
-        put_in = find.replace(":", "y:")
+        replacement = find.replace(":", "y:")
     if part == SETS and rng.random() < 0.15:
-        put_in += rng.choice(LINE_ENDS_TO_PUT_IN)
+        replacement += rng.choice(REPLACEMENTS_WITH_LINE_ENDS)
     if part != SETS:
-        find, put_in = ("".join(c for c in text if c not in "\r\n") for text in (find, put_in))
-    return find, joined(put_in)
+        find, replacement = ("".join(c for c in text if c not in "\r\n") for text in (find, replacement))
+    return find, joined(replacement)
 
 
 def case(seed, number):
-    rng = random.Random("%s/%d" % (seed, number))
+    rng = random.Random(f"{seed}/{number}")
     maker = Maker(rng)
     return case_for(rng, maker.data(), maker.page)
 
 
 def case_for(rng, data, page):
-    """Pairs and a mode for given bytes."""
+    """A case for given bytes."""
     part = rng.choice([FIELDS, VALUES, VALUES, WHOLE, WHOLE, SETS, SETS])
     file = vcard_model.read(data, page)
     pairs = [pair(rng, file, part) for _ in range(rng.choice([1, 1, 2, 3, 4]))]

@@ -2,8 +2,8 @@
 # SPDX-License-Identifier: MIT
 """How the text of a logical line is changed, and how the changed line is written; see vcard_model.
 
-A changed line is written plainly here to find out whether it may be written at all. Where a fold may go
-is up to the program (within what vcard_check demands).
+A changed line is written in a plain way here, to find out whether it may be written at all. The program may
+choose other places for folds, as far as vcard_check allows.
 """
 
 import re
@@ -19,13 +19,13 @@ QUESTION_MARK = 0x3F
 
 
 def partners(finds, replacements):
-    """The pairs, and how many find texts have no partner."""
+    """The pairs, and the number of find texts without a partner."""
     return list(zip(finds, replacements)), max(0, len(finds) - len(replacements))
 
 
 class Text:
-    """Decoded text that knows where it comes from: `origins` holds the index of the unit of the line, or
-    None for what was put in; `folds[i]` the numbers of the folds before unit i (one list more, for the end)."""
+    """Decoded text and its origin: `origins` holds, for each unit, the index of the unit of the line, or None for
+    an inserted one; `folds[i]` holds the numbers of the folds before unit i, and `folds[-1]` those at the end."""
 
     def __init__(self, values, origins, folds, border):
         self.values, self.origins, self.folds, self.border = values, origins, folds, border
@@ -50,13 +50,13 @@ def seen_part(line, text, part):
     return (0, len(text.values))
 
 
-def escaped(line, values, first, behind):
-    """The places directly behind a backslash that begins an escape."""
+def escaped(line, values, first, after):
+    """The places directly after the backslashes that begin an escape."""
     places = set()
     if line.card is None or line.card.is_21():
         return places
     at = first
-    while at < behind:
+    while at < after:
         if values[at] == BACKSLASH:
             places.add(at + 1)
             at += 1
@@ -69,17 +69,17 @@ def guards_colon(line):
 
 
 def written_line_ends(line, values, coded):
-    """A text to put in, with its line ends as they are written."""
+    """A text to insert, with its line ends as they are written."""
     text = "".join(map(chr, values))
     return [ord(c) for c in re.sub("\r\n|\n|\r", "\r\n" if coded else r"\\n", text)]
 
 
-def to_put_in(line, text, first, behind, replacement):
-    """The new values, and how many of them stand before the separating colon if they hold a new one."""
+def text_to_insert(line, text, first, after, replacement):
+    """The new values, and how many of them come before the separating colon if they hold a new one."""
     coded = line.kind == "coded"
     if not guards_colon(line):
         return written_line_ends(line, replacement, False), None
-    if behind <= text.border:
+    if after <= text.border:
         return written_line_ends(line, replacement, False), None
     if first > text.border:
         return written_line_ends(line, replacement, coded), None
@@ -88,59 +88,59 @@ def to_put_in(line, text, first, behind, replacement):
     return header + written_line_ends(line, replacement[colon:], coded), len(header)
 
 
-def takes_border_unchanged(line, text, at, behind, replacement):
-    return guards_colon(line) and at <= text.border < behind and COLON not in replacement
+def takes_border_unchanged(line, text, at, after, replacement):
+    return guards_colon(line) and at <= text.border < after and COLON not in replacement
 
 
 def goes_with_blank(line, fold, origin):
-    """Whether a fold of 2.1 goes because the blank that it ends before is replaced."""
+    """Whether a fold of 2.1 is removed because the blank after it is replaced."""
     return (line.card is not None and line.card.is_21() and line.folds[fold].kind == "fold"
             and origin is not None and line.units[origin][1] == line.folds[fold].at)
 
 
-def replace_once(line, text, at, behind, replacement):
-    """Puts the replacement in place of the units from `at` on; returns how many units it has."""
-    new, colon = to_put_in(line, text, at, behind, replacement)
+def replace_once(line, text, at, after, replacement):
+    """Replaces the units from `at` on; returns how many units were inserted."""
+    new, colon = text_to_insert(line, text, at, after, replacement)
     before = [f for f in text.folds[at] if not goes_with_blank(line, f, text.origins[at])]
-    text.values[at:behind] = new
-    text.origins[at:behind] = [None] * len(new)
+    text.values[at:after] = new
+    text.origins[at:after] = [None] * len(new)
     if new:
-        text.folds[at:behind] = [before] + [[] for _ in new[1:]]
+        text.folds[at:after] = [before] + [[] for _ in new[1:]]
     else:
-        text.folds[at:behind + 1] = [before + text.folds[behind]]
+        text.folds[at:after + 1] = [before + text.folds[after]]
     if text.border is not None and colon is not None:
         text.border = at + colon
-    elif text.border is not None and behind <= text.border:
-        text.border += len(new) - (behind - at)
+    elif text.border is not None and after <= text.border:
+        text.border += len(new) - (after - at)
     elif text.border is not None and at <= text.border:
         text.border = next((i for i in range(at, at + len(new)) if text.values[i] == COLON), None)
     return len(new)
 
 
 def shadow(values):
-    """A str in which places can be looked for; what is no character is one that texts do not hold."""
+    """The values as a str to search in; all that are no characters become a character that no text holds."""
     return "".join(chr(value) if value < STRAY else "\U0010ffff" for value in values)
 
 
-def occurrence(values, shown, find, at, behind):
-    """The next place of the text, or None."""
+def occurrence(values, shown, find, at, after):
+    """The next place at which the text occurs, or None."""
     text = shadow(find)
     while True:
-        at = shown.find(text, at, behind)
+        at = shown.find(text, at, after)
         if at < 0 or values[at:at + len(find)] == find:
             return None if at < 0 else at
         at += 1
 
 
 def apply_pair(line, text, part, find, replacement):
-    first, behind = seen_part(line, text, part)
-    if not find or occurrence(text.values, shadow(text.values), find, first, behind) is None:
+    first, after = seen_part(line, text, part)
+    if not find or occurrence(text.values, shadow(text.values), find, first, after) is None:
         return
     values, shown = list(text.values), shadow(text.values)
-    places = escaped(line, values, first, behind)
+    places = escaped(line, values, first, after)
     grown, at = 0, first
     while True:
-        at = occurrence(values, shown, find, at, behind)
+        at = occurrence(values, shown, find, at, after)
         if at is None:
             return
         here = at + grown
@@ -154,16 +154,16 @@ def apply_pair(line, text, part, find, replacement):
 
 
 def in_pieces(text):
-    """The text cut at every PIECE units."""
+    """The text in pieces of PIECE units."""
     for first in range(0, max(1, len(text.values)), PIECE):
-        behind = min(first + PIECE, len(text.values))
-        last = text.folds[behind:behind + 1] if behind == len(text.values) else [[]]
-        yield Text(text.values[first:behind], text.origins[first:behind], text.folds[first:behind] + last,
+        after = min(first + PIECE, len(text.values))
+        last = text.folds[after:after + 1] if after == len(text.values) else [[]]
+        yield Text(text.values[first:after], text.origins[first:after], text.folds[first:after] + last,
                    None if text.border is None else text.border - first)
 
 
 def change(line, part, pairs):
-    """The Text of a line after all pairs."""
+    """The Text of a line after all pairs have been applied."""
     text = text_of(line)
     pairs = [([ord(c) for c in find], [ord(c) for c in replacement]) for find, replacement in pairs]
     if len(text.values) <= PIECE:
@@ -189,7 +189,7 @@ def change(line, part, pairs):
 
 
 def with_question_marks(file, line, text):
-    """The same Text, with "?" for what the encoding lacks."""
+    """The same Text with "?" for each new unit that the encoding lacks."""
     values, origins, folds, border = [], [], [], text.border
     for index, value in enumerate(text.values):
         count = 1
@@ -215,11 +215,11 @@ def is_coded_at(line, text, index):
 # Writing ----------------------------------------------------------------------------------------
 
 def hex_code(raw):
-    return "".join("=%02X" % ord(c) for c in raw)
+    return "".join(f"={ord(c):02X}" for c in raw)
 
 
 def encoded(file, line, text, index):
-    """A unit that was put in, as it is written."""
+    """A new unit, as it is written."""
     value = text.values[index]
     raw = decoder_at(file, line, text, index).encode(value)
     if is_coded_at(line, text, index) and (not 0x20 <= value <= 0x7E or value == 0x3D):
@@ -227,13 +227,8 @@ def encoded(file, line, text, index):
     return raw
 
 
-def kept_raw(line, origin):
-    first, behind = line.bounds(origin)
-    return line.raw[first:behind]
-
-
 def emptied(line, text, index):
-    """Of the folds before unit `index`: how many go because a part beside them became empty."""
+    """How many of the folds before unit `index` are removed because a part beside them became empty."""
     numbers = text.folds[index]
     if not numbers:
         return 0
@@ -277,7 +272,7 @@ def kept_folds(line, text, index, piece):
 def pieces_of(file, line, text):
     pieces = []
     for index, origin in enumerate(text.origins):
-        raw = encoded(file, line, text, index) if origin is None else kept_raw(line, origin)
+        raw = encoded(file, line, text, index) if origin is None else line.raw_of_unit(origin)
         piece = Piece(raw, origin, is_coded_at(line, text, index))
         piece.folds = kept_folds(line, text, index, piece)
         if piece.coded and origin is None and raw == " " and piece.folds and piece.folds[-1][1].startswith("="):
@@ -289,22 +284,22 @@ def pieces_of(file, line, text):
 
 
 def ends_physical_line(pieces, index):
-    """Whether the piece is the last before a fold that is no soft break, or before the line's end."""
-    behind = pieces[index + 1]
-    if behind.folds:
-        return not behind.folds[0][1].startswith("=")
+    """Whether the piece is the last one before a fold that is no soft break, or before the line's end."""
+    after = pieces[index + 1]
+    if after.folds:
+        return not after.folds[0][1].startswith("=")
     return index + 2 == len(pieces)
 
 
 def ended_physical_line(line, origin):
-    """The same of a unit of the line as it was."""
-    behind = line.units[origin][2]
-    fold = next((fold for fold in line.folds if fold.at == behind), None)
-    return fold.kind != "soft" if fold else behind == len(line.joined)
+    """The same for a unit of the old line."""
+    after = line.units[origin][2]
+    fold = next((fold for fold in line.folds if fold.at == after), None)
+    return fold.kind != "soft" if fold else after == len(line.joined)
 
 
 def stood_before_end(line, origin):
-    """Whether a "=" of the line had nothing but blanks behind it."""
+    """Whether only blanks followed a "=" of the old line."""
     return not line.joined[line.units[origin][2]:].strip(" \t")
 
 
@@ -323,7 +318,7 @@ def would_begin_soft_break(line, pieces, index):
 
 
 def guard_signs(line, pieces):
-    """=20 for a blank that newly ends a physical line, =3D for a "=" that would newly mean something."""
+    """Writes =20 for a blank that newly ends a physical line, and =3D for a "=" that would newly mean something."""
     for index, piece in enumerate(pieces[:-1]):
         if piece.coded and is_raw_blank(piece.raw) and ends_physical_line(pieces, index) and not (
                 piece.origin is not None and ended_physical_line(line, piece.origin)):
@@ -339,7 +334,7 @@ def raw_of(pieces):
 
 
 def physical_lines(line):
-    """First unit and the one behind of each physical line, without its line end."""
+    """For each physical line its first unit and the one after its last, without the line end."""
     result, at = [], line.start
     for end in vcard_model.LINE_END.finditer(line.raw, line.start, line.stop):
         result.append((at, end.start()))
@@ -348,7 +343,7 @@ def physical_lines(line):
 
 
 def may_fold(line):
-    """Whether too long a line is folded anew; None where one may think so or so."""
+    """Whether a line that is too long gets new folds; None where the rules leave that open."""
     if line.role != "text" or line.why == "base64":
         return False
     if line.kind == "coded":
@@ -359,15 +354,15 @@ def may_fold(line):
 
 
 def must_fold(line, length, old):
-    """Whether a physical line of that length is folded anew that consists of lines of the old lengths."""
+    """Whether a physical line of that length, made from lines of the old lengths, gets new folds."""
     if line.kind == "coded":
         return length > LONGEST and length > max(old) and max(old) <= LONGEST_CODED
     return length > LONGEST and max(old) <= LONGEST
 
 
 def written_lines(line, pieces):
-    """The physical lines as they are written: each as [(piece that may begin another line, or None, length)],
-    with the numbers of the first and the last line of the input that it consists of."""
+    """The physical lines as they are written: each as [(piece that may begin another line, or None, length)], and
+    the numbers of the first and the last line of the input that it is made from."""
     result, entries, number = [], [], 0
     for piece in pieces:
         if piece.folds:
@@ -388,7 +383,7 @@ def written_lines(line, pieces):
 
 
 def fold_anew(line, pieces):
-    """Folds what became too long, as late as it goes."""
+    """Folds lines that became too long, each as late as possible."""
     if line.kind == "hidden" or not may_fold(line):
         return
     lengths = [stop - start for start, stop in physical_lines(line)]
@@ -402,9 +397,9 @@ def may_begin_line(line, piece):
 
 
 def break_up(line, entries):
-    """Breaks before the last unit that may begin a physical line and still lets the one before fit."""
+    """Breaks a physical line before the last unit that may begin another and leaves the first short enough."""
     coded = line.kind == "coded"
-    limit, fold = (LONGEST_CODED - 1, "=" + line.own_end) if coded else (LONGEST, line.own_end + " ")
+    limit, fold = (LONGEST_CODED - 1, f"={line.own_end}") if coded else (LONGEST, f"{line.own_end} ")
     used, place, index, first = 0, None, 0, 0
     while index < len(entries):
         piece, length = entries[index]
@@ -433,16 +428,16 @@ def newly_begins_with_blank(line, raw):
     return vcard_model.is_blank(raw, 0) and not vcard_model.is_blank(line.raw, line.start)
 
 
-def reads_as(file, line, text, raw, at, behind):
-    """Whether the units from `at` to `behind` are a line whose text is that of `text`."""
+def reads_as(file, line, text, raw, at, after):
+    """Whether the units from `at` to `after` are a line whose text is that of `text`."""
     again = vcard_model.read_again(file, raw, at, line.card)
-    return (again.role == line.role and again.end == behind and again.values() == text.values
+    return (again.role == line.role and again.end == after and again.values() == text.values
             and again.hidden() == line.hidden())
 
 
 def says_something_odd(file, line, text, raw):
-    """Whether the header newly has a charset that one may take for known or not, or a coded value newly begins
-    as one in base64 does, which is seen or not depending on its codes and soft breaks."""
+    """Whether the header newly names a charset that may or may not be known, or a coded value newly begins like a
+    `data:` address in base64, which may or may not be noticed, depending on its codes and soft breaks."""
     declared = vcard_model.read_again(file, raw, 0, line.card).declared
     if line.kind == "coded" and vcard_model.DATA_VALUE.match(shadow(text.values[text.border + 1:])):
         return True
@@ -450,7 +445,7 @@ def says_something_odd(file, line, text, raw):
 
 
 def goes_on_with_base64(file, line, body):
-    """Whether a line newly looks like one more line of the base64 value right above it."""
+    """Whether a line newly looks like one more line of the base64 value directly above it."""
     if not vcard_model.BASE64_LINE.fullmatch(body) or vcard_model.BASE64_LINE.fullmatch(line.raw[line.start:line.stop]):
         return False
     above = next((other for other in file.lines if other.end == line.start), None)
@@ -458,16 +453,16 @@ def goes_on_with_base64(file, line, body):
 
 
 def joins_line_ends(line, body):
-    """Whether nothing is left between two line ends that would be one then."""
+    """Whether nothing is left between two line ends, which would then be a single one."""
     before = body or line.raw[:line.start]
     return before.endswith("\r") and line.raw[line.stop:line.end] in ("\n", "\r\n")
 
 
 def stays(file, line, text):
-    """Why a line keeps its bytes although its text would change, "" if it does not, None if one may think
-    so or so: where it depends on what follows the line; where the line begins with an empty physical line and
-    its text with a blank; where the header newly says something else of a value that is not searched before and
-    after, or something that is understood by some."""
+    """Why a line keeps its bytes although its text would change; "" if it does not keep them. None where the rules
+    leave that open: it depends on what follows the line; or the line begins with an empty physical line and its
+    text with a blank; or the header newly says something else about a value that is not searched before and
+    after; or the header newly says something that only some programs understand."""
     raw = written(file, line, text)
     if newly_begins_with_blank(line, raw):
         return "begins with a blank"
@@ -489,7 +484,7 @@ def stays(file, line, text):
 
 
 def rewritten(data, part, pairs, page):
-    """The bytes of a file after the pairs."""
+    """The bytes of a file after all pairs have been applied."""
     file = vcard_model.read(data, page)
     result = ""
     for line in file.lines:

@@ -1,16 +1,16 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
-"""Character sets: how units become text and text units; see vcard_model."""
+"""Character sets: how units become text, and text becomes units; see vcard_model."""
 
 import re
 
-STRAY = 0x110000  # plus the byte that is no character
-ALIEN = 0x1000000  # plus the 32-bit unit that is no code point
+STRAY = 0x110000  # plus a byte that belongs to no character
+ALIEN = 0x1000000  # plus a 32-bit unit that is no code point
 
 
 class Utf8:
     def decode(self, raw):
-        """[(value, number of bytes)] of bytes that stand in a str."""
+        """[(value, number of bytes)] of bytes that are held in a str."""
         text = raw.encode("latin-1").decode("utf-8", "surrogateescape")
         return [(STRAY + ord(c) - 0xDC00, 1) if "\ud800" <= c <= "\udfff" else (ord(c), len(c.encode()))
                 for c in text]
@@ -21,7 +21,7 @@ class Utf8:
 
 
 class SingleBytes:
-    """A byte that Python's table leaves open is the control of that value, but ASCII has none above 7F."""
+    """A byte that Python's table lacks is the control character of its value, or a stray byte in ASCII."""
 
     def __init__(self, name):
         table = [bytes([byte]).decode(name, "ignore") for byte in range(256)]
@@ -93,7 +93,7 @@ class Utf16:
 
 
 class Utf32:
-    """`aliens` maps characters that stand in for units beyond the last code point to these units."""
+    """`aliens` maps characters to the units beyond the last code point for which they stand."""
 
     def __init__(self, aliens):
         self.aliens = aliens
@@ -115,20 +115,20 @@ CHARSETS = {
 
 
 def upper(text):
-    """Of ASCII letters only."""
-    return re.sub("[a-z]+", lambda found: found.group().upper(), text)
+    """The text with its ASCII letters, and no others, in upper case."""
+    return "".join(c.upper() if c.isascii() else c for c in text)
 
 
 def plain_name(name):
-    """As names of charsets are compared: in any case, without what parts their words and numbers."""
+    """A name as charset names are compared: in upper case, without separators."""
     return upper(re.sub("[-_ \t]", "", name))
 
 
 def is_odd_name(name):
-    """Whether a name of a charset is one that libraries read this way or that."""
+    """Whether libraries may differ about the charset of that name."""
     return not re.fullmatch("[A-Za-z0-9_ \t-]{0,40}", name)
 
 
 def charset_named(name):
-    """None for one that is unknown, that has states, or whose units are no bytes."""
+    """The charset of that name; None for one that is unknown, has states, or has units that are no bytes."""
     return CHARSETS.get(plain_name(name))

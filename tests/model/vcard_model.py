@@ -1,10 +1,10 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
-"""How a file is read as vCards, written down plainly and apart from the program.
+"""How a file is read as vCards, written down plainly and independently of the program.
 
-A file is held as `raw`, a str with one character for each unit: a byte, or a 16-bit or 32-bit unit of
-a file with such a mark. Decoded text is a list of ints: code points, or numbers beyond them (see
-STRAY and ALIEN) for what is no character. Speed is no concern, but every rule has a place of its own.
+A file is held as `raw`, a str with one character for each unit: a byte, or a 16-bit or 32-bit unit of a file
+with such a mark. Decoded text is a list of ints: code points, or greater numbers (see STRAY and ALIEN) for
+units that are no characters. Each rule has a function of its own; speed does not matter.
 """
 
 import re
@@ -36,23 +36,23 @@ MARKS = [(b"\xff\xfe\0\0", "<I"), (b"\0\0\xfe\xff", ">I"), (b"\xff\xfe", "<H"), 
 
 
 class File:
-    """The bytes of a file as units, and how these are turned into text."""
+    """The units of a file, its lines, and the charsets of its text."""
 
-    def __init__(self, data, page, aliens=None):
-        self.aliens = {} if aliens is None else aliens
+    def __init__(self, data, page):
+        self.aliens = {}
         self.page = charset_named(page)
         self.mark, self.unit = next((m for m in MARKS if data.startswith(m[0])), (b"", "B"))
         self.width = struct.calcsize(self.unit)
         whole = len(data) - (len(data) - len(self.mark)) % self.width
         self.tail = data[whole:]
-        self.raw = self._raw(data[len(self.mark):whole])
+        self.raw = self.units_of(data[len(self.mark):whole])
         self.lines = []
         self.text = {"I": Utf32(self.aliens), "H": Utf16()}.get(self.unit[-1], UTF8)
 
-    def _raw(self, data):
+    def units_of(self, data):
         if self.width == 1:
             return data.decode("latin-1")
-        numbers = struct.unpack("%s%d%s" % (self.unit[0], len(data) // self.width, self.unit[1]), data)
+        numbers = struct.unpack(f"{self.unit[0]}{len(data) // self.width}{self.unit[1]}", data)
         return "".join(chr(n) if n < 0x110000 else self._alien(n) for n in numbers)
 
     def _alien(self, number):
@@ -67,7 +67,7 @@ class File:
         if self.width == 1:
             return raw.encode("latin-1")
         numbers = [self.aliens.get(c, ord(c)) for c in raw]
-        return struct.pack("%s%d%s" % (self.unit[0], len(numbers), self.unit[1]), *numbers)
+        return struct.pack(f"{self.unit[0]}{len(numbers)}{self.unit[1]}", *numbers)
 
     def is_marked(self):
         return bool(self.mark)
@@ -78,25 +78,26 @@ class File:
 class Card:
     def __init__(self, version):
         self.version = version
-        self.folds = False  # None: only in lines of which one may think so or so
+        self.folds = False  # whether lines are folded; None where the rules leave that open
 
     def is_21(self):
         return self.version == "2.1"
 
 
 class Fold:
-    """What stands between two parts of a logical line: `at` counts in the joined text."""
+    """The units between two physical lines of a logical line; `at` is a place in the joined text."""
 
     def __init__(self, at, start, stop, kind):
         self.at, self.start, self.stop, self.kind = at, start, stop, kind
 
 
 class Line:
-    """A logical line. Positions are those of `raw`, but in `units` and `colon` those of `joined`.
+    """A logical line. Places are in `raw`, except those in `units` and `colon`, which are in `joined`.
 
-    role: text, outside, begin, end or version; kind: plain, coded or hidden (the value is not searched;
-    `joined` and `units` end with the colon then). start, stop, end: first unit, before and behind the
-    line end. units: [(value, first, behind)]. border: the index in `units` of the separating colon, or None.
+    role: text, outside, begin, end or version. kind: plain, coded or hidden; the value of a hidden line is not
+    searched, and `joined` and `units` end with the colon. start, stop and end: the first unit, and the places
+    before and after the line end. units: [(value, first, after)], where `after` is the place after the unit.
+    border: the index in `units` of the separating colon, or None.
     """
 
     def __init__(self, raw, start, card, role):
@@ -114,9 +115,13 @@ class Line:
         return [unit[0] for unit in self.units]
 
     def bounds(self, index):
-        """First unit of the file and the one behind, of a unit of the text."""
-        _, first, behind = self.units[index]
-        return self.places[first], self.places[behind - 1] + 1
+        """The first unit of the file that belongs to a unit of the text, and the one after the last."""
+        _, first, after = self.units[index]
+        return self.places[first], self.places[after - 1] + 1
+
+    def raw_of_unit(self, index):
+        first, after = self.bounds(index)
+        return self.raw[first:after]
 
     def hidden(self):
         return self.raw[self.places[self.colon] + 1:self.stop] if self.kind == "hidden" else None
@@ -130,7 +135,7 @@ class Line:
 
 
 def physical(raw, at):
-    """Before and behind the end of the physical line that goes on at `at`."""
+    """The places before and after the end of the physical line that contains `at`."""
     found = LINE_END.search(raw, at)
     return found.span() if found else (len(raw), len(raw))
 
@@ -140,29 +145,35 @@ def is_blank(raw, at):
 
 
 def blanks_taken_off(card):
-    """How many blanks a fold takes with it."""
+    """The number of blanks that belong to a fold."""
     return 0 if card.is_21() else 1
 
 
+def add_physical_line(line, at):
+    """Adds the rest of a physical line; returns where the one that a fold joins to it goes on, or None."""
+    stop, end = physical(line.raw, at)
+    line.add(at, stop)
+    if stop == end or not is_blank(line.raw, end):
+        line.stop, line.end = stop, end
+        return None
+    at = end + blanks_taken_off(line.card)
+    line.folds.append(Fold(len(line.joined), stop, at, "fold"))
+    return at
+
+
 def join_folds(line, at):
-    while True:
-        stop, end = physical(line.raw, at)
-        line.add(at, stop)
-        if stop == end or not is_blank(line.raw, end):
-            line.stop, line.end = stop, end
-            return
-        at = end + blanks_taken_off(line.card)
-        line.folds.append(Fold(len(line.joined), stop, at, "fold"))
+    while at is not None:
+        at = add_physical_line(line, at)
 
 
 def forbids_soft_break(raw, at):
-    """Whether the physical line at `at` can go on no other."""
+    """Whether no soft break joins the physical line at `at` to the one before it."""
     text = raw[at:physical(raw, at)[0]]
     return bool(BEGIN.fullmatch(text) or END.fullmatch(text) or VERSION.match(text))
 
 
 def soft_break_before(raw, start, stop, end):
-    """Where the soft break begins that ends a physical line (of which `start` is the first unit that counts)."""
+    """Where the soft break at the end of a physical line begins, not before `start`; None if there is none."""
     if stop == end or (end < len(raw) and forbids_soft_break(raw, end)):
         return None
     found = SOFT_BREAK.search(raw[start:stop])
@@ -170,30 +181,25 @@ def soft_break_before(raw, start, stop, end):
 
 
 def join_soft_breaks(line, at, colon):
-    """As join_folds, for a value in quoted-printable that begins behind `colon`."""
+    """Like join_folds, for a value in quoted-printable that begins after `colon`."""
     raw = line.raw
     line.joined, line.places, line.folds = "", [], []
-    while True:
+    while at is not None:
         stop, end = physical(raw, at)
         soft = soft_break_before(raw, max(at, colon + 1), stop, end) if stop > colon else None
-        if soft is not None:
-            line.add(at, soft)
-            line.folds.append(Fold(len(line.joined), soft, end, "soft"))
-            at = end
-            if end == len(raw):
-                line.stop = line.end = end
-                return
+        if soft is None:
+            at = add_physical_line(line, at)
             continue
-        line.add(at, stop)
-        if stop == end or not is_blank(raw, end):
-            line.stop, line.end = stop, end
+        line.add(at, soft)
+        line.folds.append(Fold(len(line.joined), soft, end, "soft"))
+        at = end
+        if end == len(raw):
+            line.stop = line.end = end
             return
-        at = end + blanks_taken_off(line.card)
-        line.folds.append(Fold(len(line.joined), stop, at, "fold"))
 
 
 def join_base64(line):
-    """Lets lines of base64 letters only, and what is indented below them, belong to the line, too."""
+    """Adds the following lines of base64 letters, and the indented lines after each, to the line."""
     while line.stop < line.end:
         stop, _ = physical(line.raw, line.end)
         if not BASE64_LINE.fullmatch(line.raw, line.end, stop):
@@ -203,7 +209,7 @@ def join_base64(line):
 
 
 def quote_end(text, at):
-    """Behind the quote that opens at `at`, or `at` if that opens none."""
+    """The place after the quoted text that begins at `at`, or `at` if none does."""
     if text[at] != '"' or at == 0 or text[at - 1] not in "=,":
         return at
     close = text.find('"', at + 1)
@@ -211,12 +217,12 @@ def quote_end(text, at):
 
 
 def split_outside_quotes(text, character, quotes):
-    """Where `character` stands in a text, but in quotes if these count."""
+    """The places of `character` in a text; `quotes`: only those outside quotes."""
     places, at = [], 0
     while at < len(text):
-        behind = quote_end(text, at) if quotes else at
-        if behind > at:
-            at = behind
+        after = quote_end(text, at) if quotes else at
+        if after > at:
+            at = after
             continue
         if text[at] == character:
             places.append(at)
@@ -225,17 +231,17 @@ def split_outside_quotes(text, character, quotes):
 
 
 def separating_colon(text, card):
-    """The colon behind `[group.]name[;...]`, or None."""
+    """The place of the colon after `[group.]name[;...]`, or None."""
     colons = split_outside_quotes(text, ":", not card.is_21())
     return colons[0] if colons and HEADER.fullmatch(text, 0, colons[0]) else None
 
 
 def parameters(text, colon, card):
-    """The name in upper case, and [(name in upper case, or None where there is no "=", value)]."""
+    """The name, and [(parameter name, or None if there is no "=", value)]; names are in upper case."""
     places = split_outside_quotes(text[:colon + 1], ";", not card.is_21()) + [colon]
     result = []
-    for first, behind in zip(places, places[1:]):
-        name, equals, value = text[first + 1:behind].partition("=")
+    for first, after in zip(places, places[1:]):
+        name, equals, value = text[first + 1:after].partition("=")
         if not equals:
             name, value = None, name
         value = value.strip(BLANKS)
@@ -264,7 +270,7 @@ def is_base64(line, name, params):
 
 
 def hide(line, why):
-    """Leaves the header and the colon in the line."""
+    """Leaves only the header and the colon in the line."""
     line.kind, line.why = "hidden", why
     line.joined = line.joined[:line.colon + 1]
     line.places = line.places[:line.colon + 1]
@@ -337,7 +343,7 @@ def is_empty_agent(line):
 
 
 def version_of(file, begin):
-    """The version of the card whose BEGIN stands at `begin`, "" if it has none."""
+    """The version of the card whose BEGIN is at `begin`; "" if it has none."""
     raw, depth, before = file.raw, 0, ""
     at = physical(raw, begin)[1]
     while at < len(raw) and (at - begin) * file.width < VERSION_REACH:
@@ -383,7 +389,7 @@ def split_into_lines(file):
 
 
 def own_end(line, before):
-    """What ends a physical line that is made anew in this one."""
+    """The line end of new physical lines in this line."""
     if line.stop < line.end:
         return line.raw[line.stop:line.end]
     if line.folds:
@@ -403,7 +409,7 @@ def note_folds(line):
 # Text -------------------------------------------------------------------------------------------
 
 def looks_like_utf8(lines):
-    """The first look at a file without a mark."""
+    """Whether a file without a mark is read as UTF-8."""
     characters = stray = 0
     for line in lines:
         seen = line.joined if not line.has_charset else line.joined[:line.colon]
@@ -414,7 +420,7 @@ def looks_like_utf8(lines):
 
 
 def placed(pairs, first):
-    """[(value, length)] as [(value, first, behind)], counted from `first`."""
+    """[(value, length)] as [(value, first, after)], counted from `first`."""
     result = []
     for value, length in pairs:
         result.append((value, first, first + length))
@@ -423,7 +429,7 @@ def placed(pairs, first):
 
 
 def coded_tokens(text, first):
-    """[(character, first, behind, whether it is a code)] of a value in quoted-printable."""
+    """[(character, first, after, whether it is a code)] of a value in quoted-printable."""
     tokens, at = [], first
     while at < len(text):
         code = CODE.match(text, at)
@@ -440,7 +446,7 @@ def is_raw_beyond_ascii(token):
 
 
 def runs(file, tokens):
-    """The tokens, parted in a file with a mark where raw characters beyond ASCII begin and end."""
+    """The tokens in runs: in a file with a mark, uncoded characters beyond ASCII are runs of their own."""
     result = []
     for token in tokens:
         beyond = file.is_marked() and is_raw_beyond_ascii(token)
@@ -451,7 +457,7 @@ def runs(file, tokens):
 
 
 def charset_of_codes(file, tokens):
-    """For a value in quoted-printable without a charset of its own."""
+    """The charset of a value in quoted-printable that names none."""
     values = [value for beyond, run in runs(file, tokens) if not beyond
               for value, _ in UTF8.decode("".join(token[0] for token in run))]
     if any(value >= STRAY for value in values):
@@ -515,15 +521,15 @@ def read(data, page):
 
 
 def read_again(file, raw, at, card):
-    """The line that begins at `at` of other units, read as a line of this file."""
+    """The line that begins at `at` in other units, read as a line of this file."""
     line = read_line(file, raw, at, card)
     decode_line(file, line)
     return line
 
 
 def read_likewise(file, raw, at, like, border):
-    """The line at `at`, with the version, encoding, charset of `like` and the separating colon at the unit
-    `border` of its text. None if it has no colon there, or another part that is not searched."""
+    """The line at `at`, read with the version, coding and charset of `like` and with the separating colon at the unit
+    `border` of its text. None if it has no colon there, or if the part that is not searched differs."""
     if like.role == "outside":
         line = read_outside(raw, at)
         line.units = placed(file.text.decode(line.joined), 0)

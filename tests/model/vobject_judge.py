@@ -1,10 +1,10 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
-"""Lets a parser that others have written judge a result: parsed(result) = replaced(parsed(input)).
+"""Has an independent parser judge a result: parsed(result) = replaced(parsed(input)).
 
-It is asked about what it reads as it should: lines of cards of 3.0 and 4.0, and of 2.1 without folds, in
-valid UTF-8 or with a mark, that end in LF or CR LF. No file may be given in which a line stays though its
-text would change.
+It judges only lines that it reads correctly: lines of cards of 3.0 and 4.0, and of 2.1 without folds, in valid
+UTF-8 or with a mark, that end in LF or CR LF. Files in which a line keeps its bytes although its text would
+change must not be given to it.
 """
 
 import io
@@ -19,17 +19,17 @@ CODED_HEADER = re.compile(";(?:ENCODING=)?QUOTED-PRINTABLE(?=[;:])")
 STRAY_SIGN = re.compile("=(?![0-9A-Fa-f]{2}|\n)|[ \t](?:\n|$)")
 PICTURE = re.compile(r"(?:[\w-]+\.)?(?:PHOTO|LOGO|SOUND|KEY)[;:]", re.IGNORECASE)
 BASE64_HEADER = re.compile(';(?:ENCODING=)?(?:B|BASE64|"B"|"BASE64")(?=[;:])', re.IGNORECASE)
-# A line end that it does not know, a fold or soft break that it takes for none, and a physical line that it
-# takes for a property of its own where it goes on a base64 value.
+# Line ends that the parser does not know, folds and soft breaks that it does not notice, and physical lines that
+# continue a base64 value, which it takes for properties.
 READ_OTHERWISE = re.compile("(?m)\r(?!\n)|^[ \t]+\r?$|=[ \t]+\r?$|^[A-Za-z0-9+/=]+[ \t]*\r?$")
-EMPTY_LINE = re.compile("(?m)^[ \t]*\r?$")  # which it drops
+EMPTY_LINE = re.compile("(?m)^[ \t]*\r?$")  # the parser drops these
 FOLDED_VERSION = re.compile("(?im)^VERSION[:;].*\n[ \t]")
 MARKS = [(b"\xff\xfe\0\0", "utf-32-le"), (b"\0\0\xfe\xff", "utf-32-be"), (b"\xff\xfe", "utf-16-le"),
          (b"\xfe\xff", "utf-16-be"), (b"\xef\xbb\xbf", "utf-8")]
 
 
 def text_of(data):
-    """The text of a file, None if the parser reads it otherwise than it should."""
+    """The text of a file; None if the parser would read it wrongly."""
     mark, encoding = next((m for m in MARKS if data.startswith(m[0])), (b"", "utf-8"))
     try:
         text = data[len(mark):].decode(encoding)
@@ -39,10 +39,10 @@ def text_of(data):
 
 
 def cards(text):
-    """[(version, [logical line])] of cards that hold no other, None if there is anything else."""
+    """[(version, [logical line])] of cards without nested ones; None if there is anything else."""
     result, lines = [], None
     for line, _ in base.getLogicalLines(io.StringIO(text), allowQP=True):
-        if CODED.search(line) and not CODED_HEADER.search(line.partition(":")[0] + ":"):
+        if CODED.search(line) and not CODED_HEADER.search(f"{line.partition(':')[0]}:"):
             return None
         frame = line.upper().rstrip(" \t")
         if frame == "BEGIN:VCARD":
@@ -78,7 +78,7 @@ def replaced(text, pairs, escapes):
 
 
 def parsed(line):
-    """(header, name, parameters, group, value as it is written) or None."""
+    """(header, name, parameters, group, value as it is written), or None."""
     try:
         name, params, value, group = base.parseLine(line)
     except base.ParseError:
@@ -87,7 +87,7 @@ def parsed(line):
 
 
 def decoded(line, value, text_is_marked):
-    """The value of a line as text, None where the parser's reading is not ours to ask for."""
+    """The value of a line as text; None if the parser may read it wrongly."""
     header = line[:len(line) - len(value)]
     charset = re.search(";CHARSET=([^;:]*)", header, re.IGNORECASE)
     if not CODED.search(line):
@@ -119,12 +119,12 @@ def fits(text, header):
 
 
 def judge_line(version, before, after, part, pairs, marked):
-    """None if the parser is not asked about the line, else what is wrong, "" if nothing."""
+    """What is wrong with a line, "" if nothing is; None if the parser cannot judge the line."""
     old = parsed(before)
     if old is None or before.upper().startswith("VERSION") or version == "2.1" and '"' in old[0]:
         return None
     text = decoded(before, old[4], marked)
-    if text is None or after.count('"') != before.count('"'):  # it looks for quotes in values, too
+    if text is None or after.count('"') != before.count('"'):  # the parser looks for quotes in values, too
         return None
     escapes, header, value = version != "2.1", old[0][:-1], text
     coded = bool(CODED.search(before))
@@ -135,29 +135,29 @@ def judge_line(version, before, after, part, pairs, marked):
     if not fits(value, old[0]) or not fits(header, ""):
         return None
     if header + value == old[0][:-1] + text:
-        return "" if before == after else "%r becomes %r" % (before, after)
-    wanted, new = parsed(header + ":"), parsed(after)
+        return "" if before == after else f"{before!r} becomes {after!r}"
+    wanted, new = parsed(f"{header}:"), parsed(after)
     if wanted is None or wanted[4] or CODED.search(header) and not coded:
         return None
     if new is None:
-        return "%r is not accepted" % after
-    found = decoded(header + ":" + new[4], new[4], marked)
+        return f"{after!r} is not accepted"
+    found = decoded(f"{header}:{new[4]}", new[4], marked)
     if found is None:
         return None
-    return "" if new[1:4] == wanted[1:4] and found == value else "%r becomes %r, which says %r and not %r" % (
-        before, after, found, value)
+    is_right = new[1:4] == wanted[1:4] and found == value
+    return "" if is_right else f"{before!r} becomes {after!r}, which says {found!r} and not {value!r}"
 
 
 def moves_colon(part, pairs):
-    return part != VALUES and any(":" in find + put_in for find, put_in in pairs)
+    return part != VALUES and any(":" in find + replacement for find, replacement in pairs)
 
 
 def line_ends(pairs, coded):
-    return [(find, re.sub("\r\n|\n|\r", "\r\n" if coded else r"\\n", put_in)) for find, put_in in pairs]
+    return [(find, re.sub("\r\n|\n|\r", "\r\n" if coded else r"\\n", replacement)) for find, replacement in pairs]
 
 
 def judge(data, output, part, pairs):
-    """How many lines the parser has judged, how many of them had changed, and its complaints."""
+    """How many lines the parser judged, how many of these had changed, and its complaints."""
     before, after = text_of(data), text_of(output)
     if before is None or after is None or moves_colon(part, pairs) or FOLDED_VERSION.search(before):
         return 0, 0, []
