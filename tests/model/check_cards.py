@@ -132,7 +132,7 @@ def sample_cases(seed):
 
 
 def long_cases():
-    """Lines longer than a piece, a long photo, and a card whose VERSION is too far from its BEGIN."""
+    """Lines longer than a piece, a long photo, and cards whose VERSION is too long or too far from its BEGIN."""
     piece = vcard_model.PIECE
 
     def card(version, body):
@@ -147,6 +147,7 @@ def long_cases():
     yield random_cards.Case(card(b"3.0", b"FN:xy\r\n xy\r\n" + long_line(b"NOTE:", b"b", b"\r\n xy")),
                             "UTF-8", SETS, *pairs)
     yield random_cards.Case(long_line(b"", b"a", b""), "windows-1252", WHOLE, *pairs)
+    yield random_cards.Case(card(b"3.0" + b"." * 6 * piece + b"xy\r\n xy", b"FN:xy"), "UTF-8", WHOLE, *pairs)
     photo = b"PHOTO;ENCODING=b:" + b"\r\n ".join([b"xyAa" * 18] * 40000)
     yield random_cards.Case(card(b"3.0", b"FN:xy\r\n" + photo + b"\r\nFN:xy"), "windows-1252", WHOLE, *pairs)
     for lines in (1000, 2000):
