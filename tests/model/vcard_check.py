@@ -223,11 +223,10 @@ class ChangedLine:
     def could_break(self, first):
         """Whether a soft break could end the physical line at `first` of a coded line early enough."""
         line = self.new
-        for index in range(self.text.border + 2, len(line.units)):
-            place = line.bounds(index)[0]
-            if first < place < first + LONGEST_CODED and not vcard_change.is_raw_blank(line.raw_of_unit(index)):
-                return True
-        return False
+        return any(first < line.bounds(index)[0] < first + LONGEST_CODED
+                   and not vcard_change.is_raw_blank(line.raw_of_unit(index))
+                   and not vcard_model.begins_like_frame(line.joined, line.units[index][1])
+                   for index in range(self.text.border + 2, len(line.units)))
 
     def check_again(self):
         """Reading the line in its card must give the same text."""

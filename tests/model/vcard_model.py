@@ -172,6 +172,11 @@ def forbids_soft_break(raw, at):
     return bool(BEGIN.fullmatch(text) or END.fullmatch(text) or VERSION.match(text))
 
 
+def begins_like_frame(text, at):
+    """Whether a physical line that begins at `at` might be one to which no soft break joins."""
+    return any(pattern.match(text, at) for pattern in (BEGIN, END, VERSION))
+
+
 def soft_break_before(raw, start, stop, end):
     """Where the soft break at the end of a physical line begins, not before `start`; None if there is none."""
     if stop == end or (end < len(raw) and forbids_soft_break(raw, end)):
