@@ -198,7 +198,7 @@ private Q_SLOTS:
     void FileDialogsOpenWhereThereIsAFolder() {
         const TestFolder folder;
         folder.MakeFolder("home");
-        const Variable home("HOME", folder.Native("home"));
+        const EnvironmentVariable home("HOME", folder.Native("home"));
         // Where the toolkit keeps how its dialogs looked.
         QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, ToQString(folder.Path()));
         QtPickers pickers(eventLoop_);

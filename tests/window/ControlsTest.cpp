@@ -70,7 +70,7 @@ private Q_SLOTS:
     void SetsAreChosenInStep() {
         Window window;
         window.Open();
-        window.SelectTab(1);
+        window.SelectTab(kSets);
         QVERIFY(QTest::qWaitForWindowActive(window.form.get(), kDeadline));
         auto* const find = window.Find<QComboBox>("Combo1");
         auto* const replace = window.Find<QComboBox>("Combo2");
@@ -235,12 +235,14 @@ private Q_SLOTS:
               Step{[&] { window.AddFiles({paths[0]}); }, "ResultsNote|one text a line|3 files"},
               Step{[&] { window.SetText1(u"a\nb"), window.SetText2(u"c"); },
                    "TextsNote ResultsNote|one text a line|3 files"},
-              Step{[&] { window.SelectTab(1); }, "OptionsNote ResultsNote|one text a line|3 files"},
+              Step{[&] { window.SelectTab(kSets); },
+                   "OptionsNote ResultsNote|one text a line|3 files"},
               Step{[&] { window.SetText1(u""), window.AddSet(u"a::b"); },
                    "SetsNote OptionsNote ResultsNote|one text a line|3 files, 1 set"},
               Step{[&] { window.AddSet(u"\u00FC::u"); },
                    "SetsNote OptionsNote ResultsNote|one text a line|These files look like UTF-8"},
-              Step{[&] { window.SelectTab(0); }, "ResultsNote|one text a line|3 files, 2 sets"},
+              Step{[&] { window.SelectTab(kSinglePair); },
+                   "ResultsNote|one text a line|3 files, 2 sets"},
               Step{[&] { window.SetText2(u"\u00FC"); },
                    "ResultsNote|one text a line|These files look like UTF-8"},
               Step{[&] { window.Press("ReadAsVCards"); },
@@ -332,7 +334,7 @@ private Q_SLOTS:
         for (const double points : {9.0, 13.5, 18.0}) {
             font.setPointSizeF(points);
             window.form->setFont(font);
-            for (const int tab : {0, 1}) {
+            for (const Tab tab : {kSinglePair, kSets}) {
                 window.SelectTab(tab);
                 QCOMPARE(KeyboardFaults(*window.form), QString());
             }

@@ -271,7 +271,7 @@ private Q_SLOTS:
 
     void TextsTooLongToDraw() {
         Open({});
-        window_->SelectTab(1);
+        window_->SelectTab(kSets);
         for (const std::size_t shift : {0U, 1U}) { // a cut between two pairs is one within a pair
             std::u16string text(shift, u'a');
             while (text.size() < 100'000) {
@@ -301,7 +301,7 @@ private Q_SLOTS:
 
     void SamplesThatFail() {
         Open({});
-        window_->SelectTab(1);
+        window_->SelectTab(kSets);
         window_->prompts.whenShown = [](const Box& box) {
             box.title.empty() ? throw std::runtime_error("no desktop") : void();
         };

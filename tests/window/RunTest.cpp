@@ -53,7 +53,7 @@ private Q_SLOTS:
         folder_->Write("file", "x");
         window_->SetText1(u"");
         QCOMPARE(Run(), noFind);
-        window_->SelectTab(1);
+        window_->SelectTab(kSets);
         window_->AddSet(u"a::b");
         QCOMPARE(Run(), noFind);
         window_->SetText1(u"any");
@@ -65,7 +65,7 @@ private Q_SLOTS:
         QCOMPARE(Run(), noFolder);
         window_->Press("Option5"); // the folder does not matter any more
         QCOMPARE(Run(), noFiles);
-        window_->SelectTab(0);
+        window_->SelectTab(kSinglePair);
         QCOMPARE(Run(), noFiles);
     }
 
@@ -94,7 +94,7 @@ private Q_SLOTS:
         const std::string before = "Na;a=a:banana\nTELa:1a:2a";
         window_->AddSet(u"a::b");
         window_->AddSet(u"b::c");
-        window_->SelectTab(tab);
+        window_->SelectTab(static_cast<Tab>(tab));
         window_->Press(option.toLatin1().constData());
         window_->Find<QCheckBox>("ReadAsVCards")->setChecked(cards);
         AddFile("one.vcf", before);
@@ -113,7 +113,7 @@ private Q_SLOTS:
         folder_->Remove("gone.vcf");
         QCOMPARE(Run(), kDone); // skipped in silence
         QCOMPARE(folder_->Names("out"), std::vector<std::string>{"whole.vcf"});
-        window_->SelectTab(1);
+        window_->SelectTab(kSets);
         QCOMPARE(Run(),
                  kEngineAt.arg(QStringLiteral("ReplaceTextInFileCombo")).arg(1) + u'|' + kDone);
         QCOMPARE(folder_->Read("out/empty.vcf"), std::string());
@@ -132,7 +132,7 @@ private Q_SLOTS:
         const QString whole = QStringLiteral("ReplaceTextInFile");
         QCOMPARE(Run(), kEngineAt.arg(whole).arg(6) + u'|' + kDone);
         QCOMPARE(folder_->Read("kept.vcf"), std::string("a"));
-        window_->SelectTab(1);
+        window_->SelectTab(kSets);
         const QString combo = QStringLiteral("ReplaceTextInFileCombo");
         QCOMPARE(Run(),
                  kEngineAt.arg(combo).arg(1) + u'|' + kEngineAt.arg(combo).arg(4) + u'|' + kDone);
@@ -175,7 +175,7 @@ private Q_SLOTS:
         AddFile("1.vcf", "a");
         AddFile("2.vcf", "a");
         window_->AddSet(u"a::first");
-        window_->SelectTab(1);
+        window_->SelectTab(kSets);
         AfterResult("1.vcf", [&] {
             window_->Press("PushButton4");
             window_->AddSet(u"a::second");

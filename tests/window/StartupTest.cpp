@@ -111,7 +111,7 @@ private Q_SLOTS:
         window.Press("Option4");
         QCOMPARE(Writes(window), QStringLiteral("Option4=True Option5=False"));
         QVERIFY(window.Find<QWidget>("PushButton14")->isEnabled());
-        window.SelectTab(1);
+        window.SelectTab(kSets);
         QCOMPARE(Writes(window), QStringLiteral("TabSel=1"));
         window.Press("ReadAsVCards");
         QCOMPARE(Writes(window), QStringLiteral("ReadAsVCards=True"));
@@ -196,7 +196,7 @@ private Q_SLOTS:
 
     void EndedBeforeTheWindowShows() {
         const TestFolder folder;
-        const Variable place("XDG_CONFIG_HOME", folder.Native());
+        const EnvironmentVariable place("XDG_CONFIG_HOME", folder.Native());
         folder.Write("Quillmoor.ini", "[Vexmarrow%20Software]\nOption1=nonsense\n");
         Assembly program;
         Once([] { return TopBox() != nullptr; }, [&] { program.MainWindow().close(); });
@@ -205,7 +205,7 @@ private Q_SLOTS:
 
     void StoreKeepsEveryText() {
         const TestFolder folder;
-        const Variable place("XDG_CONFIG_HOME", folder.Native());
+        const EnvironmentVariable place("XDG_CONFIG_HOME", folder.Native());
         SystemCalls calls;
         IniSettingsStore store(calls);
         const IniSettingsStore another(calls); // a second copy of the program
@@ -244,8 +244,8 @@ private Q_SLOTS:
         QFETCH(const QString, reason);
         const QString what = QString::fromLatin1(QTest::currentDataTag());
         const TestFolder folder;
-        const Variable place("XDG_CONFIG_HOME", folder.Native());
-        const Variable state("XDG_STATE_HOME", folder.Native("state"));
+        const EnvironmentVariable place("XDG_CONFIG_HOME", folder.Native());
+        const EnvironmentVariable state("XDG_STATE_HOME", folder.Native("state"));
         SystemCalls calls;
         IniSettingsStore store(calls);
         store.SaveSetting(u"TabSel", u"1");
@@ -278,9 +278,9 @@ private Q_SLOTS:
 
     void HomeFolder() {
         const TestFolder folder;
-        const Variable place("XDG_CONFIG_HOME", folder.Native());
+        const EnvironmentVariable place("XDG_CONFIG_HOME", folder.Native());
         const auto desktop = [](const char* home) {
-            const Variable variable("HOME", home);
+            const EnvironmentVariable variable("HOME", home);
             SettleHomeFolder();
             return ToQString(DesktopFolder());
         };

@@ -71,6 +71,7 @@ void Once(std::function<bool()> due, std::function<void()> action) {
 
 namespace {
 
+/// Letters: each control with a caption has one, and no two controls share one.
 QString FaultsOfLetters(const QWidget& window) {
     QString letters, faults;
     const auto add = [&](const QString& caption, bool needed) {
@@ -80,21 +81,23 @@ QString FaultsOfLetters(const QWidget& window) {
         }
         letters += letter;
     };
+    constexpr qsizetype kLongestMark = 3; // "..." is a mark, not a caption
     for (const auto* const widget : window.findChildren<QWidget*>()) {
-        const QString type = QString::fromLatin1(widget->metaObject()->className());
         if (!widget->isVisible()) {
             continue;
         }
         if (const auto* const label = qobject_cast<const QLabel*>(widget)) {
             add(label->text(), label->buddy() != nullptr);
         } else if (const auto* const button = qobject_cast<const QAbstractButton*>(widget)) {
-            const bool inGroup = type == QStringLiteral("QRadioButton"); // its title has the letter
-            add(button->text(), button->text().size() > 3 && !inGroup);
+            // The title of a group of options has the letter of all of them.
+            const bool inGroup = qobject_cast<const QRadioButton*>(button) != nullptr;
+            add(button->text(), button->text().size() > kLongestMark && !inGroup);
         } else if (const auto* const group = qobject_cast<const QGroupBox*>(widget)) {
             add(group->title(), true);
         } else if (const auto* const tabs = qobject_cast<const QTabBar*>(widget)) {
-            add(tabs->tabText(0), true);
-            add(tabs->tabText(1), true);
+            for (int tab = 0; tab < tabs->count(); ++tab) {
+                add(tabs->tabText(tab), true);
+            }
         }
     }
     return faults;
@@ -107,7 +110,7 @@ QString CutControls(const QWidget& window) {
         const QSize needed = label != nullptr && label->wordWrap()
                                  ? QSize(0, label->heightForWidth(label->width()))
                                  : widget->minimumSizeHint();
-        const QString name = widget->objectName(); // others are parts that the toolkit makes
+        const QString name = widget->objectName(); // parts that the toolkit adds have none or "qt_"
         const bool own = !name.isEmpty() && !name.startsWith(QStringLiteral("qt_"));
         if (own && widget->isVisible() && widget->size().expandedTo(needed) != widget->size()) {
             cut += name + QStringLiteral(": it is cut\n");
@@ -116,12 +119,19 @@ QString CutControls(const QWidget& window) {
     return cut;
 }
 
+bool HasToolTip(const QWidget& control) {
+    const auto* const tabs = qobject_cast<const QTabBar*>(&control);
+    bool has = tabs != nullptr || !control.toolTip().isEmpty();
+    for (int tab = 0; tabs != nullptr && tab < tabs->count(); ++tab) {
+        has = has && !tabs->tabToolTip(tab).isEmpty();
+    }
+    return has;
+}
+
 QString FaultsOfControl(QWidget& control) {
     const auto* const accessible = QAccessible::queryAccessibleInterface(&control);
     const QString name = accessible->text(QAccessible::Name);
     const auto role = accessible->role();
-    const auto* const tabs = qobject_cast<QTabBar*>(&control);
-    const QString tip = tabs != nullptr ? tabs->tabToolTip(1) : control.toolTip();
     const QImage focused = control.grab().toImage();
     control.clearFocus();
     const auto* const button = qobject_cast<QPushButton*>(&control);
@@ -134,12 +144,45 @@ QString FaultsOfControl(QWidget& control) {
     for (const auto& [fault, what] :
          {std::pair{name.isEmpty() || name.contains(u'&'), "name"},
           {role == QAccessible::NoRole || role == QAccessible::Client, "role"},
-          {tip.isEmpty() && !box, "tool tip"},
+          {!box && !HasToolTip(control), "tool tip"},
           {same, "focus"}}) {
         if (fault) {
             faults += QStringLiteral("%1 %2: its %3\n")
                           .arg(control.objectName(), name, QString::fromLatin1(what));
         }
+    }
+    return faults;
+}
+
+/// Whether `next` follows `control` for people who read lines from left to right: it is beside it
+/// on the right, or below it.
+bool IsReadAfter(const QWidget& next, const QWidget& control) {
+    const QRect first(control.mapTo(control.window(), QPoint()), control.size());
+    const QRect second(next.mapTo(next.window(), QPoint()), next.size());
+    return second.left() > first.right() || second.top() > first.bottom();
+}
+
+/// Walks through the window by `key`, all around, and back to where the walk began.
+QString FaultsOfWalk(Qt::Key key, const QList<QWidget*>& stops) {
+    QList<QWidget*> missed = stops;
+    QStringList back;
+    QString faults;
+    for (qsizetype i = 0; i < stops.size(); ++i) {
+        QWidget* const control = QApplication::focusWidget();
+        missed.removeAll(control);
+        faults += FaultsOfControl(*control);
+        QTest::keyClick(control, key);
+        const QWidget* const next = QApplication::focusWidget();
+        if (key == Qt::Key_Tab && !IsReadAfter(*next, *control)) {
+            back << control->objectName() + QStringLiteral(" to ") + next->objectName();
+        }
+    }
+    for (const QWidget* const control : missed) {
+        faults += control->objectName() + QStringLiteral(": not reached\n");
+    }
+    if (back.size() > 1) { // from the end, the walk goes back to the beginning once
+        faults +=
+            QStringLiteral("against the reading order: ") + back.join(QStringLiteral(", ")) + u'\n';
     }
     return faults;
 }
@@ -156,31 +199,23 @@ QString KeyboardFaults(QWidget& window) {
         }
     }
     QApplication::setCursorFlashTime(0);
-    // Ours, and one of the toolkit's: what else is installed differs from machine to machine.
+    // Of the toolkit's styles, "Windows" is the one that every machine has.
     for (const QString& style : {QStringLiteral("ours"), QStringLiteral("Windows")}) {
         QApplication::setStyle(style == QStringLiteral("ours") ? new OutlinedStyle
                                                                : QStyleFactory::create(style));
         window.activateWindow();
         if (!QTest::qWaitForWindowActive(&window, kDeadline) || stops.isEmpty()) {
-            return QStringLiteral("it is not to be used");
+            return QStringLiteral("it cannot be used");
         }
         // The layout follows the style and the font.
         if (!QTest::qWaitFor([&] { return CutControls(window).isEmpty(); }, kDeadline)) {
             faults += CutControls(window);
         }
         stops.front()->setFocus();
-        QTest::keyClick(stops.front(), Qt::Key_Tab); // styles show the focus to those who use keys
+        QTest::keyClick(stops.front(), Qt::Key_Tab); // styles show the focus only to users of keys
         for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Backtab}) {
-            QList<QWidget*> missed = stops;
-            for (qsizetype i = 0; i < stops.size(); ++i) {
-                QWidget* const control = QApplication::focusWidget();
-                missed.removeAll(control);
-                faults += FaultsOfControl(*control);
-                QTest::keyClick(control, key);
-            }
-            for (const QWidget* const control : missed) {
-                faults += style + u' ' + control->objectName() + QStringLiteral(": not reached\n");
-            }
+            const QString found = FaultsOfWalk(key, stops);
+            faults += found.isEmpty() ? found : style + QStringLiteral(" style: ") + found;
         }
     }
     QApplication::setStyle(new OutlinedStyle);

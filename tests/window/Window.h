@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "app/CodePageChooser.h"
 #include "app/Form1.h"
 #include "app/QtEventLoop.h"
 #include "safety/Recovery.h"
@@ -29,24 +30,51 @@
 
 namespace vexmarrow::test {
 
-/// Of waits, in milliseconds, for a machine that has much else to do; what is waited for ends them.
+/// The longest wait, in milliseconds. It is long because the machine may be busy; a wait ends as
+/// soon as its condition holds.
 constexpr int kDeadline = 60'000;
 
-/// A variable of the environment, for the life of this object.
-class Variable {
+/// The positions of the two tabs.
+enum Tab { kSinglePair, kSets };
+
+/// Adds one row of test data for each case, under the `name` of the case. If NAME_data() calls
+/// AddRows(cases), then NAME() runs once for each case and gets it from CurrentRow(cases).
+template <typename Cases>
+void AddRows(const Cases& cases) {
+    QTest::addColumn<qsizetype>("row");
+    qsizetype row = 0;
+    for (const auto& each : cases) {
+        QTest::newRow(each.name) << row++;
+    }
+}
+template <typename Cases>
+const auto& CurrentRow(const Cases& cases) {
+    QFETCH(const qsizetype, row);
+    return *(std::begin(cases) + row);
+}
+
+/// A value with the name of its case, for steps that build on each other in one test: comparing two
+/// of these tells which step failed.
+inline QString Named(const char* name, const QString& value) {
+    return QString::fromLatin1(name) + QStringLiteral(": ") + value;
+}
+
+/// Sets a variable of the environment, and restores it when destroyed.
+class EnvironmentVariable {
 public:
-    Variable(const char* name, const std::string& value) : name_(name), before_(qgetenv(name)) {
+    EnvironmentVariable(const char* name, const std::string& value)
+        : name_(name), before_(qgetenv(name)) {
         qputenv(name, QByteArray::fromStdString(value));
     }
-    ~Variable() {
+    ~EnvironmentVariable() {
         if (before_.isNull()) {
             qunsetenv(name_);
         } else {
             qputenv(name_, before_);
         }
     }
-    Variable(const Variable&) = delete;
-    Variable& operator=(const Variable&) = delete;
+    EnvironmentVariable(const EnvironmentVariable&) = delete;
+    EnvironmentVariable& operator=(const EnvironmentVariable&) = delete;
 
 private:
     const char* name_;
@@ -56,9 +84,10 @@ private:
 /// The real main window over scripted prompts, pickers and settings.
 class Window {
 public:
-    /// Starts the program's window as main does.
+    /// Opens the window in the same way as the program does at its start.
     void Open();
 
+    /// The control, or any other object, of that object name; its absence ends the tests.
     template <typename Control>
     Control* Find(const char* name) const {
         auto* const control = form->findChild<Control*>(QString::fromLatin1(name));
@@ -72,10 +101,11 @@ public:
     void SetText1(std::u16string_view text) const;
     void SetText2(std::u16string_view text) const;
     void SetText3(const std::u16string& text) const;
-    void SelectTab(int tab) const { Find<QTabWidget>("TabControl1")->setCurrentIndex(tab); }
+    void SelectTab(Tab tab) const { Find<QTabWidget>("TabControl1")->setCurrentIndex(tab); }
     void AddFiles(const std::vector<std::u16string>& paths);
     void AddSet(const std::u16string& set);
     int Rows() const { return Find<QTreeView>("ListView1")->model()->rowCount(); }
+    CodePageChooser* CodePages() const { return form->findChild<CodePageChooser*>(); }
 
     /// The summaries of all boxes since the last call, joined by "|" (see ScriptedPrompts).
     QString Boxes();
@@ -84,29 +114,30 @@ public:
     AnsiCodePage ansi{u"windows-1252"};
     FaultySystemCalls calls;
     RFTSFSO textio{calls, flags, ansi};
-    TestFolder state; ///< of the program: its logs
+    TestFolder state; ///< holds the program's logs
     std::vector<std::string> logFolders{state.Native("logs")};
     SafeWriter writer{calls, logFolders};
     SafeWriter setsWriter{calls, logFolders, UndoSupport::None};
     ScriptedPrompts prompts;
-    Prompts* shown = &prompts; ///< what the window uses
+    Prompts* shown = &prompts; ///< the prompts that the window uses
     ScriptedPickers pickers;
     MemorySettings settings;
     RecordingFileManager fileManager;
     std::u16string programFolder = u"/nowhere";
     QtEventLoop eventLoop;
-    std::optional<Recovery> recovery; ///< of the start
+    std::optional<Recovery> recovery; ///< what Open() recovers with
     std::unique_ptr<Form1> form;
 };
 
-/// Runs `action` once, from the event loop, as soon as `due` says so: while the program yields, as
-/// a user's hand would come in.
+/// Runs `action` once, from the event loop, as soon as `due` returns true. With it a test does what
+/// a user does while the program works or a box is open.
 void Once(std::function<bool()> due, std::function<void()> action);
 
-/// What is wrong with a window for those who use it by keyboard or do not see it, in our style
-/// and one of the toolkit's: controls that Tab does not reach in either direction, that have no
-/// name, role or tool tip, or look the same with and without focus, or are cut; letters that lead
-/// to two places.
+/// The faults of a window for people who use the keyboard or cannot see it, one a line; nothing if
+/// there are none. Each of our style and one of the toolkit's is tried. Faults are: a control that
+/// Tab or Shift+Tab does not reach, or reaches against the reading order; one without a name, role
+/// or tool tip; one that looks the same with and without focus; one that is cut off; a control
+/// without a letter for Alt; a letter that leads to two controls.
 QString KeyboardFaults(QWidget& window);
 
 } // namespace vexmarrow::test
