@@ -189,8 +189,7 @@ QString FaultsOfWalk(Qt::Key key, const QList<QWidget*>& stops) {
 
 } // namespace
 
-QString KeyboardFaults(QWidget& window) {
-    QString faults = FaultsOfLetters(window);
+QList<QWidget*> TabStops(const QWidget& window) {
     QList<QWidget*> stops;
     for (QWidget* const widget : window.findChildren<QWidget*>()) {
         if (widget->isVisible() && widget->isEnabled() && widget->focusProxy() == nullptr &&
@@ -198,6 +197,12 @@ QString KeyboardFaults(QWidget& window) {
             stops << widget;
         }
     }
+    return stops;
+}
+
+QString KeyboardFaults(QWidget& window) {
+    QString faults = FaultsOfLetters(window);
+    const QList<QWidget*> stops = TabStops(window);
     QApplication::setCursorFlashTime(0);
     // Of the toolkit's styles, "Windows" is the one that every machine has.
     for (const QString& style : {QStringLiteral("ours"), QStringLiteral("Windows")}) {

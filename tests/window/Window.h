@@ -133,6 +133,9 @@ public:
 /// a user does while the program works or a box is open.
 void Once(std::function<bool()> due, std::function<void()> action);
 
+/// The visible and enabled controls that Tab should reach.
+QList<QWidget*> TabStops(const QWidget& window);
+
 /// The faults of a window for people who use the keyboard or cannot see it, one a line; nothing if
 /// there are none. Each of our style and one of the toolkit's is tried. Faults are: a control that
 /// Tab or Shift+Tab does not reach, or reaches against the reading order; one without a name, role
