@@ -38,7 +38,7 @@ const std::vector<PasteCase> kPasteCases{
 /// The state of the two lists of sets and the table: how many sets they show and which one is
 /// chosen, from 0 on, -1 if none.
 QString InStep(int sets, int chosen) {
-    return QStringLiteral("%1 and %1 sets, chosen %2, %2 and %2").arg(sets).arg(chosen);
+    return u"%1 and %1 sets, chosen %2, %2 and %2"_s.arg(sets).arg(chosen);
 }
 
 /// The captions that users know the controls by. The names for assistive programs are the same.
@@ -83,15 +83,15 @@ private Q_SLOTS:
         Window window;
         window.Open();
         auto* const box = window.Find<LinesEdit>("Text1");
-        QTest::keyClicks(box, QStringLiteral("one"));
+        QTest::keyClicks(box, u"one"_s);
         QTest::keyClick(box, Qt::Key_Return);
-        QTest::keyClicks(box, QStringLiteral("two"));
+        QTest::keyClicks(box, u"two"_s);
         QTest::keyClick(box, Qt::Key_Return, Qt::ShiftModifier);
-        QCOMPARE(ToQString(box->Text()), QStringLiteral("one\r\ntwo\r\n"));
+        QCOMPARE(ToQString(box->Text()), u"one\r\ntwo\r\n"_s);
         QVERIFY(QTest::qWaitForWindowActive(window.form.get(), kDeadline));
         box->setFocus();
         QTest::keyClick(box, Qt::Key_Tab);
-        QCOMPARE(ToQString(box->Text()), QStringLiteral("one\r\ntwo\r\n"));
+        QCOMPARE(ToQString(box->Text()), u"one\r\ntwo\r\n"_s);
         QVERIFY(window.Find<LinesEdit>("Text2")->hasFocus());
     }
 
@@ -116,8 +116,7 @@ private Q_SLOTS:
         auto* const table = window.Find<SetsTable>("SetsTable");
         const auto state = [&] {
             const QModelIndexList rows = table->selectionModel()->selectedRows();
-            return QStringLiteral("%1 and %2 sets, chosen %3, %4 and %5")
-                .arg(find->count())
+            return u"%1 and %2 sets, chosen %3, %4 and %5"_s.arg(find->count())
                 .arg(replace->count())
                 .arg(find->currentIndex())
                 .arg(replace->currentIndex())
@@ -134,7 +133,7 @@ private Q_SLOTS:
         window.AddSet(u"c::");
         find->setCurrentIndex(1);
         QCOMPARE(state(), InStep(3, 1));
-        QCOMPARE(find->currentText() + replace->currentText(), QStringLiteral("cd"));
+        QCOMPARE(find->currentText() + replace->currentText(), u"cd"_s);
         QTest::keyClick(replace, Qt::Key_Down);
         QCOMPARE(state(), InStep(3, 2));
         window.AddSet(u"::");
@@ -182,7 +181,7 @@ private Q_SLOTS:
         window.AddSet(u"no separator");
         window.AddSet(u"");
         QCOMPARE(window.Boxes(),
-                 QStringLiteral("You must use :: to separate the find text from the replace text"));
+                 u"You must use :: to separate the find text from the replace text"_s);
         QCOMPARE(find->count(), 0);
     }
 
@@ -208,19 +207,19 @@ private Q_SLOTS:
         const auto all = [](const QString& count) { return QStringList(4, count); };
         constexpr int kMany = 10'000;
         const QString largest = QLocale().toString(kMany);
-        QCOMPARE(counts(), all(QStringLiteral("No sets")));
+        QCOMPARE(counts(), all(u"No sets"_s));
         sets.Add(u"a", u"");
-        QCOMPARE(counts(), all(QStringLiteral("1 set")));
-        QCOMPARE(cells(0), QStringLiteral("1|a|(empty)"));
+        QCOMPARE(counts(), all(u"1 set"_s));
+        QCOMPARE(cells(0), u"1|a|(empty)"_s);
         QCOMPARE(table->model()->index(0, 2).data(Qt::ForegroundRole).value<QColor>(),
                  QuietColour(table->palette()));
         QVERIFY(!table->model()->index(0, 1).data(Qt::ForegroundRole).isValid());
         std::vector<SetList::Set> many(kMany - 1, {u"<b>\n", u"c"}); // beside the first
         sets.Add(many);
-        QCOMPARE(counts(), all(largest + QStringLiteral(" sets")));
-        QCOMPARE(cells(kMany - 1), largest + ToQString(u"|<b>\u240A|c"));
+        QCOMPARE(counts(), all(largest + u" sets"_s));
+        QCOMPARE(cells(kMany - 1), largest + u"|<b>\u240A|c"_s);
         const QString tip = table->model()->index(1, 1).data(Qt::ToolTipRole).toString();
-        QVERIFY(tip.contains(ToQString(u"&lt;b&gt;\u240A")));
+        QVERIFY(tip.contains(u"&lt;b&gt;\u240A"_s));
         // Two whole rows are in sight; the last one is that of the set that was added last.
         QCOMPARE(table->rowAt(0), kMany - 2);
         QCOMPARE(table->rowAt(table->viewport()->height() - 1), kMany - 1);
@@ -231,10 +230,10 @@ private Q_SLOTS:
 
         // An error can leave the find texts without replace texts.
         sets.ClearReplaceTexts();
-        QCOMPARE(cells(3), ToQString(u"4|<b>\u240A|"));
+        QCOMPARE(cells(3), u"4|<b>\u240A|"_s);
         table->selectRow(3);
         QCOMPARE(std::pair(find.currentIndex(), replace.currentIndex()), std::pair(3, -1));
-        QCOMPARE(counts()[1] + counts()[3], largest + QStringLiteral(" sets"));
+        QCOMPARE(counts()[1] + counts()[3], largest + u" sets"_s);
         sets.ClearFindTexts();
         QCOMPARE(table->model()->rowCount(), 0);
     }
@@ -309,7 +308,7 @@ private Q_SLOTS:
                      Named(step.name, QString::fromLatin1(step.count)));
         }
         QVERIFY(window.CodePages()->hasFocus());
-        QCOMPARE(ToQString(window.settings.values[u"AnsiCodePage"]), QStringLiteral("UTF-8"));
+        QCOMPARE(ToQString(window.settings.values[u"AnsiCodePage"]), u"UTF-8"_s);
         QVERIFY(!window.flags.IsUtf8 && !window.flags.IsUnicode);
         QCOMPARE(window.Find<QWidget>("Frame2")->accessibleDescription(),
                  window.Find<QLabel>("ResultsNote")->text());
@@ -324,9 +323,8 @@ private Q_SLOTS:
         for (int row = 0; row < window.Rows(); ++row) {
             shown << view->model()->index(row, 0).data().toString();
         }
-        QCOMPARE(shown,
-                 (QStringList{ToQString(u"/a/two\u240Alines.vcf"), ToQString(u"/a/\uFFFD.vcf"),
-                              ToQString(u"/a/\u00E4\U0001F600.vcf")}));
+        QCOMPARE(shown, (QStringList{u"/a/two\u240Alines.vcf"_s, u"/a/\uFFFD.vcf"_s,
+                                     u"/a/\u00E4\U0001F600.vcf"_s}));
         constexpr double kInches = 7000 / 1440.0; // 7000 twentieths of a point
         QCOMPARE(view->columnWidth(0), qRound(kInches * view->logicalDpiX()));
     }
@@ -365,15 +363,14 @@ private Q_SLOTS:
             return QString::fromLatin1(files).split(u'|', Qt::SkipEmptyParts);
         };
         QCOMPARE(parts(list("")), QString());
-        QCOMPARE(parts(list("/a/b.vcf")), QStringLiteral("/a/b.vcf"));
-        QCOMPARE(parts(list("/a/b|/a/c")), QStringLiteral("/a|b|c"));
-        QCOMPARE(parts(list("/b|/c")), QStringLiteral("/|b|c"));
-        QCOMPARE(parts(list("/a/b/c|/a/d|/a/b/e")), QStringLiteral("/a|b/c|d|b/e"));
-        QCOMPARE(parts(list("/ab/c|/a/d")), QStringLiteral("/|ab/c|a/d"));
-        QCOMPARE(parts(list("/a/b|smb://host/c|relative")), QStringLiteral("/a/b"));
+        QCOMPARE(parts(list("/a/b.vcf")), u"/a/b.vcf"_s);
+        QCOMPARE(parts(list("/a/b|/a/c")), u"/a|b|c"_s);
+        QCOMPARE(parts(list("/b|/c")), u"/|b|c"_s);
+        QCOMPARE(parts(list("/a/b/c|/a/d|/a/b/e")), u"/a|b/c|d|b/e"_s);
+        QCOMPARE(parts(list("/ab/c|/a/d")), u"/|ab/c|a/d"_s);
+        QCOMPARE(parts(list("/a/b|smb://host/c|relative")), u"/a/b"_s);
         QCOMPARE(NameFilters(u"VCF Files (*.vcf)|*.vcf|All Files (*.*)|*.*|"),
-                 (QStringList{QStringLiteral("VCF Files (*.vcf) (*.vcf)"),
-                              QStringLiteral("All Files (*.*) (*)")}));
+                 (QStringList{u"VCF Files (*.vcf) (*.vcf)"_s, u"All Files (*.*) (*)"_s}));
     }
 };
 

@@ -119,7 +119,7 @@ private Q_SLOTS:
         window_ = std::make_unique<Window>();
         window_->Open();
         QVERIFY(QTest::qWaitForWindowActive(window_->form.get(), kDeadline));
-        Tabs()->setObjectName(QStringLiteral("tabs"));
+        Tabs()->setObjectName(u"tabs"_s);
     }
     void cleanup() {
         window_.reset();
@@ -148,9 +148,9 @@ private Q_SLOTS:
         progress.setTextVisible(false);
         progress.resize(progress.sizeHint());
         QVERIFY(HasEdge(progress, progress.rect()));
-        QScrollBar bar(Qt::Horizontal);
-        bar.resize(bar.sizeHint().width() * kStretch, bar.sizeHint().height());
-        bar.setPageStep(bar.maximum()); // the slider takes half of the bar, from the left on
+        QScrollBar bar(Qt::Vertical);
+        bar.resize(bar.sizeHint().width(), kStretch * kStretch);
+        bar.setPageStep(kStretch * bar.maximum()); // the slider takes nearly all of the bar
         QVERIFY(HasEdge(bar, bar.rect()));
         auto* const grip = window_->form->findChild<QSplitter*>()->handle(1);
         QVERIFY(Marks(Picture(*grip), kLeastOfOutlines) >= kStretch);
@@ -206,7 +206,7 @@ private Q_SLOTS:
             QVERIFY2(readable(name), name);
         }
         auto* const list = window_->Find<QTreeView>("ListView1")->viewport();
-        QRect words(QPoint(), list->fontMetrics().size(0, QStringLiteral("files here")));
+        QRect words(QPoint(), list->fontMetrics().size(0, u"files here"_s));
         words.moveCenter(list->rect().center());
         QVERIFY(HasReadableLetters(*list, words));
         window_->SelectTab(kSets);
@@ -229,10 +229,10 @@ private Q_SLOTS:
     }
 
     void OnlyTheToolkitsOwnStyleIsReplaced() {
-        const std::unique_ptr<QStyle> other(QStyleFactory::create(QStringLiteral("Windows")));
+        const std::unique_ptr<QStyle> other(QStyleFactory::create(u"Windows"_s));
         QVERIFY(!OutlinedStyle::IsNeededFor(*other));
         QVERIFY(!OutlinedStyle::IsNeededFor(OutlinedStyle()));
-        const QProxyStyle wrapped(new QProxyStyle(QStringLiteral("Fusion"))); // as desktops do
+        const QProxyStyle wrapped(new QProxyStyle(u"Fusion"_s)); // as desktops do
         QVERIFY(OutlinedStyle::IsNeededFor(wrapped));
     }
 

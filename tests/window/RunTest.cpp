@@ -14,9 +14,9 @@
 namespace vexmarrow::test {
 namespace {
 
-const QString kDone = QStringLiteral("Done.");
-const QString kRunAt = QStringLiteral("in Zentavor2021/08/31.Form1.PushButton1_Click at line ");
-const QString kEngineAt = QStringLiteral("in Zentavor2021/08/31.ReplaceText.%1 at line %2");
+const QString kDone = u"Done."_s;
+const QString kRunAt = u"in Zentavor2021/08/31.Form1.PushButton1_Click at line "_s;
+const QString kEngineAt = u"in Zentavor2021/08/31.ReplaceText.%1 at line %2"_s;
 
 } // namespace
 
@@ -46,10 +46,9 @@ private Q_SLOTS:
     }
 
     void WhatIsLacking() {
-        const QString noFind = QStringLiteral("You forgot to input find what.");
-        const QString noFolder =
-            QStringLiteral("Folder does not exist. Please select another folder.");
-        const QString noFiles = QStringLiteral("No files added.");
+        const QString noFind = u"You forgot to input find what."_s;
+        const QString noFolder = u"Folder does not exist. Please select another folder."_s;
+        const QString noFiles = u"No files added."_s;
         folder_->Write("file", "x");
         window_->SetText1(u"");
         QCOMPARE(Run(), noFind);
@@ -114,8 +113,7 @@ private Q_SLOTS:
         QCOMPARE(Run(), kDone); // skipped in silence
         QCOMPARE(folder_->Names("out"), std::vector<std::string>{"whole.vcf"});
         window_->SelectTab(kSets);
-        QCOMPARE(Run(),
-                 kEngineAt.arg(QStringLiteral("ReplaceTextInFileCombo")).arg(1) + u'|' + kDone);
+        QCOMPARE(Run(), kEngineAt.arg(u"ReplaceTextInFileCombo"_s).arg(1) + u'|' + kDone);
         QCOMPARE(folder_->Read("out/empty.vcf"), std::string());
         QVERIFY(!folder_->Exists("out/gone.vcf"));
     }
@@ -129,11 +127,11 @@ private Q_SLOTS:
         QCOMPARE(Run(), kDone);
         QCOMPARE(folder_->Names("out"), std::vector<std::string>{"kept.vcf"});
         window_->Press("Option5");
-        const QString whole = QStringLiteral("ReplaceTextInFile");
+        const QString whole = u"ReplaceTextInFile"_s;
         QCOMPARE(Run(), kEngineAt.arg(whole).arg(6) + u'|' + kDone);
         QCOMPARE(folder_->Read("kept.vcf"), std::string("a"));
         window_->SelectTab(kSets);
-        const QString combo = QStringLiteral("ReplaceTextInFileCombo");
+        const QString combo = u"ReplaceTextInFileCombo"_s;
         QCOMPARE(Run(),
                  kEngineAt.arg(combo).arg(1) + u'|' + kEngineAt.arg(combo).arg(4) + u'|' + kDone);
     }
@@ -141,7 +139,7 @@ private Q_SLOTS:
     void MoreFindLinesThanReplaceLines() {
         AddFile("one.vcf", "aAxX");
         window_->SetText1(u"a\nx\n"); // the last line is empty and lacks a partner, too
-        const QString report = kEngineAt.arg(QStringLiteral("ReplaceTextInFile")).arg(4);
+        const QString report = kEngineAt.arg(u"ReplaceTextInFile"_s).arg(4);
         QCOMPARE(Run(), report + u'|' + report + u'|' + kDone);
         QCOMPARE(folder_->Read("out/one.vcf"), std::string("bAxX"));
     }
@@ -152,7 +150,7 @@ private Q_SLOTS:
         }
         AfterResult("1.vcf", [&] {
             QVERIFY(QGuiApplication::overrideCursor() != nullptr);
-            QVERIFY(window_->Find<QLabel>("Progress")->text().contains(QStringLiteral(" of 4")));
+            QVERIFY(window_->Find<QLabel>("Progress")->text().contains(u" of 4"_s));
             QVERIFY(window_->Find<QWidget>("ProgressBar")->isVisible());
             window_->Press("PushButton1"); // refused
             window_->SetText1(u"q");
@@ -215,7 +213,7 @@ private Q_SLOTS:
             window_->Press("PushButton13"); // cancelled, but the list is validated
         });
         window_->Boxes();
-        QVERIFY(Run().endsWith(QStringLiteral("list?|") + kRunAt + QStringLiteral("6|") + kDone));
+        QVERIFY(Run().endsWith(u"list?|"_s + kRunAt + u"6|"_s + kDone));
         // The row is gone, and the file before it was handed over again.
         QCOMPARE(folder_->Names("out"), std::vector<std::string>{"1.vcf"});
         QCOMPARE(window_->Rows(), 1);
@@ -282,45 +280,43 @@ private Q_SLOTS:
     }
 
     void Undone() {
-        QCOMPARE(Offer(), QStringLiteral("-- There is no run to undo."));
+        QCOMPARE(Offer(), u"-- There is no run to undo."_s);
         AddFile("1.vcf", "a");
         AddFile("2.vcf", "a");
         window_->Press("Option5");
         Once([&] { return folder_->Read("1.vcf") == "b"; },
              [&] {
-                 QCOMPARE(Offer().left(2), QStringLiteral("--"));
+                 QCOMPARE(Offer().left(2), u"--"_s);
                  window_->pickers.folders = {folder_->Path("out")}; // a scan inside the run
                  window_->Press("PushButton3");
-                 QCOMPARE(Offer().left(2), QStringLiteral("--"));
+                 QCOMPARE(Offer().left(2), u"--"_s);
                  Trigger("Forget"); // refused
              });
         QCOMPARE(Run(), kDone);
-        QVERIFY2(Offer().startsWith(QStringLiteral("UF Undo the run of ")) &&
-                     Offer().endsWith(QStringLiteral(": 2 files.")),
+        QVERIFY2(Offer().startsWith(u"UF Undo the run of "_s) && Offer().endsWith(u": 2 files."_s),
                  qPrintable(Offer()));
         window_->prompts.answers = {Answer::Yes};
         Once([&] { return folder_->Read("2.vcf") == "a"; },
              [&] {
-                 QCOMPARE(Offer().left(2), QStringLiteral("--"));
+                 QCOMPARE(Offer().left(2), u"--"_s);
                  QVERIFY(QGuiApplication::overrideCursor() != nullptr);
-                 QVERIFY(
-                     window_->Find<QLabel>("Progress")->text().endsWith(QStringLiteral("of 2")));
+                 QVERIFY(window_->Find<QLabel>("Progress")->text().endsWith(u"of 2"_s));
                  window_->Press("PushButton1"); // refused
              });
         window_->Press("UndoLastRun");
         const QString boxes = window_->Boxes();
-        QVERIFY2(boxes.startsWith(QStringLiteral("Undo the run of ")) &&
-                     boxes.endsWith(QStringLiteral(" is undone.")) && boxes.count(u'|') == 1,
+        QVERIFY2(boxes.startsWith(u"Undo the run of "_s) && boxes.endsWith(u" is undone."_s) &&
+                     boxes.count(u'|') == 1,
                  qPrintable(boxes));
         QCOMPARE(folder_->Read("1.vcf") + folder_->Read("2.vcf"), std::string("aa"));
-        QCOMPARE(Offer(), QStringLiteral("-- There is no run to undo."));
+        QCOMPARE(Offer(), u"-- There is no run to undo."_s);
 
         QCOMPARE(Run(), kDone);
-        QCOMPARE(Offer().left(2), QStringLiteral("UF"));
+        QCOMPARE(Offer().left(2), u"UF"_s);
         window_->prompts.answers = {Answer::Yes};
         Trigger("Forget");
-        QVERIFY(window_->Boxes().startsWith(QStringLiteral("Forget the old texts")));
-        QCOMPARE(Offer(), QStringLiteral("-- There is no run to undo."));
+        QVERIFY(window_->Boxes().startsWith(u"Forget the old texts"_s));
+        QCOMPARE(Offer(), u"-- There is no run to undo."_s);
         QCOMPARE(folder_->Read("1.vcf") + folder_->Read("2.vcf"), std::string("bb"));
     }
 
@@ -352,14 +348,13 @@ private Q_SLOTS:
         window_->Open();
         const auto* const notice = window_->Find<QLabel>("Missing");
         QVERIFY(notice->isVisible());
-        QCOMPARE(notice->accessibleName(),
-                 QStringLiteral("1 file of an interrupted run is not there"));
-        QVERIFY(Offer().startsWith(QStringLiteral("-FK The run of ")));
+        QCOMPARE(notice->accessibleName(), u"1 file of an interrupted run is not there"_s);
+        QVERIFY(Offer().startsWith(u"-FK The run of "_s));
         QCOMPARE(window_->Boxes(), QString());
         Trigger("KeepMissing");
         QVERIFY(window_->Boxes().contains(ToQString(folder_->Path("card.vcf"))));
         QVERIFY(!notice->isVisible());
-        QCOMPARE(Offer(), QStringLiteral("-F There is no run to undo.")); // the copy
+        QCOMPARE(Offer(), u"-F There is no run to undo."_s); // the copy
     }
 
     void ANarrowWindowStaysNarrow() {
@@ -391,8 +386,7 @@ private Q_SLOTS:
         window_->prompts.answers = {Answer::Yes};
         window_->Press("PushButton13");
         QCOMPARE(window_->Rows(), 50'001);
-        QCOMPARE(window_->Find<QLabel>("Count")->text(),
-                 QLocale().toString(50'001) + QStringLiteral(" files"));
+        QCOMPARE(window_->Find<QLabel>("Count")->text(), QLocale().toString(50'001) + u" files"_s);
         window_->Boxes();
         folder_->Remove("1.vcf");
         QCOMPARE(Run(), kDone);
@@ -415,10 +409,10 @@ private:
         const auto* const undo = window_->Find<QPushButton>("UndoLastRun");
         const QString menu = offers("Forget", 'F') + offers("KeepMissing", 'K');
         if (window_->Find<QPushButton>("UndoMenu")->isEnabled() == menu.isEmpty()) {
-            return QStringLiteral("the menu cannot be opened");
+            return u"the menu cannot be opened"_s;
         }
-        return (undo->isEnabled() ? QStringLiteral("U") : QStringLiteral("-")) +
-               (menu.isEmpty() ? QStringLiteral("-") : menu) + u' ' + undo->toolTip();
+        return (undo->isEnabled() ? u"U"_s : u"-"_s) + (menu.isEmpty() ? u"-"_s : menu) + u' ' +
+               undo->toolTip();
     }
     void Trigger(const char* action) {
         window_->Find<QAction>(action)->trigger();

@@ -20,9 +20,65 @@
 namespace vexmarrow::test {
 namespace {
 
-QString Where(int line) {
-    return QStringLiteral("in Zentavor2021/08/31.Form1.Form_Load at line %1").arg(line);
+QString ReportAt(int line) {
+    return u"in Zentavor2021/08/31.Form1.Form_Load at line %1"_s.arg(line);
 }
+
+struct RestoredCase {
+    const char* name;
+    std::vector<TextPair> stored;           // keys and values
+    std::vector<int> failing = {};          // statements whose failures are reported
+    QString checked = u"Option3 Option4"_s; // options and boxes that are set
+    Tab tab = kSinglePair;
+    QString page = u"windows-1252"_s;
+};
+const std::vector<RestoredCase> kRestoredCases{
+    {"words", {{u"Option1", u"True"}, {u"Option3", u"False"}}, {}, u"Option1 Option4"_s},
+    {"letter case", {{u"Option1", u"TRUE"}, {u"Option3", u"false"}}, {}, u"Option1 Option4"_s},
+    {"numbers",
+     {{u"Option1", u"0.0"}, {u"Option2", u"-1"}, {u"Option3", u"0"}},
+     {},
+     u"Option2 Option4"_s},
+    {"no option set", {{u"Option3", u"False"}}, {}, u"Option4"_s},
+    {"beside the originals",
+     {{u"Option4", u"False"}, {u"Option5", u"True"}},
+     {},
+     u"Option3 Option5"_s},
+    {"two options set", {{u"Option2", u"True"}, {u"Option3", u"True"}}},
+    {"a word that is no option",
+     {{u"Option1", u"maybe"}, {u"Option2", u"True"}, {u"Option3", u"0"}},
+     {7},
+     u"Option2 Option4"_s},
+    {"empty option", {{u"Option3", u""}}, {9}, u"Option4"_s},
+    {"bad output options", {{u"Option4", u"yes"}, {u"Option5", u""}}, {10, 11}, u"Option3"_s},
+    {"tab", {{u"TabSel", u"1"}}, {}, u"Option3 Option4"_s, kSets},
+    {"tab as a word", {{u"TabSel", u"second"}}, {13}},
+    {"tab too high", {{u"TabSel", u"2"}}, {13}},
+    {"tab too low", {{u"TabSel", u"-1"}}, {13}},
+    {"page",
+     {{u"AnsiCodePage", u"windows-1251"}},
+     {},
+     u"Option3 Option4"_s,
+     kSinglePair,
+     u"windows-1251"_s},
+    {"no such page", {{u"AnsiCodePage", u"windows-9999"}}, {5}},
+    {"page of several bytes a character", {{u"AnsiCodePage", u"Shift_JIS"}}, {5}},
+    {"cards", {{u"ReadAsVCards", u"True"}}, {}, u"Option3 Option4 ReadAsVCards"_s},
+    {"cards as a number", {{u"ReadAsVCards", u"0"}}},
+    {"an empty text for cards", {{u"ReadAsVCards", u""}, {u"Option4", u"1"}}, {15}},
+};
+
+/// Something else that the settings file's name leads to.
+struct NoSettingsCase {
+    const char* name;
+    const char* target; // of a link of that name
+    QString reason;
+};
+const std::vector<NoSettingsCase> kNoSettingsCases{
+    {"pipe", "pipe", u"It is not a regular file."_s},
+    {"device", "/dev/null", u"It is not a regular file."_s},
+    {"folder", ".", u"It is a folder."_s},
+};
 
 } // namespace
 
@@ -34,92 +90,63 @@ private Q_SLOTS:
         Window window;
         window.Open();
         QCOMPARE(window.Boxes(), QString());
-        QCOMPARE(window.form->windowTitle(), QStringLiteral("Vexmarrow Software"));
-        QCOMPARE(Checked(window), QStringLiteral("Option3 Option4"));
+        QCOMPARE(window.form->windowTitle(), u"Vexmarrow Software"_s);
+        QCOMPARE(Checked(window), u"Option3 Option4"_s);
         QVERIFY(window.Find<QWidget>("Frame4")->isEnabled());
         QCOMPARE(window.Find<QTabWidget>("TabControl1")->currentIndex(), 0);
-        QCOMPARE(window.Find<QLineEdit>("Text3")->text(),
-                 QStringLiteral("/home/somebody/Desktop/"));
-        // The box's text has changed; options and tab have not.
-        QCOMPARE(Writes(window), QStringLiteral("Snapshot= Output Folder=/home/somebody/Desktop/"));
+        QCOMPARE(window.Find<QLineEdit>("Text3")->text(), u"/home/somebody/Desktop/"_s);
+        // Only what differs from the state of a new window is saved.
+        QCOMPARE(Writes(window), u"Snapshot= Output Folder=/home/somebody/Desktop/"_s);
     }
 
-    void Restored_data() {
-        QTest::addColumn<QString>("stored");
-        QTest::addColumn<QString>("checked");
-        QTest::addColumn<int>("tab");
-        QTest::addColumn<QString>("reports");
-        const auto row = [](const char* name, const char* stored, const char* checked, int tab,
-                            const QString& reports = {}) {
-            QTest::newRow(name) << QString::fromLatin1(stored) << QString::fromLatin1(checked)
-                                << tab << reports;
-        };
-        row("words", "Option1=True;Option2=False;Option3=False;TabSel=1", "Option1 Option4", 1);
-        row("letter case", "Option1=TRUE;Option3=false", "Option1 Option4", 0);
-        row("numbers", "Option1=0.0;Option2=-1;Option3=0", "Option2 Option4", 0);
-        row("none of the modes", "Option1=False;Option2=False;Option3=False", "Option4", 0);
-        row("beside the originals", "Option4=False;Option5=True", "Option3 Option5", 0);
-        row("the last one wins", "Option2=True;Option3=True", "Option3 Option4", 0);
-        row("nonsense mode", "Option1=maybe;Option2=True;Option3=0", "Option2 Option4", 0,
-            Where(7));
-        row("nonsense keeps", "Option3=", "Option4", 0, Where(9));
-        row("nonsense output", "Option4=yes;Option5=", "Option3", 0, Where(10) + u'|' + Where(11));
-        row("tab as a word", "TabSel=second", "Option3 Option4", 0, Where(13));
-        row("tab too far", "TabSel=2", "Option3 Option4", 0, Where(13));
-        row("tab below", "TabSel=-1", "Option3 Option4", 0, Where(13));
-        row("no such page", "AnsiCodePage=windows-9999", "Option3 Option4", 0, Where(5));
-        row("page of many bytes", "AnsiCodePage=Shift_JIS", "Option3 Option4", 0, Where(5));
-        row("vCards", "ReadAsVCards=True", "Option3 Option4 ReadAsVCards", 0);
-        row("vCards as a number", "ReadAsVCards=0", "Option3 Option4", 0);
-        row("nonsense of vCards", "ReadAsVCards=;Option4=1", "Option3 Option4", 0, Where(15));
-        row("page", "AnsiCodePage=windows-1251", "Option3 Option4", 0);
-    }
+    void Restored_data() { AddRows(kRestoredCases); }
     void Restored() {
-        QFETCH(const QString, stored);
+        const RestoredCase& row = CurrentRow(kRestoredCases);
         Window window;
-        for (const QString& pair : stored.split(u';')) {
-            window.settings.values[ToText(pair.section(u'=', 0, 0))] =
-                ToText(pair.section(u'=', 1));
+        for (const auto& [key, value] : row.stored) {
+            window.settings.values[key] = value;
         }
         window.Open();
-        QTEST(Checked(window), "checked");
-        QTEST(window.Find<QTabWidget>("TabControl1")->currentIndex(), "tab");
-        QTEST(window.Boxes(), "reports");
+        QCOMPARE(Checked(window), row.checked);
+        QCOMPARE(window.Find<QTabWidget>("TabControl1")->currentIndex(), int{row.tab});
+        QStringList reports;
+        for (const int line : row.failing) {
+            reports << ReportAt(line);
+        }
+        QCOMPARE(window.Boxes(), reports.join(u'|'));
         QCOMPARE(window.Find<QWidget>("Frame4")->isEnabled(),
                  window.Find<QRadioButton>("Option4")->isChecked());
-        QCOMPARE(ToQString(window.ansi.Page().Name()), stored.endsWith(QStringLiteral("1251"))
-                                                           ? QStringLiteral("windows-1251")
-                                                           : QStringLiteral("windows-1252"));
+        QCOMPARE(ToQString(window.ansi.Page().Name()), row.page);
     }
 
     void ChangesAreSavedAtOnce() {
         Window window;
         window.Open();
-        const QString third = QStringLiteral("Option1=False Option2=False Option3=True");
+        const QString third = u"Option1=False Option2=False Option3=True"_s;
         window.settings.writes.clear();
-        window.Press("Option3"); // set already
+        window.Press("Option3"); // which was set before
         QCOMPARE(Writes(window), third);
         window.Press("Option1");
-        QCOMPARE(Writes(window), QStringLiteral("Option1=True Option2=False Option3=False"));
+        QCOMPARE(Writes(window), u"Option1=True Option2=False Option3=False"_s);
         window.Find<QRadioButton>("Option3")->setChecked(true); // as the accessibility bus does
         QCOMPARE(Writes(window), third);
         window.Press("Option3");
         QCOMPARE(Writes(window), third);
         window.Press("Option5");
-        QCOMPARE(Writes(window), QStringLiteral("Option4=False Option5=True"));
+        QCOMPARE(Writes(window), u"Option4=False Option5=True"_s);
         QVERIFY(!window.Find<QWidget>("Text3")->isEnabled());
         window.Press("Option4");
-        QCOMPARE(Writes(window), QStringLiteral("Option4=True Option5=False"));
+        QCOMPARE(Writes(window), u"Option4=True Option5=False"_s);
         QVERIFY(window.Find<QWidget>("PushButton14")->isEnabled());
         window.SelectTab(kSets);
-        QCOMPARE(Writes(window), QStringLiteral("TabSel=1"));
+        QCOMPARE(Writes(window), u"TabSel=1"_s);
         window.Press("ReadAsVCards");
-        QCOMPARE(Writes(window), QStringLiteral("ReadAsVCards=True"));
+        QCOMPARE(Writes(window), u"ReadAsVCards=True"_s);
         window.Find<QCheckBox>("ReadAsVCards")->setChecked(false); // as the accessibility bus does
-        QCOMPARE(Writes(window), QStringLiteral("ReadAsVCards=False"));
+        QCOMPARE(Writes(window), u"ReadAsVCards=False"_s);
         window.Find<QLineEdit>("Text3")->clear();
-        QTest::keyClicks(window.Find<QLineEdit>("Text3"), QStringLiteral("/a"));
-        QCOMPARE(Writes(window), QStringLiteral("Output Folder= Output Folder=/ Output Folder=/a"));
+        QTest::keyClicks(window.Find<QLineEdit>("Text3"), u"/a"_s);
+        QCOMPARE(Writes(window), u"Output Folder= Output Folder=/ Output Folder=/a"_s);
     }
 
     void CodePages() {
@@ -127,51 +154,67 @@ private Q_SLOTS:
         window.settings.values[u"AnsiCodePage"] = u"iso-8859-15";
         window.Open();
         window.settings.writes.clear();
-        auto* const combo = window.Find<QComboBox>("CodePage");
-        auto* const view = combo->view();
-        const auto row = [&](int number) { return combo->model()->index(number, 0); };
+        QComboBox* const pages = window.CodePages();
+        QAbstractItemView* const view = pages->view();
+        QItemSelectionModel* const selection = view->selectionModel();
+        const auto row = [&](const QString& page) {
+            return pages->model()->index(pages->findData(page), 0);
+        };
         const auto wheel = [&] {
-            QWheelEvent event({9, 9}, {9, 9}, {}, {0, 120}, {}, {}, Qt::NoScrollPhase, false);
-            QApplication::sendEvent(combo, &event);
+            QWheelEvent event({9, 9}, {9, 9}, {}, {0, -120}, {}, {}, Qt::NoScrollPhase, false);
+            QApplication::sendEvent(pages, &event);
         };
         QVERIFY(QTest::qWaitForWindowActive(window.form.get(), kDeadline));
-        combo->addItem(QStringLiteral("refused"), QStringLiteral("refused"));
-        using Step = std::pair<std::function<void()>, const char*>;
-        for (const auto& [choose, shown] :
-             {Step{wheel, "iso-8859-15"}, Step{[&] { combo->setCurrentIndex(11); }, "UTF-8"},
-              Step{[&] { combo->setCurrentIndex(11); }, ""},
-              Step{[&] { QTest::keyClick(combo, Qt::Key_Up); }, "windows-874"},
-              // As the accessibility bus does, and as the mouse does on its way.
-              Step{[&] { view->selectionModel()->select(row(2), QItemSelectionModel::Select); },
-                   "windows-1251"},
-              Step{[&] { view->setCurrentIndex(row(4)); }, ""},
-              Step{[&] { combo->setCurrentIndex(12); }, ""},
-              Step{[&] { combo->setFocus(), wheel(); }, "windows-1250"}}) {
-            choose();
+        pages->addItem(u"refused"_s, u"refused"_s);
+        const auto choose = [&](const QString& page) { pages->setCurrentIndex(row(page).row()); };
+        const auto below = [&](const QString& page) {
+            return row(page).siblingAtRow(row(page).row() + 1).data(Qt::UserRole).toString();
+        };
+        struct Step {
+            const char* name;
+            std::function<void()> change;
+            QString page; // that is in use afterwards
+        };
+        QString before = u"iso-8859-15"_s;
+        for (const Step& step : std::vector<Step>{
+                 {"wheel without focus", wheel, before},
+                 {"chosen", [&] { choose(u"windows-1250"_s); }, u"windows-1250"_s},
+                 {"chosen again", [&] { choose(u"windows-1250"_s); }, u"windows-1250"_s},
+                 {"arrow key", [&] { QTest::keyClick(pages, Qt::Key_Down); },
+                  below(u"windows-1250"_s)},
+                 {"accessibility bus",
+                  [&] { selection->select(row(u"windows-1251"_s), QItemSelectionModel::Select); },
+                  u"windows-1251"_s},
+                 {"mouse that passes over another",
+                  [&] { view->setCurrentIndex(row(u"windows-1253"_s)); }, u"windows-1251"_s},
+                 {"refused", [&] { choose(u"refused"_s); }, u"windows-1251"_s},
+                 {"wheel with focus", [&] { pages->setFocus(), wheel(); },
+                  below(u"windows-1251"_s)}}) {
+            step.change();
             QApplication::processEvents();
-            const QString chosen = QString::fromLatin1(shown);
-            const bool news = !chosen.isEmpty() && !chosen.startsWith(QStringLiteral("iso"));
-            QCOMPARE(Writes(window), news ? QStringLiteral("AnsiCodePage=") + chosen : QString());
-            const QString name = ToQString(window.ansi.Page().Name());
-            QCOMPARE(combo->currentData().toString(), name);
-            QVERIFY(chosen.isEmpty() || chosen == name);
+            QCOMPARE(Named(step.name, ToQString(window.ansi.Page().Name())),
+                     Named(step.name, step.page));
+            QCOMPARE(Named(step.name, pages->currentData().toString()),
+                     Named(step.name, step.page));
+            const QString saved = step.page == before ? QString() : u"AnsiCodePage="_s + step.page;
+            QCOMPARE(Named(step.name, Writes(window)), Named(step.name, saved));
+            before = step.page;
         }
-        QCOMPARE(window.Boxes(),
-                 QStringLiteral("in Zentavor2021/08/31.Form1.Combo3_Click at line 1"));
+        QCOMPARE(window.Boxes(), u"in Zentavor2021/08/31.Form1.Combo3_Click at line 1"_s);
     }
 
-    void ARefusedPageIsMendedByChoosingTheOneInForce() {
+    void ChoosingThePageInUseReplacesARefusedSetting() {
         Window window;
         window.settings.values[u"AnsiCodePage"] = u"nonsense";
         window.Open();
-        QCOMPARE(window.Boxes(), Where(5));
+        QCOMPARE(window.Boxes(), ReportAt(5));
         window.settings.writes.clear();
-        auto* const combo = window.Find<QComboBox>("CodePage");
+        QComboBox* const pages = window.CodePages();
         QVERIFY(QTest::qWaitForWindowActive(window.form.get(), kDeadline));
-        for (const char* const written : {"AnsiCodePage=windows-1252", ""}) {
-            combo->showPopup();
-            QTest::keyClick(combo->view(), Qt::Key_Return);
-            QCOMPARE(Writes(window), QString::fromLatin1(written));
+        for (const QString& written : {u"AnsiCodePage=windows-1252"_s, QString()}) {
+            pages->showPopup();
+            QTest::keyClick(pages->view(), Qt::Key_Return);
+            QCOMPARE(Writes(window), written);
         }
     }
 
@@ -184,10 +227,9 @@ private Q_SLOTS:
         QCOMPARE(Writes(window), QString());
         window.pickers.folders = {u"/new/place", u"/"};
         window.Press("PushButton14");
-        QCOMPARE(Writes(window),
-                 QStringLiteral("LastFolderDot=/new/place Output Folder=/new/place/"));
+        QCOMPARE(Writes(window), u"LastFolderDot=/new/place Output Folder=/new/place/"_s);
         window.Press("PushButton14");
-        QCOMPARE(window.Find<QLineEdit>("Text3")->text(), QStringLiteral("/"));
+        QCOMPARE(window.Find<QLineEdit>("Text3")->text(), u"/"_s);
         const std::vector<TextPair> asked{{u"Please select folder:", u"/before"},
                                           {u"Please select folder:", u"/before"},
                                           {u"Please select folder:", u"/new/place"}};
@@ -226,23 +268,16 @@ private Q_SLOTS:
             store.SaveSetting(u"Output Folder", text);
             QCOMPARE(ToQString(another.GetSetting(u"Output Folder", u"none")), ToQString(text));
         }
-        QCOMPARE(ToQString(another.GetSetting(u"LastFolder", u"none")), QStringLiteral("none"));
+        QCOMPARE(ToQString(another.GetSetting(u"LastFolder", u"none")), u"none"_s);
         const std::string file = folder.Read("Quillmoor.ini");
-        QCOMPARE(QString::fromStdString(file),
-                 QStringLiteral("[Vexmarrow%20Software]\nOutput%20Folder=x\n"));
+        QCOMPARE(QString::fromStdString(file), u"[Vexmarrow%20Software]\nOutput%20Folder=x\n"_s);
         folder.Write("Quillmoor.ini", "[Vexmarrow%20Software]\nLastFolder=/a, b\n");
-        QCOMPARE(ToQString(store.GetSetting(u"LastFolder", u"")), QStringLiteral("/a, b"));
+        QCOMPARE(ToQString(store.GetSetting(u"LastFolder", u"")), u"/a, b"_s);
     }
 
-    void SettingsFileThatIsNone_data() {
-        QTest::addColumn<QString>("reason");
-        QTest::newRow("pipe") << QStringLiteral("It is not a regular file.");
-        QTest::newRow("device") << QStringLiteral("It is not a regular file.");
-        QTest::newRow("folder") << QStringLiteral("It is a folder.");
-    }
-    void SettingsFileThatIsNone() {
-        QFETCH(const QString, reason);
-        const QString what = QString::fromLatin1(QTest::currentDataTag());
+    void NoSettingsFile_data() { AddRows(kNoSettingsCases); }
+    void NoSettingsFile() {
+        const NoSettingsCase& row = CurrentRow(kNoSettingsCases);
         const TestFolder folder;
         const EnvironmentVariable place("XDG_CONFIG_HOME", folder.Native());
         const EnvironmentVariable state("XDG_STATE_HOME", folder.Native("state"));
@@ -250,15 +285,10 @@ private Q_SLOTS:
         IniSettingsStore store(calls);
         store.SaveSetting(u"TabSel", u"1");
         folder.Remove("Quillmoor.ini");
-        if (what == QStringLiteral("folder")) {
-            folder.MakeFolder("Quillmoor.ini");
-        } else if (what == QStringLiteral("pipe")) {
-            QCOMPARE(::mkfifo(folder.Native("Quillmoor.ini").c_str(), 0600), 0);
-        } else {
-            folder.MakeLink("Quillmoor.ini", "/dev/null");
-        }
+        QCOMPARE(::mkfifo(folder.Native("pipe").c_str(), S_IRUSR | S_IWUSR), 0);
+        folder.MakeLink("Quillmoor.ini", row.target);
         store.SaveSetting(u"TabSel", u"2");
-        QCOMPARE(ToQString(store.GetSetting(u"TabSel", u"none")), QStringLiteral("none"));
+        QCOMPARE(ToQString(store.GetSetting(u"TabSel", u"none")), u"none"_s);
         Assembly program;
         QStringList reports;
         Once([] { return TopBox() != nullptr; },
@@ -268,8 +298,8 @@ private Q_SLOTS:
              });
         QVERIFY(program.Start());
         const QString report = reports.join(u'|');
-        QVERIFY2(report.startsWith(QStringLiteral("Could not use the settings file \"%1\": %2\n")
-                                       .arg(ToQString(folder.Path("Quillmoor.ini")), reason)),
+        QVERIFY2(report.startsWith(u"Could not use the settings file \"%1\": %2\n"_s.arg(
+                     ToQString(folder.Path("Quillmoor.ini")), row.reason)),
                  qPrintable(report));
         folder.Remove("Quillmoor.ini");
         store.SaveSetting(u"TabSel", u"1");
@@ -287,13 +317,13 @@ private Q_SLOTS:
         const passwd* const user = ::getpwuid(::geteuid());
         const std::string home = user != nullptr ? user->pw_dir : "";
         const QString ofDatabase = QString::fromStdString(home == "/" ? "" : home);
-        QCOMPARE(desktop(""), ofDatabase + QStringLiteral("/Desktop/"));
-        QCOMPARE(desktop("relative"), ofDatabase + QStringLiteral("/Desktop/"));
-        QCOMPARE(desktop("/home/of"), QStringLiteral("/home/of/Desktop/"));
-        QCOMPARE(desktop("/"), QStringLiteral("/Desktop/"));
+        QCOMPARE(desktop(""), ofDatabase + u"/Desktop/"_s);
+        QCOMPARE(desktop("relative"), ofDatabase + u"/Desktop/"_s);
+        QCOMPARE(desktop("/home/of"), u"/home/of/Desktop/"_s);
+        QCOMPARE(desktop("/"), u"/Desktop/"_s);
         folder.Write("user-dirs.dirs", "XDG_DESKTOP_DIR=\"$HOME/\"\n");
-        QCOMPARE(desktop("/home/of"), QStringLiteral("/home/of/"));
-        QCOMPARE(desktop("/"), QStringLiteral("/"));
+        QCOMPARE(desktop("/home/of"), u"/home/of/"_s);
+        QCOMPARE(desktop("/"), u"/"_s);
     }
 
 private:

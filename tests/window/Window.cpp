@@ -77,7 +77,7 @@ QString FaultsOfLetters(const QWidget& window) {
     const auto add = [&](const QString& caption, bool needed) {
         const QString letter = QKeySequence::mnemonic(caption).toString().right(1);
         if (letter.isEmpty() ? needed : letters.contains(letter)) {
-            faults += caption + QStringLiteral(": its letter\n");
+            faults += caption + u": its letter\n"_s;
         }
         letters += letter;
     };
@@ -111,9 +111,9 @@ QString CutControls(const QWidget& window) {
                                  ? QSize(0, label->heightForWidth(label->width()))
                                  : widget->minimumSizeHint();
         const QString name = widget->objectName(); // parts that the toolkit adds have none or "qt_"
-        const bool own = !name.isEmpty() && !name.startsWith(QStringLiteral("qt_"));
+        const bool own = !name.isEmpty() && !name.startsWith(u"qt_"_s);
         if (own && widget->isVisible() && widget->size().expandedTo(needed) != widget->size()) {
-            cut += name + QStringLiteral(": it is cut\n");
+            cut += name + u": it is cut\n"_s;
         }
     }
     return cut;
@@ -139,7 +139,7 @@ QString FaultsOfControl(QWidget& control) {
     const bool same =
         (button == nullptr || !button->isDefault()) && control.grab().toImage() == focused;
     control.setFocus(Qt::TabFocusReason);
-    const bool box = control.window()->objectName() == QStringLiteral("MessageBox");
+    const bool box = control.window()->objectName() == u"MessageBox"_s;
     QString faults;
     for (const auto& [fault, what] :
          {std::pair{name.isEmpty() || name.contains(u'&'), "name"},
@@ -147,8 +147,8 @@ QString FaultsOfControl(QWidget& control) {
           {!box && !HasToolTip(control), "tool tip"},
           {same, "focus"}}) {
         if (fault) {
-            faults += QStringLiteral("%1 %2: its %3\n")
-                          .arg(control.objectName(), name, QString::fromLatin1(what));
+            faults +=
+                u"%1 %2: its %3\n"_s.arg(control.objectName(), name, QString::fromLatin1(what));
         }
     }
     return faults;
@@ -174,15 +174,14 @@ QString FaultsOfWalk(Qt::Key key, const QList<QWidget*>& stops) {
         QTest::keyClick(control, key);
         const QWidget* const next = QApplication::focusWidget();
         if (key == Qt::Key_Tab && !IsReadAfter(*next, *control)) {
-            back << control->objectName() + QStringLiteral(" to ") + next->objectName();
+            back << control->objectName() + u" to "_s + next->objectName();
         }
     }
     for (const QWidget* const control : missed) {
-        faults += control->objectName() + QStringLiteral(": not reached\n");
+        faults += control->objectName() + u": not reached\n"_s;
     }
     if (back.size() > 1) { // from the end, the walk goes back to the beginning once
-        faults +=
-            QStringLiteral("against the reading order: ") + back.join(QStringLiteral(", ")) + u'\n';
+        faults += u"against the reading order: "_s + back.join(u", "_s) + u'\n';
     }
     return faults;
 }
@@ -205,12 +204,12 @@ QString KeyboardFaults(QWidget& window) {
     const QList<QWidget*> stops = TabStops(window);
     QApplication::setCursorFlashTime(0);
     // Of the toolkit's styles, "Windows" is the one that every machine has.
-    for (const QString& style : {QStringLiteral("ours"), QStringLiteral("Windows")}) {
-        QApplication::setStyle(style == QStringLiteral("ours") ? new OutlinedStyle
-                                                               : QStyleFactory::create(style));
+    for (const QString& style : {u"ours"_s, u"Windows"_s}) {
+        QApplication::setStyle(style == u"ours"_s ? new OutlinedStyle
+                                                  : QStyleFactory::create(style));
         window.activateWindow();
         if (!QTest::qWaitForWindowActive(&window, kDeadline) || stops.isEmpty()) {
-            return QStringLiteral("it cannot be used");
+            return u"it cannot be used"_s;
         }
         // The layout follows the style and the font.
         if (!QTest::qWaitFor([&] { return CutControls(window).isEmpty(); }, kDeadline)) {
@@ -220,7 +219,7 @@ QString KeyboardFaults(QWidget& window) {
         QTest::keyClick(stops.front(), Qt::Key_Tab); // styles show the focus only to users of keys
         for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Backtab}) {
             const QString found = FaultsOfWalk(key, stops);
-            faults += found.isEmpty() ? found : style + QStringLiteral(" style: ") + found;
+            faults += found.isEmpty() ? found : style + u" style: "_s + found;
         }
     }
     QApplication::setStyle(new OutlinedStyle);

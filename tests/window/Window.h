@@ -30,6 +30,8 @@
 
 namespace vexmarrow::test {
 
+using namespace Qt::StringLiterals;
+
 /// The longest wait, in milliseconds. It is long because the machine may be busy; a wait ends as
 /// soon as its condition holds.
 constexpr int kDeadline = 60'000;
@@ -56,7 +58,7 @@ const auto& CurrentRow(const Cases& cases) {
 /// A value with the name of its case, for steps that build on each other in one test: comparing two
 /// of these tells which step failed.
 inline QString Named(const char* name, const QString& value) {
-    return QString::fromLatin1(name) + QStringLiteral(": ") + value;
+    return QString::fromLatin1(name) + u": "_s + value;
 }
 
 /// Sets a variable of the environment, and restores it when destroyed.

@@ -13,14 +13,12 @@
 /// window_tests SUITE: runs one suite.
 int main(int argc, char** argv) {
     using namespace vexmarrow::test;
+    using namespace Qt::StringLiterals;
     const vexmarrow::Application application(argc, argv);
     const std::map<QString, std::function<std::unique_ptr<QObject>()>> suites{
-        {QStringLiteral("BoxesTest"), MakeBoxesTest},
-        {QStringLiteral("ControlsTest"), MakeControlsTest},
-        {QStringLiteral("ListTest"), MakeListTest},
-        {QStringLiteral("LooksTest"), MakeLooksTest},
-        {QStringLiteral("RunTest"), MakeRunTest},
-        {QStringLiteral("StartupTest"), MakeStartupTest},
+        {u"BoxesTest"_s, MakeBoxesTest}, {u"ControlsTest"_s, MakeControlsTest},
+        {u"ListTest"_s, MakeListTest},   {u"LooksTest"_s, MakeLooksTest},
+        {u"RunTest"_s, MakeRunTest},     {u"StartupTest"_s, MakeStartupTest},
     };
     QStringList arguments = QApplication::arguments();
     const auto suite = suites.find(arguments.value(1));
