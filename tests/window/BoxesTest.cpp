@@ -198,7 +198,7 @@ private Q_SLOTS:
     void FileDialogsOpenWhereThereIsAFolder() {
         const TestFolder folder;
         folder.MakeFolder("home");
-        const EnvironmentVariable home("HOME", folder.Native("home"));
+        const auto home = WithVariable("HOME", folder.Native("home"));
         // In this file the toolkit keeps how its dialogs looked.
         QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, ToQString(folder.Path()));
         QtPickers pickers(eventLoop_);
@@ -251,17 +251,6 @@ private Q_SLOTS:
                      QTest::keyClick(line, Qt::Key_Return);
                  }),
                  std::u16string(u"new"));
-    }
-
-    void Help() {
-        Window window;
-        window.Open();
-        window.Press("PushButton5");
-        QCOMPARE(window.Boxes(),
-                 u"This software is not intended to be used on non-text-based files "
-                 "such as media files, executables, etc.\r\r"
-                 "To contact us, please use the online contact form at "
-                 "https://vexmarrow.example/contact"_s);
     }
 
     void LoadSets() {
@@ -442,9 +431,7 @@ private:
     QtPrompts prompts_{eventLoop_};
 };
 
-std::unique_ptr<QObject> MakeBoxesTest() {
-    return std::make_unique<BoxesTest>();
-}
+[[maybe_unused]] const bool kAdded = AddSuite<BoxesTest>("BoxesTest");
 
 } // namespace vexmarrow::test
 

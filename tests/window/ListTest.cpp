@@ -406,9 +406,7 @@ private:
     int height_ = 0; // of the pointer on the screen
 };
 
-std::unique_ptr<QObject> MakeListTest() {
-    return std::make_unique<ListTest>();
-}
+[[maybe_unused]] const bool kAdded = AddSuite<ListTest>("ListTest");
 
 } // namespace vexmarrow::test
 

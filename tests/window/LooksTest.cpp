@@ -243,9 +243,7 @@ private:
     std::unique_ptr<Window> window_;
 };
 
-std::unique_ptr<QObject> MakeLooksTest() {
-    return std::make_unique<LooksTest>();
-}
+[[maybe_unused]] const bool kAdded = AddSuite<LooksTest>("LooksTest");
 
 } // namespace vexmarrow::test
 

@@ -14,9 +14,27 @@
 namespace vexmarrow::test {
 namespace {
 
+const QString kNothingToUndo = u"There is no run to undo."_s;
 const QString kDone = u"Done."_s;
-const QString kRunAt = u"in Zentavor2021/08/31.Form1.PushButton1_Click at line "_s;
-const QString kEngineAt = u"in Zentavor2021/08/31.ReplaceText.%1 at line %2"_s;
+const QString kRoutineAt = u"in Zentavor2021/08/31.ReplaceText.%1 at line %2"_s;
+
+struct ModeCase {
+    const char* name;
+    const char* option;
+    Tab tab;
+    bool cards;
+    std::string result;
+};
+const std::vector<ModeCase> kModeCases{
+    {"fields", "Option1", kSinglePair, false, "Nb;b=b:banana\r\nTELb:1a\r\n"},
+    {"values", "Option2", kSinglePair, false, "Na;a=a:bbnbnb\r\nTELa:1b\r\n"},
+    {"both", "Option3", kSinglePair, false, "Nb;b=b:bbnbnb\nTELb:1b:2b"},
+    {"sets", "Option1", kSets, false, "Nc;c=c:ccncnc\nTELc:1c:2c"},
+    {"fields of cards", "Option1", kSinglePair, true, "Nb;b=b:banana\nTELb:1a:2a"},
+    {"values of cards", "Option2", kSinglePair, true, "Na;a=a:bbnbnb\nTELa:1b:2b"},
+    {"both of cards", "Option3", kSinglePair, true, "Nb;b=b:bbnbnb\nTELb:1b:2b"},
+    {"sets in cards", "Option1", kSets, true, "Nc;c=c:ccncnc\nTELc:1c:2c"},
+};
 
 } // namespace
 
@@ -45,75 +63,33 @@ private Q_SLOTS:
         folder_.reset();
     }
 
-    void WhatIsLacking() {
-        const QString noFind = u"You forgot to input find what."_s;
-        const QString noFolder = u"Folder does not exist. Please select another folder."_s;
-        const QString noFiles = u"No files added."_s;
-        folder_->Write("file", "x");
-        window_->SetText1(u"");
-        QCOMPARE(Run(), noFind);
-        window_->SelectTab(kSets);
-        window_->AddSet(u"a::b");
-        QCOMPARE(Run(), noFind);
-        window_->SetText1(u"any");
-        for (const char* const place : {"missing", "file"}) {
-            window_->SetText3(folder_->Path(place));
-            QCOMPARE(Run(), noFolder);
-        }
-        window_->SetText3(u"");
-        QCOMPARE(Run(), noFolder);
-        window_->Press("Option5"); // the folder does not matter any more
-        QCOMPARE(Run(), noFiles);
-        window_->SelectTab(kSinglePair);
-        QCOMPARE(Run(), noFiles);
-    }
-
-    void EveryMode_data() {
-        QTest::addColumn<QString>("option");
-        QTest::addColumn<int>("tab");
-        QTest::addColumn<bool>("cards");
-        QTest::addColumn<QByteArray>("result");
-        const auto row = [](const char* name, const char* option, int tab, bool cards,
-                            const char* result) {
-            QTest::newRow(name) << option << tab << cards << QByteArray(result);
-        };
-        row("fields", "Option1", 0, false, "Nb;b=b:banana\r\nTELb:1a\r\n");
-        row("values", "Option2", 0, false, "Na;a=a:bbnbnb\r\nTELa:1b\r\n");
-        row("both", "Option3", 0, false, "Nb;b=b:bbnbnb\nTELb:1b:2b");
-        row("sets", "Option1", 1, false, "Nc;c=c:ccncnc\nTELc:1c:2c");
-        row("fields of cards", "Option1", 0, true, "Nb;b=b:banana\nTELb:1a:2a");
-        row("values of cards", "Option2", 0, true, "Na;a=a:bbnbnb\nTELa:1b:2b");
-        row("both of cards", "Option3", 0, true, "Nb;b=b:bbnbnb\nTELb:1b:2b");
-        row("sets in cards", "Option1", 1, true, "Nc;c=c:ccncnc\nTELc:1c:2c");
-    }
+    void EveryMode_data() { AddRows(kModeCases); }
     void EveryMode() {
-        QFETCH(const QString, option);
-        QFETCH(const int, tab);
-        QFETCH(const bool, cards);
+        const ModeCase& row = CurrentRow(kModeCases);
         const std::string before = "Na;a=a:banana\nTELa:1a:2a";
         window_->AddSet(u"a::b");
         window_->AddSet(u"b::c");
-        window_->SelectTab(static_cast<Tab>(tab));
-        window_->Press(option.toLatin1().constData());
-        window_->Find<QCheckBox>("ReadAsVCards")->setChecked(cards);
+        window_->SelectTab(row.tab);
+        window_->Press(row.option);
+        window_->Find<QCheckBox>("ReadAsVCards")->setChecked(row.cards);
         AddFile("one.vcf", before);
         QCOMPARE(Run(), kDone);
-        QTEST(QByteArray::fromStdString(folder_->Read("out/one.vcf")), "result");
+        QCOMPARE(folder_->Read("out/one.vcf"), row.result);
         QCOMPARE(folder_->Read("one.vcf"), before);
         window_->Press("Option5");
         QCOMPARE(Run(), kDone);
-        QTEST(QByteArray::fromStdString(folder_->Read("one.vcf")), "result");
+        QCOMPARE(folder_->Read("one.vcf"), row.result);
     }
 
-    void FilesThatAreNone() {
+    void MissingAndEmptyFiles() {
         AddFile("gone.vcf", "a");
         AddFile("empty.vcf", "");
         AddFile("whole.vcf", "a");
         folder_->Remove("gone.vcf");
-        QCOMPARE(Run(), kDone); // skipped in silence
+        QCOMPARE(Run(), kDone); // such files are skipped without a message
         QCOMPARE(folder_->Names("out"), std::vector<std::string>{"whole.vcf"});
         window_->SelectTab(kSets);
-        QCOMPARE(Run(), kEngineAt.arg(u"ReplaceTextInFileCombo"_s).arg(1) + u'|' + kDone);
+        QCOMPARE(Run(), kRoutineAt.arg(u"ReplaceTextInFileCombo"_s).arg(1) + u'|' + kDone);
         QCOMPARE(folder_->Read("out/empty.vcf"), std::string());
         QVERIFY(!folder_->Exists("out/gone.vcf"));
     }
@@ -128,23 +104,23 @@ private Q_SLOTS:
         QCOMPARE(folder_->Names("out"), std::vector<std::string>{"kept.vcf"});
         window_->Press("Option5");
         const QString whole = u"ReplaceTextInFile"_s;
-        QCOMPARE(Run(), kEngineAt.arg(whole).arg(6) + u'|' + kDone);
+        QCOMPARE(Run(), kRoutineAt.arg(whole).arg(6) + u'|' + kDone);
         QCOMPARE(folder_->Read("kept.vcf"), std::string("a"));
         window_->SelectTab(kSets);
         const QString combo = u"ReplaceTextInFileCombo"_s;
         QCOMPARE(Run(),
-                 kEngineAt.arg(combo).arg(1) + u'|' + kEngineAt.arg(combo).arg(4) + u'|' + kDone);
+                 kRoutineAt.arg(combo).arg(1) + u'|' + kRoutineAt.arg(combo).arg(4) + u'|' + kDone);
     }
 
     void MoreFindLinesThanReplaceLines() {
         AddFile("one.vcf", "aAxX");
-        window_->SetText1(u"a\nx\n"); // the last line is empty and lacks a partner, too
-        const QString report = kEngineAt.arg(u"ReplaceTextInFile"_s).arg(4);
+        window_->SetText1(u"a\nx\n"); // the empty last line lacks a replace text as well
+        const QString report = kRoutineAt.arg(u"ReplaceTextInFile"_s).arg(4);
         QCOMPARE(Run(), report + u'|' + report + u'|' + kDone);
         QCOMPARE(folder_->Read("out/one.vcf"), std::string("bAxX"));
     }
 
-    void HandsOnTheWindowDuringARun() {
+    void WindowUsedDuringARun() {
         for (const char* const name : {"1.vcf", "2.vcf", "3.vcf", "4.vcf"}) {
             AddFile(name, "aq:aq");
         }
@@ -166,7 +142,7 @@ private Q_SLOTS:
         QCOMPARE(folder_->Read("out/2.vcf"), std::string("ab:ab"));
         QCOMPARE(folder_->Read("out/3.vcf"), std::string("aQ:aQ"));
         QCOMPARE(folder_->Read("out/4.vcf"), std::string("aQ:aq\r\n"));
-        QCOMPARE(Run(), kDone); // the refusal has not outlasted the run
+        QCOMPARE(Run(), kDone); // it can be started again
     }
 
     void SetsEditedDuringARun() {
@@ -187,8 +163,9 @@ private Q_SLOTS:
         AddFile("1.vcf", "\xE9");
         AddFile("2.vcf", "\xE9");
         window_->SetText1(u"\u00E9");
-        auto* const pages = window_->Find<QComboBox>("CodePage");
-        AfterResult("1.vcf", [&] { pages->setCurrentIndex(1); }); // Cyrillic
+        QComboBox* const pages = window_->CodePages();
+        const int cyrillic = pages->findData(u"windows-1251"_s);
+        AfterResult("1.vcf", [&] { pages->setCurrentIndex(cyrillic); });
         QCOMPARE(Run(), kDone);
         QCOMPARE(folder_->Read("out/1.vcf") + folder_->Read("out/2.vcf"), std::string("b\xE9"));
     }
@@ -203,28 +180,12 @@ private Q_SLOTS:
                  std::string("a:b\r\na:b:b"));
     }
 
-    void RowsRemovedDuringARun() {
-        AddFile("1.vcf", "a");
-        AddFile("2.odd", "a");
-        QCOMPARE(window_->Rows(), 2);
-        AfterResult("1.vcf", [&] {
-            folder_->Remove("out/1.vcf");
-            window_->prompts.answers = {Answer::Yes};
-            window_->Press("PushButton13"); // cancelled, but the list is validated
-        });
-        window_->Boxes();
-        QVERIFY(Run().endsWith(u"list?|"_s + kRunAt + u"6|"_s + kDone));
-        // The row is gone, and the file before it was handed over again.
-        QCOMPARE(folder_->Names("out"), std::vector<std::string>{"1.vcf"});
-        QCOMPARE(window_->Rows(), 1);
-    }
-
     void ClosedDuringARun() {
         for (const char* const name : {"1.vcf", "2.vcf", "3.vcf"}) {
             AddFile(name, "a");
         }
         AfterResult("2.vcf", [&] { window_->form->close(); });
-        QCOMPARE(Run(), QString()); // no "Done."
+        QCOMPARE(Run(), QString()); // there is no "Done."
         QCOMPARE(folder_->Names("out"), (std::vector<std::string>{"1.vcf", "2.vcf"}));
         Reopen();
     }
@@ -280,25 +241,26 @@ private Q_SLOTS:
     }
 
     void Undone() {
-        QCOMPARE(Offer(), u"-- There is no run to undo."_s);
+        QCOMPARE(Offers() + UndoTip(), kNothingToUndo);
         AddFile("1.vcf", "a");
         AddFile("2.vcf", "a");
         window_->Press("Option5");
         Once([&] { return folder_->Read("1.vcf") == "b"; },
              [&] {
-                 QCOMPARE(Offer().left(2), u"--"_s);
+                 QCOMPARE(Offers(), QString());
                  window_->pickers.folders = {folder_->Path("out")}; // a scan inside the run
                  window_->Press("PushButton3");
-                 QCOMPARE(Offer().left(2), u"--"_s);
+                 QCOMPARE(Offers(), QString());
                  Trigger("Forget"); // refused
              });
         QCOMPARE(Run(), kDone);
-        QVERIFY2(Offer().startsWith(u"UF Undo the run of "_s) && Offer().endsWith(u": 2 files."_s),
-                 qPrintable(Offer()));
+        QCOMPARE(Offers(), u"undo forget"_s);
+        QVERIFY2(UndoTip().startsWith(u"Undo the run of "_s) && UndoTip().endsWith(u": 2 files."_s),
+                 qPrintable(UndoTip()));
         window_->prompts.answers = {Answer::Yes};
         Once([&] { return folder_->Read("2.vcf") == "a"; },
              [&] {
-                 QCOMPARE(Offer().left(2), u"--"_s);
+                 QCOMPARE(Offers(), QString());
                  QVERIFY(QGuiApplication::overrideCursor() != nullptr);
                  QVERIFY(window_->Find<QLabel>("Progress")->text().endsWith(u"of 2"_s));
                  window_->Press("PushButton1"); // refused
@@ -309,14 +271,14 @@ private Q_SLOTS:
                      boxes.count(u'|') == 1,
                  qPrintable(boxes));
         QCOMPARE(folder_->Read("1.vcf") + folder_->Read("2.vcf"), std::string("aa"));
-        QCOMPARE(Offer(), u"-- There is no run to undo."_s);
+        QCOMPARE(Offers() + UndoTip(), kNothingToUndo);
 
         QCOMPARE(Run(), kDone);
-        QCOMPARE(Offer().left(2), u"UF"_s);
+        QCOMPARE(Offers(), u"undo forget"_s);
         window_->prompts.answers = {Answer::Yes};
         Trigger("Forget");
         QVERIFY(window_->Boxes().startsWith(u"Forget the old texts"_s));
-        QCOMPARE(Offer(), u"-- There is no run to undo."_s);
+        QCOMPARE(Offers() + UndoTip(), kNothingToUndo);
         QCOMPARE(folder_->Read("1.vcf") + folder_->Read("2.vcf"), std::string("bb"));
     }
 
@@ -329,12 +291,12 @@ private Q_SLOTS:
         window_->prompts.answers = {Answer::Yes};
         Once([&] { return folder_->Read("2.vcf") == "a"; }, [&] { window_->form->close(); });
         window_->Press("UndoLastRun");
-        QCOMPARE(window_->Boxes().count(u'|'), 0); // the question alone
+        QCOMPARE(window_->Boxes().count(u'|'), 0); // there is only the question
         QCOMPARE(folder_->Read("1.vcf") + folder_->Read("2.vcf"), std::string("ba"));
         Reopen();
     }
 
-    void FilesOfAnInterruptedRunThatAreNotThere() {
+    void MissingFilesOfAnInterruptedRun() {
         window_ = std::make_unique<Window>();
         folder_->Write("card.vcf", "old");
         QVERIFY(!InChildProcess([&] {
@@ -349,12 +311,13 @@ private Q_SLOTS:
         const auto* const notice = window_->Find<QLabel>("Missing");
         QVERIFY(notice->isVisible());
         QCOMPARE(notice->accessibleName(), u"1 file of an interrupted run is not there"_s);
-        QVERIFY(Offer().startsWith(u"-FK The run of "_s));
+        QCOMPARE(Offers(), u"forget keep"_s);
+        QVERIFY(UndoTip().startsWith(u"The run of "_s));
         QCOMPARE(window_->Boxes(), QString());
         Trigger("KeepMissing");
         QVERIFY(window_->Boxes().contains(ToQString(folder_->Path("card.vcf"))));
         QVERIFY(!notice->isVisible());
-        QCOMPARE(Offer(), u"-F There is no run to undo."_s); // the copy
+        QCOMPARE(Offers() + u' ' + UndoTip(), u"forget "_s + kNothingToUndo); // forgets the copy
     }
 
     void ANarrowWindowStaysNarrow() {
@@ -364,7 +327,7 @@ private Q_SLOTS:
         window_->form->resize(800, 600);
         QTRY_COMPARE_WITH_TIMEOUT(window_->form->width(), 800, kDeadline);
         const auto* const cards = window_->Find<QWidget>("ReadAsVCards");
-        QVERIFY(cards->width() < cards->sizeHint().width()); // so it is higher
+        QVERIFY(cards->width() < cards->sizeHint().width()); // so its caption takes a second line
         QVERIFY(cards->height() >= 2 * cards->fontMetrics().height());
         AddFile("1.vcf", "a");
         AddFile("2.vcf", "a");
@@ -398,22 +361,22 @@ private:
         window_->AddFiles({folder_->Path(name)});
     }
 
-    /// What the status line offers: U to undo, F to forget, K to keep old texts of missing files;
-    /// and the tool tip.
-    QString Offer() {
-        const auto offers = [&](const char* name, char letter) {
+    /// The offers of the status line that can be chosen: "undo", "forget", and "keep" for the old
+    /// texts of missing files.
+    QString Offers() {
+        QStringList menu;
+        for (const auto& [name, offer] :
+             {std::pair{"Forget", u"forget"_s}, {"KeepMissing", u"keep"_s}}) {
             const auto* const action = window_->Find<QAction>(name);
-            return action->isEnabled() && action->isVisible() ? QString(QLatin1Char(letter))
-                                                              : QString();
-        };
-        const auto* const undo = window_->Find<QPushButton>("UndoLastRun");
-        const QString menu = offers("Forget", 'F') + offers("KeepMissing", 'K');
+            menu += action->isEnabled() && action->isVisible() ? QStringList(offer) : QStringList();
+        }
         if (window_->Find<QPushButton>("UndoMenu")->isEnabled() == menu.isEmpty()) {
             return u"the menu cannot be opened"_s;
         }
-        return (undo->isEnabled() ? u"U"_s : u"-"_s) + (menu.isEmpty() ? u"-"_s : menu) + u' ' +
-               undo->toolTip();
+        const bool undo = window_->Find<QPushButton>("UndoLastRun")->isEnabled();
+        return ((undo ? QStringList(u"undo"_s) : QStringList()) + menu).join(u' ');
     }
+    QString UndoTip() { return window_->Find<QPushButton>("UndoLastRun")->toolTip(); }
     void Trigger(const char* action) {
         window_->Find<QAction>(action)->trigger();
         QCoreApplication::processEvents();
@@ -429,7 +392,7 @@ private:
         Once([this, name] { return folder_->Exists("out/" + name); }, std::move(action));
     }
 
-    /// A closed window is the end of the program: the next start.
+    /// Starts the program again; closing its window has ended it.
     void Reopen() {
         window_ = std::make_unique<Window>();
         window_->Open();
@@ -439,9 +402,7 @@ private:
     std::unique_ptr<Window> window_;
 };
 
-std::unique_ptr<QObject> MakeRunTest() {
-    return std::make_unique<RunTest>();
-}
+[[maybe_unused]] const bool kAdded = AddSuite<RunTest>("RunTest");
 
 } // namespace vexmarrow::test
 

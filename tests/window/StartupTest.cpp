@@ -183,13 +183,13 @@ private Q_SLOTS:
                  {"arrow key", [&] { QTest::keyClick(pages, Qt::Key_Down); },
                   below(u"windows-1250"_s)},
                  {"accessibility bus",
-                  [&] { selection->select(row(u"windows-1251"_s), QItemSelectionModel::Select); },
-                  u"windows-1251"_s},
+                  [&] { selection->select(row(u"windows-1257"_s), QItemSelectionModel::Select); },
+                  u"windows-1257"_s},
                  {"mouse that passes over another",
-                  [&] { view->setCurrentIndex(row(u"windows-1253"_s)); }, u"windows-1251"_s},
-                 {"refused", [&] { choose(u"refused"_s); }, u"windows-1251"_s},
+                  [&] { view->setCurrentIndex(row(u"windows-1253"_s)); }, u"windows-1257"_s},
+                 {"refused", [&] { choose(u"refused"_s); }, u"windows-1257"_s},
                  {"wheel with focus", [&] { pages->setFocus(), wheel(); },
-                  below(u"windows-1251"_s)}}) {
+                  below(u"windows-1257"_s)}}) {
             step.change();
             QApplication::processEvents();
             QCOMPARE(Named(step.name, ToQString(window.ansi.Page().Name())),
@@ -238,7 +238,7 @@ private Q_SLOTS:
 
     void EndedBeforeTheWindowShows() {
         const TestFolder folder;
-        const EnvironmentVariable place("XDG_CONFIG_HOME", folder.Native());
+        const auto place = WithVariable("XDG_CONFIG_HOME", folder.Native());
         folder.Write("Quillmoor.ini", "[Vexmarrow%20Software]\nOption1=nonsense\n");
         Assembly program;
         Once([] { return TopBox() != nullptr; }, [&] { program.MainWindow().close(); });
@@ -247,7 +247,7 @@ private Q_SLOTS:
 
     void StoreKeepsEveryText() {
         const TestFolder folder;
-        const EnvironmentVariable place("XDG_CONFIG_HOME", folder.Native());
+        const auto place = WithVariable("XDG_CONFIG_HOME", folder.Native());
         SystemCalls calls;
         IniSettingsStore store(calls);
         const IniSettingsStore another(calls); // a second copy of the program
@@ -279,8 +279,8 @@ private Q_SLOTS:
     void NoSettingsFile() {
         const NoSettingsCase& row = CurrentRow(kNoSettingsCases);
         const TestFolder folder;
-        const EnvironmentVariable place("XDG_CONFIG_HOME", folder.Native());
-        const EnvironmentVariable state("XDG_STATE_HOME", folder.Native("state"));
+        const auto place = WithVariable("XDG_CONFIG_HOME", folder.Native());
+        const auto state = WithVariable("XDG_STATE_HOME", folder.Native("state"));
         SystemCalls calls;
         IniSettingsStore store(calls);
         store.SaveSetting(u"TabSel", u"1");
@@ -308,9 +308,9 @@ private Q_SLOTS:
 
     void HomeFolder() {
         const TestFolder folder;
-        const EnvironmentVariable place("XDG_CONFIG_HOME", folder.Native());
+        const auto place = WithVariable("XDG_CONFIG_HOME", folder.Native());
         const auto desktop = [](const char* home) {
-            const EnvironmentVariable variable("HOME", home);
+            const auto variable = WithVariable("HOME", home);
             SettleHomeFolder();
             return ToQString(DesktopFolder());
         };
@@ -347,9 +347,7 @@ private:
     }
 };
 
-std::unique_ptr<QObject> MakeStartupTest() {
-    return std::make_unique<StartupTest>();
-}
+[[maybe_unused]] const bool kAdded = AddSuite<StartupTest>("StartupTest");
 
 } // namespace vexmarrow::test
 

@@ -20,6 +20,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScopeGuard>
 #include <QTabWidget>
 #include <QTest>
 #include <QTreeView>
@@ -61,27 +62,14 @@ inline QString Named(const char* name, const QString& value) {
     return QString::fromLatin1(name) + u": "_s + value;
 }
 
-/// Sets a variable of the environment, and restores it when destroyed.
-class EnvironmentVariable {
-public:
-    EnvironmentVariable(const char* name, const std::string& value)
-        : name_(name), before_(qgetenv(name)) {
-        qputenv(name, QByteArray::fromStdString(value));
-    }
-    ~EnvironmentVariable() {
-        if (before_.isNull()) {
-            qunsetenv(name_);
-        } else {
-            qputenv(name_, before_);
-        }
-    }
-    EnvironmentVariable(const EnvironmentVariable&) = delete;
-    EnvironmentVariable& operator=(const EnvironmentVariable&) = delete;
-
-private:
-    const char* name_;
-    QByteArray before_;
-};
+/// Sets a variable of the environment until the result is destroyed.
+inline auto WithVariable(const char* name, const std::string& value) {
+    const bool isSet = qEnvironmentVariableIsSet(name);
+    auto restore = qScopeGuard(
+        [name, isSet, before = qgetenv(name)] { isSet ? qputenv(name, before) : qunsetenv(name); });
+    qputenv(name, QByteArray::fromStdString(value));
+    return restore;
+}
 
 /// The real main window over scripted prompts, pickers and settings.
 class Window {
