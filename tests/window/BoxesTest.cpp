@@ -6,14 +6,11 @@
 #include "Suites.h"
 #include "Window.h"
 #include "app/InputBox.h"
-#include "app/LinesEdit.h"
 #include "app/MessageBox.h"
 #include "app/QtPickers.h"
 #include "app/QtPrompts.h"
 #include "app/Splash.h"
-#include "app/Strings.h"
 #include "base/Failure.h"
-#include "support/TestFolder.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -267,13 +264,6 @@ private Q_SLOTS:
         };
         open([&](QDialog& form2, QLineEdit& file, QLineEdit& separator) {
             QCOMPARE(form2.windowTitle() + separator.text(), u"Load Sets::"_s);
-            QStringList captions;
-            for (const QWidget* const control : TabStops(form2)) {
-                captions << control->accessibleName();
-            }
-            captions.sort();
-            QCOMPARE(captions.join(u'|'),
-                     u"Browse|Cancel|File To Load:|Format help|Load|Separator:"_s);
             QCOMPARE(KeyboardFaults(form2), QString());
             window.settings.writes.clear();
             separator.setFocus();

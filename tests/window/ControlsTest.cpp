@@ -5,13 +5,10 @@
 #include "Window.h"
 #include "app/Boxes.h"
 #include "app/Colours.h"
-#include "app/LinesEdit.h"
 #include "app/Note.h"
 #include "app/QtPickers.h"
 #include "app/SetsTable.h"
 #include "app/SetsView.h"
-#include "app/Strings.h"
-#include "support/TestFolder.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -224,11 +221,13 @@ private Q_SLOTS:
             }
             return names.join(u' ');
         };
-        const auto choose = [&](const char* page) {
+        const auto choose = [&](const QString& page) {
             QComboBox* const pages = window.CodePages();
-            pages->setCurrentIndex(pages->findData(QString::fromLatin1(page)));
+            pages->setCurrentIndex(pages->findData(page));
         };
+        const auto latin = [](const char* text) { return QString::fromLatin1(text); };
         const char* const utf8 = "These files look like UTF-8";
+        const char* const all = "3 files, 2 sets";
         struct Step {
             const char* name;
             std::function<void()> change;
@@ -236,44 +235,42 @@ private Q_SLOTS:
             const char* count = "No files";
             const char* hint = "one text a line"; // in the box of the replace texts
         };
-        for (const Step& step : std::initializer_list<Step>{
-                 {"at the start", [] {}},
-                 {"fields only", [&] { window.Press("Option1"); }, "OptionsNote", "No files",
+        for (const Step& step : std::vector<Step>{
+                 {"start", [] {}},
+                 {"fields", [&] { window.Press("Option1"); }, "OptionsNote", "No files",
                   "one text"},
                  {"fields of cards", [&] { window.Press("ReadAsVCards"); }},
-                 {"two find texts, one replace text",
-                  [&] { window.SetText1(u"a,\nb"), window.SetText2(u"c"); }, "TextsNote"},
+                 {"find texts", [&] { window.SetText1(u"a,\nb"), window.SetText2(u"c"); },
+                  "TextsNote"},
                  {"values of cards", [&] { window.Press("Option2"); }, "TextsNote"},
-                 {"values only", [&] { window.Press("ReadAsVCards"); }, "OptionsNote", "No files",
+                 {"values", [&] { window.Press("ReadAsVCards"); }, "OptionsNote", "No files",
                   "one text"},
                  {"no find text", [&] { window.SetText1(u""), window.Press("Option3"); }},
-                 {"two files of one name", [&] { window.AddFiles(paths); }, "ResultsNote",
-                  "2 files"},
+                 {"one name twice", [&] { window.AddFiles(paths); }, "ResultsNote", "2 files"},
                  {"no folder", [&] { window.SetText3(u""); }, "", "2 files"},
                  {"in place", [&] { window.Press("Option5"); }, "", "2 files"},
                  {"one file twice", [&] { window.AddFiles({paths[0]}); }, "ResultsNote", "3 files"},
-                 {"two find texts again", [&] { window.SetText1(u"a\nb"), window.SetText2(u"c"); },
+                 {"more find texts", [&] { window.SetText1(u"a\nb"), window.SetText2(u"c"); },
                   "TextsNote ResultsNote", "3 files"},
                  {"sets", [&] { window.SelectTab(kSets); }, "OptionsNote ResultsNote", "3 files"},
-                 {"a set", [&] { window.SetText1(u""), window.AddSet(u"a::b"); },
+                 {"one set", [&] { window.SetText1(u""), window.AddSet(u"a::b"); },
                   "SetsNote OptionsNote ResultsNote", "3 files, 1 set"},
-                 {"a set beyond ASCII", [&] { window.AddSet(u"\u00FC::u"); },
+                 {"set beyond ASCII", [&] { window.AddSet(u"\u00FC::u"); },
                   "SetsNote OptionsNote ResultsNote", utf8},
-                 {"a single pair", [&] { window.SelectTab(kSinglePair); }, "ResultsNote",
-                  "3 files, 2 sets"},
-                 {"a pair beyond ASCII", [&] { window.SetText2(u"\u00FC"); }, "ResultsNote", utf8},
-                 {"cards", [&] { window.Press("ReadAsVCards"); }, "ResultsNote", "3 files, 2 sets"},
+                 {"pair", [&] { window.SelectTab(kSinglePair); }, "ResultsNote", all},
+                 {"pair beyond ASCII", [&] { window.SetText2(u"\u00FC"); }, "ResultsNote", utf8},
+                 {"cards", [&] { window.Press("ReadAsVCards"); }, "ResultsNote", all},
                  {"no cards", [&] { window.Press("ReadAsVCards"); }, "ResultsNote", utf8},
-                 {"UTF-8", [&] { choose("UTF-8"); }, "ResultsNote", "3 files, 2 sets"},
-                 {"another page", [&] { choose("windows-1250"); }, "ResultsNote", utf8},
-                 {"UTF-8 from the hint", [&] { window.Press("UseUtf8"); }, "ResultsNote",
-                  "3 files, 2 sets"}}) {
+                 {"UTF-8", [&] { choose(u"UTF-8"_s); }, "ResultsNote", all},
+                 {"another page", [&] { choose(u"windows-1250"_s); }, "ResultsNote", utf8},
+                 {"UTF-8 offered", [&] { window.Press("UseUtf8"); }, "ResultsNote", all}}) {
             step.change();
-            QCOMPARE(Named(step.name, notes()), Named(step.name, QString::fromLatin1(step.notes)));
-            QCOMPARE(Named(step.name, window.Find<LinesEdit>("Text2")->placeholderText()),
-                     Named(step.name, QString::fromLatin1(step.hint)));
-            QCOMPARE(Named(step.name, window.Find<QLabel>("Count")->text()),
-                     Named(step.name, QString::fromLatin1(step.count)));
+            QString shown = notes();
+            shown += u'|' + window.Find<QLabel>("Count")->text() + u'|' +
+                     window.Find<LinesEdit>("Text2")->placeholderText();
+            const QString expected =
+                u"%1|%2|%3"_s.arg(latin(step.notes), latin(step.count), latin(step.hint));
+            QCOMPARE(latin(step.name) + u'|' + shown, latin(step.name) + u'|' + expected);
         }
         QVERIFY(window.CodePages()->hasFocus());
         QCOMPARE(ToQString(window.settings.values[u"AnsiCodePage"]), u"UTF-8"_s);

@@ -4,9 +4,6 @@
 #include "Suites.h"
 #include "Window.h"
 #include "app/Colours.h"
-#include "app/LinesEdit.h"
-#include "app/Strings.h"
-#include "support/TestFolder.h"
 
 #include <QApplication>
 #include <QDragEnterEvent>
@@ -101,27 +98,21 @@ private Q_SLOTS:
     }
 
     void RowsDraggedAbout() {
-        struct Step {
-            const char* name;
-            std::vector<MouseStep> mouse;
-            QString rows;
-        };
         Open({u"v", u"v", u"c", u"f", u"vc"});
-        for (const Step& step : std::vector<Step>{
-                 {"from below the rows", {{kPress, 9}, {kMove, 2}, {kRelease, 2}}, u"v v c f vc"_s},
-                 {"released", {{kPress, 0}, {kRelease, 0}, {kMove, 3}}, u"v v c f vc"_s},
-                 {"over an equal row", {{kPress, 0}, {kMove, 1}}, u"v v c f vc"_s},
-                 {"on, and below the rows", {{kMove, 2}, {kMove, 3}, {kMove, 9}}, u"c v f v vc"_s},
-                 {"released below",
-                  {{kRelease, 9}, {kMove, 0}, {kTwice, 9}, {kRelease, 9}},
-                  u"c v f v vc"_s},
-                 {"up", {{kPress, 4}, {kMove, 0}, {kRelease, 0}}, u"vc v f v c"_s},
-                 {"double-click",
-                  {{kPress, 2}, {kRelease, 2}, {kTwice, 2}, {kRelease, 2}},
-                  u"vc v v c"_s}}) {
-            Mouse(step.mouse);
-            QCOMPARE(Named(step.name, Shown()), Named(step.name, step.rows));
-        }
+        Mouse({{kPress, 9}, {kMove, 2}, {kRelease, 2}}); // from below the rows
+        QCOMPARE(Shown(), u"v v c f vc"_s);
+        Mouse({{kPress, 0}, {kRelease, 0}, {kMove, 3}}); // moved after the release
+        QCOMPARE(Shown(), u"v v c f vc"_s);
+        Mouse({{kPress, 0}, {kMove, 1}}); // over a row of the same text
+        QCOMPARE(Shown(), u"v v c f vc"_s);
+        Mouse({{kMove, 2}, {kMove, 3}, {kMove, 9}}); // on from there, and below the rows
+        QCOMPARE(Shown(), u"c v f v vc"_s);
+        Mouse({{kRelease, 9}, {kMove, 0}, {kTwice, 9}, {kRelease, 9}}); // released there
+        QCOMPARE(Shown(), u"c v f v vc"_s);
+        Mouse({{kPress, 4}, {kMove, 0}, {kRelease, 0}}); // far up at once
+        QCOMPARE(Shown(), u"vc v f v c"_s);
+        Mouse({{kPress, 2}, {kRelease, 2}, {kTwice, 2}, {kRelease, 2}}); // a double-click
+        QCOMPARE(Shown(), u"vc v v c"_s);
     }
 
     void OnlyTheLeftButtonRemoves() {
@@ -130,10 +121,8 @@ private Q_SLOTS:
                                            {Qt::MiddleButton, u"v c f"_s},
                                            {Qt::LeftButton, u"v f"_s}}) {
             button_ = button;
-            Mouse({{kPress, 0},
-                   {kRelease, 0},
-                   {kTwice, 1},
-                   {kRelease, 1}}); // two rows, clicked once each
+            // The two clicks of the first double-click are on different rows.
+            Mouse({{kPress, 0}, {kRelease, 0}, {kTwice, 1}, {kRelease, 1}});
             QCOMPARE(View()->currentIndex().row(), 1);
             Mouse({{kTwice, 1}, {kRelease, 1}});
             QCOMPARE(Shown(), rows);
@@ -141,30 +130,21 @@ private Q_SLOTS:
     }
 
     void DeleteRemovesTheSelectedRow() {
-        struct Step {
-            const char* name;
-            bool select = false; // the row in the middle, first
-            Qt::KeyboardModifiers modifiers = Qt::NoModifier;
-            bool held = false;
-            QString rows = u"v c f"_s;
-        };
         Open({u"v", u"c", u"f"});
+        const auto press = [this](Qt::KeyboardModifiers modifiers = {}, bool held = false) {
+            QKeyEvent event(QEvent::KeyPress, Qt::Key_Delete, modifiers, {}, held);
+            QApplication::sendEvent(View(), &event);
+        };
         View()->selectionModel()->setCurrentIndex(Index(1), QItemSelectionModel::NoUpdate);
-        for (const Step& step :
-             std::vector<Step>{{"no row selected"},
-                               {.name = "held", .select = true, .held = true},
-                               {"with another key", true, Qt::ControlModifier},
-                               {.name = "pressed", .select = true, .rows = u"v f"_s},
-                               {.name = "the row that came there",
-                               .modifiers = Qt::KeypadModifier,
-                               .rows = u"v"_s}}) {
-            if (step.select) {
-                View()->setCurrentIndex(Index(1));
-            }
-            QKeyEvent press(QEvent::KeyPress, Qt::Key_Delete, step.modifiers, {}, step.held);
-            QApplication::sendEvent(View(), &press);
-            QCOMPARE(Named(step.name, Shown()), Named(step.name, step.rows));
-        }
+        press(); // no row is selected
+        View()->setCurrentIndex(Index(1));
+        press(Qt::NoModifier, true);
+        press(Qt::ControlModifier);
+        QCOMPARE(Shown(), u"v c f"_s);
+        press();
+        QCOMPARE(Shown(), u"v f"_s);
+        press(Qt::KeypadModifier); // the row that came to this place is selected
+        QCOMPARE(Shown(), u"v"_s);
         Once([] { return QGuiApplication::overrideCursor() != nullptr; },
              [&] { QTest::keyClick(View(), Qt::Key_Delete); });
         window_->prompts.texts = {u"x"};

@@ -5,8 +5,6 @@
 #include "Window.h"
 #include "app/Boxes.h"
 #include "app/QtPrompts.h"
-#include "app/Strings.h"
-#include "support/TestFolder.h"
 
 #include <QAction>
 #include <QGuiApplication>

@@ -3,9 +3,7 @@
 
 #include "Window.h"
 
-#include "app/LinesEdit.h"
 #include "app/OutlinedStyle.h"
-#include "app/Strings.h"
 
 #include <QAccessible>
 #include <QGroupBox>
@@ -22,18 +20,6 @@ void Window::Open() {
     form->Form_Load();
     recovery->Run();
     form->show();
-}
-
-void Window::SetText1(std::u16string_view text) const {
-    Find<LinesEdit>("Text1")->SetText(text);
-}
-
-void Window::SetText2(std::u16string_view text) const {
-    Find<LinesEdit>("Text2")->SetText(text);
-}
-
-void Window::SetText3(const std::u16string& text) const {
-    Find<QLineEdit>("Text3")->setText(ToQString(text));
 }
 
 void Window::AddFiles(const std::vector<std::u16string>& paths) {
@@ -95,9 +81,8 @@ QString FaultsOfLetters(const QWidget& window) {
         } else if (const auto* const group = qobject_cast<const QGroupBox*>(widget)) {
             add(group->title(), true);
         } else if (const auto* const tabs = qobject_cast<const QTabBar*>(widget)) {
-            for (int tab = 0; tab < tabs->count(); ++tab) {
-                add(tabs->tabText(tab), true);
-            }
+            add(tabs->tabText(kSinglePair), true);
+            add(tabs->tabText(kSets), true);
         }
     }
     return faults;
@@ -121,11 +106,9 @@ QString CutControls(const QWidget& window) {
 
 bool HasToolTip(const QWidget& control) {
     const auto* const tabs = qobject_cast<const QTabBar*>(&control);
-    bool has = tabs != nullptr || !control.toolTip().isEmpty();
-    for (int tab = 0; tabs != nullptr && tab < tabs->count(); ++tab) {
-        has = has && !tabs->tabToolTip(tab).isEmpty();
-    }
-    return has;
+    return tabs == nullptr
+               ? !control.toolTip().isEmpty()
+               : !tabs->tabToolTip(kSinglePair).isEmpty() && !tabs->tabToolTip(kSets).isEmpty();
 }
 
 QString FaultsOfControl(QWidget& control) {

@@ -5,7 +5,9 @@
 
 #include "app/CodePageChooser.h"
 #include "app/Form1.h"
+#include "app/LinesEdit.h"
 #include "app/QtEventLoop.h"
+#include "app/Strings.h"
 #include "safety/Recovery.h"
 #include "safety/SafeWriter.h"
 #include "support/Doubles.h"
@@ -56,12 +58,6 @@ const auto& CurrentRow(const Cases& cases) {
     return *(std::begin(cases) + row);
 }
 
-/// A value with the name of its case, for steps that build on each other in one test: comparing two
-/// of these tells which step failed.
-inline QString Named(const char* name, const QString& value) {
-    return QString::fromLatin1(name) + u": "_s + value;
-}
-
 /// Sets a variable of the environment until the result is destroyed.
 inline auto WithVariable(const char* name, const std::string& value) {
     const bool isSet = qEnvironmentVariableIsSet(name);
@@ -88,9 +84,11 @@ public:
     }
 
     void Press(const char* name) const { Find<QAbstractButton>(name)->click(); }
-    void SetText1(std::u16string_view text) const;
-    void SetText2(std::u16string_view text) const;
-    void SetText3(const std::u16string& text) const;
+    void SetText1(std::u16string_view text) const { Find<LinesEdit>("Text1")->SetText(text); }
+    void SetText2(std::u16string_view text) const { Find<LinesEdit>("Text2")->SetText(text); }
+    void SetText3(std::u16string_view text) const {
+        Find<QLineEdit>("Text3")->setText(ToQString(text));
+    }
     void SelectTab(Tab tab) const { Find<QTabWidget>("TabControl1")->setCurrentIndex(tab); }
     void AddFiles(const std::vector<std::u16string>& paths);
     void AddSet(const std::u16string& set);
