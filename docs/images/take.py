@@ -4,7 +4,7 @@
 
     on-virtual-display.sh /usr/bin/python3 take.py PROGRAM FOLDER light|dark
 
-The sample files are copied to a folder whose name is to be seen in the pictures.
+The sample files are copied to a folder whose name suits the pictures.
 """
 
 import os
@@ -13,33 +13,33 @@ import sys
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "tests", "e2e"))
 
-import bus  # noqa: E402 (they lie in the folder that was just named)
+import bus  # noqa: E402 (in the folder that was just added)
 import driver  # noqa: E402
 
 DARK = "/usr/share/qt6ct/colors/darker.conf"
 
 
 def darken():
-    """Has the toolkit take the dark colours of a desktop."""
+    """Makes the toolkit use the dark colours of a desktop."""
     folder = os.path.join(os.environ["XDG_CONFIG_HOME"], "qt6ct")
     os.makedirs(folder)
     with open(os.path.join(folder, "qt6ct.conf"), "w", encoding="utf-8") as file:
-        file.write("[Appearance]\ncolor_scheme_path=%s\ncustom_palette=true\nstyle=Fusion\n"
-                   "[Fonts]\ngeneral=\"Arial,9,-1,5,50,0,0,0,0,0\"\n" % DARK)
+        file.write(f"[Appearance]\ncolor_scheme_path={DARK}\ncustom_palette=true\nstyle=Fusion\n"
+                   "[Fonts]\ngeneral=\"Arial,9,-1,5,50,0,0,0,0,0\"\n")
     os.environ["QT_QPA_PLATFORMTHEME"] = "qt6ct"
 
 
 def take(program, path):
-    """A picture of the main window without its frame, as it is when it has come to rest."""
+    """Takes a picture of the main window without its frame, after a second without changes."""
     area = program.window.queryComponent().getExtents(bus.pyatspi.DESKTOP_COORDS)
     driver.tool("scrot", "--overwrite", "--delay", "1", "--autoselect",
-                "%d,%d,%d,%d" % (area.x, area.y, area.width, area.height), path)
+                f"{area.x},{area.y},{area.width},{area.height}", path)
 
 
 def main(executable, folder, look):
     if look == "dark":
         darken()
-    home = "/tmp/ann"  # as it is to be read in the pictures
+    home = "/tmp/ann"  # the pictures show this path
     os.mkdir(home)
     try:
         place = os.path.join(home, "Contacts")
@@ -50,15 +50,15 @@ def main(executable, folder, look):
         try:
             program.add_files([os.path.join(place, name) for name in sorted(os.listdir(place))])
             program.choose(driver.TO_FOLDER)
-            program.type(driver.TO_FOLDER, results + "/")
-            take(program, os.path.join(folder, "1-files-%s.png" % look))
+            program.type(driver.TO_FOLDER, f"{results}/")
+            take(program, os.path.join(folder, f"1-files-{look}.png"))
             program.tab(driver.SINGLE)
             program.type(driver.FIND, "Brightwater Ferries\nbrightwater.example")
             program.type(driver.REPLACE, "Clearbrook Lines\nclearbrook.example")
-            take(program, os.path.join(folder, "2-texts-%s.png" % look))
+            take(program, os.path.join(folder, f"2-texts-{look}.png"))
             program.press("Start Replacing")
             program.box()
-            take(program, os.path.join(folder, "3-done-%s.png" % look))
+            take(program, os.path.join(folder, f"3-done-{look}.png"))
             program.confirm("Done.")
             program.close()
         finally:

@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
-"""Looking at a program through the accessibility bus: finding controls, reading and using them."""
+"""Finds, reads and uses the controls of a program through the accessibility bus."""
 
 import time
 
@@ -10,25 +10,26 @@ gi.require_version("Atspi", "2.0")
 import pyatspi  # noqa: E402 (the version must be chosen before)
 from gi.repository import GLib  # noqa: E402
 
-# In seconds, for a machine that has much else to do: whoever waits goes on as soon as it is so.
+# The longest wait, in seconds. It is long because the machine may be busy; a wait ends as soon as
+# its condition holds.
 DEADLINE = 120.0
 
-# The bus itself takes no answer within 0.8 s for none, and an action would be tried again that is under way.
+# By default, the bus gives up after 0.8 s, and an action that is being done would be tried again.
 pyatspi.setTimeout(int(DEADLINE * 1000), int(DEADLINE * 1000))
 
-# Views whose items may be many; a search for a control does not look into them.
+# Views that may have many items; a search for a control does not look into them.
 ITEM_VIEWS = ("tree", "tree table", "table", "list", "list box")
 
-# What the bus raises when a control vanishes while it is looked at.
+# What the bus raises when a control vanishes while its properties are read.
 GONE = (GLib.Error, LookupError, RuntimeError, AttributeError)
 
 
 class Missing(AssertionError):
-    """Something did not happen or did not show in time."""
+    """Something did not happen or appear in time."""
 
 
 def wait_until(condition, what, deadline=DEADLINE):
-    """Returns the first true value of `condition()`; `what` says what it waits for."""
+    """Returns the first true value of `condition()`; a failure names `what` it waits for."""
     end = time.monotonic() + deadline
     while True:
         try:
@@ -38,7 +39,7 @@ def wait_until(condition, what, deadline=DEADLINE):
         if value:
             return value
         if time.monotonic() > end:
-            raise Missing("waited %g s in vain for %s" % (deadline, what))
+            raise Missing(f"waited {deadline:g} s in vain for {what}")
         time.sleep(0.02)
 
 
@@ -76,7 +77,7 @@ def is_enabled(node):
 
 
 def is_active(window):
-    """Whether keys go to a window."""
+    """Whether a window gets the keys that are pressed."""
     return has_state(window, pyatspi.STATE_ACTIVE)
 
 
@@ -89,14 +90,14 @@ def is_down(node):
 
 
 def is_gone(node):
-    """Whether a control is no more, which is later than that it does not show."""
+    """Whether a control no longer exists; it is hidden before that."""
     try:
         return has_state(node, pyatspi.STATE_DEFUNCT)
     except GONE:
         return True
 
 
-_found = {}  # by what was looked for: a walk through a window asks hundreds of questions
+_found = {}  # by search; a walk through a window asks hundreds of questions
 
 
 def find(root, name, roles):
@@ -122,7 +123,7 @@ def act(node, action):
 
 
 def text_of(node):
-    """What an editable or read-only text control holds."""
+    """The text of an editable or read-only text control."""
     return node.queryText().getText(0, -1)
 
 
@@ -142,7 +143,7 @@ def middle(node):
 
 
 def desktop_application(process_id):
-    """The application of that process on the bus, or None; every look at it is a fresh one."""
+    """The application of that process on the bus, or None; the bus is read anew each time."""
     desktop = pyatspi.Registry.getDesktop(0)
     for application in children(desktop):
         if application.get_process_id() == process_id:
@@ -156,14 +157,14 @@ def describe(node, depth=0, most=40):
     try:
         states = [s for s in ("showing", "enabled", "checked", "selected", "focused")
                   if has_state(node, getattr(pyatspi, "STATE_" + s.upper()))]
-        lines = ["%s%s %r [%s]" % ("  " * depth, node.getRoleName(), node.name, " ".join(states))]
+        lines = [f"{'  ' * depth}{node.getRoleName()} {node.name!r} [{' '.join(states)}]"]
         below = node.childCount
         for index in range(min(below, most)):
             child = node.getChildAtIndex(index)
             if child is not None:
                 lines += describe(child, depth + 1, most)
         if below > most:
-            lines.append("%s... %d more" % ("  " * (depth + 1), below - most))
+            lines.append(f"{'  ' * (depth + 1)}... {below - most} more")
         return lines
     except GONE as error:
-        return ["%s(gone: %s)" % ("  " * depth, error)]
+        return [f"{'  ' * depth}(gone: {error})"]

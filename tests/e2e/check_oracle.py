@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
-"""Checks the oracle against results that were written down by hand."""
+"""Checks the oracle against results that were worked out by hand."""
 
 import unittest
 

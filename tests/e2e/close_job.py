@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
-"""Boxes and dialogs over the main window: closing it ends the program, and until then it is out of reach.
+"""While a box or dialog is open, the main window can be closed but not used.
 
     on-virtual-display.sh /usr/bin/python3 close_job.py PROGRAM [unittest arguments]
 
@@ -65,7 +65,7 @@ class CloseTest(WindowTest):
             place = bus.middle(bus.find(program.window, REPLACE, "text"))
             mouse.click(*place)
             keyboard.type("ef")
-            # What the window manager makes active is not it for long.
+            # The window manager activates the main window, but the box soon gets the focus back.
             subprocess.run(["wmctrl", "-F", "-a", driver.WINDOW], check=True, timeout=bus.DEADLINE)
             keyboard.press("Alt+s")
             drag = x11.Drag({"text/uri-list": b"file:///etc/hostname\r\n"})

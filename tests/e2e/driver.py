@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
-"""Starts the real program on the present display and uses it as a person would, by the names on it."""
+"""Starts the real program on the current display and uses its controls by their names."""
 
 import contextlib
 import os
@@ -11,7 +11,7 @@ import tempfile
 import bus
 from bus import wait_until
 
-ON_X = "DISPLAY" in os.environ  # else there is Wayland, without window manager, keyboard and mouse
+ON_X = "DISPLAY" in os.environ  # otherwise on Wayland, without a window manager, keyboard and mouse
 
 WINDOW = "Vexmarrow Software"
 TITLE = "Vexmarrow"
@@ -29,35 +29,36 @@ LIST_DIALOG = "Load List(s) - Hold Ctrl to select multiple list files"
 
 
 def tool(*command):
-    """Runs a desktop tool to its end and returns what it says."""
+    """Runs a desktop tool to its end and returns its output."""
     return subprocess.run(command, check=True, capture_output=True, text=True, timeout=bus.DEADLINE).stdout
 
 
 def managed_windows():
-    """What the window manager knows of the windows that it has placed."""
+    """The windows that the window manager has placed, one a line."""
     return subprocess.run(["wmctrl", "-l"], check=False, capture_output=True, text=True,
                           timeout=bus.DEADLINE).stdout
 
 
 def screenshot(path):
-    """A picture of the whole screen; an older one of that name is replaced."""
+    """Saves a picture of the whole screen, in place of an older one of that name."""
     tool("scrot", "--overwrite", path)
 
 
 def press(window, name, roles="push button", action="Press"):
-    """Presses a control once it is there and ready for it; returns when the program has done what it
-    does for that, up to its end, a box or a yield.
+    """Presses a control as soon as it exists and is enabled. Returns when its handler has ended,
+    opened a box or yielded.
 
-    Options, tabs and the items of lists do it before they answer. A push button answers at once, stays
-    down for a moment to be seen, and is up again when it does it: no question is answered in between.
+    Options, tabs and the items of lists run their handlers before they answer. A push button answers
+    at once and is shown as pressed for a moment; its handler runs when it is up again, and the program
+    answers no question between the two.
     """
     def ready():
         node = bus.find(window, name, roles)
         return node if node and bus.is_enabled(node) else None
 
-    node = wait_until(ready, "%s %r to be ready" % (roles, name))
-    wait_until(lambda: bus.act(node, action), "%s of %r" % (action, name))
-    wait_until(lambda: not bus.is_down(node), "%r to be up again" % name)
+    node = wait_until(ready, f"{roles} {name!r} to be ready")
+    wait_until(lambda: bus.act(node, action), f"{action} of {name!r}")
+    wait_until(lambda: not bus.is_down(node), f"{name!r} to be up again")
 
 
 class Controls:
@@ -70,13 +71,13 @@ class Controls:
         press(self.window, name)
 
     def _text_box(self, name):
-        return wait_until(lambda: bus.find(self.window, name, "text"), "text box %r" % name)
+        return wait_until(lambda: bus.find(self.window, name, "text"), f"text box {name!r}")
 
     def type(self, name, text):
-        """Puts a text into the text box of that name, in place of what it held."""
+        """Replaces the text of the text box of that name."""
         node = self._text_box(name)
         bus.set_text(node, text)
-        wait_until(lambda: bus.text_of(node) == text, "text box %r to hold %r" % (name, text))
+        wait_until(lambda: bus.text_of(node) == text, f"text box {name!r} to hold {text!r}")
 
     def text(self, name):
         return bus.text_of(self._text_box(name))
@@ -87,7 +88,7 @@ class Box(Controls):
 
     @property
     def message(self):
-        """Its message, whose paragraphs may stand in labels and, the longest, in a text to scroll."""
+        """Its message; the paragraphs are in labels, and a very long one in a text that scrolls."""
         nodes = [(node, node.getRoleName()) for node in bus.walk(self.window)]
         parts = [bus.text_of(node) if role == "text" else node.name for node, role in nodes
                  if role in ("text", "label", "static")]
@@ -98,8 +99,8 @@ class Program(Controls):
     """One run of the program, from its start to its end."""
 
     def __init__(self, executable, meet=None, arguments=(), folder=None):
-        """`meet` is called with this before the main window is waited for: boxes may come first. It starts
-        with these arguments, in `folder`."""
+        """Starts the program with these arguments, in `folder`. `meet` is called with this object
+        before the main window shows, to answer the boxes that come first."""
         self.log = tempfile.TemporaryFile(mode="w+", encoding="utf-8", errors="replace")
         self.process = subprocess.Popen([executable, *arguments], stdin=subprocess.DEVNULL, cwd=folder,
                                         stdout=self.log, stderr=subprocess.STDOUT)
@@ -116,27 +117,27 @@ class Program(Controls):
 
     def _insist_on_life(self):
         if self.process.poll() is not None:
-            raise bus.Missing("the program ended with status %d\n%s" % (self.process.returncode, self.said()))
+            raise bus.Missing(f"the program ended with status {self.process.returncode}\n{self.output()}")
 
     def _appear(self):
         self._insist_on_life()
         return bus.desktop_application(self.process.pid)
 
     def _stands(self):
-        """Whether the main window is where it will stay and knows it, so that pointers and drags can be
-        aimed at it."""
+        """Whether the main window has its final place and knows it, so that the mouse can be aimed at
+        its controls."""
         if WINDOW not in managed_windows():
             return False
         place = re.findall(r"Absolute upper-left .: +(-?\d+)", tool("xwininfo", "-name", WINDOW))
         return list(map(int, place)) == list(bus.place(self.window))
 
-    def said(self):
-        """What the program has written to its output and error streams."""
+    def output(self):
+        """The output and the error messages of the program so far."""
         self.log.seek(0)
         return self.log.read()
 
     def _top_level(self, title, roles):
-        self._insist_on_life()  # or the wait for a window would be long
+        self._insist_on_life()  # a wait for a window then fails at once
         for window in bus.children(self.application):
             if window.getRoleName() in roles and title in (None, window.name) and bus.is_shown(window):
                 return window
@@ -146,23 +147,23 @@ class Program(Controls):
 
     def choose(self, option):
         """Turns an option button on."""
-        node = wait_until(lambda: bus.find(self.window, option, "radio button"), "option %r" % option)
+        node = wait_until(lambda: bus.find(self.window, option, "radio button"), f"option {option!r}")
         if not bus.is_checked(node):
             press(self.window, option, "radio button", "Toggle")
-            wait_until(lambda: bus.is_checked(node), "option %r to be on" % option)
+            wait_until(lambda: bus.is_checked(node), f"option {option!r} to be on")
 
     def is_chosen(self, option):
         return bus.is_checked(wait_until(lambda: bus.find(self.window, option, "radio button"), option))
 
     def _check_box(self, name):
-        return wait_until(lambda: bus.find(self.window, name, "check box"), "check box %r" % name)
+        return wait_until(lambda: bus.find(self.window, name, "check box"), f"check box {name!r}")
 
     def tick(self, name, wanted=True):
-        """Turns a check box on, or off."""
+        """Turns a check box on or off."""
         node = self._check_box(name)
         if bus.is_checked(node) != wanted:
             press(self.window, name, "check box", "Toggle")
-            wait_until(lambda: bus.is_checked(node) == wanted, "%r to be %s" % (name, wanted))
+            wait_until(lambda: bus.is_checked(node) == wanted, f"{name!r} to be {wanted}")
 
     def is_ticked(self, name):
         return bus.is_checked(self._check_box(name))
@@ -170,29 +171,29 @@ class Program(Controls):
     def tab(self, name):
         """Brings a tab to the front."""
         press(self.window, name, "page tab")
-        wait_until(lambda: self.is_in_front(name), "tab %r to be in front" % name)
+        wait_until(lambda: self.is_in_front(name), f"tab {name!r} to be in front")
 
     def is_in_front(self, tab):
-        """Whether a tab's own controls are to be seen."""
+        """Whether the controls of a tab are visible."""
         control = ("Add Set", "push button") if tab == SETS else (FIND, "text")
         return bus.find(self.window, *control) is not None
 
     def wait_uncovered(self):
-        """Waits until the window manager has taken boxes and dialogs off the main window."""
+        """Waits until the window manager has removed all boxes and dialogs."""
         wait_until(lambda: len(managed_windows().splitlines()) == 1, "the main window to be alone")
 
     def place_of(self, name, roles="push button"):
         """The middle of a control, on the screen, for the mouse."""
         self.wait_uncovered()
-        return bus.middle(wait_until(lambda: bus.find(self.window, name, roles), "%s %r" % (roles, name)))
+        return bus.middle(wait_until(lambda: bus.find(self.window, name, roles), f"{roles} {name!r}"))
 
     def progress_line(self):
-        """The line that says how far long work is, by its name."""
+        """The control whose name tells the progress of long work."""
         bar = wait_until(lambda: bus.find(self.window, "", "status bar"), "the status bar")
         return [node for node in bus.walk(bar) if node.getRoleName() == "label"][1]  # after the count
 
     def _code_pages(self):
-        """The list of code pages: by its label, for the name of such a list is what is chosen in it."""
+        """The list of code pages. It is found by its label, because its name is the chosen page."""
         def labels(node):
             return [relation.getTarget(0).name for relation in node.getRelationSet()]
 
@@ -207,13 +208,13 @@ class Program(Controls):
         """Chooses a code page as assistive programs do."""
         item = next(item for item in bus.children(bus.children(self._code_pages())[0]) if item.name == name)
         bus.act(item, "Toggle")
-        wait_until(lambda: self.code_page() == name, "code page %r" % name)
+        wait_until(lambda: self.code_page() == name, f"code page {name!r}")
 
     def _list(self):
         return wait_until(lambda: bus.find(self.window, "File(s)", bus.ITEM_VIEWS), "the file list")
 
     def row_count(self):
-        """How many rows the file list has."""
+        """The number of rows in the file list."""
         return self._list().queryTable().nRows
 
     def rows(self):
@@ -230,9 +231,9 @@ class Program(Controls):
         return bus.middle(self._list().queryTable().getAccessibleAt(number - 1, 0))
 
     def wait_for_rows(self, count):
-        """Waits until the file list has so many rows and the work that brings or takes them is over."""
+        """Waits until the file list has so many rows and the work on it is over."""
         progress = self.progress_line()
-        wait_until(lambda: self.row_count() == count and not progress.name, "%d rows" % count)
+        wait_until(lambda: self.row_count() == count and not progress.name, f"{count} rows")
 
     def sets(self):
         """The sets that the two lists on the second tab hold: (find text, replace text)."""
@@ -243,17 +244,17 @@ class Program(Controls):
     # --- boxes and dialogs
 
     def box(self, title=TITLE):
-        """The message box of that title, as soon as it shows."""
-        return Box(wait_until(lambda: self._top_level(title, ("alert", "dialog")), "a box titled %r" % title))
+        """The message box of that title, as soon as it is open."""
+        return Box(wait_until(lambda: self._top_level(title, ("alert", "dialog")), f"a box titled {title!r}"))
 
     def wait_closed(self, controls):
-        """Waits until a box or dialog is no more: then the program has gone on with what it was told there,
-        which it has not yet when the window is merely hidden."""
+        """Waits until a box or dialog no longer exists. Then the program has acted on the answer; when
+        the box is merely hidden, it has not yet."""
         name = controls.window.name
-        wait_until(lambda: bus.is_gone(controls.window), "%r to close" % name)
+        wait_until(lambda: bus.is_gone(controls.window), f"{name!r} to close")
 
     def answer(self, title=TITLE, button="OK", picture=None):
-        """Waits for a message box, answers it, and returns what it said."""
+        """Waits for a message box, answers it, and returns its text."""
         box = self.box(title)
         text = wait_until(lambda: box.message, "the text of the box")
         if picture:
@@ -263,7 +264,7 @@ class Program(Controls):
         return text
 
     def answer_before_window(self, button):
-        """Answers whatever is asked before the main window shows."""
+        """Answers all questions that come before the main window."""
         def asked():
             return not self._top_level(WINDOW, ("frame", "window")) and self._top_level(TITLE, ("alert", "dialog"))
 
@@ -271,20 +272,20 @@ class Program(Controls):
             self.answer(button=button)
 
     def confirm(self, text, picture=None):
-        """Answers a message box with OK and insists on what it said."""
+        """Answers a message box with OK and checks its text."""
         said = self.answer(picture=picture)
         if said != text:
-            raise AssertionError("the box said %r instead of %r" % (said, text))
+            raise AssertionError(f"the box said {said!r} instead of {text!r}")
 
     def answer_with(self, text, prompt=None):
-        """Types a text into the input box that shows, and insists on what it asks for."""
+        """Types a text into the input box that is open, and checks its prompt."""
         box = self.box()
         edit = wait_until(lambda: [n for n in bus.walk(box.window) if n.getRoleName() == "text"],
                           "the line to type into")[0]
         if prompt not in (None, edit.name):
-            raise AssertionError("the box asks for %r instead of %r" % (edit.name, prompt))
+            raise AssertionError(f"the box asks for {edit.name!r} instead of {prompt!r}")
         bus.set_text(edit, text)
-        wait_until(lambda: bus.text_of(edit) == text, "the line to hold %r" % text)
+        wait_until(lambda: bus.text_of(edit) == text, f"the line to hold {text!r}")
         box.press("OK")
         return box
 
@@ -294,22 +295,22 @@ class Program(Controls):
         self.wait_closed(self.answer_with(answer))
 
     def dialog(self, title):
-        """A dialog of the program's own, as soon as it shows."""
-        return Controls(wait_until(lambda: self._top_level(title, ("dialog",)), "dialog %r" % title))
+        """A dialog of the program's own, as soon as it is open."""
+        return Controls(wait_until(lambda: self._top_level(title, ("dialog",)), f"dialog {title!r}"))
 
     def _accept_file_dialog(self, title, line, text, button):
-        dialog = wait_until(lambda: self._top_level(title, ("dialog", "file chooser")), "dialog %r" % title)
-        edit = wait_until(lambda: bus.find(dialog, line, "text"), "the line %r" % line)
-        # Without the focus, the line looks up the names in the view, which does as well.
+        dialog = wait_until(lambda: self._top_level(title, ("dialog", "file chooser")), f"dialog {title!r}")
+        edit = wait_until(lambda: bus.find(dialog, line, "text"), f"the line {line!r}")
+        # Without the focus, the dialog looks the names up in its view, which also works.
         with contextlib.suppress(bus.Missing):
-            wait_until(lambda: bus.is_focused(edit), "the focus on the line %r" % line, deadline=30 if ON_X else 0)
+            wait_until(lambda: bus.is_focused(edit), f"the focus on the line {line!r}", deadline=30 if ON_X else 0)
         bus.set_text(edit, text)
         press(dialog, button)
         self.wait_closed(Controls(dialog))
 
     def choose_files(self, title, paths, button="Open"):
         """Names files in a file dialog and accepts it."""
-        self._accept_file_dialog(title, "File name:", " ".join('"%s"' % path for path in paths), button)
+        self._accept_file_dialog(title, "File name:", " ".join(f'"{path}"' for path in paths), button)
 
     def add_files(self, paths):
         """Adds files through the button's own file dialog; waits for their rows."""
@@ -331,7 +332,7 @@ class Program(Controls):
         self._accept_file_dialog("Save", "File name:", path, "Save")
 
     def load_sets(self, path, separator=None):
-        """Loads a sets file through its dialog; without a separator, with the one that stands there."""
+        """Loads a sets file through its dialog; without a separator, the one in the dialog is kept."""
         self.press("Load Sets")
         dialog = self.dialog("Load Sets")
         dialog.type("File To Load:", path)
@@ -353,12 +354,12 @@ class Program(Controls):
         self.confirm("Done.", picture=picture)
 
     def undo(self):
-        """Undoes the last run; returns what it asked and what it told afterwards."""
+        """Undoes the last run; returns the texts of the question and of the outcome."""
         self.press("Undo Last Run")
         return self.answer(button="Yes"), self.answer()
 
     def choose_in_undo_menu(self, entry):
-        """Opens the menu beside "Undo Last Run" and chooses there."""
+        """Opens the menu beside "Undo Last Run" and chooses an entry."""
         self.press("Undo Menu")
         press(self.window, entry, "menu item")
 
@@ -368,16 +369,17 @@ class Program(Controls):
     # --- the end
 
     def press_close(self):
-        """Has the window manager close the main window, as its own button in the title bar does."""
-        def close():  # fails for as long as the window manager has not taken note of the window
+        """Lets the window manager close the main window, like the button in the title bar."""
+        def close():  # fails until the window manager knows the window
             return subprocess.run(["wmctrl", "-F", "-c", WINDOW], check=False, timeout=bus.DEADLINE).returncode == 0
 
         wait_until(close, "the window manager to close the main window")
 
     def press_close_while_held(self):
-        """Does so with a program that is stopped; returns when the request waits for it."""
+        """Does the same while the program is stopped; returns when the request waits for it."""
         self.press_close()
-        # The window manager does one thing after the other, and this shows when it is done.
+        # The window manager handles requests in order, so when it has done this one, it has passed the
+        # other one on.
         tool("wmctrl", "-F", "-r", WINDOW, "-b", "add,above")
         wait_until(lambda: "ABOVE" in tool("xprop", "-name", WINDOW, "_NET_WM_STATE"),
                    "the window manager to pass the request on")
@@ -395,7 +397,7 @@ class Program(Controls):
         return self.wait_end()
 
     def give_up(self, picture):
-        """Says all that helps to understand a failure: a picture, the controls, the program's words."""
+        """Collects what helps to understand a failure: a picture, the controls, the output."""
         lines = []
         if self.process.poll() is None:
             if ON_X:
@@ -403,11 +405,11 @@ class Program(Controls):
                 lines.append("The screen at that moment: " + picture)
             lines += bus.describe(self.application)
         else:
-            lines.append("The program has ended with status %d" % self.process.returncode)
-        return "\n".join(lines + ["The program said:", self.said()])
+            lines.append(f"The program has ended with status {self.process.returncode}")
+        return "\n".join(lines + ["The program said:", self.output()])
 
     def kill(self):
-        """Makes sure that nothing is left of it."""
+        """Ends the program if it is still running, and closes its log."""
         if self.process.poll() is None:
             self.process.kill()
         self.process.wait()

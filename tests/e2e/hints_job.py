@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
-"""What the window tells before a run, met as somebody meets it who has nothing but the window.
+"""The hints that the window shows before a run, as a new user meets them.
 
     on-virtual-display.sh /usr/bin/python3 hints_job.py PROGRAM [unittest arguments]
 
@@ -20,12 +20,12 @@ LOOKS_LIKE_UTF8 = "These files look like UTF-8"
 
 
 def shows(program, text):
-    """Whether a line of that text is in the window."""
+    """Whether the window shows a line with that text."""
     return bus.find(program.window, text, ("label", "static")) is not None
 
 
 def wait_shows(program, text, shown=True):
-    wait_until(lambda: shows(program, text) == shown, "%r to show: %s" % (text, shown))
+    wait_until(lambda: shows(program, text) == shown, f"{text!r} to show: {shown}")
 
 
 class HintsTest(WindowTest):
@@ -42,7 +42,7 @@ class HintsTest(WindowTest):
             program.type(REPLACE, "Miller")
             program.type(TO_FOLDER, out)
             wait_shows(program, LOOKS_LIKE_UTF8)
-            # The hint changes nothing by itself: as before it, nothing is found.
+            # The hint by itself changes nothing: the text is still not found.
             program.replace_all()
             self.assertEqual({read(os.path.join(out, name)) for name in os.listdir(out)},
                              {text.encode() for text in cards.values()})
@@ -55,7 +55,7 @@ class HintsTest(WindowTest):
                          {text.replace("M\u00fcller", "Miller").encode() for text in cards.values()})
 
     def test_sets_from_the_table_and_the_way_back(self):
-        paths = [self.file("%d.vcf" % i, data=b"ORG:one two three four five\r\n") for i in range(3)]
+        paths = [self.file(f"{i}.vcf", data=b"ORG:one two three four five\r\n") for i in range(3)]
         with self.program(arguments=paths) as program:
             program.wait_for_rows(3)
             program.tab(SETS)
@@ -69,7 +69,7 @@ class HintsTest(WindowTest):
             self.assertEqual([cells.getAccessibleAt(3, column).name for column in range(3)], ["4", "oops", "?"])
             cells.addRowSelection(3)
             program.press("Remove Selected Set")
-            program.press("Remove Selected Set")  # nobody has chosen another one
+            program.press("Remove Selected Set")  # no other set has been chosen
             wait_shows(program, "3 files, 5 sets")
             program.press("Start Replacing")
             program.confirm("You forgot to input find what.")

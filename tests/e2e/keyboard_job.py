@@ -22,7 +22,7 @@ UTF8 = "UTF-8 (all languages)"
 
 
 class Keys(x11.Keyboard):
-    """The keyboard in the hands of somebody who looks before each key whether the window is ready for it."""
+    """A user of the keyboard who waits before each key until the window is ready for it."""
 
     def __init__(self, program):
         super().__init__()
@@ -30,14 +30,14 @@ class Keys(x11.Keyboard):
         self.was_missed = False
 
     def to_window(self, window=None):
-        """Waits until the keys go to a window; the main window when none is given."""
+        """Waits until keys go to a window, the main window if none is given."""
         window = window or self.program.window
-        what = "the keys to go to %r" % window.name
+        what = f"the keys to go to {window.name!r}"
         try:
             wait_until(lambda: bus.is_active(window), what, deadline=30)
         except bus.Missing:
-            # Where much happens at once, the toolkit now and then misses that a window has got the
-            # focus. Whoever sees that goes to another window and back; twice is no accident.
+            # On a busy machine, the toolkit sometimes misses that a window has got the focus. A user
+            # then goes to another window and back. If that happens twice, it is a fault.
             if self.was_missed:
                 raise
             self.was_missed = True
@@ -45,18 +45,18 @@ class Keys(x11.Keyboard):
             wait_until(lambda: bus.is_active(window), what)
 
     def wait_focus(self, name, role):
-        wait_until(lambda: bus.is_focused(bus.find(self.program.window, name, role)), "the focus on %r" % name)
+        wait_until(lambda: bus.is_focused(bus.find(self.program.window, name, role)), f"the focus on {name!r}")
 
     def fill(self, controls, name, text, or_else=None):
-        """Types into the text box of that name, which has the focus, in place of what it held."""
-        wait_until(lambda: bus.is_focused(bus.find(controls.window, name, "text")), "the focus on %r" % name)
+        """Replaces the text of the text box of that name, which has the focus."""
+        wait_until(lambda: bus.is_focused(bus.find(controls.window, name, "text")), f"the focus on {name!r}")
         self.press("Ctrl+a")
         self.type(text)
-        wait_until(lambda: controls.text(name) in (text, or_else), "%r to hold %r" % (name, text))
+        wait_until(lambda: controls.text(name) in (text, or_else), f"{name!r} to hold {text!r}")
 
     def name_file(self, dialog, path):
-        """Types a path into a file dialog and accepts it. The dialog may enter the folder while its name
-        is typed and keep the rest only, or enter it on Return and ask again."""
+        """Types a path into a file dialog and accepts it. The dialog may open the folder while its name
+        is typed and keep only the rest, or open it on Return and ask again."""
         self.to_window(dialog.window)
         for _ in range(3):
             self.fill(dialog, "File name:", path, or_else=os.path.basename(path))
@@ -65,16 +65,16 @@ class Keys(x11.Keyboard):
                 return wait_until(lambda: bus.is_gone(dialog.window), "the dialog to close", deadline=30)
             except bus.Missing:
                 continue
-        raise bus.Missing("the dialog does not take %r" % path)
+        raise bus.Missing(f"the dialog does not take {path!r}")
 
     def choose(self, arrow, option):
         self.press(arrow)
-        wait_until(lambda: self.program.is_chosen(option), "option %r" % option)
+        wait_until(lambda: self.program.is_chosen(option), f"option {option!r}")
 
     def answer(self, key, text):
         """Waits for a message and answers it with a key."""
         box = self.program.box()
-        wait_until(lambda: box.message == text, "the message %r" % text)
+        wait_until(lambda: box.message == text, f"the message {text!r}")
         self.to_window(box.window)
         self.press(key)
         self.program.wait_closed(box)
@@ -95,7 +95,7 @@ class WithoutMouseTest(WindowTest):
 
     def assert_kept(self, page):
         with open(os.path.join(os.environ["XDG_CONFIG_HOME"], "Quillmoor.ini"), encoding="ascii") as file:
-            self.assertIn("AnsiCodePage=%s\n" % page, file)
+            self.assertIn(f"AnsiCodePage={page}\n", file)
 
     def test_by_keys(self):
         with self.program() as program, Keys(program) as keys:
@@ -105,7 +105,7 @@ class WithoutMouseTest(WindowTest):
             keys.name_file(dialog, self.list)
             program.wait_for_rows(2)
 
-            # Keys that destroy nothing in the list, and Enter on a button.
+            # Keys that leave the list as it is, and Enter on a button.
             keys.to_window()
             keys.press("Alt+b")
             keys.wait_focus("File(s)", "tree")
@@ -119,7 +119,7 @@ class WithoutMouseTest(WindowTest):
             program.wait_closed(dialog)
             keys.to_window()
 
-            # One pair, in the fields.
+            # A single pair, in fields only.
             keys.press("Alt+w")
             keys.fill(program, FIND, "two\nlines")
             keys.fill(program, FIND, "TEL")
@@ -163,7 +163,7 @@ class WithoutMouseTest(WindowTest):
             keys.answer("space", "Done.")
             self.assert_results(lambda data: data.replace(b"caf", b"tea"))
 
-            # A key that is held takes out one row.
+            # A key that is held down removes one row.
             keys.press("Alt+b", "space")
             keys.hold("Delete", 1)
             program.wait_for_rows(1)
@@ -178,7 +178,7 @@ class WithoutMouseTest(WindowTest):
             program.type(FIND, "a")
             program.type(REPLACE, "aa")
             program.choose(IN_PLACE)
-            # After the first run, what undoes it stands in between.
+            # After the first run, the button that undoes it comes before this one.
             for name, expected, back in (("Return", b"aa", 1), ("space", b"aaaa", 3)):
                 keys.to_window()
                 keys.press("Alt+k", *["Shift+Tab"] * back)

@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
-"""All ways into and out of the list, in the real window.
+"""All ways to add files to the list and to remove them, in the real window.
 
     on-virtual-display.sh /usr/bin/python3 list_job.py PROGRAM [unittest arguments]
 
@@ -27,7 +27,7 @@ EXTENSION_QUESTION = re.compile(
 
 
 def address(path):
-    """The path as file managers write it."""
+    """The address of a path, as file managers write it."""
     return b"file://" + quote_from_bytes(os.fsencode(path)).encode()
 
 
@@ -39,17 +39,17 @@ class DropTest(WindowTest):
     """Drags from another program."""
 
     def tree(self, name, sub_folders=()):
-        """A folder with sub-folders that hold three files each, one of which is not to be listed."""
+        """A folder with sub-folders that hold three files each, one of which must not be listed."""
         root = self.folder(name)
         for number, folder in enumerate(("",) + sub_folders):
             os.makedirs(os.path.join(root, folder), exist_ok=True)
-            for file in ("card %d.vcf" % number, ".shown.vcf", ".hidden.vcf", "~backup.vcf"):
+            for file in (f"card {number}.vcf", ".shown.vcf", ".hidden.vcf", "~backup.vcf"):
                 self.file(name, folder, file, data=b"TEL:1\r\n")
             os.chmod(os.path.join(root, folder, ".shown.vcf"), 0o444)
         return root
 
     def drop(self, program, addresses, then=None):
-        """Drops onto the list; `then` is done the moment that this program may go its way."""
+        """Drops onto the list, and calls `then` as soon as the drop has been answered."""
         with Drag(uri_list(addresses)) as drag:
             self.assertIsNone(drag.over(*program.place_of("Clear List")))
             self.assertEqual(drag.over(*program.place_of("File(s)", "tree")), "XdndActionCopy")
@@ -59,7 +59,7 @@ class DropTest(WindowTest):
             self.assertEqual(done, "XdndActionCopy", "any other deletes the files")
 
     def drop_on_empty(self, program, paths):
-        """Drops onto an empty list and compares its rows with what they must be."""
+        """Drops onto an empty list and compares its rows with those expected."""
         program.press("Clear List")
         program.wait_for_rows(0)
         rows = oracle.dropped(paths)
@@ -77,7 +77,7 @@ class DropTest(WindowTest):
             for paths in ([lone], [one], [one, two], [two, lone, one, gone, lone]):
                 with self.subTest(paths=[os.path.basename(path) for path in paths]):
                     rows = self.drop_on_empty(program, paths)
-                    # That the first folder comes again is meant so; this holds against the oracle, too.
+                    # The first folder is listed twice, which is intended; this does not rely on the oracle.
                     self.assertEqual(rows.count(os.path.join(one, "card 0.vcf")), sum(
                         path in (one, two) for path in paths[paths.index(one):]) if one in paths else 0)
 
@@ -117,7 +117,7 @@ class DropTest(WindowTest):
             self.drop(program, map(address, contents))
             program.wait_for_rows(len(names))
             self.assertEqual(program.row(1), os.path.join(self.work, "in", "caf\ufffd \ufffd\ufffd.vcf"))
-            # As files of the folder once more, in the order in which the folder has them.
+            # Once more as files of the folder, in the order of its entries.
             self.drop(program, [address(os.fsdecode(folder))])
             program.wait_for_rows(2 * len(names))
             program.replace_all()
@@ -141,7 +141,7 @@ class DropTest(WindowTest):
         folders, late = 1500, []
         root = self.folder("tree")
         for number in range(folders):
-            self.file("tree", self.folder("tree", "%04d" % number), "a.vcf")
+            self.file("tree", self.folder("tree", f"{number:04}"), "a.vcf")
         last = [entry.path for entry in os.scandir(root)][-1]
         with self.program() as program:
             def add_a_file():
@@ -156,7 +156,7 @@ class DropTest(WindowTest):
 
 class MouseTest(WindowTest):
     def test_rows_are_moved_and_removed(self):
-        paths = ["/%s.vcf" % letter for letter in "abcdef"]
+        paths = [f"/{letter}.vcf" for letter in "abcdef"]
         list_file = self.file("list.txt", data="\n".join(paths).encode())
         with self.program() as program, Mouse() as mouse:
             program.load_lists([list_file], len(paths))
@@ -173,7 +173,7 @@ class MouseTest(WindowTest):
 
             drag(0, 1, 2, 3)
             drag(4, 3)
-            drag(5, 0, 5, 2)  # whatever lies between is left out when the mouse is fast
+            drag(5, 0, 5, 2)  # a fast mouse passes over the rows between
             mouse.click(*places[4])
             mouse.move(*places[3])
             mouse.click(*places[1], times=2)
@@ -187,8 +187,10 @@ class ListFileTest(WindowTest):
     def test_encodings_and_line_ends(self):
         other = ["/\u0142\u03a9\u0416.vcf", "/\U0001f6a2.vcf"]
         first, others = self.PATHS, self.PATHS + other
+        one, two, three, four, five = first
+        ends = f"{one}\n\n{two}\r\n   \r\n{three}\r{four}\n{five}\n"
         lists = {
-            "ansi.txt": (("{}\n\n{}\r\n   \r\n{}\r{}\n{}\n".format(*first)).encode("cp1252"), first),
+            "ansi.txt": (ends.encode("cp1252"), first),
             "utf8.txt": (UTF8_MARK + "\r\n".join(others + ["", "  "]).encode(), others),
             "utf16.txt": (UTF16_MARK + "\n".join(others).encode("utf-16-le"), others),
             "no mark.txt": ("/\u00e9.vcf".encode(), ["/\u00c3\u00a9.vcf"]),
@@ -216,9 +218,9 @@ class ListFileTest(WindowTest):
                 with self.subTest(list=number):
                     program.press("Clear List")
                     program.wait_for_rows(0)
-                    program.load_lists([self.file("list %d.txt" % number, data=data)], len(paths))
+                    program.load_lists([self.file(f"list {number}.txt", data=data)], len(paths))
                     model.has_read(data)
-                    results = self.folder("out %d" % number)
+                    results = self.folder(f"out {number}")
                     program.type(TO_FOLDER, results)
                     program.replace_all()
                     expected = model.run(paths, results, WHOLE, find, replacement)
@@ -236,8 +238,8 @@ class FilterTest(WindowTest):
 
     def test_hundreds_of_thousands_of_rows(self):
         folders = ("other \u0416", "\u00dcNION")
-        paths = ["/cards/%s/%06d*.vcf" % (folders[n % 2], n) for n in range(self.COUNT)]
-        lists = [self.file("%d.txt" % n, data=to_utf16("\n".join(paths))) for n in range(self.LISTS)]
+        paths = [f"/cards/{folders[n % 2]}/{n:06}*.vcf" for n in range(self.COUNT)]
+        lists = [self.file(f"{n}.txt", data=to_utf16("\n".join(paths))) for n in range(self.LISTS)]
         paths *= self.LISTS
         with self.program() as program, Mouse() as mouse:
             program.load_lists(lists, len(paths))
@@ -247,7 +249,7 @@ class FilterTest(WindowTest):
 
             self.filter(program, "Remove Filenames Contain. X", "Remove entries containing:", "\u00fcnion/")
             found = wait_until(lambda: re.fullmatch("Row ([0-9,]+) of 500,000", progress.name), "progress")
-            # The program is held so that what is pressed now waits for it in the middle of the filter.
+            # The program is stopped during the filter, so that the presses wait for it there.
             program.process.send_signal(signal.SIGSTOP)
             self.assertLess(int(found[1].replace(",", "")), len(paths) // 2, "too late to press anything")
             program.wait_uncovered()
@@ -267,7 +269,7 @@ class FilterTest(WindowTest):
                 paths = [path for path in paths if text.lower() in path.lower()]
                 program.wait_for_rows(len(paths))
             self.assertEqual(program.rows(), paths)
-            # The same places do what they say when no filter runs.
+            # When no filter runs, the same presses have their usual effect.
             mouse.click(*row, times=2)
             del paths[1]
             wait_until(lambda: program.rows() == paths, "the second row to be gone")

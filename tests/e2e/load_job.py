@@ -30,7 +30,7 @@ class LoadSetsTest(WindowTest):
 
     def test_round_trip(self):
         sets = [("TEL", "FON"), ("FON", ""), (" \u00e9 ", "\u20ac"), ("", "x"), ("TEL", "FON")]
-        lines = "".join("%s::%s\r\n" % pair for pair in sets).encode("cp1252")
+        lines = "".join(f"{find}::{replacement}\r\n" for find, replacement in sets).encode("cp1252")
         path, again = (os.path.join(self.work, name) for name in ("sets", "again.txt"))
         with self.program() as program:
             program.tab(SETS)
@@ -46,8 +46,8 @@ class LoadSetsTest(WindowTest):
             for button, expected in (("No", b"old"), ("Yes", lines * 2)):
                 program.save_sets(again)
                 question = program.answer(button=button)
-                self.assertEqual(question, "Are you sure you wish to overwrite %s ?" % again)
-                self.assertEqual(read(again), expected, "after " + button)
+                self.assertEqual(question, f"Are you sure you wish to overwrite {again} ?")
+                self.assertEqual(read(again), expected, f"after {button}")
 
     def test_other_separators_and_encodings(self):
         contents = [
@@ -61,7 +61,7 @@ class LoadSetsTest(WindowTest):
         with self.program() as program:
             program.tab(SETS)
             for number, (separator, data, loaded) in enumerate(contents):
-                program.load_sets(self.file("%d.txt" % number, data=data), separator)
+                program.load_sets(self.file(f"{number}.txt", data=data), separator)
                 sets += loaded
                 self.assertEqual(program.sets(), sets)
             program.tab(SINGLE)
@@ -90,7 +90,7 @@ class LoadSetsTest(WindowTest):
             dialog.type(self.SEPARATOR, ";")
             dialog.type(self.FILE, missing)
             dialog.press("Load")
-            self.assertEqual(program.answer(title="File Not Found"), missing + " not found.")
+            self.assertEqual(program.answer(title="File Not Found"), f"{missing} not found.")
             dialog.press("Cancel")
             program.wait_closed(dialog)
             self.assertEqual(program.sets(), [])

@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
-"""The main job in the real window, its results compared byte by byte with the oracle's.
+"""The main job in the real window; its results are compared with the oracle's, byte by byte.
 
     on-virtual-display.sh /usr/bin/python3 main_job.py PROGRAM [unittest arguments]
 
@@ -18,9 +18,8 @@ from driver import FIND, IN_PLACE, REPLACE, SINGLE, TO_FOLDER
 from oracle import FIELDS, SETS, VALUES, WHOLE, Oracle, faults
 from window_test import SAMPLES, WindowTest, read, samples, write
 
-# The runs of one sitting, in order: mode, find text, replace text. The UTF-16
-# sample stands last in the list, so that what a run has met last shows in the
-# whole-text run after it.
+# The runs in one window, in order: mode, find text, replace text. A run on whole texts depends on
+# the encoding of the last file before it; the UTF-16 sample is last in the list for that reason.
 RUNS = [
     (WHOLE, "brightwater.example\nFerries\nBoats\nTYPE=CELL\n\u00e9",
      "clearbrook.example\nBoats\nShips\nTYPE=WORK\ne"),
@@ -40,7 +39,7 @@ class ResultsTest(WindowTest):
     """Every mode and the sets, with both ways of saving."""
 
     def prepare(self, program, mode, find, replacement):
-        """Makes the window ready for one of RUNS."""
+        """Fills in the window for one of RUNS."""
         program.tab(SINGLE)
         program.type(FIND, find)
         program.type(REPLACE, replacement)
@@ -50,10 +49,10 @@ class ResultsTest(WindowTest):
             program.choose(mode)
 
     def made_files(self):
-        """Files that are more awkward than the samples, in a folder of their own."""
+        """Files that are harder to process than the samples, in a folder of their own."""
         folder = self.folder("in")
-        # A word that ends where a piece ends, one that begins a character before the next cut, one
-        # that begins at a cut, and one that ends a character after a cut.
+        # Words around the borders of pieces: one ends at a border, one begins a character before a
+        # border, one begins at a border, and one ends a character after a border.
         word, long_text = b"brightwater.example", b"NOTE:"
         for place in (65536 - len(word), 2 * 65536 - 1, 3 * 65536, 4 * 65536 + 1 - len(word)):
             long_text = long_text.ljust(place, b".") + word
@@ -85,18 +84,18 @@ class ResultsTest(WindowTest):
             self.assertEqual(program.rows(), paths)
             program.tab(SETS)
             for find, replacement in SET_LIST:
-                program.add_set("%s::%s" % (find, replacement))
+                program.add_set(f"{find}::{replacement}")
             program.choose(TO_FOLDER)
             for number, (mode, find, replacement) in enumerate(RUNS):
                 with self.subTest(run=number, mode=mode):
-                    results = self.folder("results %d" % number)
+                    results = self.folder(f"results {number}")
                     program.type(TO_FOLDER, results)
                     self.prepare(program, mode, find, replacement)
                     program.replace_all()
                     expected = oracle.run(paths, results, mode, find, replacement, SET_LIST)
                     self.assertEqual(faults(expected), [])
                     self.assertEqual(sorted(os.listdir(results)), sorted(map(os.path.basename, expected)))
-            # The same once more, into a folder that holds results already and is named with a slash.
+            # Once more, into a folder that already holds results, named with a slash at its end.
             program.type(TO_FOLDER, results + "/")
             program.replace_all()
             self.assertEqual(faults(oracle.run(paths, results, mode, find, replacement)), [])
@@ -114,7 +113,7 @@ class ResultsTest(WindowTest):
             program.add_files(paths)
             program.tab(SETS)
             for find, replacement in SET_LIST:
-                program.add_set("%s::%s" % (find, replacement))
+                program.add_set(f"{find}::{replacement}")
             program.choose(IN_PLACE)
             for number, (mode, find, replacement) in enumerate(RUNS):
                 with self.subTest(run=number, mode=mode):
@@ -129,7 +128,7 @@ class ResultsTest(WindowTest):
 
 
 class NamesTest(WindowTest):
-    """What those who do not see the window are told of it."""
+    """The names that the controls have for assistive programs."""
 
     NAMES = {
         "push button": [
@@ -156,7 +155,7 @@ class NamesTest(WindowTest):
                 for table in (self.NAMES, names_on_tab):
                     for role, names in table.items():
                         missing = [name for name in names if not bus.find(program.window, name, role)]
-                        self.assertEqual(missing, [], "%s on tab %s" % (role, tab))
+                        self.assertEqual(missing, [], f"{role} on tab {tab}")
             program.press("Help")
             self.assertRegex(
                 program.answer(),
@@ -165,7 +164,7 @@ class NamesTest(WindowTest):
 
 
 class MessagesTest(WindowTest):
-    def test_what_is_lacking_is_said(self):
+    def test_missing_input_is_reported(self):
         lacking_folder = "Folder does not exist. Please select another folder."
         a_file = os.path.join(self.work, "file")
         write(a_file, b"")
@@ -192,8 +191,8 @@ class MessagesTest(WindowTest):
             program.add_set("no separator")
             program.confirm("You must use :: to separate the find text from the replace text")
 
-    def test_files_that_cannot_serve(self):
-        """Vanished and empty files are passed over; a find line without a partner is reported."""
+    def test_missing_and_empty_files(self):
+        """Missing and empty files are skipped; a find line without a replace line is reported."""
         folder, results = self.folder("in"), self.folder("out")
         vanished, empty, full = (os.path.join(folder, name) for name in ("a.vcf", "b.vcf", "c.vcf"))
         for path, data in ((vanished, b"AB"), (empty, b""), (full, b"ABC")):
@@ -216,7 +215,7 @@ class MessagesTest(WindowTest):
 
 
 class SittingTest(WindowTest):
-    """What lasts from one start of the program to the next, and how it ends."""
+    """The choices that the program keeps until its next start, and the ways it ends."""
 
     def test_choices_survive_a_restart(self):
         choices = [
@@ -245,7 +244,7 @@ class SittingTest(WindowTest):
         count = 4000
         folder = self.folder("copies")
         contents = [read(path) for path in samples()]
-        paths = [os.path.join(folder, "%05d.vcf" % number) for number in range(count)]
+        paths = [os.path.join(folder, f"{number:05}.vcf") for number in range(count)]
         old = {path: contents[number % len(contents)] for number, path in enumerate(paths)}
         with self.program(to_be_closed=False) as program:
             for path, data in old.items():
@@ -258,8 +257,8 @@ class SittingTest(WindowTest):
             program.choose(VALUES)
             program.choose(IN_PLACE)
             program.press("Start Replacing")
-            # The program is held as soon as it has begun, so that the close
-            # request waits for it in the middle of the run, however fast it is.
+            # The program is stopped as soon as the run has begun, so that the close request
+            # arrives during the run, however fast the machine is.
             wait_until(lambda: read(order[0]) != old[order[0]], "the run to begin")
             program.process.send_signal(signal.SIGSTOP)
             self.assertEqual(read(order[-1]), old[order[-1]], "the run was over before it could be closed")

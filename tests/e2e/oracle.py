@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
-"""What a run must write, worked out plainly and apart from the program.
+"""What a run must write, worked out in the plainest way and independently of the program.
 
 A text is a str of 16-bit units here: every character is below U+10000, and a
 character beyond that is its two surrogates. Speed is no concern.
@@ -22,7 +22,7 @@ UTF16_MARK = b"\xff\xfe"
 
 
 class SingleBytePage:
-    """windows-1252; a byte that it leaves open is the control of that value."""
+    """windows-1252; a byte without a character is the control character of that value."""
 
     _DECODE = [bytes([byte]).decode("cp1252", "ignore") or chr(byte) for byte in range(256)]
     _ENCODE = {character: byte for byte, character in enumerate(_DECODE)}
@@ -35,7 +35,7 @@ class SingleBytePage:
 
 
 class Utf8Page:
-    """UTF-8 as a code page: a byte that is no part of a character is a unit of its own."""
+    """UTF-8 as a code page: a byte that belongs to no character is a unit of its own."""
 
     def decode(self, data):
         return units(data.decode("utf-8", "surrogateescape"))
@@ -55,17 +55,17 @@ def from_utf16(data):
         data = data[2:]
     if len(data) % 2:
         data += b"\0"
-    return "".join(map(chr, struct.unpack("<%dH" % (len(data) // 2), data)))
+    return "".join(map(chr, struct.unpack(f"<{len(data) // 2}H", data)))
 
 
 def to_utf16(text):
-    return UTF16_MARK + struct.pack("<%dH" % len(text), *map(ord, text))
+    return UTF16_MARK + struct.pack(f"<{len(text)}H", *map(ord, text))
 
 
 def units(text):
     """A Python str as 16-bit units."""
     data = text.encode("utf-16-le", "surrogatepass")
-    return "".join(map(chr, struct.unpack("<%dH" % (len(data) // 2), data)))
+    return "".join(map(chr, struct.unpack(f"<{len(data) // 2}H", data)))
 
 
 def from_utf8(data):
@@ -75,7 +75,7 @@ def from_utf8(data):
 
 
 def split_lines(text):
-    """Lines that end at CR LF, LF or CR; an end at the end of the text opens no further line."""
+    """Lines that end at CR LF, LF or CR; an end at the end of the text begins no further line."""
     lines = text.replace("\r\n", "\n").replace("\r", "\n").split("\n")
     if lines[-1] == "" and len(lines) > 1:
         lines.pop()
@@ -83,12 +83,12 @@ def split_lines(text):
 
 
 def replace_all(text, find, replacement):
-    """Every occurrence, left to right, without overlap, in exact case."""
+    """Replaces every occurrence, from left to right, without overlap, in exact case."""
     return text.replace(find, replacement) if find else text
 
 
 class Oracle:
-    """The program as far as its results go; it remembers what the program remembers between files."""
+    """Works out the program's results; it remembers between files what the program remembers."""
 
     def __init__(self, page="windows-1252"):
         self.page = PAGES[page]
@@ -96,7 +96,7 @@ class Oracle:
         self.reports = 0
 
     def _detect(self, data):
-        """Looks at the mark; says whether it is that of UTF-8."""
+        """Remembers the mark of a text; returns whether it is that of UTF-8."""
         self.unicode = data[:4] == b"\0\0\xfe\xff" or data[:2] in (UTF16_MARK, b"\xfe\xff")
         return data[:3] == UTF8_MARK
 
@@ -111,7 +111,7 @@ class Oracle:
         return [text[at : at + PIECE] for at in range(0, len(text), PIECE)] or [""]
 
     def _whole(self, data, find, replacement):
-        """The single pair on the whole text: the encoding is the one that was met last."""
+        """Applies the pair to the whole text, in the encoding of the text read last."""
         finds = find.split("\r\n")
         replacements = replacement.split("\r\n") if replacement else [""] * len(finds)
         result = ""
@@ -131,7 +131,7 @@ class Oracle:
         return self._encode("".join(pieces))
 
     def _lines(self, data, find, replacement, part):
-        """The pair on what stands before (part 0) or after (part 1) the first colon of each line."""
+        """Applies the pair before (part 0) or after (part 1) the first colon of each line."""
         lines = from_utf8(data).split("\r\n") if self._detect(data) else split_lines(self._decode(data))
         result = ""
         for line in lines:
@@ -143,11 +143,11 @@ class Oracle:
         return self._encode(result)
 
     def has_read(self, data):
-        """A list file or a sets file of that content was read line by line."""
+        """Notes that a list file or a sets file of that content was read line by line."""
         self._detect(data)
 
     def result(self, data, mode, find="", replacement="", sets=()):
-        """The bytes written for a file that holds `data`, or None where no file is written.
+        """The bytes written for a file that holds `data`, or None if no file is written.
 
         A line break in `find` or `replacement` is CR LF or LF, as it is typed.
         """
@@ -162,7 +162,7 @@ class Oracle:
         return self._lines(data, find, replacement, 0 if mode == FIELDS else 1)
 
     def run(self, paths, folder, mode, find="", replacement="", sets=()):
-        """All results of a run over files that are there, in order: {output path: bytes}.
+        """All results of a run on existing files, in order: {output path: bytes}.
 
         `folder` is the output folder, or None for results beside the inputs.
         """
@@ -180,7 +180,7 @@ class Oracle:
 
 
 def shown(path):
-    """A path as the list shows it: a byte that is no UTF-8 is a replacement mark."""
+    """A path as the list shows it: with a replacement mark for each byte that is not UTF-8."""
     return re.sub("[\udc80-\udcff]", "\ufffd", path)
 
 
@@ -191,13 +191,13 @@ def _with_folders_below(folders):
 
 
 def _is_passed_over(path):
-    """Backup files, and files that are hidden but not write-protected."""
+    """Whether a file is not listed: backup files, and hidden files that are not write-protected."""
     name = os.path.basename(path)
     return name.startswith("~") or (name.startswith(".") and os.stat(path).st_mode & stat.S_IWUSR)
 
 
 def dropped(paths):
-    """The rows for files and folders that are dropped at once.
+    """The rows for files and folders that are dropped together.
 
     Each further folder has all folders that were met before it gone through again.
     """
@@ -214,17 +214,17 @@ def dropped(paths):
 
 
 def faults(written):
-    """One sentence for every file that does not hold the bytes it must hold; `written` as from Oracle.run."""
+    """A sentence for each file that does not hold the expected bytes; `written` is as from Oracle.run."""
     found = []
     for path, expected in written.items():
         try:
             with open(path, "rb") as file:
                 actual = file.read()
         except OSError as error:
-            found.append("%s: %s" % (path, error.strerror))
+            found.append(f"{path}: {error.strerror}")
             continue
         if actual != expected:
             at = len(os.path.commonprefix([actual, expected]))
-            found.append("%s: from byte %d on %r instead of %r (%d bytes instead of %d)" % (
-                path, at, actual[at : at + 30], expected[at : at + 30], len(actual), len(expected)))
+            found.append(f"{path}: from byte {at} on {actual[at : at + 30]!r} instead of "
+                         f"{expected[at : at + 30]!r} ({len(actual)} bytes instead of {len(expected)})")
     return found

@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
-"""Carries out the recipes of the user guide in the real window, as they stand there.
+"""Carries out the recipes of the user guide in the real window, exactly as written there.
 
     on-virtual-display.sh /usr/bin/python3 recipes_job.py PROGRAM GUIDE [unittest arguments]
 
@@ -26,7 +26,7 @@ import vcard_check  # noqa: E402
 PARTS = {FIELDS: vcard_change.FIELDS, VALUES: vcard_change.VALUES, WHOLE: vcard_change.WHOLE, SETS: vcard_change.SETS}
 GUIDE = os.path.abspath(sys.argv.pop(1))
 
-# How the text of the copies is written, and the code page that goes with it.
+# The encodings of the copies, and the code page to choose for each.
 ENCODINGS = {
     "ANSI": ("windows-1252", lambda text: text.encode("cp1252", "replace")),
     "UTF-8": ("UTF-8", lambda text: text.encode("utf-8")),
@@ -36,7 +36,7 @@ ENCODINGS = {
 
 
 def decoded(data):
-    """The text of a sample or a result, which are all well-formed."""
+    """The text of a sample or a result; all of them are well-formed."""
     if data.startswith(UTF16_MARK):
         return data[2:].decode("utf-16-le")
     try:
@@ -46,7 +46,7 @@ def decoded(data):
 
 
 class Recipe:
-    """A section of the guide that has a table of what to enter."""
+    """A section of the guide that has a table of inputs."""
 
     def __init__(self, title, section):
         self.title = title
@@ -80,7 +80,7 @@ def recipes():
 
 class RecipesTest(WindowTest):
     def enter(self, program, recipe, encode):
-        """What the table says, from top to bottom; returns what the oracle has to know."""
+        """Enters what the table says, from top to bottom; returns what the oracle needs."""
         program.tick(READ_AS_VCARDS, recipe.reads_as_vcards())
         program.tab(SINGLE)
         program.type(FIND, recipe.value("Find what"))
@@ -99,7 +99,7 @@ class RecipesTest(WindowTest):
         return SETS
 
     def check_example(self, before, after, diff):
-        """The lines that the guide shows are those of the file and of its result."""
+        """Checks that the lines in the guide are those of the file and of its result."""
         for lines, other, sign in ((before, after, "-"), (after, before, "+")):
             shown = [line[1:] for line in diff if line[0] == sign]
             self.assertTrue(shown)
@@ -113,9 +113,9 @@ class RecipesTest(WindowTest):
                 self.assertIn(line[1:], after)
 
     def faults_of_cards(self, copies, results, mode, recipe, page):
-        """What the model says about the results of cards."""
+        """The faults that the model finds in results of cards."""
         pairs = recipe.sets() if mode == SETS else [(recipe.value("Find what"), recipe.value("Replace with"))]
-        return ["%s: %s" % (name, fault) for name, copy in copies.items() for fault in vcard_check.check(
+        return [f"{name}: {fault}" for name, copy in copies.items() for fault in vcard_check.check(
             read(copy), read(os.path.join(results, name)), PARTS[mode], pairs, page)]
 
     def carry_out(self, encoding):
@@ -133,7 +133,7 @@ class RecipesTest(WindowTest):
             program.add_files(list(copies.values()))
             for number, recipe in enumerate(recipes()):
                 with self.subTest(recipe=recipe.title, encoding=encoding):
-                    results = self.folder("results %d" % number)
+                    results = self.folder(f"results {number}")
                     program.choose(TO_FOLDER)
                     program.type(TO_FOLDER, results)
                     mode = self.enter(program, recipe, encode)

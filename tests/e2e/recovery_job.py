@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
-"""What the program does about files that a program before it was killed in the middle of.
+"""What the program does with files whose writing was interrupted when it was killed.
 
     on-virtual-display.sh /usr/bin/python3 recovery_job.py PROGRAM INTERRUPTED_WRITE
 
@@ -29,7 +29,7 @@ WAITS = "It is only partly written"
 
 
 def kill_once_longer(process, path, size):
-    """Kills a process as soon as a file is longer than that, or when that takes too long."""
+    """Kills a process as soon as a file is longer than `size`, or when that takes too long."""
     end = time.monotonic() + 30
     while os.stat(path).st_size <= size and time.monotonic() < end:
         pass
@@ -38,7 +38,7 @@ def kill_once_longer(process, path, size):
 
 class RecoveryTest(WindowTest):
     def interrupt(self, path):
-        """A program is killed in the middle of a file."""
+        """Kills a program while it writes a file."""
         window_test.write(path, OLD)
         subprocess.run([INTERRUPTED_WRITE, self.logs, path, NEW.decode()], check=False, timeout=60)
         self.assertEqual(read(path), MIXTURE)
@@ -72,7 +72,7 @@ class RecoveryTest(WindowTest):
             self.assertIn(copy, self.kept())
             self.assertEqual(self.runs(), [])
         with self.program():
-            pass  # nothing is asked again
+            pass  # the question does not come again
 
     def run_in_place(self, program, paths):
         program.add_files(paths)
@@ -128,15 +128,15 @@ class RecoveryTest(WindowTest):
         new = old.replace(b"+49", b"0049")
         folder = self.folder("cards")
         for number in range(3000):
-            self.file("cards", "%04d.vcf" % number, data=old)
-        files = [entry.path for entry in os.scandir(folder)]  # in the order of the run
+            self.file("cards", f"{number:04}.vcf", data=old)
+        files = [entry.path for entry in os.scandir(folder)]  # in the order in which the run takes them
         with self.program(to_be_closed=False) as program:
             program.add_folder(folder, len(files))
             program.type(FIND, "+49")
             program.type(REPLACE, "0049")
             program.choose("Find and replace in fields and values")
             program.choose(driver.IN_PLACE)
-            # The whole run takes less time than a press takes to come back from the bus.
+            # The whole run takes less time than the bus takes to answer a press.
             killer = threading.Thread(target=kill_once_longer, args=(program.process, files[50], len(old)))
             killer.start()
             program.press("Start Replacing")
@@ -147,13 +147,13 @@ class RecoveryTest(WindowTest):
 
         unfinished = [path for path in files if read(path) not in (old, new)]
         self.assertLessEqual(len(unfinished), 1)
-        # What was recorded may be complete already, and then there is no question.
+        # The recorded file may be complete already; then there is no question.
         with self.program(meet=lambda program: program.answer_before_window("Yes")) as program:
             for path in files:
                 self.assertIn(read(path), (old, new), path)
             for path in unfinished:
                 self.assertEqual(read(path), old)
-            # The others can be taken back as those of any run.
+            # The other files can be undone, like those of any run.
             self.assertRegex(program.undo()[1], r"\AThe run of .* is undone\.\Z")
         self.assertEqual([path for path in files if read(path) != old], [])
 

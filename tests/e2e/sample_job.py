@@ -4,9 +4,9 @@
 
     on-virtual-display.sh /usr/bin/python3 sample_job.py PROGRAM PICTURE
 
-The files beside the program are added, a text is replaced by another, the
-results go into a temporary folder. Ends with 0 only if every result holds, byte
-for byte, what it must hold. PICTURE is where the screenshot is put.
+It adds the files beside the program, replaces a text, and saves the results in a
+temporary folder. It ends with 0 only if every result is right, byte for byte.
+PICTURE is the file for the screenshot.
 """
 
 import difflib
@@ -22,7 +22,7 @@ REPLACE = "clearbrook.example\nClearbrook Lines"
 
 
 def readable_lines(data):
-    """The lines of a file, to be shown: in UTF-8 where they can be that, else in the code page."""
+    """The lines of a file to show: read as UTF-8 if they are valid, else in the code page."""
     if data.startswith(UTF16_MARK):
         return split_lines(from_utf16(data))
     try:
@@ -39,14 +39,15 @@ def show_changes(path, result):
     heading_and_changes = list(difflib.unified_diff(before, after, n=0, lineterm=""))
     changes = [line for line in heading_and_changes[2:] if line[0] in "-+"]
     count = sum(line[0] == "-" for line in changes)
-    print("%s: %s" % (os.path.basename(path), "%d lines changed" % count if count != 1 else "1 line changed"))
+    changed = "1 line" if count == 1 else f"{count} lines"
+    print(f"{os.path.basename(path)}: {changed} changed")
     for line in changes:
-        print("    %s %s" % (line[0], line[1:].encode("utf-16", "surrogatepass").decode("utf-16", "replace")))
+        print(f"    {line[0]} {line[1:].encode('utf-16', 'surrogatepass').decode('utf-16', 'replace')}")
     return count
 
 
 def do_job(program, paths, results, picture):
-    """The clicks and the typing."""
+    """Uses the window."""
     program.add_files(paths)
     program.tab(driver.SINGLE)
     program.type(driver.FIND, FIND)
@@ -74,15 +75,15 @@ def main(executable, picture):
         expected = Oracle().run(paths, results, WHOLE, FIND, REPLACE)
         wrong = faults(expected)
         if wrong or status != 0:
-            print("The results are wrong:", *wrong, "exit status %d" % status, sep="\n  ", file=sys.stderr)
+            print("The results are wrong:", *wrong, f"exit status {status}", sep="\n  ", file=sys.stderr)
             return 1
 
         for find, replacement in zip(FIND.split("\n"), REPLACE.split("\n")):
-            print('Replaced "%s" by "%s"' % (find, replacement))
-        print("in %d files, results in a folder of their own:\n" % len(paths))
+            print(f'Replaced "{find}" by "{replacement}"')
+        print(f"in {len(paths)} files, results in a folder of their own:\n")
         changed = sum(show_changes(path, result) for path, result in zip(paths, expected.values()))
-        print("\n%d lines changed in %d files; every result is right, byte for byte." % (changed, len(paths)))
-        print("The window after the run: " + picture)
+        print(f"\n{changed} lines changed in {len(paths)} files; every result is right, byte for byte.")
+        print(f"The window after the run: {picture}")
         return 0
 
 

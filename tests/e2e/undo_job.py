@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
-"""Taking runs back in the real window: at once, after a restart, and with files that were changed since.
+"""Undoing runs in the real window: at once, after a restart, and with files changed since.
 
     on-virtual-display.sh /usr/bin/python3 undo_job.py PROGRAM [unittest arguments]
 
@@ -18,11 +18,11 @@ from window_test import WindowTest, read, samples, write
 
 YEAR_2001 = 10 ** 18
 TIME = r"\d{4}-\d\d-\d\d \d\d:\d\d:\d\d"
-UNDONE = r"\AThe run of %s is undone\.\Z" % TIME
+UNDONE = rf"\AThe run of {TIME} is undone\.\Z"
 
 
 def tree(folder):
-    """What is in a folder and those below it: names, links, bytes, dates to the nanosecond, modes."""
+    """The content of a folder and its sub-folders: names, links, bytes, exact dates, modes."""
     found = {}
     for place, _, names in os.walk(folder):
         for name in names:
@@ -35,7 +35,7 @@ def tree(folder):
 
 class UndoTest(WindowTest):
     def card(self, *names, data=b"TEL:1\r\n"):
-        """A file with an old date."""
+        """Makes a file with an old date."""
         path = self.file(*names, data=data)
         os.utime(path, ns=(YEAR_2001, YEAR_2001 + 123456789))
         return path
@@ -63,8 +63,8 @@ class UndoTest(WindowTest):
             self.run_over(program, "e", "E!")
             self.assertNotEqual(state(), before)
             question, outcome = program.undo()
-            self.assertRegex(question, r"\AUndo the run of %s\? %d files get their old text and date back\. Files that "
-                                       r"were changed since stay as they are\.\Z" % (TIME, len(paths)))
+            self.assertRegex(question, rf"\AUndo the run of {TIME}\? {len(paths)} files get their old text "
+                                       r"and date back\. Files that were changed since stay as they are\.\Z")
             self.assertRegex(outcome, UNDONE)
             self.assertEqual(state(), before)
             self.assertFalse(program.can_undo())
@@ -74,14 +74,14 @@ class UndoTest(WindowTest):
         self.assertEqual(len(os.listdir(out)), len(paths))
         with self.program() as program:
             question, outcome = program.undo()
-            self.assertRegex(question, r"\? 1 file gets its old text and date back, %d new files are removed\. "
-                             % (len(paths) - 1))
+            self.assertRegex(question, r"\? 1 file gets its old text and date back, "
+                                       rf"{len(paths) - 1} new files are removed\. ")
             self.assertRegex(outcome, UNDONE)
         self.assertEqual(state(), before)
 
     def test_what_was_changed_since_is_left_alone_and_named(self):
         folder = self.folder("in")
-        paths = [self.card("in", "%d.vcf" % number) for number in range(4)]
+        paths = [self.card("in", f"{number}.vcf") for number in range(4)]
         edited, removed, replaced, untouched = paths
         before = tree(folder)
         with self.program() as program:
@@ -91,18 +91,18 @@ class UndoTest(WindowTest):
             with open(edited, "ab") as file:
                 file.write(b"edited")
             os.remove(removed)
-            write(replaced + ".new", b"another")
-            os.replace(replaced + ".new", replaced)
+            write(f"{replaced}.new", b"another")
+            os.replace(f"{replaced}.new", replaced)
             now = tree(folder)
             outcome = program.undo()[1]
-            self.assertRegex(outcome, r"\AThe run of %s is undone, but for these files:\s" % TIME)
+            self.assertRegex(outcome, rf"\AThe run of {TIME} is undone, but for these files:\s")
             named = re.findall("^/.*$", outcome, re.MULTILINE)
             self.assertEqual(sorted(named), [edited, removed, replaced])
             after = tree(folder)
             self.assertEqual(after.pop(untouched), before[untouched])
             self.assertEqual(after, {path: now[path] for path in (edited, replaced)})
 
-            # What was missing can still be put back, once it is there again.
+            # A file that was missing can still be restored when it is there again.
             write(removed, b"FON:1\r\n")
             self.assertRegex(program.undo()[1], UNDONE)
             self.assertEqual(tree(folder)[removed][2:4], before[removed][2:4])
@@ -114,13 +114,13 @@ class UndoTest(WindowTest):
         self.assertEqual(os.listdir(self.logs), [])
 
     def random_tree(self, dice, folder):
-        """Cards of all sizes, encodings, dates and modes, with links among them; returns their number."""
+        """Makes cards of all sizes, encodings, dates and modes, and links; returns their number."""
         os.makedirs(os.path.join(folder, "below"))
         places = [folder, os.path.join(folder, "below")]
         count = dice.randint(3, 12)
         paths = []
         for number in range(count):
-            path = os.path.join(dice.choice(places), "%d.vcf" % dice.randint(0, 5))
+            path = os.path.join(dice.choice(places), f"{dice.randint(0, 5)}.vcf")
             while os.path.lexists(path):
                 path = path.replace(".vcf", "x.vcf")
             way = dice.randint(0, 9)
@@ -130,7 +130,7 @@ class UndoTest(WindowTest):
                 os.link(dice.choice(paths), path, follow_symlinks=False)
             else:
                 count_of_lines = dice.choice([0, 1, 9, 9999])
-                lines = "".join("TEL:%d e\u00e9;x\r\n" % dice.randint(0, 99) for _ in range(count_of_lines))
+                lines = "".join(f"TEL:{dice.randint(0, 99)} e\u00e9;x\r\n" for _ in range(count_of_lines))
                 codec = dice.choice(["cp1252", "utf-8", "utf-8-sig", "utf-16"])
                 write(path, lines.encode(codec))
                 os.utime(path, ns=(0, dice.randint(0, 16 * 10 ** 17)))
@@ -143,7 +143,7 @@ class UndoTest(WindowTest):
         dice = random.Random(seed)
         changed = 0
         for number in range(10):
-            folder, out = os.path.join(self.work, "in %d" % number), self.folder("out %d" % number)
+            folder, out = os.path.join(self.work, f"in {number}"), self.folder(f"out {number}")
             count = self.random_tree(dice, folder)
             if dice.random() < 0.5:
                 self.card(out, "1.vcf", data=b"an old result")
@@ -163,7 +163,7 @@ class UndoTest(WindowTest):
             if is_changed and changed == 3:
                 with self.program() as program:
                     self.assertRegex(program.undo()[1], UNDONE)
-            self.assertEqual((tree(folder), tree(out)), before, "seed %d, tree %d" % (seed, number))
+            self.assertEqual((tree(folder), tree(out)), before, f"seed {seed}, tree {number}")
         self.assertGreater(changed, 5)
 
 

@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
-"""What "Read as vCards" is for, in the real window: the same jobs without the box and with it.
+"""Why "Read as vCards" is there: the same jobs in the real window, without and with the box.
 
     on-virtual-display.sh /usr/bin/python3 vcards_job.py PROGRAM [unittest arguments]
 
@@ -16,12 +16,12 @@ from oracle import VALUES, WHOLE
 from undo_job import UNDONE, YEAR_2001, tree
 from window_test import WindowTest, read
 
-# How and what to replace; what is in the file, and what comes out without the box and with it.
+# A mode and texts; the content of the file, and its results without and with the box.
 Trap = collections.namedtuple("Trap", "mode find replacement before without with_box")
 
 
 def card(version, *lines, end="\r\n"):
-    text = end.join(["BEGIN:VCARD", "VERSION:" + version, *lines, "END:VCARD", ""])
+    text = end.join(["BEGIN:VCARD", f"VERSION:{version}", *lines, "END:VCARD", ""])
     return text.encode()
 
 
@@ -57,13 +57,13 @@ class VCardsTest(WindowTest):
         if mode == SETS:
             program.tab(SETS)
             program.press("Clear")
-            program.add_set("%s::%s" % (find, replacement))
+            program.add_set(f"{find}::{replacement}")
         else:
             program.choose(mode)
         program.replace_all()
 
     def results_of_traps(self, program, folder):
-        """Does each job on all files; returns what comes of the files of the others and of its own."""
+        """Does each job on all files; returns the results of its own files and of the others."""
         others, own = {}, {}
         for title, trap in TRAPS.items():
             out = self.folder(folder, title)
@@ -71,11 +71,11 @@ class VCardsTest(WindowTest):
             self.replace(program, trap.mode, trap.find, trap.replacement)
             for name in TRAPS:
                 results = own if name == title else others.setdefault(title, {})
-                results[name] = read(os.path.join(out, name + ".vcf"))
+                results[name] = read(os.path.join(out, f"{name}.vcf"))
         return others, own
 
     def test_traps_without_the_box_and_with_it(self):
-        paths = [self.file(title + ".vcf", data=trap.before) for title, trap in TRAPS.items()]
+        paths = [self.file(f"{title}.vcf", data=trap.before) for title, trap in TRAPS.items()]
         with self.program() as program:
             program.add_files(paths)
             self.assertFalse(program.is_ticked(READ_AS_VCARDS))
@@ -91,7 +91,7 @@ class VCardsTest(WindowTest):
 
     def test_in_place_and_back_and_after_a_restart(self):
         folder = self.folder("in")
-        paths = {title: self.file("in", title + ".vcf", data=trap.before) for title, trap in TRAPS.items()}
+        paths = {title: self.file("in", f"{title}.vcf", data=trap.before) for title, trap in TRAPS.items()}
         for path in paths.values():
             os.utime(path, ns=(YEAR_2001, YEAR_2001 + 123456789))
         before = tree(folder)

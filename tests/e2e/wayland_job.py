@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
-"""A run in a window that a Wayland compositor shows, where there is no X server.
+"""A run in a window on a Wayland compositor, without an X server.
 
     on-virtual-display.sh --wayland /usr/bin/python3 wayland_job.py PROGRAM [unittest arguments]
 
@@ -24,7 +24,7 @@ class WaylandTest(WindowTest):
         cards, results = self.folder("cards"), self.folder("out")
         paths = [shutil.copy(sample, cards) for sample in samples()]
         with self.program(to_be_closed=False) as program:
-            shown = re.compile(r"xdg_toplevel, PID %d, .*'%s'" % (program.process.pid, WINDOW))
+            shown = re.compile(rf"xdg_toplevel, PID {program.process.pid}, .*'{WINDOW}'")
             wait_until(lambda: shown.search(tool("weston-debug", "scene-graph")), "the compositor to show it")
             program.type(FIND, "e\n\u00e9")
             program.type(REPLACE, "\u00e9\ni")

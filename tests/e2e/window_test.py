@@ -1,9 +1,9 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
-"""What the tests in the real window have in common.
+"""The common base of the tests in the real window.
 
 The program is the first argument of the script that runs; the sample files are
-those beside it. A picture of a failure is left in the current folder.
+those beside it. A test that fails leaves a picture in the current folder.
 """
 
 import contextlib
@@ -20,7 +20,7 @@ SAMPLES = os.path.join(os.path.dirname(PROGRAM), "Samples")
 
 
 def samples():
-    """The sample files; that in UTF-16 stands last, so that a run has met it last."""
+    """The sample files; the one in UTF-16 is last, so that a run reads it last."""
     names = sorted(os.listdir(SAMPLES), key=lambda name: (name.startswith("utf16"), name))
     return [os.path.join(SAMPLES, name) for name in names]
 
@@ -36,7 +36,7 @@ def write(path, data):
 
 
 class WindowTest(unittest.TestCase):
-    """Gives every test a folder, settings and logs of its own."""
+    """A test with a folder, settings and logs of its own."""
 
     def setUp(self):
         self.work = tempfile.mkdtemp(prefix="vexmarrow-e2e.")
@@ -46,31 +46,31 @@ class WindowTest(unittest.TestCase):
         self.logs = os.path.join(self.work, "state", "vexmarrow")
 
     def folder(self, *names):
-        """A new folder in the test's own."""
+        """Makes a folder in the test's own folder; returns its path."""
         path = os.path.join(self.work, *names)
         os.mkdir(path)
         return path
 
     def file(self, *names, data=b""):
-        """A new file in the test's own folder."""
+        """Makes a file in the test's own folder; returns its path."""
         path = os.path.join(self.work, *names)
         write(path, data)
         return path
 
     @contextlib.contextmanager
     def program(self, to_be_closed=True, executable=PROGRAM, **start):
-        """The running program; at the end its window is closed, and its exit status must be 0."""
+        """Runs the program; at the end its window is closed, and its exit status must be 0."""
         program = driver.Program(executable, **start)
         try:
             yield program
             if to_be_closed:
                 self.assertEqual(program.close(), 0, "exit status")
         except BaseException:
-            print(program.give_up(os.path.abspath("failure-%s.png" % self._testMethodName)), file=sys.stderr)
+            print(program.give_up(os.path.abspath(f"failure-{self._testMethodName}.png")), file=sys.stderr)
             raise
         finally:
             program.kill()
 
 
 def main():
-    unittest.main(verbosity=2, warnings="ignore")  # the bus library calls what it deprecates itself
+    unittest.main(verbosity=2, warnings="ignore")  # the library of the bus uses functions that it deprecates

@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
-"""What other programs and the hand do to a window: real keys, mouse events, and drags from another program.
+"""Real keys, mouse events and drags from another program, sent through the X server.
 
 Everything goes through the X server of the present display.
 """
@@ -81,7 +81,7 @@ _declare(
 
 
 class _Client:
-    """A connection to the X server, to be used in a `with`."""
+    """A connection to the X server, for use in a `with` statement."""
 
     def __init__(self):
         self._display = _LIB.XOpenDisplay(None)
@@ -100,17 +100,17 @@ class _Client:
 
 
 class Keyboard(_Client):
-    """The keyboard, for whatever window has the focus."""
+    """The keyboard; its keys go to the window that has the focus."""
 
     def press(self, *chords):
-        """Presses keys by their names ("Return", "a"), each with those held down meanwhile: "Alt+s"."""
+        """Presses keys by their names ("Return", "a"); "Alt+s" holds Alt down meanwhile."""
         for chord in chords:
             codes = [self._code(_LIB.XStringToKeysym(name.encode())) for name in
                      chord.replace("Alt", "Alt_L").replace("Ctrl", "Control_L").replace("Shift", "Shift_L").split("+")]
             self._strike(codes)
 
     def hold(self, name, seconds):
-        """Holds a key down for so long; the X server repeats it meanwhile."""
+        """Holds a key down for so many seconds; the X server repeats it meanwhile."""
         code = self._code(_LIB.XStringToKeysym(name.encode()))
         _TEST.XTestFakeKeyEvent(self._display, code, True, 0)
         self._sync()
@@ -119,12 +119,12 @@ class Keyboard(_Client):
         self._sync()
 
     def let_go_of_window(self):
-        """Takes the focus off the window that has it; the window manager gives it back."""
+        """Takes the focus from the window that has it; the window manager gives it back."""
         _LIB.XSetInputFocus(self._display, _POINTER_ROOT, _POINTER_ROOT, _CURRENT_TIME)
         self._sync()
 
     def type(self, text):
-        """Types characters that the keyboard has."""
+        """Types a text of characters that the keyboard has."""
         for character in text:
             symbol = {"\n": 0xFF0D}.get(character, ord(character))
             code = self._code(symbol)
@@ -134,7 +134,7 @@ class Keyboard(_Client):
     def _code(self, symbol):
         code = _LIB.XKeysymToKeycode(self._display, symbol)
         if not code:
-            raise bus.Missing("no key for %#x" % symbol)
+            raise bus.Missing(f"no key for {symbol:#x}")
         return code
 
     def _strike(self, codes):
@@ -159,14 +159,14 @@ class Mouse(_Client):
         self._turn(False)
 
     def _turn(self, *ways):
-        """Presses or releases the button, or does so one after the other, without a pause."""
+        """Presses and releases the button, as the arguments say, without a pause."""
         for is_down in ways:
             _TEST.XTestFakeButtonEvent(self._display, 1, is_down, 0)
         self._sync()
         if ways[-1]:
             return
-        # A window manager may hold events back while it looks at a press, and a release held back
-        # takes place wherever the mouse is by then.
+        # A window manager may delay events while it handles a press. A delayed release takes place
+        # wherever the mouse is by then.
         bus.wait_until(lambda: not self._state() & _BUTTON_1, "the mouse button to be up")
 
     def _state(self):
@@ -175,13 +175,13 @@ class Mouse(_Client):
         return state.value
 
     def click(self, x, y, times=1):
-        """Clicks, or double-clicks, which a slow machine must not draw out into two clicks."""
+        """Clicks, or double-clicks; on a slow machine, that must not become two single clicks."""
         self.move(x, y)
         self._turn(*[True, False] * times)
 
 
 class Drag(_Client):
-    """A drag from another program, as a file manager begins it: copy or move, moving preferred."""
+    """A drag from another program, as file managers begin it: copying or moving, preferably moving."""
 
     def __init__(self, offers):
         """`offers` are the contents to be dropped: {format: bytes}."""
@@ -195,7 +195,8 @@ class Drag(_Client):
         self._sync()
 
     def over(self, x, y):
-        """Brings the drag to a place of the screen: the action the window there has it for, or None."""
+        """Moves the drag to a place on the screen; returns the action that the window there accepts,
+        or None."""
         target = self._aware_window(x, y)
         if target != self._target:
             self._target = target
@@ -208,7 +209,7 @@ class Drag(_Client):
         self._send("XdndLeave")
 
     def drop(self):
-        """Lets go; returns once the target has let this program go, with the action it tells."""
+        """Drops; waits until the target has finished, and returns the action that it reports."""
         self._send("XdndDrop", 0, _CURRENT_TIME)
         done, action = self._receive("XdndFinished")[1:3]
         return self._actions[action] if done & 1 else None
@@ -217,7 +218,7 @@ class Drag(_Client):
         return _LIB.XInternAtom(self._display, name.encode(), False)
 
     def _set_property(self, window, name, kind, value):
-        """The value is bytes or a list of atoms."""
+        """Sets a property to bytes or to a list of atoms."""
         is_bytes = isinstance(value, bytes)
         items = (c_ubyte if is_bytes else c_long) * len(value)
         _LIB.XChangeProperty(self._display, window, name, kind, 8 if is_bytes else 32, _PROP_REPLACE,
@@ -233,14 +234,14 @@ class Drag(_Client):
         return found
 
     def _aware_window(self, x, y):
-        """The outermost window at that place that says that it takes drags."""
+        """The outermost window at that place that accepts drags."""
         window, ignored = c_ulong(self._root), c_int()
         while window.value:
             if self._atom("XdndAware") in self._properties(window):
                 return window.value
             _LIB.XTranslateCoordinates(self._display, self._root, window.value, x, y, ctypes.byref(ignored),
                                        ctypes.byref(ignored), ctypes.byref(window))
-        raise bus.Missing("no window at %d,%d takes drags" % (x, y))
+        raise bus.Missing(f"no window at {x},{y} takes drags")
 
     def _send(self, message, *data):
         event = _Event(client=_ClientMessage(_CLIENT_MESSAGE, window=self._target, format=32,
@@ -250,7 +251,7 @@ class Drag(_Client):
         self._sync()
 
     def _receive(self, message):
-        """The data of the next such message; meanwhile the contents are handed out."""
+        """The data of the next message of that kind; meanwhile, requests for the contents are answered."""
         event = _Event()
         end = time.monotonic() + bus.DEADLINE
         while True:
@@ -261,7 +262,7 @@ class Drag(_Client):
                 elif event.type == _CLIENT_MESSAGE and event.client.message == self._atom(message):
                     return event.client.data[:]
             if not select.select([_LIB.XConnectionNumber(self._display)], [], [], end - time.monotonic())[0]:
-                raise bus.Missing("waited in vain for " + message)
+                raise bus.Missing(f"waited in vain for {message}")
 
     def _hand_out(self, request):
         data = self._offers.get(request.target)
