@@ -2,15 +2,15 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
 #
-# Measures how fast the program is beside tools that copy and edit files:
-# installs what is missing, builds, makes files to work on, runs everything in
-# turn on a virtual display, prints a table, and removes what it has made.
+# Compares the speed of the program with that of tools that copy and edit files.
+# It installs what is missing, builds, makes files to work on, runs everything in
+# turn on a virtual display, prints a table, and removes the files.
 #
 #     ./bench.sh [--quick] [--rounds N] [ROW...]     ./bench.sh --help
 #
 # It works in a folder under build/ and in one under /dev/shm; VEXMARROW_BENCH_DISK
 # and VEXMARROW_BENCH_MEMORY name other places for them. docs/PERFORMANCE.md
-# tells what is measured.
+# describes what is measured.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")"
 
@@ -42,8 +42,8 @@ scripts/build.sh bench benches
 disk=$(mktemp -d "${VEXMARROW_BENCH_DISK:-$PWD/build}/bench-work.XXXXXX")
 memory=$(mktemp -d "${VEXMARROW_BENCH_MEMORY:-/dev/shm}/vexmarrow-bench.XXXXXX")
 
-# In the background and waited for: a shell attends to signals only between
-# foreground commands.
+# In the background, because a shell handles signals only between foreground
+# commands; it waits for the command below.
 scripts/on-virtual-display.sh python3 -B bench/bench.py --programs "$PWD/build/bench/bin" \
     --disk "$disk" --memory "$memory" "$@" </dev/null &
 job=$!

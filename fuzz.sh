@@ -2,19 +2,19 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
 #
-# Installs what is missing, builds the fuzz targets and runs each of them for
-# so many seconds, 60 unless told otherwise:
+# Installs what is missing, builds the fuzz targets and runs each of them for the
+# given number of seconds, by default 60:
 #
 #     ./fuzz.sh [SECONDS]
 #
-# What a target finds is left in fuzz/found/TARGET, from where every test run
-# tries it again. Ends with 0 only when nothing was found.
+# Inputs that make a target fail are kept in fuzz/found/TARGET, and every test run
+# tries them again. The exit status is 0 only if none was found.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")"
 
 seconds=${1:-60}
 if ! [[ $seconds =~ ^[1-9][0-9]*$ ]]; then
-    echo "fuzz.sh: for how many seconds? Usage: ./fuzz.sh [SECONDS]" >&2
+    echo "fuzz.sh: the number of seconds is wrong. Usage: ./fuzz.sh [SECONDS]" >&2
     exit 2
 fi
 
@@ -44,7 +44,7 @@ for seeds in fuzz/seeds/*/; do
         result="FOUND $found/$name, see $log"
         status=1
     done
-    # Nothing but what was found is kept there.
+    # Only inputs that make the target fail are kept there.
     rmdir --ignore-fail-on-non-empty -p "$found"
     printf '%-12s %10s runs, coverage %5s, %s\n' "$target" "${runs:-0}" "${coverage:-0}" "$result"
 done

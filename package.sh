@@ -2,13 +2,13 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
 #
-# Installs what is missing, builds the program and makes its Debian package:
+# Installs what is missing, builds the program and makes its Debian package,
 # build/package/vexmarrow_VERSION_ARCHITECTURE.deb
 #
 #     ./package.sh                        makes the package
-#     ./package.sh --check-reproducible   makes it, and makes it a second time from a copy of
-#                                         the source in another folder; both must be the same,
-#                                         byte for byte
+#     ./package.sh --check-reproducible   makes it, and makes it again from a copy of the
+#                                         source in another folder; both packages must be
+#                                         the same, byte for byte
 set -euo pipefail
 umask 022 # the folders in the package get the rights that this leaves
 cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")"
@@ -18,13 +18,13 @@ case ${1-} in
 '') ;;
 --check-reproducible) twice=1 ;;
 *)
-    echo "package.sh: what is \"$1\"? Usage: ./package.sh [--check-reproducible]" >&2
+    echo "package.sh: unknown argument \"$1\". Usage: ./package.sh [--check-reproducible]" >&2
     exit 2
     ;;
 esac
 
-# What the package is dated with must not depend on the clock: the time of the last commit or,
-# without git, the day of the newest release.
+# The date of the package must not depend on the clock: it is the time of the last commit or, without
+# git, the day of the newest release.
 if [ -z "${SOURCE_DATE_EPOCH-}" ]; then
     if ! { [ -e .git ] && SOURCE_DATE_EPOCH=$(git log -1 --format=%ct 2>/dev/null); }; then
         day=$(sed -n 's/^## \[[0-9.]*\] - \([0-9-]*\)$/\1/p' CHANGELOG.md | head -n 1)
@@ -48,8 +48,8 @@ package=$(echo build/package/*.deb)
 echo "The package: $package ($(stat -c %s "$package") bytes)"
 [ -n "$twice" ] || exit 0
 
-# Another folder with a name of another length, other times of files, another time zone, other
-# rights for new files: nothing of that may leave a trace.
+# The second build has a folder name of another length, other file times, another time zone and
+# other permissions for new files. None of them may change the package.
 elsewhere=$(mktemp -d "${TMPDIR:-/tmp}/vexmarrow-built-elsewhere.XXXXXX")
 trap 'rm -rf "$elsewhere"' EXIT
 mkdir "$elsewhere/source"

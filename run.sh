@@ -2,9 +2,9 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
 #
-# Installs what is missing, builds the program and starts its window. Where
-# there is no display, the window opens on a virtual one and the sample job is
-# done in it, by its own buttons; the result is shown here.
+# Installs what is missing, builds the program and starts it. If there is no
+# display, the window opens on a virtual one, the sample job is done there with
+# the window's own buttons, and the result is printed here.
 set -euo pipefail
 here=$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")
 program=$here/build/release/bin/vexmarrow
@@ -18,7 +18,7 @@ elif [ -n "${WAYLAND_DISPLAY-}" ]; then
 else
     display=
     packages+=(test)
-    echo "There is no display here: the window will open on a virtual one, and the sample job is done in it."
+    echo "There is no display: the window opens on a virtual one, and the sample job is done there."
 fi
 
 "$here/scripts/install-packages.sh" "${packages[@]}"

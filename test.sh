@@ -4,7 +4,7 @@
 #
 # Installs what is missing, builds everything and runs every test: the parts
 # below the window, the window itself, and the whole program on a virtual
-# display. Ends with 0 only when all of them pass.
+# display. The exit status is 0 only if all of them pass.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")"
 

@@ -2,8 +2,8 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
 #
-# Writes the changelog of the Debian package: what CHANGELOG.md says, in the
-# form that Debian's tools read.
+# Writes the changelog of the Debian package: the content of CHANGELOG.md in the
+# format of Debian's tools.
 #
 #     debian-changelog.sh CHANGELOG.md MAINTAINER
 set -euo pipefail
@@ -11,7 +11,7 @@ set -euo pipefail
 maintainer=$2
 date=
 
-# A release ends with who made it, and when.
+# The entry of a release ends with its maintainer and its date.
 end_release() {
     if [ -n "$date" ]; then
         printf '\n -- %s  %s\n' "$maintainer" "$(LC_ALL=C date -u -R -d "$date")"

@@ -2,10 +2,9 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
 #
-# Configures and builds a preset; what the tools say is shown only on failure.
-# Named targets can be built without the test library: where it is missing, the
-# tests are left out. With VEXMARROW_STRICT=1 a warning is an error, whatever
-# the preset.
+# Configures and builds a preset. The output of the tools is shown only if they
+# fail. If targets are named and the test library is missing, the tests are left
+# out. With VEXMARROW_STRICT=1, compiler warnings are errors in every preset.
 #
 #     scripts/build.sh PRESET [TARGET...]
 set -euo pipefail

@@ -2,8 +2,8 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
 #
-# Checks every C++ file of the project: laid out as .clang-format says, and
-# opening with the two lines that name its owners and its licence.
+# Checks that every C++ file of the project has the layout that .clang-format
+# describes, and begins with the two lines that name its owners and its licence.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -19,7 +19,7 @@ for file in "${files[@]}"; do
     { IFS= read -r first && IFS= read -r second; } <"$file" || true
     if [[ ${first-} != "// SPDX-FileCopyrightText: "* ||
         ${second-} != "// SPDX-License-Identifier: "* ]]; then
-        echo "$file: its first two lines do not name owner and licence" >&2
+        echo "$file: the first two lines do not name its owners and its licence" >&2
         bad=1
     fi
 done

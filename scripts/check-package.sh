@@ -3,8 +3,8 @@
 # SPDX-License-Identifier: MIT
 #
 # Checks the Debian package that ./package.sh has made, without installing it:
-# that one version stands everywhere, and that the tools which know packages,
-# menu entries, metainfo and manual pages have nothing against it.
+# it must have the same version everywhere, and the tools that check packages,
+# menu entries, metainfo and manual pages must find no fault.
 #
 #     scripts/check-package.sh [FILE.deb]
 set -euo pipefail
@@ -31,7 +31,7 @@ fault() {
     bad=1
 }
 
-# Runs a checking tool, which must succeed and have nothing to say.
+# Runs a checking tool, which must succeed and write nothing.
 silent() {
     local said
     if ! said=$("$@" 2>&1 </dev/null) || [ -n "$said" ]; then
@@ -61,10 +61,10 @@ same "day in Debian's changelog" \
     "$(date -u -d "$(dpkg-parsechangelog -l "$tree/changelog" -S Date)" +%F)" "$day"
 same "version in the manual page" "$(first_of '^\.TH .*"Vexmarrow \([^"]*\)".*' "$tree/vexmarrow.1")" "$version"
 
-# --- what the tools say
+# --- what tools check
 
-# The pictures lie beside the program, where it looks for them; lintian would have them elsewhere,
-# but only says so when asked to be pedantic.
+# The pictures are beside the program, because it looks for them there. lintian would prefer another
+# folder, but reports that only if asked to be pedantic.
 lintian --allow-root --fail-on error,warning "$package" || fault "lintian has found fault with $package"
 silent desktop-file-validate "$share/applications/$id.desktop"
 appstreamcli validate --no-net "$metainfo" >"$tree/said" 2>&1 ||
@@ -74,7 +74,7 @@ appstreamcli validate-tree --no-net "$tree" >"$tree/said" 2>&1 ||
 silent env LC_ALL=C.UTF-8 MANROFFSEQ='' MANWIDTH=80 \
     sh -c 'man --warnings -E UTF-8 -l -Tutf8 -Z "$1" >/dev/null' man "$tree/vexmarrow.1"
 
-# --- what no tool looks at
+# --- what no tool checks
 
 same "where the link of the program leads" "$(readlink -f "$tree/usr/bin/vexmarrow")" "$home/vexmarrow"
 [ -x "$home/vexmarrow" ] || fault "the program cannot be started"
@@ -91,7 +91,7 @@ for path in HAND-M.CUR drag.ico Splash/tips.png; do
     cmp "resources/$path" "$home/$path" || fault "$path is not what it is in resources/"
 done
 
-# The pictures of the icon are those that its drawings give now, at the size that their folder says.
+# The pictures of the icon must be made from its current drawings, in the size of their folder.
 mkdir "$tree/drawn"
 packaging/icons/draw.sh "$tree/drawn"
 for drawn in "$tree"/drawn/*.png; do
@@ -101,4 +101,4 @@ for drawn in "$tree"/drawn/*.png; do
 done
 
 [ "$bad" -eq 0 ] || exit 1
-echo "$(basename "$package"): nothing to find fault with."
+echo "$(basename "$package"): no faults found."

@@ -2,13 +2,12 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
 #
-# Checks the project's scripts: those of the shell with shellcheck, those in
-# Python with flake8. What is off is named, with its reason, in .shellcheckrc
-# and .flake8.
+# Checks the shell scripts of the project with shellcheck and its Python scripts
+# with flake8. .shellcheckrc and .flake8 name the checks that are off, and why.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-# Some have no extension: the first line tells what a script is written in.
+# Some shell scripts have no extension; their first line names the shell.
 mapfile -t shell < <(find . \( -path ./build -o -name .git \) -prune -o -type f \
     -exec grep -lIm1 -E '^#! ?/(usr/)?bin/(env )?(ba|da)?sh$' {} + | sort)
 mapfile -t python < <(find . \( -path ./build -o -name .git \) -prune -o -name '*.py' -type f -print | sort)

@@ -2,25 +2,25 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
 #
-# Checks that every file of the project opens with the two lines that name its
-# owners and its licence, except those listed here, which cannot or need not.
+# Checks that every file of the project begins with the two lines that name its
+# owners and its licence. The files listed here cannot or need not have them.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-# Patterns of paths, each with its reason. One that fits no file is a mistake.
+# Patterns of paths, each with its reason. A pattern that matches no file is an error.
 exempt=(
-    'LICENSE'               # is the licence
-    'packaging/copyright.in' # becomes a paper that names both in a form of its own
-    '*.md'                  # prose; the licence of the whole covers it
+    'LICENSE'               # it is the licence itself
+    'packaging/copyright.in' # it names both in the form that Debian requires
+    '*.md'                  # text, which the licence of the project covers
     'CMakePresets.json'     # JSON has no comments
-    'Samples/*'             # data, whose every byte matters
-    'fuzz/*/*'              # seeds, and what was found, if anything was
-    '*.png'                 # pictures, made from drawings that name both
+    'Samples/*'             # data that must keep every byte
+    'fuzz/*/*'              # seeds, and inputs that made a target fail
+    '*.png'                 # pictures made from drawings that name both
     '*.CUR'
     '*.ico'
 )
 
-# What git knows or would take; without git, everything but what is built.
+# The files that git has or would add; without git, all files except those that are built.
 list() {
     if git rev-parse --is-inside-work-tree >/dev/null 2>&1; then
         git ls-files -z --cached --others --exclude-standard --deduplicate
@@ -30,8 +30,8 @@ list() {
 }
 mapfile -d '' -t files < <(list | sort -z)
 
-# Whether a file opens with the two lines, in whatever its comments look like; a line that must be
-# the first of its kind of file may stand before them.
+# Whether a file begins with the two lines, as comments of any kind. A line that must be the first
+# in files of that kind may come before them.
 names_both() {
     awk '
         NR == 1 && /^#!/ || NR <= 2 && /^(<\?xml .*|<!--)$/ { next }
@@ -54,13 +54,13 @@ for file in "${files[@]}"; do
     done
     checked=$((checked + 1))
     if ! names_both "$file"; then
-        echo "$file: does not open with the two lines that name owner and licence" >&2
+        echo "$file: does not begin with the two lines that name its owners and its licence" >&2
         bad=1
     fi
 done
 for pattern in "${exempt[@]}"; do
     if [ -z "${used[$pattern]-}" ]; then
-        echo "check-spdx: no file is like the exempt $pattern any more" >&2
+        echo "check-spdx: no file matches the exempt pattern $pattern" >&2
         bad=1
     fi
 done

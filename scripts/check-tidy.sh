@@ -2,10 +2,10 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
 #
-# Runs clang-tidy over the sources of the program, as .clang-tidy says, and over
-# its tests and fuzz targets, as tests/.clang-tidy says, with the commands by
-# which the release preset compiles them; that preset must have been built
-# before, for the files that the build generates.
+# Runs clang-tidy over the sources of the program with .clang-tidy, and over the
+# tests and fuzz targets with tests/.clang-tidy. It uses the compiler commands of
+# the release preset, which must be built first, because the build generates
+# some files.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -21,8 +21,8 @@ if [ "${#files[@]}" -eq 0 ]; then
     exit 1
 fi
 
-# What clang-tidy says about one file is shown only when it finds fault, and
-# without its count of warnings in the headers of others.
+# The output of clang-tidy for a file is shown only if it finds a fault, and
+# without the count of warnings in system headers.
 check_one() {
     local said config=.clang-tidy
     case $1 in tests/* | fuzz/*) config=tests/.clang-tidy ;; esac

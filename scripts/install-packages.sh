@@ -2,25 +2,26 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
 #
-# Installs the Debian packages of the named groups that are not there yet, and
-# says nothing when all of them are.
+# Installs the Debian packages of the named groups that are missing. It prints
+# nothing if none is missing.
 #
 #     scripts/install-packages.sh GROUP...
 #
-# Groups: build    what compiles the program and what it needs to show its window
-#         wayland  what its window needs where there is no X server
-#         desktop  what uses the window where nobody is: virtual display, window
-#                  manager, accessibility bus
-#         test     what the tests need besides: test library, the same, a parser of cards, and a
-#                  Wayland compositor
-#         bench    what the benchmarks need besides: their library, and the tools
-#                  that the program is measured against
-#         check    what checks the format and the soundness of the code
-#         pictures what gives the window the dark colours of a desktop, for pictures of it
-#         fuzz     what builds and runs the fuzz targets: the compiler that has
-#                  libFuzzer, its runtime, and what names lines in its reports
-#         package  what makes the Debian package and checks it
-#         packagetest  what makes a clean root to install it in
+# Groups:
+#     build        to compile the program and to show its window
+#     wayland      to show the window without an X server
+#     desktop      to use the window without a screen: a virtual display, a window
+#                  manager and the accessibility bus
+#     test         to build and run the tests, in addition to build: the test library,
+#                  wayland, desktop, a parser of cards and a Wayland compositor
+#     bench        to run the benchmarks, in addition to build: their library, and the
+#                  tools that the program is compared with
+#     check        to check the layout and the quality of the code and the scripts
+#     pictures     to take pictures of the window in the dark colours of a desktop
+#     fuzz         to build and run the fuzz targets: a compiler with libFuzzer, its
+#                  runtime, and the tool that adds line numbers to its reports
+#     package      to make and check the Debian package
+#     packagetest  to make a clean root in which the package is installed
 set -euo pipefail
 
 say() { printf '%s\n' "$*"; }
@@ -69,7 +70,7 @@ done
 [ "${#wanted[@]}" -gt 0 ] || exit 0
 
 if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
-    say "This system has no Debian packages; nothing is installed here. Needed are the like of:" >&2
+    say "This system has no Debian packages, so nothing is installed. Please install the equivalents of:" >&2
     say "  ${wanted[*]}" >&2
     exit 0
 fi
@@ -92,7 +93,7 @@ done
 as_root=()
 if [ "$(id -u)" -ne 0 ]; then
     if ! command -v sudo >/dev/null; then
-        say "Neither root nor sudo is at hand to install them. As root, run:" >&2
+        say "They can only be installed by root, and there is no sudo. As root, run:" >&2
         say "  apt-get install --no-install-recommends ${missing[*]}" >&2
         exit 1
     fi
@@ -106,7 +107,7 @@ apt() {
         >>"$log" 2>&1 </dev/null
 }
 
-say "Installing them with apt-get; the first time this takes some minutes."
+say "Installing them with apt-get; the first time, this takes some minutes."
 if [ "${#as_root[@]}" -gt 0 ] && ! sudo -v; then
     say "sudo was refused. As root, run:" >&2
     say "  apt-get install --no-install-recommends ${missing[*]}" >&2

@@ -2,25 +2,25 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
 #
-# Runs a command on a virtual display of its own: an X server without a screen,
-# a message bus, a window manager and the accessibility bus, with a home of its
-# own, so that nobody's settings or windows are touched. With --wayland, the
-# display is that of a Wayland compositor instead, and there is no X server; nor
-# are there a keyboard and a mouse, so no window ever has the focus.
+# Runs a command on a virtual display: an X server without a screen, a message
+# bus, a window manager and the accessibility bus. The command gets its own home
+# folder, so that the settings and windows of the user are not touched. With
+# --wayland, the display is a Wayland compositor instead of an X server. It has no
+# keyboard and no mouse, so no window ever has the focus.
 #
 #     scripts/on-virtual-display.sh [--wayland] COMMAND [ARGUMENT...]
 #
 # VEXMARROW_SCREEN=1280x1024 (width x height) sets the size of the screen.
-# The exit status is the command's own. Whatever was started here, by the
-# command or for it, is ended and removed before this script ends.
+# The exit status is that of the command. All processes and files that were
+# started or made here are removed before this script ends.
 set -euo pipefail
 
 say() { printf 'on-virtual-display: %s\n' "$*" >&2; }
 
-# The part that runs on the message bus: the window manager and the
-# accessibility bus are made ready, then the command takes this process over.
-# The buses write their remarks to a log; the command gets back the caller's own
-# output and error output, which come in as the two descriptors named first.
+# The part that runs on the message bus: it starts the window manager and the
+# accessibility bus, and then replaces itself by the command. The buses write
+# their messages to a log. The command gets the output and the error output of
+# the caller, which are the first two arguments (as numbers of descriptors).
 inside() {
     local output=$1 errors=$2
     exec 1>&"$output" 2>&"$errors" {output}>&- {errors}>&-
@@ -53,7 +53,7 @@ if [ "${1-}" = --wayland ]; then
     shift
 fi
 if [ $# -eq 0 ]; then
-    say "which command? Usage: on-virtual-display.sh [--wayland] COMMAND [ARGUMENT...]"
+    say "no command is given. Usage: on-virtual-display.sh [--wayland] COMMAND [ARGUMENT...]"
     exit 2
 fi
 for tool in "${tools[@]}" dbus-run-session dbus-send; do
@@ -65,13 +65,13 @@ done
 
 exec {output}>&1 {errors}>&2
 self=$(readlink -f "${BASH_SOURCE[0]}")
-# Under /tmp and nowhere deeper: the names of sockets are short by nature.
+# Directly under /tmp, because the names of sockets must be short.
 home=$(mktemp -d /tmp/vexmarrow-display.XXXXXX)
 server=
 desktop=
 
-# The ids of all processes that carry this display's mark in their environment;
-# the buses start programs that are no children of this script.
+# The ids of all processes that have the mark of this display in their
+# environment. The buses start programs that are not children of this script.
 marked() {
     grep -lszxF -- "VEXMARROW_DISPLAY_HOME=$home" /proc/[0-9]*/environ | cut -d/ -f3 || true
 }
@@ -81,7 +81,7 @@ end_marked() {
     for tries in $(seq 60); do
         ids=$(marked)
         [ -n "$ids" ] || return 0
-        # Asked politely at first, and no longer after two seconds.
+        # Processes get two seconds to end by themselves; then they are killed.
         # shellcheck disable=SC2086
         if [ "$tries" -eq 1 ]; then kill -TERM $ids; elif [ "$tries" -gt 40 ]; then kill -KILL $ids; fi \
             2>/dev/null || true
@@ -111,17 +111,17 @@ mkdir -m 700 "$home/run"
 screen=${VEXMARROW_SCREEN:-1280x1024}
 display=()
 
-# The server picks a free display number by itself and tells it once it is ready.
+# The server chooses a free display number and writes it when it is ready.
 start_x() {
     local number part name=''
     mkfifo "$home/number"
     exec {number}<>"$home/number"
-    # Servers that start at the same moment may want the same number, and one of them gives up.
+    # If two servers choose the same number at the same moment, one of them gives up.
     for _ in 1 2 3 4 5; do
         Xvfb -displayfd "$number" -screen 0 "${screen}x24" -nolisten tcp -noreset \
             </dev/null >"$home/server.log" 2>&1 {output}>&- {errors}>&- &
         server=$!
-        # The number and its line end come one after the other, maybe on either side of a time-out.
+        # The number may come before a time-out and its line end after it.
         for _ in $(seq 240); do
             if read -r -t 0.5 -u "$number" part; then name+=$part; break; fi
             name+=$part
@@ -155,9 +155,9 @@ if [ "${#display[@]}" -eq 0 ]; then
     exit 125
 fi
 
-# The toolkit's other ways to type text want a keyboard or a service of the desktop.
-# A shell attends to signals only between foreground commands, so the desktop
-# runs in the background and is waited for.
+# The toolkit's other input methods need a keyboard or a service of the desktop.
+# A shell handles signals only between foreground commands, so the desktop runs in
+# the background, and the shell waits for it.
 env -u DISPLAY -u WAYLAND_DISPLAY -u XAUTHORITY -u SESSION_MANAGER -u DBUS_SESSION_BUS_ADDRESS \
     -u AT_SPI_BUS_ADDRESS -u NO_AT_BRIDGE -u XDG_CURRENT_DESKTOP -u XDG_SESSION_TYPE \
     -u DESKTOP_SESSION -u QT_QPA_PLATFORMTHEME -u QT_STYLE_OVERRIDE -u LANGUAGE \
@@ -170,6 +170,6 @@ desktop=$!
 status=0
 wait "$desktop" || status=$?
 desktop=
-# 125 is this script's own failure, 127 the bus's.
+# 125 means that this script failed, 127 that the bus did.
 if [ "$status" -eq 125 ] || [ "$status" -eq 127 ]; then cat "$home/bus.log" >&2; fi
 exit "$status"

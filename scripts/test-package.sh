@@ -2,21 +2,20 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
 #
-# Tries the Debian package as somebody would who has nothing else of ours: makes
-# a root with the least that a Debian of this machine's release consists of,
-# installs the package there with what it depends on, does the sample job with
-# the installed program as an ordinary user on a virtual display, purges the
-# package, and insists that everything is as it was before.
+# Tests the Debian package in a clean system. It makes a root with a minimal Debian
+# of this machine's release, installs the package and its dependencies there, does
+# the sample job with the installed program as an ordinary user on a virtual
+# display, purges the package, and checks that everything is as it was before.
 #
 #     scripts/test-package.sh [FILE.deb]
 #
-# It must be root, and must be allowed to make namespaces, mounts and device
-# files. The exit status is 77 where that is refused, or where no such root can
-# be had: then nothing was tested.
+# It must run as root, with permission to make namespaces, mounts and device
+# files. The exit status is 77 if that is refused or if no such root can be made;
+# then nothing was tested.
 #
-# All mounts are made in a namespace of their own. They are gone with its last
-# process, nobody else sees them, and nothing of this machine is ever mounted
-# into the root; so the root can be removed without reaching anything else.
+# All mounts are made in a separate namespace. No other process sees them, and they
+# vanish with the last process in it. Nothing of this machine is mounted into the
+# root, so removing the root cannot remove anything else.
 set -euo pipefail
 project=$(readlink -f "$(dirname "${BASH_SOURCE[0]}")/..")
 self=$project/scripts/test-package.sh
@@ -42,7 +41,7 @@ in_root() {
 }
 as_user() { in_root runuser -u "$user" -- "$@"; }
 
-# Runs something whose words matter only when it fails.
+# Runs a command; its output is shown only if it fails.
 quietly() {
     if ! "$@" >"$root.log" 2>&1 </dev/null; then
         cat "$root.log" >&2
@@ -51,8 +50,8 @@ quietly() {
 }
 apt() { quietly in_root apt-get -q -y --no-install-recommends "$@"; }
 
-# Where apt has a release from. The distribution's own source comes first; others may have a release
-# of that name, too.
+# The source from which apt gets a release. The distribution's own source comes first, because other
+# sources may have a release of the same name.
 source_of() {
     {
         apt-get indextargets --format '$(CODENAME) $(SITE)' 'Created-By: Packages' 'Origin: Debian'
@@ -75,7 +74,7 @@ make_root() {
         keys=(--keyring=/usr/share/keyrings/debian-archive-keyring.gpg)
     fi
     say "making a root of $release"
-    # What fails here has nothing to do with the package.
+    # A failure here has nothing to do with the package.
     if ! debootstrap --variant=minbase "${keys[@]}" "${more[@]}" "$release" "$root" "$site" \
         >"$root.log" 2>&1 </dev/null; then
         cat "$root.log" >&2
@@ -83,14 +82,14 @@ make_root() {
         exit "$refused"
     fi
 
-    # In some containers the root gets a link in place of a folder for the process table.
+    # In some containers, the root gets a link instead of a folder for the process table.
     if [ -L "$root/proc" ]; then
         rm "$root/proc"
         mkdir "$root/proc"
     fi
     mountpoint -q "$root/proc" || mount -t proc -o nosuid,nodev,noexec proc "$root/proc"
 
-    # Packages come from where this machine has them from.
+    # Packages come from the same sources as those of this machine.
     local entry
     rm -f "$root/etc/apt/sources.list"
     for entry in sources.list sources.list.d apt.conf apt.conf.d trusted.gpg trusted.gpg.d keyrings \
@@ -100,7 +99,7 @@ make_root() {
     done
     if [ -d /usr/share/keyrings ]; then cp -rL /usr/share/keyrings/. "$root/usr/share/keyrings"; fi
     cp -L /etc/resolv.conf /etc/hosts "$root/etc/"
-    # Nothing is started as a service here, and nothing has to outlive a power cut.
+    # No services are started here, and nothing has to survive a power cut.
     printf '#!/bin/sh\nexit 101\n' >"$root/usr/sbin/policy-rc.d"
     chmod 755 "$root/usr/sbin/policy-rc.d"
     echo force-unsafe-io >"$root/etc/dpkg/dpkg.cfg.d/unsafe-io"
@@ -113,14 +112,14 @@ make_root() {
     chmod -R a+rX "$root/tmp/kit"
 }
 
-# What the package needs must be what it says it needs: its libraries are all found, and it starts,
-# while there is nothing else yet.
+# The dependencies of the package must be complete: with them alone, all libraries are found and the
+# program starts.
 try_dependencies_alone() {
     local needed
     quietly in_root apt-get -q update
     apt --simulate install "$deb"
     mapfile -t needed < <(sed -n 's/^Inst \([^ ]*\) .*/\1/p' "$root.log" | grep -vx vexmarrow)
-    say "installing what it depends on: ${#needed[@]} packages"
+    say "installing its dependencies: ${#needed[@]} packages"
     apt install "${needed[@]}"
     quietly in_root apt-mark auto "${needed[@]}"
 
@@ -129,7 +128,7 @@ try_dependencies_alone() {
     for library in "$program" $(in_root find /usr/lib -name libqxcb.so); do
         if in_root ldd "$library" | grep 'not found'; then die "libraries of $library are missing"; fi
     done
-    # It is up once it has written its first settings. Ends with 0 only if they come.
+    # The program has started when it has written its first settings. Without them, this fails.
     quietly as_user env QT_QPA_PLATFORM=offscreen bash -c '
         export HOME=$(mktemp -d)
         export XDG_CONFIG_HOME=$HOME XDG_STATE_HOME=$HOME XDG_RUNTIME_DIR=$HOME
@@ -142,8 +141,8 @@ try_dependencies_alone() {
         exit 1' start "$program"
 }
 
-# Every file, its kind, rights, owner and content, without what the package tools, the system's
-# caches and the tests write.
+# Every file with its kind, permissions, owner and content, except the files that the package tools,
+# the caches of the system and the tests write.
 snapshot() {
     (
         cd "$root"
@@ -156,8 +155,8 @@ snapshot() {
     ) >"$1"
 }
 
-# What the user's own folder holds besides what every new user gets, without the caches and the
-# toolkit's memory of its file dialogs, which all programs made with it share.
+# The files in the user's home folder, except those that every new user gets, caches, and the settings
+# of the toolkit's file dialogs, which all programs share.
 own_files() {
     (
         cd "$root/home/$user"
@@ -175,7 +174,7 @@ inside() {
     make_root
     try_dependencies_alone
 
-    say "installing a virtual display and what keeps menus and icons"
+    say "installing a virtual display and the tools that update menus and icons"
     quietly in_root /tmp/kit/scripts/install-packages.sh desktop
     apt install desktop-file-utils hicolor-icon-theme gtk-update-icon-cache
     snapshot "$root.before"
@@ -209,12 +208,12 @@ inside() {
     ! icon_cache || die "the icon is still in the cache of icons"
     snapshot "$root.after"
     diff "$root.before" "$root.after" || die "installing and purging left these differences"
-    # The log of the run is the user's as well: it holds the old texts of the samples.
+    # The log of the run also belongs to the user: it holds the old texts of the samples.
     local own wanted=$'.config\n.config/Quillmoor.ini\n.local\n.local/state\n.local/state/vexmarrow'
     own=$(own_files)
     [ "$own" = "$wanted"$'\n.local/state/vexmarrow/0000000001.run' ] ||
         die "of the user's, settings and the log of the run should be there, but there is: $own"
-    say "nothing is left but the user's own settings and log"
+    say "only the settings and the log of the user are left"
 }
 
 if [ "${1-}" = --inside ]; then
@@ -230,14 +229,14 @@ package=$(readlink -f "$package")
 [ "$(id -u)" -eq 0 ] || die "this must be root: sudo scripts/test-package.sh"
 "$project/scripts/install-packages.sh" packagetest
 
-# Not /tmp, which may be in memory.
+# /tmp is not used because it may be in memory.
 work=$(mktemp -d "${TMPDIR:-/var/tmp}/vexmarrow-root.XXXXXX")
 spaces=
 
 cleanup() {
     trap '' INT TERM HUP
     if [ -n "$spaces" ]; then
-        # The first process in the namespaces takes all others in them along.
+        # When the first process in the namespaces ends, the system ends all others in them.
         local first
         first=$(cat "/proc/$spaces/task/$spaces/children" 2>/dev/null || true)
         # shellcheck disable=SC2086

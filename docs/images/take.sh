@@ -3,7 +3,7 @@
 # SPDX-License-Identifier: MIT
 #
 # Takes the pictures of the window that README.md shows, light and dark, on a
-# virtual display. To be run again when the window has changed.
+# virtual display. Run it again when the window has changed.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")/../.."
 

@@ -2,8 +2,8 @@
 # SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 # SPDX-License-Identifier: MIT
 #
-# Makes the pictures of the icon, one for each size, into the folder that this
-# file stands in or into another one. It needs librsvg2-bin.
+# Makes the pictures of the icon, one for each size, in the folder of this script
+# or in another one. It needs librsvg2-bin.
 #
 #     draw.sh [FOLDER]
 set -euo pipefail
