@@ -337,22 +337,6 @@ private Q_SLOTS:
         QCOMPARE(Run(), kDone);
     }
 
-    void HundredThousandRows() {
-        AddFile("1.vcf", "a");
-        std::vector<std::u16string> choice{folder_->Path()};
-        for (int i = 0; i < 100'000; ++i) {
-            choice.emplace_back(i % 2 == 0 ? u"1.vcf" : u"none.odd");
-        }
-        window_->pickers.files.push_back(choice);
-        window_->prompts.answers = {Answer::Yes};
-        window_->Press("PushButton13");
-        QCOMPARE(window_->Rows(), 50'001);
-        QCOMPARE(window_->Find<QLabel>("Count")->text(), QLocale().toString(50'001) + u" files"_s);
-        window_->Boxes();
-        folder_->Remove("1.vcf");
-        QCOMPARE(Run(), kDone);
-    }
-
 private:
     void AddFile(const std::string& name, const std::string& bytes) {
         folder_->Write(name, bytes);

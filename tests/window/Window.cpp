@@ -137,8 +137,7 @@ QString FaultsOfControl(QWidget& control) {
     return faults;
 }
 
-/// Whether `next` follows `control` for people who read lines from left to right: it is beside it
-/// on the right, or below it.
+/// Whether `next` comes after `control` in reading order: on its right, or below it.
 bool IsReadAfter(const QWidget& next, const QWidget& control) {
     const QRect first(control.mapTo(control.window(), QPoint()), control.size());
     const QRect second(next.mapTo(next.window(), QPoint()), next.size());

@@ -35,8 +35,7 @@ namespace vexmarrow::test {
 
 using namespace Qt::StringLiterals;
 
-/// The longest wait, in milliseconds. It is long because the machine may be busy; a wait ends as
-/// soon as its condition holds.
+/// The longest wait, in milliseconds; a wait ends as soon as its condition holds.
 constexpr int kDeadline = 60'000;
 
 /// The positions of the two tabs.
