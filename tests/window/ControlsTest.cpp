@@ -203,7 +203,7 @@ private Q_SLOTS:
         QCOMPARE(table->model()->rowCount(), 0);
     }
 
-    void QuietLines() {
+    void NotesAndHints() {
         const TestFolder folder;
         std::vector<std::u16string> paths;
         for (const char* const name : {"a/x.vcf", "b/x.vcf"}) {

@@ -177,8 +177,8 @@ private Q_SLOTS:
     }
 
     void TipsOfRows() {
-        constexpr int kLongest = 2'000; // characters of a path that a tip shows
-        constexpr int kWidest = 700;    // pixels, to fit on a small screen
+        constexpr std::size_t kLongest = 2'000; // characters of a path that a tip shows
+        constexpr int kWidest = 700;            // pixels, to fit on a small screen
         const std::u16string deep(300, u'/'), word(kLongest - 10, u'x');
         const std::vector<std::u16string> paths{
             u"/a", u"/<b>a</b>  &amp;\"'/some of my cards.vcf", u"/\xDC12", word,
@@ -224,6 +224,7 @@ private Q_SLOTS:
 
     void DraggingScrollsOutsideOfTheBand() {
         OpenMany();
+        // Rows of pixels on the screen: nothing scrolls from 305 up to 364.
         for (const auto& [height, by] : {std::pair{304, -1}, {305, 0}, {364, 0}, {365, 1}}) {
             View()->scrollTo(Index(100), QAbstractItemView::PositionAtTop);
             const int before = View()->verticalScrollBar()->value();
