@@ -4,7 +4,7 @@
 #include "base/Text.h"
 #include "base/Utf8.h"
 #include "fuzz/Fuzz.h"
-#include "shell/StoredForm.h"
+#include "shell/SettingEncoding.h"
 
 // Storing any text as a setting in a UTF-8 file.
 
@@ -16,11 +16,11 @@ void TryStored(const std::u16string& text) {
     const auto fits = [](const std::u16string& any) {
         return TextFromUtf8(NativeName(any)) == any && !any.starts_with(u'\uFEFF');
     };
-    const std::u16string stored = StoredForm(text);
-    Require(SettingFromStoredForm(stored) == text && fits(stored), "a setting comes back");
+    const std::u16string stored = EncodeSetting(text);
+    Require(DecodeSetting(stored) == text && fits(stored), "a setting comes back");
     Require((stored == text) == (fits(text) && !text.starts_with(u"utf16:")),
             "a setting is spelled out where it must be, and only there");
-    const std::u16string setting = SettingFromStoredForm(text);
+    const std::u16string setting = DecodeSetting(text);
     std::u16string spelled = u"utf16:";
     for (const char16_t unit : setting) {
         for (const int shift : {12, 8, 4, 0}) {

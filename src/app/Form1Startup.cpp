@@ -15,7 +15,7 @@
 #include "base/Failure.h"
 #include "base/Text.h"
 #include "shell/Choices.h"
-#include "shell/Titles.h"
+#include "shell/ProductTexts.h"
 #include "shell/Trap.h"
 #include "textio/CodePage.h"
 #include "textio/PathChecks.h"

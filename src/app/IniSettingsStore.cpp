@@ -5,7 +5,7 @@
 
 #include "app/Strings.h"
 #include "base/Failure.h"
-#include "shell/StoredForm.h"
+#include "shell/SettingEncoding.h"
 #include "textio/PathChecks.h"
 #include "textio/Paths.h"
 
@@ -54,12 +54,12 @@ std::u16string IniSettingsStore::GetSetting(std::u16string_view key,
         return std::u16string(fallback);
     }
     // A value with commas that someone has typed into the file without quotes comes as a list.
-    return SettingFromStoredForm(ToText(stored.toStringList().join(QStringLiteral(", "))));
+    return DecodeSetting(ToText(stored.toStringList().join(QStringLiteral(", "))));
 }
 
 void IniSettingsStore::SaveSetting(std::u16string_view key, std::u16string_view value) {
     if (QSettings* const settings = Opened()) {
-        settings->setValue(ToQString(key), ToQString(StoredForm(value)));
+        settings->setValue(ToQString(key), ToQString(EncodeSetting(value)));
         settings->sync();
         // It would open the file once more, whatever that is by then.
         QCoreApplication::removePostedEvents(settings, QEvent::UpdateRequest);

@@ -9,7 +9,7 @@
 #include "app/NormalPointer.h"
 #include "app/QtEventLoop.h"
 #include "app/Strings.h"
-#include "shell/Titles.h"
+#include "shell/ProductTexts.h"
 
 #include <algorithm>
 

@@ -27,9 +27,9 @@ std::u16string_view WithoutBlanks(std::u16string_view text) {
 std::optional<double> NumberIn(std::u16string_view text) {
     std::string digits = NativeName(InLowerAscii(WithoutBlanks(text)));
     if (digits.size() > 1 && digits[0] == '+' && digits[1] != '-') {
-        digits.erase(0, 1); // from_chars knows no plus sign
+        digits.erase(0, 1); // which from_chars does not accept
     }
-    // from_chars also reads "inf" and "nan", which are words and no numbers here.
+    // from_chars also accepts "inf" and "nan", which are not numbers here.
     if (digits.find_first_not_of("0123456789.e+-") != std::string::npos) {
         return std::nullopt;
     }

@@ -12,7 +12,7 @@ class Pickers;
 class Prompts;
 class SettingsStore;
 
-/// The services of the desktop. They outlive whatever uses them.
+/// The services of the desktop. They outlive everything that uses them.
 struct Desktop {
     Prompts& prompts;
     Pickers& pickers;

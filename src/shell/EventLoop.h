@@ -8,24 +8,24 @@
 
 namespace vexmarrow {
 
-/// How far a long operation is: item `done` (1-based) of `total`; a total of 0 is not known.
+/// How far a long operation is: at item `done`, counted from 1, of `total`.
 struct Progress {
-    std::u16string_view item; ///< what is counted, "File" for instance
+    std::u16string_view item; ///< what is counted, for example "File"
     std::size_t done = 0;
-    std::size_t total = 0;
+    std::size_t total = 0; ///< 0 if it is not known
 };
 
-/// Thrown out of a yield (or a box) when the user has closed the main window meanwhile: unwinds
-/// whatever is under way without another file touched or box shown. Deliberately no
-/// std::exception, so that no trap stops it; only the outermost handler catches it.
+/// Thrown by a yield or by a box after the user has closed the main window. It ends all work in
+/// progress: no further file is touched and no further box is shown. It is not a std::exception, so
+/// that no trap catches it; only the outermost handler does.
 struct ProgramEnded {};
 
-/// The one thread's way of letting the window live during long work.
+/// Keeps the window responsive during long work, which runs on the program's only thread.
 class EventLoop {
 public:
     virtual ~EventLoop() = default;
 
-    /// Handles all events that wait, which may change anything the caller has not copied: rows,
+    /// Handles all waiting events. They may change everything that the caller has not copied: rows,
     /// texts, options. Throws ProgramEnded.
     virtual void Yield(const Progress& progress) = 0;
 };

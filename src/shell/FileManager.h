@@ -12,7 +12,7 @@ class FileManager {
 public:
     virtual ~FileManager() = default;
 
-    /// Shows a folder to the user. Nothing happens where there is no file manager.
+    /// Shows a folder to the user. Does nothing if there is no file manager.
     virtual void OpenFolder(std::u16string_view folder) = 0;
 };
 

@@ -5,8 +5,7 @@
 
 namespace vexmarrow {
 
-/// The shape of the main window's mouse pointer. It is a value of its own because it also tells
-/// whether the program is busy.
+/// The shape of the main window's mouse pointer, which also tells whether the program is busy.
 class MousePointer {
 public:
     enum Shape { Default = 0, Arrow = 1, Hourglass = 11, Custom = 99 };
@@ -15,7 +14,7 @@ public:
     virtual Shape Pointer() const = 0;
     virtual void SetPointer(Shape shape) = 0;
 
-    /// Whether long work is in progress: while it is, the hourglass shows.
+    /// Whether long work is in progress: the hourglass is shown as long as it lasts.
     bool IsBusy() const { return Pointer() == Hourglass; }
 };
 

@@ -9,13 +9,13 @@
 
 namespace vexmarrow {
 
-/// How a file dialog is prepared.
+/// Describes a file dialog.
 struct FileDialogRequest {
     std::u16string_view title;
-    /// Pairs of caption and pattern, each followed by "|": "VCF Files (*.vcf)|*.vcf|". The
-    /// pattern "*.*" stands for every file, with a dot in its name or not.
+    /// Pairs of a caption and a pattern, both followed by "|": "VCF Files (*.vcf)|*.vcf|". The
+    /// pattern "*.*" matches every file, even if its name has no dot.
     std::u16string_view filter;
-    /// Whether several files may be chosen at once; saving always names one.
+    /// Whether the user may choose several files at once. SaveFile ignores it.
     bool several = true;
 };
 
@@ -27,16 +27,16 @@ class Pickers {
 public:
     virtual ~Pickers() = default;
 
-    /// Lets the user choose one or several existing files. Returns nothing on cancel; one element,
-    /// the full path, for one file; else the folder followed by the names of the files in it.
+    /// Lets the user choose existing files. Returns the full path if one file is chosen. For
+    /// several files, returns their folder, followed by their names. Empty if the user cancels.
     virtual std::vector<std::u16string> OpenFiles(const FileDialogRequest& request) = 0;
 
-    /// Lets the user name a file to write. Returns the path exactly as named (no extension is
-    /// added, no question about overwriting asked), the empty text on cancel.
+    /// Lets the user name a file to write. Returns the path exactly as entered; no extension is
+    /// added, and the user is not asked about overwriting. Empty if the user cancels.
     virtual std::u16string SaveFile(const FileDialogRequest& request) = 0;
 
-    /// Lets the user choose a folder, `startFolder` being chosen at first. Returns its path, the
-    /// empty text on cancel.
+    /// Lets the user choose a folder; `startFolder` is selected at first. Returns the path. Empty
+    /// if the user cancels.
     virtual std::u16string BrowseForFolder(std::u16string_view title,
                                            std::u16string_view startFolder) = 0;
 };

@@ -8,7 +8,7 @@
 
 namespace vexmarrow {
 
-/// Looks of a message box, by the numbers that the desktop platforms' message boxes share.
+/// The kinds of message box, with the numbers that they traditionally have.
 enum class BoxStyle {
     Information = 0, ///< OK, no icon
     YesNo = 4,       ///< Yes and No, no icon
@@ -20,20 +20,20 @@ enum class BoxStyle {
 
 enum class Answer { Ok = 1, Later = 2, Yes = 6, No = 7 };
 
-/// The boxes that stop the program until the user has answered. An implementation never shows one
-/// once the program is ending; it throws ProgramEnded (see EventLoop.h) instead.
+/// The boxes that stop the program until the user has answered. While the program is ending, they
+/// are not shown, and both functions throw ProgramEnded (see EventLoop.h).
 class Prompts {
 public:
     virtual ~Prompts() = default;
 
-    /// Shows `text` literally (no markup) and waits. An empty title stands for the application
-    /// title. Closing a box by other means than its buttons is Later where there is one, else No
-    /// where there is one.
+    /// Shows `text` literally (no markup) and waits. An empty title stands for the title of the
+    /// application. If the user closes the box without pressing a button, the answer is Later, or
+    /// No in a box without Later, or Ok in a box with neither.
     virtual Answer ShowMessage(std::u16string_view text, BoxStyle style = BoxStyle::Information,
                                std::u16string_view title = {}) = 0;
 
-    /// Asks for one line of text of any length, `suggestion` being there already and selected.
-    /// Returns the answer; the empty text when the user cancels.
+    /// Asks for one line of text of any length. At first the line holds `suggestion`, selected.
+    /// Returns the text; the empty text if the user cancels.
     virtual std::u16string AskForText(std::u16string_view prompt,
                                       std::u16string_view suggestion) = 0;
 };

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "base/Failure.h"
+#include "base/Utf8.h"
 
 #include <exception>
 #include <new>
@@ -16,18 +17,8 @@ namespace vexmarrow {
 
 class Prompts;
 
-/// Description of a failure to get memory.
-inline constexpr std::u16string_view kOutOfMemory = u"Out of memory.";
-
-/// The text by which a user tells support what failed and where. `location` ends in a blank.
-std::u16string ErrorReportText(std::u16string_view description, std::u16string_view location,
-                               int line);
-
-/// Description of a failure that is none of the kinds that the program foresees.
-std::u16string UnforeseenDescription(const std::exception& error);
-
-/// Runs a statement; the description of its failure, or nothing when it succeeded. ProgramEnded
-/// passes through.
+/// Runs a statement. Returns the description of its failure, or nothing if it succeeded. Does not
+/// catch ProgramEnded.
 template <typename Statement>
 std::optional<std::u16string> FailureOf(Statement&& statement) {
     try {
@@ -36,26 +27,28 @@ std::optional<std::u16string> FailureOf(Statement&& statement) {
     } catch (const Failure& failure) {
         return failure.Description();
     } catch (const std::bad_alloc&) {
-        return std::u16string(kOutOfMemory);
+        return u"Out of memory.";
     } catch (const std::exception& error) {
-        return UnforeseenDescription(error);
+        return TextFromUtf8(error.what());
     }
 }
 
-/// Report and carry on: the way in which every routine that answers to the user meets failures.
+/// Reports failures and carries on. Every routine that works for the user handles failures in this
+/// way.
 ///
-/// A routine makes one trap with its own location and runs each statement that can fail through
-/// Do, with the number of that statement within the routine. A failure is shown as the standard
-/// error report and Do returns, so that the routine goes on with its next statement; what the
-/// statement was to compute keeps its value. Statements that were begun stay begun: nothing is
-/// retried or rolled back. ProgramEnded passes through.
+/// The routine makes one trap with its own location and passes each statement that can fail to Do,
+/// with the number of the statement within the routine. If the statement fails, Do shows the
+/// standard error report and returns, and the routine goes on with its next statement. A variable
+/// that the statement should have set keeps its old value. Nothing is retried or rolled back. Do
+/// does not catch ProgramEnded.
 class Trap {
 public:
-    /// `routine` is module and routine, "Form1.PushButton1_Click" for instance.
+    /// `routine` names module and routine, for example "Form1.PushButton1_Click". `origin` stands
+    /// before it in error reports.
     Trap(Prompts& prompts, std::u16string_view routine,
          std::u16string_view origin = u"in Zentavor2021/08/31.");
 
-    /// Runs a statement; returns whether it succeeded.
+    /// Runs a statement. Returns whether it succeeded.
     template <typename Statement>
     bool Do(int line, Statement&& statement) {
         const std::optional<std::u16string> failure = FailureOf(std::forward<Statement>(statement));
@@ -65,12 +58,13 @@ public:
         return !failure;
     }
 
-    /// Shows the error report for a failure of statement `line`.
+    /// Shows the error report for a failure of statement `line`. Support staff learn from it what
+    /// has failed and where.
     void Report(int line, std::u16string_view description);
 
 private:
     Prompts& prompts_;
-    std::u16string location_;
+    std::u16string location_; // with a blank at its end
 };
 
 } // namespace vexmarrow

@@ -3,7 +3,7 @@
 
 #include "core/Core.h"
 #include "shell/Choices.h"
-#include "shell/Titles.h"
+#include "shell/ProductTexts.h"
 #include "shell/Trap.h"
 
 #include <unicode/ustring.h>

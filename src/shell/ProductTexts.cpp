@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-#include "shell/Titles.h"
+#include "shell/ProductTexts.h"
 
 #include "base/Text.h"
 

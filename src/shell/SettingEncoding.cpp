@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-#include "shell/StoredForm.h"
+#include "shell/SettingEncoding.h"
 
 #include "base/Utf8.h"
 
@@ -10,13 +10,13 @@
 namespace vexmarrow {
 namespace {
 
-constexpr std::u16string_view kSpelledOut = u"utf16:";
+constexpr std::u16string_view kPrefix = u"utf16:"; // before the digits of an encoded setting
 constexpr std::u16string_view kDigits = u"0123456789abcdef";
 constexpr std::size_t kDigitsPerUnit = 4;
 constexpr unsigned kBitsPerDigit = 4;
 
-/// A reader of UTF-8 takes U+FEFF at the front for a mark and drops it.
 bool SurvivesUtf8(std::u16string_view text) {
+    // A reader of UTF-8 takes U+FEFF at the front for a mark and drops it.
     return !text.starts_with(u'\uFEFF') && TextFromUtf8(NativeName(text)) == text;
 }
 
@@ -27,31 +27,31 @@ std::size_t ValueOfDigit(char16_t digit) {
 
 } // namespace
 
-std::u16string StoredForm(std::u16string_view setting) {
-    if (SurvivesUtf8(setting) && !setting.starts_with(kSpelledOut)) {
+std::u16string EncodeSetting(std::u16string_view setting) {
+    if (SurvivesUtf8(setting) && !setting.starts_with(kPrefix)) {
         return std::u16string(setting);
     }
-    std::u16string spelled(kSpelledOut);
+    std::u16string encoded(kPrefix);
     for (const unsigned unit : setting) {
         for (std::size_t left = kDigitsPerUnit; left > 0; --left) {
-            spelled += kDigits[(unit >> ((left - 1) * kBitsPerDigit)) & 0xFU];
+            encoded += kDigits[(unit >> ((left - 1) * kBitsPerDigit)) & 0xFU];
         }
     }
-    return spelled;
+    return encoded;
 }
 
-std::u16string SettingFromStoredForm(std::u16string_view stored) {
+std::u16string DecodeSetting(std::u16string_view encoded) {
     const std::u16string_view digits =
-        stored.starts_with(kSpelledOut) ? stored.substr(kSpelledOut.size()) : u"";
+        encoded.starts_with(kPrefix) ? encoded.substr(kPrefix.size()) : u"";
     std::u16string setting(digits.size() / kDigitsPerUnit, u'\0');
-    bool spelled = stored.starts_with(kSpelledOut) && digits.size() % kDigitsPerUnit == 0;
-    for (std::size_t i = 0; spelled && i < digits.size(); ++i) {
+    bool isEncoded = encoded.starts_with(kPrefix) && digits.size() % kDigitsPerUnit == 0;
+    for (std::size_t i = 0; isEncoded && i < digits.size(); ++i) {
         const std::size_t value = ValueOfDigit(digits[i]);
         char16_t& unit = setting[i / kDigitsPerUnit];
         unit = static_cast<char16_t>(std::size_t{unit} << kBitsPerDigit | value);
-        spelled = value < kDigits.size();
+        isEncoded = value < kDigits.size();
     }
-    return spelled ? setting : std::u16string(stored);
+    return isEncoded ? setting : std::u16string(encoded);
 }
 
 } // namespace vexmarrow

@@ -8,11 +8,11 @@
 
 namespace vexmarrow {
 
-/// Caption of the main window, and the product's full name.
+/// The product's full name, which is also the caption of the main window.
 inline constexpr std::u16string_view kProductName = u"Vexmarrow Software";
 
-/// The title of message boxes: `product` without its last word (what follows the last blank), and
-/// without further last words while it is longer than 40 characters.
+/// The title of message boxes: `product` without its last word. While the result is longer than
+/// 40 characters, its last word is removed as well. Words end at blanks.
 std::u16string ApplicationTitle(std::u16string_view product);
 
 /// The text of the box that "Help" shows.
