@@ -12,7 +12,8 @@
 namespace vexmarrow {
 namespace {
 
-/// Before anything changes: an observer that was told of a change must also see its end.
+/// To be called before a change begins: an observer that is told of its beginning must also be told
+/// of its end.
 void RequireEntry(const std::vector<std::u16string>& texts, std::size_t index) {
     if (index >= texts.size()) {
         throw Failure(Concat(u"There is no set number ", Decimal(static_cast<long long>(index) + 1),

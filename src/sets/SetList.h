@@ -13,7 +13,7 @@
 
 namespace vexmarrow {
 
-/// Is told before and after each change of a SetList, so that what shows the list can follow.
+/// Is told before and after each change of a SetList, so that a view of the list can follow.
 class SetListObserver {
 public:
     virtual ~SetListObserver() = default;
@@ -21,43 +21,42 @@ public:
     virtual void SetsChanged() = 0;
 };
 
-/// The replacement sets: an ordered list of find texts and one of replace texts, entry i of the one
-/// going with entry i of the other. Nothing is sorted, trimmed or checked for duplicates.
+/// The replacement sets: a list of find texts and a list of replace texts. The entries with the
+/// same index belong together. Nothing is sorted, trimmed or checked for duplicates.
 class SetList {
 public:
-    /// What stands between find text and replace text where a set is typed or saved.
+    /// Stands between find text and replace text when the user types a set, and in saved sets.
     static constexpr std::u16string_view kSeparator = u"::";
 
     std::span<const std::u16string> FindTexts() const { return find_; }
     std::span<const std::u16string> ReplaceTexts() const { return replace_; }
 
-    /// A number that every change raises; never 0.
+    /// A number that increases with every change. It is never 0.
     std::uint64_t Revision() const { return revision_; }
 
-    /// One find text with its replace text.
     struct Set {
         std::u16string find;
         std::u16string replace;
     };
 
-    /// The set that a text spells: find text, separator, replace text. Text after a second
-    /// separator is dropped. Nothing when there is no separator.
+    /// The set in a text: find text, separator, replace text. Text after a second separator is
+    /// dropped. Returns nothing if there is no separator.
     static std::optional<Set> FromText(std::u16string_view text, std::u16string_view separator);
 
-    /// Appends sets in order, or one.
+    /// Appends several sets in order, or one set.
     void Add(std::vector<Set> sets);
     void Add(std::u16string find, std::u16string replace) {
         Add({{std::move(find), std::move(replace)}});
     }
 
-    /// Removes one entry of one list. Throws Failure when there is no entry of that number.
+    /// Removes one entry of one list. Throws Failure if there is no such entry.
     void RemoveFindText(std::size_t index);
     void RemoveReplaceText(std::size_t index);
 
     void ClearFindTexts();
     void ClearReplaceTexts();
 
-    /// At most one; null for none.
+    /// Replaces the observer, of which there is at most one. Null removes it.
     void SetObserver(SetListObserver* observer) { observer_ = observer; }
 
 private:

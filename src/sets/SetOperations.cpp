@@ -35,7 +35,7 @@ void SetOperations::AddSet() {
 void SetOperations::AddSetFromText(std::u16string_view answer) {
     std::optional<SetList::Set> set = SetList::FromText(answer, SetList::kSeparator);
     if (set) {
-        sets_.Add({std::move(*set)});
+        sets_.Add(std::move(set->find), std::move(set->replace));
     } else {
         desktop_.prompts.ShowMessage(
             u"You must use :: to separate the find text from the replace text");
@@ -44,10 +44,10 @@ void SetOperations::AddSetFromText(std::u16string_view answer) {
 
 void SetOperations::RemoveSelectedSet(int selectedFindText, int selectedReplaceText) {
     Trap trap(desktop_.prompts, u"Form1.PushButton6_Click");
-    if (selectedFindText != kNoSelection) {
+    if (selectedFindText >= 0) {
         trap.Do(1, [&] { sets_.RemoveFindText(static_cast<std::size_t>(selectedFindText)); });
     }
-    if (selectedReplaceText != kNoSelection) {
+    if (selectedReplaceText >= 0) {
         trap.Do(2, [&] { sets_.RemoveReplaceText(static_cast<std::size_t>(selectedReplaceText)); });
     }
 }
@@ -77,13 +77,14 @@ void SetOperations::SaveSets() {
             return;
         }
     }
-    trap.Do(3, [&] { WriteSets(path, sets_.FindTexts(), sets_.ReplaceTexts()); });
+    trap.Do(3, [&] { WriteSets(path); });
     writer_.Settle();
 }
 
-void SetOperations::WriteSets(std::u16string_view path, std::span<const std::u16string> findTexts,
-                              std::span<const std::u16string> replaceTexts) const {
+void SetOperations::WriteSets(std::u16string_view path) const {
     const std::unique_ptr<PendingFile> file = writer_.Begin(path);
+    const auto findTexts = sets_.FindTexts();
+    const auto replaceTexts = sets_.ReplaceTexts();
     std::string bytes;
     for (std::size_t i = 0; i < findTexts.size(); ++i) {
         if (i >= replaceTexts.size()) {

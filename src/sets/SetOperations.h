@@ -5,7 +5,6 @@
 
 #include "shell/Desktop.h"
 
-#include <span>
 #include <string>
 #include <string_view>
 
@@ -15,32 +14,29 @@ class FileWriter;
 class RFTSFSO;
 class SetList;
 
-/// What the buttons of the sets area do. Each operation traps its own failures.
+/// The operations behind the buttons of the sets area. Each one traps its own failures.
 class SetOperations {
 public:
-    /// An index of an entry that is no entry: nothing is selected.
-    static constexpr int kNoSelection = -1;
-
     SetOperations(SetList& sets, const Desktop& desktop, FileWriter& writer, const RFTSFSO& textio)
         : sets_(sets), desktop_(desktop), writer_(writer), textio_(textio) {}
 
-    /// "Add Set": asks for one set in text form and appends it. Text after a second separator is
-    /// dropped; an answer without separator gets a message.
+    /// "Add Set": asks for one set as text and appends it (see SetList::FromText). Shows a message
+    /// if the answer has no separator.
     void AddSet();
 
-    /// "Remove Selected Set": removes the selected entry of each list, if there is one.
+    /// "Remove Selected Set": removes the selected entry of each list. An index of -1 means that
+    /// none is selected.
     void RemoveSelectedSet(int selectedFindText, int selectedReplaceText);
 
     /// "Clear": removes all sets.
     void ClearSets();
 
-    /// "Save Sets": asks for a path, confirms overwriting, writes all sets.
+    /// "Save Sets": asks for a path, and before overwriting a file, and writes all sets.
     void SaveSets();
 
 private:
     void AddSetFromText(std::u16string_view answer);
-    void WriteSets(std::u16string_view path, std::span<const std::u16string> findTexts,
-                   std::span<const std::u16string> replaceTexts) const;
+    void WriteSets(std::u16string_view path) const;
 
     SetList& sets_;
     Desktop desktop_;

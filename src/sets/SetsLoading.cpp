@@ -39,7 +39,7 @@ constexpr std::u16string_view kFormatHelp =
     u"hi::hello\r\n"
     u"peter::pete";
 
-/// Hidden and system files are passed over here.
+/// Whether a file exists. Hidden and system files do not count.
 bool IsNormalFile(SystemCalls& calls, const std::u16string& path) {
     return IsExistingFile(calls, path) && (FileAttributes(calls, path) & (kHidden | kSystem)) == 0;
 }

@@ -14,27 +14,26 @@ namespace vexmarrow {
 class RFTSFSO;
 class SetList;
 
-/// What the controls of the load-sets dialog do. Each operation traps its own failures, unless it
-/// says otherwise.
+/// The operations behind the controls of the load-sets dialog.
 class SetsLoading {
 public:
     SetsLoading(SetList& sets, const Desktop& desktop, RFTSFSO& textio)
         : sets_(sets), desktop_(desktop), textio_(textio) {}
 
-    /// The separator that was used last; no trap.
+    /// The separator that was used last. Does not trap failures.
     std::u16string StoredSeparator() const;
 
-    /// Keeps the separator, as each change of it asks for; no trap.
+    /// Remembers the separator, for the next use of the dialog. Does not trap failures.
     void SaveSeparator(std::u16string_view separator);
 
-    /// "...": lets the user choose the file; hands its path to `setFile` unless cancelled.
+    /// "...": lets the user choose a file and passes its path to `setFile`. Does nothing if the
+    /// user cancels. Traps its failures, as the operations below do.
     void Browse(const std::function<void(const std::u16string&)>& setFile);
 
-    /// "Load": appends the sets of the file, one a line: find text, separator, replace text. Text
-    /// after a second separator is dropped; empty lines and lines without separator are left out.
-    /// Returns whether the dialog closes: true also after a failed read, which is reported; false
-    /// when the separator, the file's name or the file itself is lacking (only a lacking name has
-    /// no message). Detects the file's encoding.
+    /// "Load": appends the sets in a file, which has one set per line (see SetList::FromText).
+    /// Detects the file's encoding and skips lines without a separator. Returns whether the dialog
+    /// closes: it stays open if the name is blank, or if a message says that the separator or the
+    /// file is missing. It closes even if the file cannot be read, which is reported.
     bool Load(const std::u16string& file, std::u16string_view separator);
 
     /// "?": explains the format.
