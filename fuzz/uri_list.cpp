@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "base/Utf8.h"
-#include "filelist/DroppedPaths.h"
+#include "filelist/ReceivedPaths.h"
 #include "fuzz/Fuzz.h"
 
 #include <cctype>

@@ -6,8 +6,8 @@
 #include "app/Colours.h"
 #include "app/FileListModel.h"
 #include "app/Rows.h"
-#include "filelist/DroppedPaths.h"
 #include "filelist/FileList.h"
+#include "filelist/ReceivedPaths.h"
 
 #include <QDropEvent>
 #include <QGuiApplication>

@@ -3,7 +3,7 @@
 
 #include "app/Application.h"
 #include "app/Assembly.h"
-#include "filelist/DroppedPaths.h"
+#include "filelist/ReceivedPaths.h"
 
 #include <QDir>
 #include <QIcon>

@@ -6,8 +6,8 @@
 #include "base/Failure.h"
 #include "base/Text.h"
 #include "filelist/FileList.h"
-#include "filelist/ListValidation.h"
 #include "filelist/SubFolderSearch.h"
+#include "filelist/ValidateListFiles.h"
 #include "shell/Choices.h"
 #include "shell/EventLoop.h"
 #include "shell/MousePointer.h"
@@ -25,9 +25,7 @@
 namespace vexmarrow {
 namespace {
 
-constexpr std::u16string_view kPattern = u"*.vcf";
-
-/// The paths of the chosen files.
+/// The paths in an answer of Pickers::OpenFiles.
 std::vector<std::u16string> RowsOfChoice(const std::vector<std::u16string>& choice) {
     if (choice.size() <= 1) {
         return choice; // a single path is listed as the dialog gave it
@@ -42,15 +40,16 @@ std::vector<std::u16string> RowsOfChoice(const std::vector<std::u16string>& choi
 
 std::vector<std::u16string> RowsOfFolder(SystemCalls& calls, const std::u16string& folder,
                                          const std::vector<std::u16string>& names) {
-    constexpr int kPassedOver = kHidden | kArchive;
+    constexpr int kLeftOut = kHidden | kArchive;
     std::vector<std::u16string> rows;
     for (std::size_t i = 1; i < names.size(); ++i) {
         if (names[i].front() == u'~') {
             continue;
         }
         const std::u16string path = Concat(folder, kSeparatorText, names[i]);
-        // A name may be gone by now, or stem from another folder when this one failed to list.
-        if (IsExistingFile(calls, path) && FileAttributes(calls, path) != kPassedOver) {
+        // The file may be gone by now. If this folder could not be listed, the names are still
+        // those of the folder before it.
+        if (IsExistingFile(calls, path) && FileAttributes(calls, path) != kLeftOut) {
             rows.push_back(NormalizePath(path));
         }
     }
@@ -82,12 +81,12 @@ void FileAdding::AddAllFilesInFolder() {
         trap.Do(3, [&] { SaveChoice(desktop_.settings, choices::kLastInputFolder, lastFolder_); });
         trap.Do(4, [&] { desktop_.pointer.SetPointer(MousePointer::Hourglass); });
         std::vector<std::u16string> folders{Concat(chosen, kSeparatorText)};
-        trap.Do(5,
-                [&] { SubFolderSearch(desktop_, textio_).GetSubDirectories2016(folders, true); });
+        trap.Do(5, [&] { SubFolderSearch(desktop_, textio_).GetSubDirectories2016(folders); });
+        const std::u16string pattern = Concat(u"*.", kExpectedExtension);
         std::vector<std::u16string> names;
         for (std::u16string& folder : folders) {
             folder.pop_back();
-            trap.Do(6, [&] { names = ListFilesInFolder(textio_.Calls(), folder, kPattern); });
+            trap.Do(6, [&] { names = ListFilesInFolder(textio_.Calls(), folder, pattern); });
             trap.Do(7, [&] { list_.Add(RowsOfFolder(textio_.Calls(), folder, names)); });
         }
         trap.Do(8, [&] { desktop_.pointer.SetPointer(MousePointer::Default); });
@@ -119,11 +118,11 @@ void FileAdding::LoadListFile(const std::u16string& path) {
     }
     std::vector<std::u16string> lines = textio_.ReadTextLines(path);
     std::size_t done = 0;
-    FileList::Adding adding(list_);
+    FileList::Batch batch(list_);
     for (std::u16string& line : lines) {
         desktop_.eventLoop.Yield({u"Line", ++done, lines.size()});
         if (line.find_first_not_of(u' ') != std::u16string::npos) {
-            adding.Add(std::move(line));
+            batch.Add(std::move(line));
         }
     }
 }
@@ -134,22 +133,22 @@ void FileAdding::AddDropped(const std::vector<std::u16string>& paths) {
 }
 
 void FileAdding::AddFilesOf(const std::vector<std::u16string>& paths) {
-    FileList::Adding adding(list_);
+    FileList::Batch batch(list_);
     std::size_t listed = 0;
     std::vector<std::u16string> folders;
     for (const std::u16string& path : paths) {
         if (!IsFolder(textio_.Calls(), path)) {
-            adding.Add(path);
+            batch.Add(path);
             continue;
         }
         folders.push_back(path + kSeparator);
-        SubFolderSearch(desktop_, textio_).GetSubDirectories2016(folders, true);
+        SubFolderSearch(desktop_, textio_).GetSubDirectories2016(folders);
         for (const std::u16string& entry : folders) {
             const std::u16string folder = entry.substr(0, entry.size() - 1);
             desktop_.eventLoop.Yield({u"Folder", ++listed, 0});
             try {
-                adding.Add(RowsOfFolder(textio_.Calls(), folder,
-                                        ListFilesInFolder(textio_.Calls(), folder, u"*.*")));
+                batch.Add(RowsOfFolder(textio_.Calls(), folder,
+                                       ListFilesInFolder(textio_.Calls(), folder, u"*.*")));
             } catch (const Failure&) {
                 continue;
             }

@@ -13,32 +13,32 @@ namespace vexmarrow {
 class FileList;
 class RFTSFSO;
 
-/// The ways of adding files to the list. Unless it says otherwise, each operation traps its own
-/// failures, keeps the rows that it had added before one, and ends with ValidateListFiles, whatever
-/// the user chose.
+/// Adds files to the list. Unless an operation says otherwise, it traps its own failures, keeps the
+/// rows that it has added before a failure, and ends with ValidateListFiles, even if the user
+/// cancels a dialog.
 class FileAdding {
 public:
     FileAdding(FileList& list, const Desktop& desktop, RFTSFSO& textio)
         : list_(list), desktop_(desktop), textio_(textio) {}
 
-    /// "Add VCF File(s)": adds the files chosen in the dialog.
+    /// "Add VCF File(s)": adds the files that the user chooses in a dialog.
     void AddFiles();
 
-    /// "Add All VCF File(s) In Folder": adds the "*.vcf" files of the chosen folder and all folders
-    /// below it. Files whose name begins with "~", and those that are exactly hidden and archive,
-    /// are left out.
+    /// "Add All VCF File(s) In Folder": adds the "*.vcf" files of the chosen folder and of all
+    /// folders below it. Leaves out files whose name begins with "~", and files that have the
+    /// attributes hidden and archive but no other.
     void AddAllFilesInFolder();
 
-    /// "Load List Of Files From File": adds the paths named in the chosen list files, one a line,
-    /// as they stand and whether or not there are such files. Lines of nothing but spaces are left
-    /// out. Unlike the others, it does not end with ValidateListFiles. Detects encodings.
+    /// "Load List Of Files From File": adds the paths in the chosen list files, one per line. They
+    /// are added unchanged, whether or not such files exist. Lines of spaces are left out. Detects
+    /// the encoding of a list file. Does not end with ValidateListFiles.
     void LoadListFiles();
 
-    /// Adds what was dropped on the list, in the order given: a file as it is, a folder as the
-    /// files in it and in all folders below it (the same ones are left out as by
-    /// AddAllFilesInFolder, whatever their extension). For each folder, all folders found before it
-    /// are searched and listed again, so that files of earlier folders come twice and more. Has no
-    /// report of its own: a folder that cannot be listed adds nothing.
+    /// Adds dropped files and folders in the order given. A folder adds the files in it and in all
+    /// folders below it, with any extension; it leaves out the same files as AddAllFilesInFolder.
+    /// For each further folder, all folders found before are searched and listed again, so that
+    /// their files are added once more. Does not trap failures, but a folder that cannot be listed
+    /// just adds nothing.
     void AddDropped(const std::vector<std::u16string>& paths);
 
 private:
@@ -48,7 +48,7 @@ private:
     FileList& list_;
     Desktop desktop_;
     RFTSFSO& textio_;
-    std::u16string lastFolder_; // as in the setting of that name
+    std::u16string lastFolder_; // remembered as choices::kLastInputFolder
 };
 
 } // namespace vexmarrow

@@ -13,8 +13,8 @@
 namespace vexmarrow {
 namespace {
 
-/// Up to so many rows are removed one range at a time, which keeps the view's selection and scroll
-/// position; each range moves all rows after it.
+/// The greatest number of rows that are removed one range at a time. This keeps the selection and
+/// the scroll position of a view, but each range moves all rows after it.
 constexpr std::size_t kFewRows = 32;
 
 } // namespace
@@ -104,7 +104,7 @@ void FileList::Swap(std::size_t number, std::size_t other) {
 }
 
 void FileList::RemoveRanges(const std::vector<std::size_t>& numbers) {
-    // From the last row back, so that the numbers still to be removed stay valid.
+    // Goes backwards, so that the numbers of the rows still to be removed stay valid.
     for (std::size_t end = numbers.size(); end > 0;) {
         std::size_t begin = end - 1;
         while (begin > 0 && numbers[begin - 1] + 1 == numbers[begin]) {

@@ -10,8 +10,8 @@
 
 namespace vexmarrow {
 
-/// Is told before and after each change of a FileList's announced rows, so that what shows the list
-/// can follow. Positions are 0-based here.
+/// Is told before and after each change of a FileList's announced rows, so that a view of the list
+/// can follow. Positions count from 0 here.
 class FileListObserver {
 public:
     virtual ~FileListObserver() = default;
@@ -19,45 +19,46 @@ public:
     virtual void RowsAdded() = 0;
     virtual void RowsAboutToBeRemoved(std::size_t first, std::size_t count) = 0;
     virtual void RowsRemoved() = 0;
-    /// The path of a row has changed; called after the change only.
+    /// The path of a row has changed. There is no call before this change.
     virtual void RowChanged(std::size_t row) = 0;
-    /// For changes in so many places that following each would be slow.
+    /// Many rows change at once. To follow them one by one would be slow.
     virtual void ListAboutToBeReset() = 0;
     virtual void ListReset() = 0;
 };
 
-/// The ordered list of input files: each row holds one path. Rows are numbered from 1 and may
-/// repeat each other.
+/// The ordered list of input files. Each row holds one path, and several rows may hold the same
+/// one. Rows are numbered from 1.
 class FileList {
 public:
-    class Adding;
+    class Batch;
 
     std::size_t Count() const { return rows_.size(); }
 
-    /// How many rows, from the first one on, the observer has been told of: all of them, but for
-    /// the latest while an Adding is at work.
+    /// The number of rows, from the first one on, that the observer knows. It may not yet know the
+    /// latest rows of a Batch.
     std::size_t AnnouncedCount() const { return announced_; }
 
-    /// The path of a row. Throws Failure when there is no row of that number.
+    /// The path of a row. Throws Failure if there is no row `number`.
     const std::u16string& Row(std::size_t number) const;
 
     /// Appends rows in order.
     void Add(std::vector<std::u16string> paths);
 
-    /// Removes rows, given by ascending numbers; the cost does not grow with their count times the
-    /// length of the list. Throws Failure, and removes none, when there is no row of a number.
+    /// Removes the rows with these numbers, which must ascend. Throws Failure, and removes nothing,
+    /// if one of them does not exist. Takes time in proportion to the length of the list, however
+    /// many rows are removed.
     void Remove(const std::vector<std::size_t>& numbers);
 
     /// Removes all rows.
     void Clear();
 
-    /// Exchanges the paths of two rows. Throws Failure when there is no row of a number.
+    /// Exchanges the paths of two rows. Throws Failure if one of them does not exist.
     void Swap(std::size_t number, std::size_t other);
 
-    /// Tells the observer of the rows that an Adding still holds back.
+    /// Tells the observer of all rows that it does not know yet.
     void Announce();
 
-    /// At most one; null for none.
+    /// Replaces the observer, of which there is at most one. Null removes it.
     void SetObserver(FileListObserver* observer) { observer_ = observer; }
 
 private:
@@ -69,16 +70,16 @@ private:
     FileListObserver* observer_ = nullptr;
 };
 
-/// Adds rows bit by bit, with yields in between. A row is in the list at once, but the observer is
-/// told of all of them together: when this object goes, or when something else changes the list
-/// before. Otherwise a view would lay itself out at each yield.
-class FileList::Adding {
+/// Adds rows one after another, while the caller yields in between. Each row is in the list at
+/// once, but the observer is told of all of them together: when the batch is destroyed, or earlier
+/// if something else changes the list. Otherwise a view would lay itself out at each yield.
+class FileList::Batch {
 public:
     /// The list outlives this object.
-    explicit Adding(FileList& list) : list_(list) {}
-    ~Adding() { list_.Announce(); }
-    Adding(const Adding&) = delete;
-    Adding& operator=(const Adding&) = delete;
+    explicit Batch(FileList& list) : list_(list) {}
+    ~Batch() { list_.Announce(); }
+    Batch(const Batch&) = delete;
+    Batch& operator=(const Batch&) = delete;
 
     /// Appends a row, or rows in order.
     void Add(std::u16string path) { list_.rows_.push_back(std::move(path)); }

@@ -20,9 +20,9 @@
 namespace vexmarrow {
 namespace {
 
-/// The text in lower case, by the rules of the user's language. Each character is lowered by
-/// itself, and both small sigmas are one: what a letter becomes must not hang on its neighbours,
-/// or a text would not be found inside another.
+/// The text in lower case, by the rules of the user's language. A character must not depend on its
+/// neighbours, or a text might not be found within another text. So each character is converted
+/// alone, and the two small sigmas count as the same letter.
 std::u16string InLowerCase(std::u16string_view text) {
     constexpr const char* kLanguageOfUser = nullptr;
     constexpr char16_t kFinalSigma = 0x03C2;
@@ -31,7 +31,7 @@ std::u16string InLowerCase(std::u16string_view text) {
     lower.reserve(text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {
         const char16_t unit = text[i];
-        if (unit < 0x80 && unit != u'I') { // "I" is no "i" everywhere
+        if (unit < 0x80 && unit != u'I') { // the lower case of "I" depends on the language
             lower.push_back(unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + 0x20)
                                                          : unit);
             continue;
@@ -77,7 +77,7 @@ void FileRemoval::RemoveEntries(std::u16string_view text, Which which) {
     std::vector<std::size_t> numbers;
     for (std::size_t i = 1; i <= count; ++i) {
         desktop_.eventLoop.Yield({u"Row", i, count});
-        // The whole path counts, folder names included.
+        // The whole path is searched, including the names of folders.
         const bool contains = InLowerCase(list_.Row(i)).find(wanted) != std::u16string::npos;
         if (contains == (which == Which::Containing)) {
             numbers.push_back(i);

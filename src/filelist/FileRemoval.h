@@ -12,14 +12,14 @@ namespace vexmarrow {
 
 class FileList;
 
-/// The ways of thinning the list. Clearing and removing one row do nothing while the hourglass
-/// shows, that is during a run or a filter.
+/// Removes rows from the list. ClearList and RemoveRow do nothing while the program is busy (see
+/// MousePointer).
 class FileRemoval {
 public:
     FileRemoval(FileList& list, const Desktop& desktop) : list_(list), desktop_(desktop) {}
 
     /// "Remove Filenames Not Cont. X": asks for a text and removes every row whose path does not
-    /// contain it, letter case not counting. Traps its own failures.
+    /// contain it in any letter case. Traps its own failures.
     void RemoveFilenamesNotContaining();
 
     /// "Remove Filenames Contain. X": the same for rows whose path contains the text.
@@ -28,7 +28,7 @@ public:
     /// "Clear List": removes all rows. Traps its own failures.
     void ClearList();
 
-    /// A double-click: removes one row, if there is one of that number.
+    /// A double-click: removes a row. Does nothing if there is no row `number`.
     void RemoveRow(std::size_t number);
 
 private:

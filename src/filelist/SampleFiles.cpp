@@ -19,7 +19,7 @@
 namespace vexmarrow {
 namespace {
 
-constexpr std::u16string_view kBetween = u"|";
+constexpr std::u16string_view kBetween = u"|"; // paths in the record
 
 } // namespace
 

@@ -12,20 +12,20 @@ namespace vexmarrow {
 class FileList;
 class SystemCalls;
 
-/// The sample files beside the program. Which files they are is recorded once, in the setting
-/// "Snapshot"; what comes into their folder later is none of them.
+/// The sample files, which lie in a folder beside the program. A setting records their paths once,
+/// so that files which are put into the folder later do not count as samples.
 class SampleFiles {
 public:
-    /// `programFolder` is the folder of the program file, without a separator at its end.
+    /// `programFolder` holds the program file. It has no separator at its end.
     SampleFiles(SystemCalls& calls, FileList& list, const Desktop& desktop,
                 const std::u16string& programFolder);
 
-    /// Records the files of the samples folder, unless there is a record that names some. Throws
-    /// Failure when the folder is there and cannot be listed.
+    /// Records the files of the samples folder, unless the record already names some. Throws
+    /// Failure if the folder exists and cannot be listed.
     void RecordOnce();
 
-    /// Adds the recorded files that still exist and are not in the list yet, then offers to open
-    /// their folder. Throws Failure.
+    /// Adds the recorded files that exist and are not in the list yet, then offers to open their
+    /// folder. Throws Failure.
     void Load();
 
 private:

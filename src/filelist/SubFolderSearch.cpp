@@ -27,7 +27,7 @@ bool IsRootFolder(std::u16string_view folder) {
     return folder.find_first_not_of(kSeparator) == std::u16string_view::npos;
 }
 
-/// Hidden system folders are passed over, but only with exactly these attributes.
+/// False only for hidden system folders that have exactly these attributes.
 bool MayBeScanned(SystemCalls& calls, const std::u16string& folder) {
     constexpr int kHiddenSystem = kDirectory | kHidden | kSystem;
     if (IsRootFolder(folder)) {
@@ -37,8 +37,7 @@ bool MayBeScanned(SystemCalls& calls, const std::u16string& folder) {
     return attributes != kHiddenSystem && attributes != (kHiddenSystem | kReparsePoint);
 }
 
-/// Whether `folder` is one of the folders that its own path leads through, so that entering it
-/// would never end.
+/// Whether `folder` is a link to one of the folders on its own path. To search it would never end.
 bool LeadsToAncestor(SystemCalls& calls, std::u16string_view folder) {
     FileStatus target;
     std::string path = NativeName(folder);
@@ -74,7 +73,7 @@ void SubFolderSearch::ListSubFolders(const std::u16string& folder,
             continue;
         }
         std::u16string path = folder + entry->name;
-        // Only a link can lead back; what the directory does not tell may be one.
+        // Only links can lead back, and only entries of unknown kind can be links.
         if (entry->kind == FolderListing::Kind::Unknown &&
             (!IsFolder(textio_.Calls(), path) || LeadsToAncestor(textio_.Calls(), path))) {
             continue;
@@ -88,11 +87,11 @@ void SubFolderSearch::ListSubFolders(const std::u16string& folder,
     }
 }
 
-void SubFolderSearch::GetSubDirectories2016(std::vector<std::u16string>& folders, bool recursion) {
-    // This routine reports under a prefix of its own, by which support knows it.
+void SubFolderSearch::GetSubDirectories2016(std::vector<std::u16string>& folders) {
+    // Support staff know the reports of this routine by an origin of its own.
     Trap trap(desktop_.prompts, u"AddFolder.GetSubDirectories2016", u"in BrennochTitle2021/08/31.");
     std::vector<std::u16string> found;
-    std::size_t kept = 0; // folders[0] to folders[kept - 1] stay in the collection
+    std::size_t kept = 0; // folders[0] to folders[kept - 1] are not removed
     for (std::u16string& entry : folders) {
         const std::u16string folder = entry;
         std::swap(folders[kept++], entry);
@@ -115,8 +114,8 @@ void SubFolderSearch::GetSubDirectories2016(std::vector<std::u16string>& folders
         });
     }
     folders.resize(kept);
-    if (recursion && !found.empty()) {
-        trap.Do(3, [&] { GetSubDirectories2016(found, true); });
+    if (!found.empty()) {
+        trap.Do(3, [&] { GetSubDirectories2016(found); });
     }
     for (std::u16string& folder : found) {
         if (IsFolder(textio_.Calls(), folder) && MayBeScanned(textio_.Calls(), folder)) {

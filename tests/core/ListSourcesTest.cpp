@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 #include "core/Lists.h"
-#include "filelist/DroppedPaths.h"
 #include "filelist/FileRemoval.h"
+#include "filelist/ReceivedPaths.h"
 #include "filelist/SampleFiles.h"
 #include "sets/SetsLoading.h"
 

@@ -4,7 +4,7 @@
 #include "core/Lists.h"
 
 #include "base/Text.h"
-#include "filelist/ListValidation.h"
+#include "filelist/ValidateListFiles.h"
 
 #include <memory>
 #include <random>
@@ -17,7 +17,7 @@ TEST(FileList, EveryChangeIsFollowed) {
     for (int round = 0; round < 100; ++round) {
         FileList list;
         Follower shown(list);
-        std::unique_ptr<FileList::Adding> adding;
+        std::unique_ptr<FileList::Batch> adding;
         Texts rows;
         long long last = 0;
         const auto anyOf = [&] { return 1 + random() % rows.size(); };
@@ -31,7 +31,7 @@ TEST(FileList, EveryChangeIsFollowed) {
                 what < 2 && adding ? adding->Add(added) : list.Add(added);
                 rows.insert(rows.end(), added.begin(), added.end());
             } else if (what == 4) {
-                adding = adding ? nullptr : std::make_unique<FileList::Adding>(list);
+                adding = adding ? nullptr : std::make_unique<FileList::Batch>(list);
             } else if (what == 5 && !rows.empty()) {
                 const std::size_t one = anyOf(), other = anyOf();
                 list.Swap(one, other);

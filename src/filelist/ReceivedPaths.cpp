@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-#include "filelist/DroppedPaths.h"
+#include "filelist/ReceivedPaths.h"
 
 #include "base/Utf8.h"
 
@@ -18,7 +18,7 @@ bool EqualInAscii(std::string_view a, std::string_view b) {
                       [&](char x, char y) { return lower(x) == lower(y); });
 }
 
-/// The bytes that an address spells; a "%" without two digits after it stands for itself.
+/// The bytes that an address spells. A "%" without two digits after it stands for itself.
 std::string PercentDecoded(std::string_view text) {
     constexpr std::size_t kDigits = 2;
     std::string bytes;
@@ -58,7 +58,7 @@ std::string AbsolutePath(std::string_view name, std::string_view workingFolder) 
     if (name.starts_with('/') || workingFolder.empty()) {
         return std::string(name);
     }
-    // As a shell spells what stands in the working folder, and the folder itself.
+    // Shells write "./name" for a file in the working folder and "." for the folder itself.
     name.remove_prefix(name.starts_with("./") ? 2 : name == "." ? 1 : 0);
     std::string path(workingFolder);
     path.append(path.ends_with('/') ? "" : "/").append(name);
@@ -69,7 +69,7 @@ std::string AbsolutePath(std::string_view name, std::string_view workingFolder) 
 
 std::vector<std::u16string> PathsInUriList(std::string_view list, std::string_view host) {
     std::vector<std::u16string> paths;
-    list = list.substr(0, list.find('\0')); // some programs send the end of their text as well
+    list = list.substr(0, list.find('\0')); // some programs also send the zero that ends their text
     while (!list.empty()) {
         const std::size_t end = std::min(list.find_first_of("\r\n"), list.size());
         if (const std::optional<std::string> path = LocalPath(list.substr(0, end), host)) {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-#include "filelist/ListValidation.h"
+#include "filelist/ValidateListFiles.h"
 
 #include "base/Text.h"
 #include "filelist/FileList.h"
@@ -14,24 +14,21 @@
 namespace vexmarrow {
 namespace {
 
-constexpr std::u16string_view kExpectedExtension = u"vcf";
-
-bool IsFit(std::u16string_view path) {
-    return FitsExpectedExtension(FileExtension(path));
-}
-
-} // namespace
-
+/// The text after the last ".", even if that is in the name of a folder. The whole path if it has
+/// no ".".
 std::u16string_view FileExtension(std::u16string_view path) {
     const std::size_t dot = path.rfind(u'.');
     return dot == std::u16string_view::npos ? path : path.substr(dot + 1);
 }
 
-bool FitsExpectedExtension(std::u16string_view extension) {
-    // No character but A to Z has a lower-case form in "vcf".
+bool HasExpectedExtension(std::u16string_view path) {
+    const std::u16string_view extension = FileExtension(path);
+    // ASCII is enough, because no other letter is "v", "c" or "f" in lower case.
     return extension.size() <= kExpectedExtension.size() &&
            kExpectedExtension.find(InLowerAscii(extension)) != std::u16string_view::npos;
 }
+
+} // namespace
 
 void ValidateListFiles(FileList& list, Prompts& prompts) {
     Trap trap(prompts, u"Main.ValidateListFiles");
@@ -40,7 +37,7 @@ void ValidateListFiles(FileList& list, Prompts& prompts) {
     trap.Do(1, [&] {
         for (std::size_t i = 1; i <= list.Count(); ++i) {
             const std::u16string& path = list.Row(i);
-            if (!IsFit(path)) {
+            if (!HasExpectedExtension(path)) {
                 report.append(path).append(kCrLf);
                 unfit.push_back(i);
             }
@@ -60,8 +57,8 @@ void ValidateListFiles(FileList& list, Prompts& prompts) {
     });
     if (answer == Answer::Yes) {
         trap.Do(3, [&] {
-            // The list may have changed behind the question: other rows may bear the numbers.
-            std::erase_if(unfit, [&](std::size_t i) { return IsFit(list.Row(i)); });
+            // The list may have changed meanwhile, so that the numbers belong to other rows.
+            std::erase_if(unfit, [&](std::size_t i) { return HasExpectedExtension(list.Row(i)); });
             list.Remove(unfit);
         });
     }
