@@ -19,7 +19,7 @@
 #include "app/StatusLine.h"
 #include "app/Strings.h"
 #include "base/Text.h"
-#include "run/RunNotes.h"
+#include "run/InputNotes.h"
 #include "shell/Choices.h"
 #include "shell/ProductTexts.h"
 #include "shell/Prompts.h"
@@ -54,7 +54,7 @@ Form1::Form1(const Services& services)
       outputFolder_(desktop_),
       run_(services.textio.Calls(), *this, fileList_, sets_, engine_, desktop_),
       undo_(services.textio.Calls(), services.logFolders, services.recovery, desktop_),
-      utf8Look_(services.textio.Calls(), fileList_, services.ansi),
+      utf8Hint_(services.textio.Calls(), fileList_, services.ansi),
       files_(new FileListPanel(fileList_, Controls(), this)),
       find_(new FindPanel(Controls(), this)),
       save_(new SavePanel(this)),
@@ -247,8 +247,8 @@ void Form1::ShowNotes() {
         return;
     }
     if (std::exchange(filesHaveChanged_, false)) {
-        resultNotes_.Look(fileList_);
-        utf8Look_.Forget();
+        resultConflicts_.Find(fileList_);
+        utf8Hint_.Forget();
     }
     const RunInputs& inputs = *this;
     for (LinesEdit* const box : {find_->Text1, find_->Text2}) {
@@ -259,8 +259,8 @@ void Form1::ShowNotes() {
     find_->TextsNote->Say(NoteOnTexts(inputs));
     find_->SetsNote->Say(NoteOnSets(inputs, sets_));
     find_->OptionsNote->Say(NoteOnOptions(inputs));
-    save_->ResultsNote->Say(resultNotes_.Note(inputs));
-    status_->ShowUtf8Hint(utf8Look_.IsSeen(inputs, sets_));
+    save_->ResultsNote->Say(resultConflicts_.Note(inputs));
+    status_->ShowUtf8Hint(utf8Hint_.Applies(inputs, sets_));
 }
 
 void Form1::ListView1_DblClick() {
@@ -364,7 +364,7 @@ void Form1::ShowPointer(Shape shape) {
     }
     if (busy != wasBusy) {
         ShowUndo();
-        utf8Look_.Forget(); // the files may hold other texts by now
+        utf8Hint_.Forget(); // the files may hold other texts by now
         SomethingChanged();
     }
     if (shape == Custom) {

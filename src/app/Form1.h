@@ -11,10 +11,10 @@
 #include "filelist/SampleFiles.h"
 #include "run/OutputFolderChoice.h"
 #include "run/ReplacementRun.h"
-#include "run/ResultNotes.h"
+#include "run/ResultConflicts.h"
 #include "run/RunInputs.h"
 #include "run/UndoLastRun.h"
-#include "run/Utf8Look.h"
+#include "run/Utf8Hint.h"
 #include "sets/SetList.h"
 #include "sets/SetOperations.h"
 #include "sets/SetsLoading.h"
@@ -177,8 +177,8 @@ private:
     OutputFolderChoice outputFolder_;
     ReplacementRun run_;
     UndoLastRun undo_;
-    ResultNotes resultNotes_;
-    Utf8Look utf8Look_;
+    ResultConflicts resultConflicts_;
+    Utf8Hint utf8Hint_;
 
     FileListPanel* files_;
     FindPanel* find_;

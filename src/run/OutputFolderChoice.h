@@ -15,13 +15,13 @@ class OutputFolderChoice {
 public:
     explicit OutputFolderChoice(const Desktop& desktop) : desktop_(desktop) {}
 
-    /// "...": asks for a folder and hands it, with a separator at its end, to `setFolder`. Does
-    /// nothing when the user cancels. Traps its own failures.
+    /// "...": asks for a folder and passes it, with a separator at its end, to `setFolder`. Does
+    /// nothing if the user cancels. Traps its own failures.
     void Browse(const std::function<void(const std::u16string&)>& setFolder);
 
 private:
     Desktop desktop_;
-    std::u16string lastFolder_; // kept as choices::kLastOutputFolder
+    std::u16string lastFolder_; // remembered as choices::kLastOutputFolder
 };
 
 } // namespace vexmarrow

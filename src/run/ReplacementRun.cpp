@@ -5,6 +5,7 @@
 
 #include "engine/ReplaceText.h"
 #include "filelist/FileList.h"
+#include "run/AtScopeEnd.h"
 #include "run/RunInputs.h"
 #include "sets/SetList.h"
 #include "shell/EventLoop.h"
@@ -26,27 +27,15 @@ vcard::LinePart PartOf(ReplacementMode mode) {
 
 } // namespace
 
-/// Marks the run as in progress until it is left, by whatever way.
-class ReplacementRun::InProgress {
-public:
-    InProgress(bool& flag, ReplaceText& engine) : flag_(flag), engine_(engine) { flag = true; }
-    ~InProgress() {
-        engine_.Settle();
-        flag_ = false;
-    }
-    InProgress(const InProgress&) = delete;
-    InProgress& operator=(const InProgress&) = delete;
-
-private:
-    bool& flag_;
-    ReplaceText& engine_;
-};
-
 void ReplacementRun::Start() {
     if (inProgress_) {
         return;
     }
-    const InProgress mark(inProgress_, engine_);
+    inProgress_ = true;
+    const AtScopeEnd end([this] {
+        engine_.Settle();
+        inProgress_ = false;
+    });
     Trap trap(desktop_.prompts, u"Form1.PushButton1_Click");
     bool complete = false;
     trap.Do(1, [&] { complete = InputIsComplete(); });
@@ -57,7 +46,7 @@ void ReplacementRun::Start() {
     trap.Do(2, [&] { tab = inputs_.SelectedTab(); });
     if (tab == Tab::SinglePair) {
         ForEachRow(trap, [&](const std::u16string& path, std::size_t row) {
-            // Empty files and those that cannot be opened are skipped in silence.
+            // Empty files and files that cannot be opened are skipped without a message.
             if (engine_.SizeOfNext(path, LocationOf(inputs_)) > 0) {
                 ReplaceSinglePair(path, row);
             }
@@ -69,7 +58,7 @@ void ReplacementRun::Start() {
 }
 
 bool ReplacementRun::InputIsComplete() {
-    if (inputs_.FindText().empty()) { // whichever tab is selected
+    if (inputs_.FindText().empty()) { // even if the other tab is selected
         desktop_.prompts.ShowMessage(u"You forgot to input find what.");
         return false;
     }
@@ -88,15 +77,15 @@ void ReplacementRun::ForEachRow(Trap& trap, HandOver handOver) {
     if (rows == 0) {
         trap.Do(4, [&] { desktop_.prompts.ShowMessage(u"No files added."); });
     } else {
-        // Declared before the loop: when rows have gone meanwhile, reading one fails, and the path
-        // of the row before is handed over again.
+        // Declared before the loop: if rows have been removed meanwhile, reading a row fails, and
+        // the path of the row before it is handed over again.
         std::u16string path;
         for (std::size_t row = 1; row <= rows; ++row) {
             trap.Do(5, [&] { desktop_.eventLoop.Yield({u"File", row, rows}); });
             trap.Do(6, [&] { path = list_.Row(row); });
             trap.Do(7, [&] { handOver(path, row); });
         }
-        engine_.Settle(); // a box may be open for hours, and no file is to stay locked meanwhile
+        engine_.Settle(); // no file should stay locked while the box is open
         trap.Do(8, [&] { desktop_.prompts.ShowMessage(u"Done."); });
     }
     trap.Do(9, [&] { desktop_.pointer.SetPointer(MousePointer::Default); });

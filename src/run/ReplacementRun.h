@@ -16,9 +16,9 @@ class RunInputs;
 class SetList;
 class SystemCalls;
 
-/// "Start Replacing": checks what the user has entered and hands every row of the list, in order,
-/// to one routine of the engine. Yields before each file; rows, texts, sets and options are read
-/// anew for each, only the tab and the number of rows are fixed at the start.
+/// "Start Replacing": checks what the user has entered and passes each row of the list, in order,
+/// to a routine of the engine. Yields before each file, and reads rows, texts, sets and options
+/// again for each. Only the tab and the number of rows are fixed at the start.
 class ReplacementRun {
 public:
     ReplacementRun(SystemCalls& calls, const RunInputs& inputs, const FileList& list,
@@ -30,15 +30,13 @@ public:
           engine_(engine),
           desktop_(desktop) {}
 
-    /// The whole job, to its last message. Does nothing while a run is in progress.
+    /// Does a whole run, up to its last message. Does nothing while a run is in progress.
     void Start();
 
-    /// Whether a run is in progress, be it one that yields.
+    /// Whether a run is in progress. It may be yielding.
     bool IsInProgress() const { return inProgress_; }
 
 private:
-    class InProgress;
-
     bool InputIsComplete();
     template <typename HandOver>
     void ForEachRow(class Trap& trap, HandOver handOver);

@@ -9,13 +9,13 @@
 
 namespace vexmarrow {
 
-/// The tabs of the main window; one of them holds what a run replaces.
+/// The tabs of the main window. A run uses the texts on the selected tab.
 enum class Tab { SinglePair = 0, Sets = 1 };
 
-/// What a run replaces the single pair in.
+/// Where a run searches for the find text of the single pair.
 enum class ReplacementMode { None, FieldsOnly, ValuesOnly, WholeText };
 
-/// What the user has entered for a run. Each call gives the state at that moment: the user may
+/// What the user has entered for a run. Each call returns the present state, because the user may
 /// edit while a run yields.
 class RunInputs {
 public:
@@ -25,10 +25,10 @@ public:
     virtual std::u16string FindText() const = 0;        ///< CR LF between lines
     virtual std::u16string ReplacementText() const = 0; ///< CR LF between lines
     virtual ReplacementMode Mode() const = 0;
-    virtual bool ReadAsVCards() const = 0; ///< counts for both tabs
+    virtual bool ReadAsVCards() const = 0; ///< on either tab
     virtual std::u16string OutputFolder() const = 0;
 
-    // Both options of a group may be set, or none: the settings file can say so.
+    // Both may be set, or neither, because the settings file can say so.
     virtual bool SavesToOutputFolder() const = 0;
     virtual bool SavesBesideInput() const = 0;
 };
@@ -38,7 +38,7 @@ inline bool LinesAreTexts(const RunInputs& inputs) {
     return inputs.ReadAsVCards() || inputs.Mode() == ReplacementMode::WholeText;
 }
 
-/// Where a run saves its results. When both options are set, the output folder wins.
+/// Where a run saves its results. If both options are set, the output folder is used.
 inline OutputLocation LocationOf(const RunInputs& inputs) {
     return {inputs.SavesToOutputFolder() ? OutputLocation::OneFolder
             : inputs.SavesBesideInput()  ? OutputLocation::BesideInput

@@ -4,9 +4,9 @@
 #include "core/Core.h"
 #include "core/Inputs.h"
 #include "filelist/FileList.h"
-#include "run/ResultNotes.h"
-#include "run/RunNotes.h"
-#include "run/Utf8Look.h"
+#include "run/InputNotes.h"
+#include "run/ResultConflicts.h"
+#include "run/Utf8Hint.h"
 #include "sets/SetList.h"
 
 #include <array>
@@ -15,12 +15,12 @@
 namespace vexmarrow::test {
 namespace {
 
-struct RunNotesTest : Core {
+struct InputNotesTest : Core {
     Inputs inputs;
     SetList sets;
 };
 
-TEST_F(RunNotesTest, TellOfTheTextsThatTheEngineWouldMiss) {
+TEST_F(InputNotesTest, TellOfTheTextsThatTheEngineWouldMiss) {
     // Find what, replace with, the note, how many texts the engine reports.
     for (const std::string& row :
          Rows("a|b||0 a~b|||0 a~b|1~2||0 a~b|1~2~3||0 a^b|1||0 a<b|1||0 |1||0 "
@@ -38,7 +38,7 @@ TEST_F(RunNotesTest, TellOfTheTextsThatTheEngineWouldMiss) {
     }
 }
 
-TEST_F(RunNotesTest, AreThereWhileTheyAreTrue) {
+TEST_F(InputNotesTest, AreThereWhileTheyAreTrue) {
     sets.Add(u"a,", u"");
     const auto letters = [](const std::u16string& note) {
         std::string firsts = note.empty() ? "-" : NativeName(note.substr(0, 1));
@@ -63,7 +63,7 @@ TEST_F(RunNotesTest, AreThereWhileTheyAreTrue) {
     }
 }
 
-TEST_F(RunNotesTest, TellOfCommasThatCardsWriteInAnotherWay) {
+TEST_F(InputNotesTest, TellOfCommasThatCardsWriteInAnotherWay) {
     inputs.options = "3c";
     for (const std::string& row : Rows(R"(,|1 a,b|1 a\,b|0 \,|0 \,,|1 ;|0 a|0 a~b\,~c,|1)")) {
         const std::u16string find = TextFromUtf8(Fields(row)[0]);
@@ -80,19 +80,19 @@ TEST_F(RunNotesTest, TellOfCommasThatCardsWriteInAnotherWay) {
 
 std::string ResultNote(const Strings& paths, const std::string& options, std::string_view folder) {
     FileList list;
-    ResultNotes notes;
+    ResultConflicts conflicts;
     list.Add({u"/a/f", u"/b/f", u"/a/f"}); // of which nothing is left after the second look
-    notes.Look(list);
+    conflicts.Find(list);
     list.Clear();
     list.Add(TextsOf(paths));
-    notes.Look(list);
+    conflicts.Find(list);
     Inputs inputs;
     inputs.options = options;
     inputs.texts[2] = TextFromUtf8(folder);
-    return NativeName(notes.Note(inputs));
+    return NativeName(conflicts.Note(inputs));
 }
 
-TEST(ResultNotesTest, AreSentences) {
+TEST(ResultConflictsTest, AreSentences) {
     // Rows, options, output folder, the note.
     for (const auto& [rows, options, folder, note] : std::vector<std::array<std::string, 4>>{
              {"/a/x /b/x", "4", "/c", "2 files have the name of another: the last one wins"},
@@ -115,11 +115,11 @@ TEST(ResultNotesTest, AreSentences) {
     }
 }
 
-struct Utf8LookTest : Core {
+struct Utf8HintTest : Core {
     FileList list;
     SetList sets;
     Inputs inputs;
-    Utf8Look look{calls, list, ansi};
+    Utf8Hint hint{calls, list, ansi};
     const std::string full = "\xC3\xA4" + std::string(16'384 - 3, 'a'); // a byte less than a look
     /// Contents by letters; "-" is a file that is not there, "=" the first one again.
     const std::string letterOf = "eaulbswxyzmcdf";
@@ -149,16 +149,16 @@ struct Utf8LookTest : Core {
             }
             list.Add({folder.Path(name)});
         }
-        look.Forget();
+        hint.Forget();
     }
-    bool IsSeen() {
-        const bool seen = look.IsSeen(inputs, sets);
+    bool Applies() {
+        const bool applies = hint.Applies(inputs, sets);
         EXPECT_EQ(calls.openFiles + calls.calls[Calls::kLock], 0);
-        return seen;
+        return applies;
     }
 };
 
-TEST_F(Utf8LookTest, LooksAtTheBeginningsOfTheFirstFiles) {
+TEST_F(Utf8HintTest, LooksAtTheBeginningsOfTheFirstFiles) {
     Strings rows =
         Rows("|0 u|1 aeu|1 ua|1 a|0 l|0 b|0 s|0 ul|0 lu|0 wxyz|0 wxyzu|1 w-ux|1 m|2 lm|0 ml|0 um|2 "
              "uuuuuuul|0 uuuuuuuulm|1 aaaaaaaau|0 u=======l|0 wwwwwwwwwu|1 c|1 d|1 f|0");
@@ -168,13 +168,13 @@ TEST_F(Utf8LookTest, LooksAtTheBeginningsOfTheFirstFiles) {
     for (const std::string& row : rows) { // 1: seen with letters in the texts; 2: without, too
         List(Fields(row)[0]);
         inputs.texts[0] = u"a";
-        EXPECT_EQ(IsSeen(), Fields(row)[1] == "2") << row;
+        EXPECT_EQ(Applies(), Fields(row)[1] == "2") << row;
         inputs.texts[0] = u"\u00E4";
-        EXPECT_EQ(IsSeen(), Fields(row)[1] != "0") << row;
+        EXPECT_EQ(Applies(), Fields(row)[1] != "0") << row;
     }
 }
 
-TEST_F(Utf8LookTest, AsksForTheTextsInUseAndRemembersTheFiles) {
+TEST_F(Utf8HintTest, AsksForTheTextsInUseAndRemembersTheFiles) {
     List("u");
     // Find what, replace with, both of a set; whether it is seen on tab 0 and on tab 1.
     for (const std::string& row :
@@ -188,27 +188,27 @@ TEST_F(Utf8LookTest, AsksForTheTextsInUseAndRemembersTheFiles) {
         sets.Add({{u"a", u"b"}, {texts[2], texts[3]}});
         for (const Tab tab : {Tab::SinglePair, Tab::Sets}) {
             inputs.tab = tab;
-            EXPECT_EQ(IsSeen(), fields[4][static_cast<std::size_t>(tab)] == '1') << row;
+            EXPECT_EQ(Applies(), fields[4][static_cast<std::size_t>(tab)] == '1') << row;
         }
     }
     EXPECT_EQ(calls.calls[Calls::kOpen], 1);
     const int before = calls.allCalls;
     inputs.tab = Tab::Sets;
     ansi.Choose(u"UTF-8");
-    look.Forget();
-    EXPECT_FALSE(IsSeen());
+    hint.Forget();
+    EXPECT_FALSE(Applies());
     EXPECT_EQ(calls.allCalls, before); // there is nothing to know
     ansi.Choose(u"windows-1251");
     inputs.options = "3c";
-    EXPECT_FALSE(IsSeen());
+    EXPECT_FALSE(Applies());
     EXPECT_EQ(calls.allCalls, before);
     inputs.options = "3";
-    EXPECT_TRUE(IsSeen());
+    EXPECT_TRUE(Applies());
     List("l");
-    EXPECT_FALSE(IsSeen());
+    EXPECT_FALSE(Applies());
 }
 
-TEST_F(Utf8LookTest, PassesOverWhatItCannotRead) {
+TEST_F(Utf8HintTest, PassesOverWhatItCannotRead) {
     inputs.texts[0] = u"\u00E4";
     const auto makePipe = [&] {
         folder.Remove("1");
@@ -244,7 +244,7 @@ TEST_F(Utf8LookTest, PassesOverWhatItCannotRead) {
         calls.beforeCall = nullptr;
         List("ul");
         row.prepare();
-        EXPECT_EQ(IsSeen(), row.passedOver);
+        EXPECT_EQ(Applies(), row.passedOver);
         EXPECT_EQ(calls.calls[Calls::kOpen], row.opened);
     }
 }

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-#include "run/Utf8Look.h"
+#include "run/Utf8Hint.h"
 
 #include "base/Utf8.h"
 #include "filelist/FileList.h"
@@ -19,8 +19,8 @@
 namespace vexmarrow {
 namespace {
 
-constexpr std::size_t kMostUnmarked = 8; // files
-constexpr std::size_t kMostTried = 64;   // with those that are marked, or cannot be read
+constexpr std::size_t kMostUnmarked = 8; // files without a mark
+constexpr std::size_t kMostTried = 64;   // all files, even if they cannot be read
 constexpr std::size_t kMostBytes = 16'384;
 
 bool HasLetters(std::u16string_view text) {
@@ -38,18 +38,18 @@ bool HasLettersInTexts(const RunInputs& inputs, const SetList& sets) {
 
 } // namespace
 
-bool Utf8Look::IsSeen(const RunInputs& inputs, const SetList& sets) {
-    if (inputs.ReadAsVCards() || ansi_.Page().HasStrayBytes()) { // the latter is UTF-8 itself
+bool Utf8Hint::Applies(const RunInputs& inputs, const SetList& sets) {
+    if (inputs.ReadAsVCards() || ansi_.Page().HasStrayBytes()) { // only UTF-8 has them
         return false;
     }
     if (!found_) {
-        found_ = Look();
+        found_ = LookAtFiles();
     }
     return !found_->otherBytes &&
            (found_->mark || (found_->letters && HasLettersInTexts(inputs, sets)));
 }
 
-Utf8Look::Found Utf8Look::Look() {
+Utf8Hint::Found Utf8Hint::LookAtFiles() {
     Found found;
     std::unordered_set<std::u16string_view> tried;
     std::size_t unmarked = 0;
@@ -64,7 +64,7 @@ Utf8Look::Found Utf8Look::Look() {
         found.mark = found.mark || mark == Mark::Utf8;
         if (mark == Mark::None) {
             ++unmarked;
-            const bool more = bytes.size() == kMostBytes; // so the last character may be cut off
+            const bool more = bytes.size() == kMostBytes; // the last character may be cut off
             bytes.resize(MeasureUtf8(bytes, bytes.size(), more).bytes);
             found.letters = found.letters || AsciiLength(bytes) < bytes.size();
             found.otherBytes = found.otherBytes || !IsUtf8(bytes);
@@ -73,16 +73,16 @@ Utf8Look::Found Utf8Look::Look() {
     return found;
 }
 
-/// The first bytes of a regular file. False when they cannot be read.
-bool Utf8Look::ReadBeginning(std::u16string_view path, std::string& bytes) {
-    // Looked at before it is opened: a pipe's writer would take us for its reader.
+/// Reads the first bytes of a regular file. Returns false if they cannot be read.
+bool Utf8Hint::ReadBeginning(std::u16string_view path, std::string& bytes) {
+    // Checked before the file is opened: the writer of a pipe would take this for its reader.
     if (!IsExistingFile(calls_, path)) {
         return false;
     }
     const OpenedFile opened = OpenToRead(calls_, NativeName(path));
     FileStatus status;
     if (opened.error != 0 || calls_.Status(opened.file.Number(), status) != 0 ||
-        !status.IsRegular()) { // it may be another file by now
+        !status.IsRegular()) { // it may be a different file by now
         return false;
     }
     bytes.resize(kMostBytes);

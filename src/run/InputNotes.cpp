@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-#include "run/RunNotes.h"
+#include "run/InputNotes.h"
 
 #include "base/Text.h"
 #include "engine/ReplaceText.h"
@@ -26,16 +26,15 @@ bool HasPlainComma(std::u16string_view text) {
     return false;
 }
 
-/// That there are fewer texts to put in than to find.
+/// Says that there are fewer texts to put in than to find.
 std::u16string NoteOnCounts(const RunInputs& inputs) {
     const std::size_t toFind = TextsOfLines(inputs.FindText()).size();
     const std::size_t toPutIn = TextsOfLines(inputs.ReplacementText()).size();
-    if (toPutIn == 0 || toPutIn >= toFind) { // without any, all that is found is taken out
+    if (toPutIn == 0 || toPutIn >= toFind) { // without any, texts are only removed
         return {};
     }
-    constexpr std::u16string_view kToPutIn = u" to put in";
-    return Concat(Counted(toFind, u" text to find, ", u" texts to find, "),
-                  Counted(toPutIn, kToPutIn, kToPutIn));
+    return Concat(Decimal(static_cast<long long>(toFind)), u" texts to find, ",
+                  Decimal(static_cast<long long>(toPutIn)), u" to put in");
 }
 
 } // namespace

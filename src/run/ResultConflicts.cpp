@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-#include "run/ResultNotes.h"
+#include "run/ResultConflicts.h"
 
 #include "base/Text.h"
 #include "base/Utf8.h"
@@ -19,7 +19,7 @@
 namespace vexmarrow {
 namespace {
 
-/// Whether the path is written as it would be anyway.
+/// Whether OneSpelling would return the path unchanged. True only if that is quickly seen.
 bool IsPlain(std::u16string_view path) {
     for (std::size_t i = path.find(u'/'); i < path.size(); i = path.find(u'/', i + 1)) {
         if (i + 1 < path.size() && (path[i + 1] == u'/' || path[i + 1] == u'.')) {
@@ -29,14 +29,14 @@ bool IsPlain(std::u16string_view path) {
     return true;
 }
 
-/// The same text for two spellings of one path; what links lead to is not looked up.
+/// The same text for all spellings of one path. Does not look up where links lead.
 std::u16string OneSpelling(std::u16string_view path) {
     const std::string name = NativeName(NormalizePath(path));
     return TextFromNativeName(std::filesystem::path(name).lexically_normal().native());
 }
 
-/// Of many texts, told by their hashes, those that may occur more than once: all that do, and a few
-/// others. Remembering each of them would take several times as long.
+/// Tells by their hashes which of many texts may occur more than once: all that do, and a few
+/// others. To remember the texts themselves would take several times as long.
 class Repeats {
 public:
     explicit Repeats(std::size_t count) : seen_(std::bit_ceil(count * kSpread)), again_(seen_) {}
@@ -49,7 +49,7 @@ public:
     bool Contain(std::size_t hash) const { return again_[hash & (again_.size() - 1)]; }
 
 private:
-    static constexpr std::size_t kSpread = 32; // one text of so many is taken for another
+    static constexpr std::size_t kSpread = 32; // one text of this many is taken for another
 
     std::vector<bool> seen_;
     std::vector<bool> again_;
@@ -57,12 +57,12 @@ private:
 
 } // namespace
 
-void ResultNotes::Repeated::Add(std::size_t rows) {
+void ResultConflicts::Repeated::Add(std::size_t rows) {
     ++files;
     moreThanTwice = moreThanTwice || rows > 2;
 }
 
-std::u16string ResultNotes::Repeated::Note() const {
+std::u16string ResultConflicts::Repeated::Note() const {
     if (files == 0) {
         return {};
     }
@@ -72,7 +72,7 @@ std::u16string ResultNotes::Repeated::Note() const {
                   moreThanTwice ? u"changed as often" : u"changed twice");
 }
 
-void ResultNotes::Look(const FileList& list) {
+void ResultConflicts::Find(const FileList& list) {
     *this = {};
     struct Row {
         std::u16string_view path;
@@ -82,7 +82,7 @@ void ResultNotes::Look(const FileList& list) {
     const std::hash<std::u16string_view> hash;
     std::vector<Row> rows;
     rows.reserve(list.Count());
-    std::deque<std::u16string> respelled; // in place of those in the list
+    std::deque<std::u16string> respelled; // owns the paths that are not spelled as in the list
     Repeats paths(list.Count() + 1);
     Repeats names(list.Count() + 1);
     for (std::size_t number = 1; number <= list.Count(); ++number) {
@@ -107,7 +107,7 @@ void ResultNotes::Look(const FileList& list) {
     }
     for (const auto& [path, count] : rowsOf) {
         const std::u16string_view folder = FolderOfPath(path);
-        if (count > 1 && !folder.empty()) { // without one, it has no result beside it
+        if (count > 1 && !folder.empty()) { // without a folder, no result is saved
             repeated_.Add(count);
             repeatedIn_[std::u16string(folder)].Add(count);
         }
@@ -120,7 +120,7 @@ void ResultNotes::Look(const FileList& list) {
     }
 }
 
-std::u16string ResultNotes::Note(const RunInputs& inputs) const {
+std::u16string ResultConflicts::Note(const RunInputs& inputs) const {
     const OutputLocation location = LocationOf(inputs);
     if (location.kind == OutputLocation::BesideInput) {
         return repeated_.Note();
@@ -128,11 +128,12 @@ std::u16string ResultNotes::Note(const RunInputs& inputs) const {
     if (location.kind == OutputLocation::Nowhere || location.folder.empty()) {
         return {}; // there will be no results
     }
-    // Whatever the name, this is the folder that results are put into.
+    // The folder does not depend on the name, so any name will do.
     const std::u16string folder(FolderOfPath(OneSpelling(OutputPath(u"name", location))));
     std::u16string note;
     if (sharingNames_ > 0) {
-        note = Concat(Counted(sharingNames_, u"", u" files have the name of another"),
+        note = Concat(Decimal(static_cast<long long>(sharingNames_)),
+                      u" files have the name of another",
                       foldersOfSharing_.contains(folder) ? u" and are written over one of them"
                                                          : u": the last one wins");
     }
