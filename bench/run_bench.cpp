@@ -107,7 +107,7 @@ public:
 
     Answer ShowMessage(std::u16string_view text, BoxStyle style,
                        std::u16string_view title) override {
-        if (text == u"Done." || text.ends_with(u" is undone.")) {
+        if (text == u"Done." || text.ends_with(u" has been undone.")) {
             done = Usage::SoFar();
             return Answer::Ok;
         }

@@ -13,7 +13,7 @@
 #include "run/ReplacementRun.h"
 #include "run/ResultConflicts.h"
 #include "run/RunInputs.h"
-#include "run/UndoLastRun.h"
+#include "run/UndoOperations.h"
 #include "run/Utf8Hint.h"
 #include "sets/SetList.h"
 #include "sets/SetOperations.h"
@@ -176,7 +176,7 @@ private:
     SetsLoading setsLoading_;
     OutputFolderChoice outputFolder_;
     ReplacementRun run_;
-    UndoLastRun undo_;
+    UndoOperations undo_;
     ResultConflicts resultConflicts_;
     Utf8Hint utf8Hint_;
 

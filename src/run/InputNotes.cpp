@@ -58,7 +58,7 @@ std::u16string NoteOnSets(const RunInputs& inputs, const SetList& sets) {
         return {};
     }
     if (inputs.FindText().empty()) {
-        return u"For a run, type any text into \"Find what\" on the other tab, too.";
+        return u"\"Find what\" on the other tab must not be empty: type any text there.";
     }
     const auto texts = sets.FindTexts();
     const bool any =
@@ -68,13 +68,13 @@ std::u16string NoteOnSets(const RunInputs& inputs, const SetList& sets) {
 
 std::u16string NoteOnOptions(const RunInputs& inputs) {
     if (inputs.SelectedTab() == Tab::Sets) {
-        return u"\"Find Options\" do not count for sets.";
+        return u"\"Find Options\" do not apply to sets.";
     }
     const ReplacementMode mode = inputs.Mode();
     if ((mode == ReplacementMode::FieldsOnly || mode == ReplacementMode::ValuesOnly) &&
         !inputs.ReadAsVCards()) {
-        return u"The second colon of a line and what follows it are dropped; \"Read as vCards\" "
-               u"keeps them. Every line of the result ends with CR LF.";
+        return u"The second colon of each line and everything after it are dropped; tick \"Read as "
+               u"vCards\" to keep them. Every line of the result ends with CR LF.";
     }
     return {};
 }

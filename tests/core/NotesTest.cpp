@@ -49,9 +49,9 @@ TEST_F(InputNotesTest, AreThereWhileTheyAreTrue) {
     // Tab, options, find what; first letters of the lines on the texts, the sets and the options.
     for (const std::string& row :
          Rows(R"(0|3|a~b,|2-- 0|13|a~b,|--T 0|23|a~b,|--T 0|123|a~b,|--T 0||a~b,|--- 0|3||---
-                 0|1||--T 1|3|a|--" 1|3||-F" 1|1|a|--" 1|||-F" 0|3c|a~b,|2I-- 0|2c|a~b,|2I--
+                 0|1||--T 1|3|a|--" 1|3||-"" 1|1|a|--" 1|||-"" 0|3c|a~b,|2I-- 0|2c|a~b,|2I--
                  0|1c|a~b,|2-- 0|13c|a,|--- 0|3c|a,|I-- 0|c|a~b,|--- 0|1c||--- 0|2c||---
-                 1|3c|a|-I" 1|1c|a|-I" 1|c|a|-I" 1|3c||-F")")) {
+                 1|3c|a|-I" 1|1c|a|-I" 1|c|a|-I" 1|3c||-"")")) {
         const Strings fields = Fields(row);
         inputs.tab = static_cast<Tab>(std::stoi(fields[0]));
         inputs.options = fields[1];

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "core/Core.h"
-#include "run/UndoLastRun.h"
+#include "run/UndoOperations.h"
 #include "safety/Clock.h"
 #include "safety/KeptCopies.h"
 #include "safety/LogFolders.h"
@@ -15,16 +15,17 @@
 namespace vexmarrow::test {
 namespace {
 
-const std::string kAsTheyAre = " Files that were changed since stay as they are.";
-const std::string kForget =
-    "Forget the old texts that are kept of the last runs? They cannot be undone then.";
-const std::string kStillKept = "Some old texts are still kept: another program is working, or a "
-                               "file of an interrupted run waits for its old text.";
+const std::string kAsTheyAre = " Files that have been changed since then will stay as they are.";
+const std::string kForget = "Delete the old texts that are kept for undoing the last runs? These "
+                            "runs can then no longer be "
+                            "undone.";
+const std::string kStillKept = "Some old texts are still kept, because another program is using "
+                               "them or an interrupted file may still need them.";
 
 struct UndoTest : Core {
     const Strings logs{state.Native("first"), state.Native("second")};
     Recovery recovery{calls, logs, prompts};
-    UndoLastRun undo{calls, logs, recovery, desktop};
+    UndoOperations undo{calls, logs, recovery, desktop};
 
     /// Files are told by a letter and their text: "a=1 b=2".
     void Run(const std::string& files) {
@@ -73,14 +74,15 @@ TEST_F(UndoTest, AsksAndTellsWhatWasLeftAlone) {
     // Files before the run and its results; what happens to them since ("-": it goes, "/": a folder
     // takes its place); what is asked; what is told; the files then.
     for (const std::string& row :
-         Rows("a=1|a=2||1_file_gets_its_old_text_and_date_back||a=1 "
-              "|a=2||1_new_file_is_removed|| "
-              "a=1_b=1_s=1|a=2_b=2_s=1_c=2_d=2||2_files_get_their_old_text_and_date_back,_"
-              "2_new_files_are_removed||a=1_b=1_s=1 "
-              "a=1_b=1|a=2_b=2_a=3_n=2_n=3|a=4|2_files_get_their_old_text_and_date_back,_"
-              "1_new_file_is_removed|~~a~It_was_changed_after_the_run.|a=4_b=1 "
-              "a=1_b=1|a=2_b=2_c=2|a=-_c=/_b=x|2_files_get_their_old_text_and_date_back,_"
-              "1_new_file_is_removed|~~c~It_is_no_longer_a_regular_file.~~b~It_was_changed_after_"
+         Rows("a=1|a=2||1_file_will_get_its_old_text_and_date_back||a=1 "
+              "|a=2||1_new_file_will_be_removed|| "
+              "a=1_b=1_s=1|a=2_b=2_s=1_c=2_d=2||2_files_will_get_their_old_text_and_date_back,_"
+              "2_new_files_will_be_removed||a=1_b=1_s=1 "
+              "a=1_b=1|a=2_b=2_a=3_n=2_n=3|a=4|2_files_will_get_their_old_text_and_date_back,_"
+              "1_new_file_will_be_removed|~~a~It_was_changed_after_the_run.|a=4_b=1 "
+              "a=1_b=1|a=2_b=2_c=2|a=-_c=/_b=x|2_files_will_get_their_old_text_and_date_back,_"
+              "1_new_file_will_be_removed|~~c~It_is_no_longer_a_regular_file.~~b~It_was_changed_"
+              "after_"
               "the_run."
               "~~a~It_is_missing.|b=x")) {
         SCOPED_TRACE(row);
@@ -99,8 +101,8 @@ TEST_F(UndoTest, AsksAndTellsWhatWasLeftAlone) {
         undo.Start();
         const bool whole = fields[4].empty();
         EXPECT_EQ(Boxes(), (Strings{"Undo the run of T? " + fields[3] + "." + kAsTheyAre,
-                                    "The run of T is undone" +
-                                        (whole ? "." : ", but for these files:" + fields[4])}));
+                                    "The run of T has been undone" +
+                                        (whole ? "." : ", except for these files:" + fields[4])}));
         EXPECT_EQ(prompts.boxes.back().style,
                   whole ? BoxStyle::Information : BoxStyle::Exclamation);
         std::filesystem::remove(folder.Native("c/")); // a folder alone
@@ -118,14 +120,14 @@ TEST_F(UndoTest, AsksAndTellsWhatWasLeftAlone) {
     Run("a=2 b=2");
     prompts.answers = {Answer::Yes};
     undo.Start();
-    EXPECT_EQ(Boxes()[0], "Undo the run of T? 1 file gets its old text and date back." +
+    EXPECT_EQ(Boxes()[0], "Undo the run of T? 1 file will get its old text and date back." +
                               kAsTheyAre +
-                              " There was no room to keep the old texts of its other "
-                              "files.");
+                              " Its other files cannot be undone: there was not enough space to "
+                              "keep their old texts.");
     EXPECT_EQ(folder.Read("a") + folder.Read("b"), "2" + std::string(3000, '1'));
     EXPECT_EQ(Plain(undo.Hint()),
-              "The run of T cannot be undone: there was no room to keep the old "
-              "texts of its files.");
+              "The run of T cannot be undone: there was not enough space to keep the old texts of "
+              "its files.");
 }
 
 TEST_F(UndoTest, NothingIsDoneWithoutARunOrAYesOrDuringWork) {
@@ -179,16 +181,17 @@ TEST_F(UndoTest, EndsInTheMiddleAndIsGoneOnWith) {
     undo.Start();
     EXPECT_EQ(Boxes().back(), "in Zentavor2021/08/31.Form1.UndoLastRun_Click at line 4");
     EXPECT_EQ(pointer.Pointer(), MousePointer::Default);
-    EXPECT_EQ(Plain(undo.Hint()), "Another program is working on the run of T.");
+    EXPECT_EQ(Plain(undo.Hint()),
+              "The run of T cannot be undone now: another program is using its old texts.");
     ::close(log);
     undo.Start();
-    EXPECT_EQ(Boxes().back(), "The run of T is undone.");
+    EXPECT_EQ(Boxes().back(), "The run of T has been undone.");
     EXPECT_EQ(Tree(), "a=1");
 }
 
 TEST_F(UndoTest, ForgetsRunsAndKeptCopies) {
     EXPECT_FALSE(undo.CanForget());
-    const std::string keptIn = " kept in this folder:\r\n\r\n" + KeptFolder(logs[0]) + "\r\n";
+    const std::string keptIn = " kept here:\r\n\r\n" + KeptFolder(logs[0]) + "\r\n";
     // Runs and copies that there are (copies in one or two folders), answers, boxes, what is left.
     for (const std::string& row : Rows(R"(1|0|n|F|1:0 1|0|y|F|0:0 2|1|yn|F1|0:1 0|1|y|1|0:0
                                           1|3|yy|F3|0:0 1|2|ny|F|1:2 0|0|y||0:0)")) {
@@ -208,12 +211,11 @@ TEST_F(UndoTest, ForgetsRunsAndKeptCopies) {
         undo.Forget();
         Strings expected;
         for (const char box : fields[3]) {
-            expected.push_back(
-                box == 'F'   ? kForget
-                : box == '1' ? "1 copy of what files of interrupted runs held is" + keptIn +
-                                   "\r\nRemove this file, too?"
-                             : "3 copies of what files of interrupted runs held are" + keptIn +
-                                   KeptFolder(logs[1]) + "\r\n\r\nRemove 3 files, too?");
+            expected.push_back(box == 'F' ? kForget
+                               : box == '1'
+                                   ? "1 copy of an interrupted file is" + keptIn + "\r\nDelete it?"
+                                   : "3 copies of interrupted files are" + keptIn +
+                                         KeptFolder(logs[1]) + "\r\n\r\nDelete them?");
         }
         EXPECT_EQ(Boxes(), expected);
         EXPECT_EQ(std::to_string(LogsIn(calls, logs).size()) + ":" +
@@ -237,7 +239,7 @@ TEST_F(UndoTest, MissingFiles) {
     recovery.Run();
     undo.Refresh();
     EXPECT_EQ(Boxes(), Strings{});
-    EXPECT_EQ(NativeName(undo.MissingNotice()), "1 file of an interrupted run is not there");
+    EXPECT_EQ(NativeName(undo.MissingNotice()), "1 file of an interrupted run is missing");
     prompts.answers = {Answer::Yes};
     undo.Forget();
     EXPECT_EQ(Boxes(), (Strings{kForget, kStillKept}));

@@ -59,7 +59,7 @@ class HintsTest(WindowTest):
         with self.program(arguments=paths) as program:
             program.wait_for_rows(3)
             program.tab(SETS)
-            needed = 'For a run, type any text into "Find what" on the other tab, too.'
+            needed = '"Find what" on the other tab must not be empty: type any text there.'
             wait_shows(program, needed)
             for text in ("one::1", "two::2", "three::3", "oops::?", "four::4", "five::5"):
                 program.add_set(text)

@@ -117,7 +117,7 @@ class RecoveryTest(WindowTest):
         self.interrupt(path)
         os.remove(path)
         with self.program() as program:
-            wait_until(lambda: bus.find(program.window, "1 file of an interrupted run is not there", "label"),
+            wait_until(lambda: bus.find(program.window, "1 file of an interrupted run is missing", "label"),
                        "the remark in the status line")
             program.choose_in_undo_menu("Keep Old Text of Missing Files")
             self.assertIn(path, program.answer())
@@ -154,7 +154,7 @@ class RecoveryTest(WindowTest):
             for path in unfinished:
                 self.assertEqual(read(path), old)
             # The other files can be undone, like those of any run.
-            self.assertRegex(program.undo()[1], r"\AThe run of .* is undone\.\Z")
+            self.assertRegex(program.undo()[1], r"\AThe run of .* has been undone\.\Z")
         self.assertEqual([path for path in files if read(path) != old], [])
 
 

@@ -18,7 +18,7 @@ from window_test import WindowTest, read, samples, write
 
 YEAR_2001 = 10 ** 18
 TIME = r"\d{4}-\d\d-\d\d \d\d:\d\d:\d\d"
-UNDONE = rf"\AThe run of {TIME} is undone\.\Z"
+UNDONE = rf"\AThe run of {TIME} has been undone\.\Z"
 
 
 def tree(folder):
@@ -63,8 +63,9 @@ class UndoTest(WindowTest):
             self.run_over(program, "e", "E!")
             self.assertNotEqual(state(), before)
             question, outcome = program.undo()
-            self.assertRegex(question, rf"\AUndo the run of {TIME}\? {len(paths)} files get their old text "
-                                       r"and date back\. Files that were changed since stay as they are\.\Z")
+            self.assertRegex(question, rf"\AUndo the run of {TIME}\? {len(paths)} files will get their old text "
+                                       r"and date back\. Files that have been changed since then will stay "
+                                       r"as they are\.\Z")
             self.assertRegex(outcome, UNDONE)
             self.assertEqual(state(), before)
             self.assertFalse(program.can_undo())
@@ -74,8 +75,8 @@ class UndoTest(WindowTest):
         self.assertEqual(len(os.listdir(out)), len(paths))
         with self.program() as program:
             question, outcome = program.undo()
-            self.assertRegex(question, r"\? 1 file gets its old text and date back, "
-                                       rf"{len(paths) - 1} new files are removed\. ")
+            self.assertRegex(question, r"\? 1 file will get its old text and date back, "
+                                       rf"{len(paths) - 1} new files will be removed\. ")
             self.assertRegex(outcome, UNDONE)
         self.assertEqual(state(), before)
 
@@ -95,7 +96,7 @@ class UndoTest(WindowTest):
             os.replace(f"{replaced}.new", replaced)
             now = tree(folder)
             outcome = program.undo()[1]
-            self.assertRegex(outcome, rf"\AThe run of {TIME} is undone, but for these files:\s")
+            self.assertRegex(outcome, rf"\AThe run of {TIME} has been undone, except for these files:\s")
             named = re.findall("^/.*$", outcome, re.MULTILINE)
             self.assertEqual(sorted(named), [edited, removed, replaced])
             after = tree(folder)
@@ -109,7 +110,7 @@ class UndoTest(WindowTest):
 
             self.run_over(program)
             program.choose_in_undo_menu("Forget")
-            self.assertIn("Forget", program.answer(button="Yes"))
+            self.assertIn("Delete the old texts", program.answer(button="Yes"))
             self.assertFalse(program.can_undo())
         self.assertEqual(os.listdir(self.logs), [])
 

@@ -265,8 +265,8 @@ private Q_SLOTS:
              });
         window_->Press("UndoLastRun");
         const QString boxes = window_->Boxes();
-        QVERIFY2(boxes.startsWith(u"Undo the run of "_s) && boxes.endsWith(u" is undone."_s) &&
-                     boxes.count(u'|') == 1,
+        QVERIFY2(boxes.startsWith(u"Undo the run of "_s) &&
+                     boxes.endsWith(u" has been undone."_s) && boxes.count(u'|') == 1,
                  qPrintable(boxes));
         QCOMPARE(folder_->Read("1.vcf") + folder_->Read("2.vcf"), std::string("aa"));
         QCOMPARE(Offers() + UndoTip(), kNothingToUndo);
@@ -275,7 +275,7 @@ private Q_SLOTS:
         QCOMPARE(Offers(), u"undo forget"_s);
         window_->prompts.answers = {Answer::Yes};
         Trigger("Forget");
-        QVERIFY(window_->Boxes().startsWith(u"Forget the old texts"_s));
+        QVERIFY(window_->Boxes().startsWith(u"Delete the old texts"_s));
         QCOMPARE(Offers() + UndoTip(), kNothingToUndo);
         QCOMPARE(folder_->Read("1.vcf") + folder_->Read("2.vcf"), std::string("bb"));
     }
@@ -308,7 +308,7 @@ private Q_SLOTS:
         window_->Open();
         const auto* const notice = window_->Find<QLabel>("Missing");
         QVERIFY(notice->isVisible());
-        QCOMPARE(notice->accessibleName(), u"1 file of an interrupted run is not there"_s);
+        QCOMPARE(notice->accessibleName(), u"1 file of an interrupted run is missing"_s);
         QCOMPARE(Offers(), u"forget keep"_s);
         QVERIFY(UndoTip().startsWith(u"The run of "_s));
         QCOMPARE(window_->Boxes(), QString());

@@ -1,11 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-#include "run/UndoLastRun.h"
+#include "run/UndoOperations.h"
 
 #include "base/Failure.h"
 #include "base/Text.h"
 #include "base/Utf8.h"
+#include "run/AtScopeEnd.h"
 #include "safety/Clock.h"
 #include "safety/KeptCopies.h"
 #include "safety/LogFolders.h"
@@ -24,47 +25,27 @@ namespace vexmarrow {
 namespace {
 
 constexpr std::u16string_view kNoneOfOthers =
-    u" There was no room to keep the old texts of its other files.";
+    u" Its other files cannot be undone: there was not enough space to keep their old texts.";
 
 std::u16string Name(const LastRun& run) {
     return Concat(u"run of ", LocalTime(run.begun));
 }
 
-std::u16string WithCapital(std::u16string text) {
-    if (!text.empty() && text[0] >= u'a' && text[0] <= u'z') {
-        text[0] = static_cast<char16_t>(text[0] - u'a' + u'A');
-    }
-    return text;
-}
-
 std::u16string Outcome(const LastRun& run, const std::vector<UndoProblem>& left) {
-    std::u16string text = Concat(u"The ", Name(run), u" is undone");
-    text += left.empty() ? u"." : u", but for these files:";
-    std::set<std::string_view> told; // a file that was written twice is told once
+    std::u16string text = Concat(u"The ", Name(run), u" has been undone");
+    text += left.empty() ? u"." : u", except for these files:";
+    std::set<std::string_view> told; // a file that was written twice is mentioned once
     for (const UndoProblem& file : left) {
         if (told.insert(file.path).second) {
-            text += Concat(u"\r\n\r\n", TextFromNativeName(file.path), kCrLf, WithCapital(file.why),
-                           u".");
+            text += Concat(u"\r\n\r\n", TextFromNativeName(file.path), kCrLf, file.why, u".");
         }
     }
     return text;
 }
 
-/// Sets a flag for as long as this lives, whatever ends the work.
-class Mark {
-public:
-    explicit Mark(bool& flag) : flag_(flag) { flag = true; }
-    ~Mark() { flag_ = false; }
-    Mark(const Mark&) = delete;
-    Mark& operator=(const Mark&) = delete;
-
-private:
-    bool& flag_;
-};
-
 } // namespace
 
-void UndoLastRun::Refresh() {
+void UndoOperations::Refresh() {
     Trap trap(desktop_.prompts, u"Form1.UndoLastRun_Refresh");
     last_.reset();
     canForget_ = false;
@@ -74,66 +55,70 @@ void UndoLastRun::Refresh() {
     });
 }
 
-std::u16string UndoLastRun::Hint() const {
+std::u16string UndoOperations::Hint() const {
     if (!last_) {
         return u"There is no run to undo.";
     }
     if (last_->isInUse) {
-        return Concat(u"Another program is working on the ", Name(*last_), u".");
+        return Concat(u"The ", Name(*last_),
+                      u" cannot be undone now: another program is using its old texts.");
     }
     if (!last_->CanBeUndone()) {
         return Concat(u"The ", Name(*last_),
                       last_->isPartial
-                          ? u" cannot be undone: there was no room to keep the old texts of its "
-                            u"files."
-                          : u" cannot be undone yet: its files wait for the next start.");
+                          ? u" cannot be undone: there was not enough space to keep the old texts "
+                            u"of its files."
+                          : u" cannot be undone yet: the program has to be started again first, to "
+                            u"settle files that were interrupted.");
     }
     return Concat(u"Undo the ", Name(*last_), u": ",
                   Counted(last_->changed + last_->created, u" file.", u" files."),
                   last_->isPartial ? kNoneOfOthers : std::u16string_view());
 }
 
-std::size_t UndoLastRun::Missing() const {
+std::size_t UndoOperations::Missing() const {
     return recovery_.Missing();
 }
 
-std::u16string UndoLastRun::MissingNotice() const {
+std::u16string UndoOperations::MissingNotice() const {
     return Missing() == 0 ? std::u16string()
-                          : Counted(Missing(), u" file of an interrupted run is not there",
-                                    u" files of interrupted runs are not there");
+                          : Counted(Missing(), u" file of an interrupted run is missing",
+                                    u" files of interrupted runs are missing");
 }
 
-std::u16string UndoLastRun::Question() const {
+std::u16string UndoOperations::Question() const {
     std::u16string changed;
     std::u16string created;
     if (last_->changed > 0) {
-        changed = Counted(last_->changed, u" file gets its old text and date back",
-                          u" files get their old text and date back");
+        changed = Counted(last_->changed, u" file will get its old text and date back",
+                          u" files will get their old text and date back");
     }
     if (last_->created > 0) {
-        created = Counted(last_->created, u" new file is removed", u" new files are removed");
+        created =
+            Counted(last_->created, u" new file will be removed", u" new files will be removed");
     }
     return Concat(u"Undo the ", Name(*last_), u"? ", changed,
                   changed.empty() || created.empty() ? u"" : u", ", created,
-                  u". Files that were changed since stay as they are.",
+                  u". Files that have been changed since then will stay as they are.",
                   last_->isPartial ? kNoneOfOthers : std::u16string_view());
 }
 
-bool UndoLastRun::IsBusy() const {
+bool UndoOperations::IsBusy() const {
     return inProgress_ || desktop_.pointer.IsBusy();
 }
 
-bool UndoLastRun::IsYes(std::u16string_view question) {
+bool UndoOperations::IsYes(std::u16string_view question) {
     return desktop_.prompts.ShowMessage(question, BoxStyle::Question) == Answer::Yes;
 }
 
-void UndoLastRun::Start() {
+void UndoOperations::Start() {
     if (IsBusy()) {
         return;
     }
-    const Mark mark(inProgress_);
+    inProgress_ = true;
+    const AtScopeEnd end([this] { inProgress_ = false; });
     Trap trap(desktop_.prompts, u"Form1.UndoLastRun_Click");
-    Refresh(); // another program may have done something since
+    Refresh(); // another program may have changed something since the last time
     if (!IsPossible()) {
         trap.Do(1, [&] { desktop_.prompts.ShowMessage(Hint()); });
         return;
@@ -144,18 +129,21 @@ void UndoLastRun::Start() {
     if (!agreed) {
         return;
     }
-    Refresh(); // another program may have done something while the box was open
+    Refresh(); // another program may have changed something while the box was open
     if (!last_ || last_->begun != run.begun) {
-        trap.Do(2, [&] { desktop_.prompts.ShowMessage(u"It is not the last run any more."); });
+        trap.Do(2, [&] {
+            desktop_.prompts.ShowMessage(
+                u"This is no longer the last run, so it has not been undone.");
+        });
         return;
     }
     trap.Do(3, [&] { desktop_.pointer.SetPointer(MousePointer::Hourglass); });
-    trap.Do(4, [&] { TakeBack(run); });
+    trap.Do(4, [&] { Undo(run); });
     trap.Do(5, [&] { desktop_.pointer.SetPointer(MousePointer::Default); });
     Refresh();
 }
 
-void UndoLastRun::TakeBack(const LastRun& run) {
+void UndoOperations::Undo(const LastRun& run) {
     const std::vector<UndoProblem> left =
         runUndo_.Undo(run, [this](std::size_t record, std::size_t records) {
             desktop_.eventLoop.Yield({u"File", record, records});
@@ -164,7 +152,7 @@ void UndoLastRun::TakeBack(const LastRun& run) {
                                  left.empty() ? BoxStyle::Information : BoxStyle::Exclamation);
 }
 
-void UndoLastRun::Forget() {
+void UndoOperations::Forget() {
     if (IsBusy()) {
         return;
     }
@@ -173,29 +161,29 @@ void UndoLastRun::Forget() {
     Refresh();
 }
 
-void UndoLastRun::ForgetRuns() {
+void UndoOperations::ForgetRuns() {
     if (!LogsIn(calls_, folders_).empty()) {
-        if (!IsYes(u"Forget the old texts that are kept of the last runs? They cannot be undone "
-                   u"then.")) {
+        if (!IsYes(u"Delete the old texts that are kept for undoing the last runs? These runs can "
+                   u"then no longer be undone.")) {
             return;
         }
         runUndo_.RemoveAllLogs();
         if (!LogsIn(calls_, folders_).empty()) {
             desktop_.prompts.ShowMessage(
-                u"Some old texts are still kept: another program is working, or a file of an "
-                u"interrupted run waits for its old text.",
+                u"Some old texts are still kept, because another program is using them or an "
+                u"interrupted file may still need them.",
                 BoxStyle::Exclamation);
         }
     }
     RemoveKeptFiles();
 }
 
-void UndoLastRun::RemoveKeptFiles() {
+void UndoOperations::RemoveKeptFiles() {
     const std::vector<std::string> files = KeptFiles(calls_, folders_);
     if (files.empty()) {
         return;
     }
-    std::u16string folders; // hardly ever more than one
+    std::u16string folders; // almost always just one
     std::string last;
     for (const std::string& file : files) {
         std::string folder = ParentFolder(file);
@@ -204,13 +192,10 @@ void UndoLastRun::RemoveKeptFiles() {
             last = std::move(folder);
         }
     }
-    if (!IsYes(Concat(Counted(files.size(), u" copy", u" copies"),
-                      u" of what files of interrupted runs held ",
-                      files.size() == 1 ? u"is" : u"are", u" kept in this folder:\r\n\r\n", folders,
-                      u"\r\nRemove ",
-                      files.size() == 1 ? std::u16string(u"this file")
-                                        : Counted(files.size(), u"", u" files"),
-                      u", too?"))) {
+    if (!IsYes(Concat(Counted(files.size(), u" copy of an interrupted file is",
+                              u" copies of interrupted files are"),
+                      u" kept here:\r\n\r\n", folders,
+                      files.size() == 1 ? u"\r\nDelete it?" : u"\r\nDelete them?"))) {
         return;
     }
     for (const std::string& file : files) {
@@ -220,7 +205,7 @@ void UndoLastRun::RemoveKeptFiles() {
     }
 }
 
-void UndoLastRun::GiveUpMissing() {
+void UndoOperations::GiveUpMissing() {
     if (IsBusy()) {
         return;
     }

@@ -16,52 +16,53 @@ namespace vexmarrow {
 class Recovery;
 class SystemCalls;
 
-/// "Undo Last Run" and what stands in its menu. Every operation traps its own failures, and does
-/// nothing while the pointer is the hourglass.
-class UndoLastRun {
+/// The operations behind "Undo Last Run" and its menu. Each one traps its own failures and does
+/// nothing while the program is busy.
+class UndoOperations {
 public:
-    UndoLastRun(SystemCalls& calls, const std::vector<std::string>& logFolders, Recovery& recovery,
-                const Desktop& desktop)
+    UndoOperations(SystemCalls& calls, const std::vector<std::string>& logFolders,
+                   Recovery& recovery, const Desktop& desktop)
         : calls_(calls),
           folders_(logFolders),
           recovery_(recovery),
           runUndo_(calls, logFolders),
           desktop_(desktop) {}
 
-    /// Looks at the disk, for the answers below: at the start, and whenever a run has ended.
+    /// Looks at the disk, at the start and after every run, for the functions below.
     void Refresh();
 
-    /// Whether there is a run that can be taken back.
+    /// Whether there is a run that can be undone.
     bool IsPossible() const { return last_ && last_->CanBeUndone(); }
 
-    /// Which run that is, or why there is none, in a few words for people.
+    /// The text that tells the user which run that is, or why there is none.
     std::u16string Hint() const;
 
-    /// Whether there are old texts of runs, or copies that were kept aside.
+    /// Whether there are old texts of runs or copies of interrupted files.
     bool CanForget() const { return canForget_; }
 
-    /// How many files of interrupted runs are not where they were; and that in words, empty when
-    /// there are none.
+    /// The number of files of interrupted runs that are missing.
     std::size_t Missing() const;
+
+    /// The text that tells the user of them. Empty if there are none.
     std::u16string MissingNotice() const;
 
-    /// Whether a run is being taken back at this moment.
+    /// Whether a run is being undone at this moment.
     bool IsInProgress() const { return inProgress_; }
 
-    /// Asks, takes the last run back and tells what was left alone. Yields before each file.
+    /// Asks, undoes the last run and names the files that were left alone. Yields before each file.
     void Start();
 
-    /// Asks, and removes the logs of all runs; offers to remove the copies that were kept aside.
+    /// Asks, and removes the old texts of all runs. Offers to delete copies of interrupted files.
     void Forget();
 
-    /// Ends the matter of the missing files: their old texts are kept aside, which is told.
+    /// Stops waiting for the missing files: keeps copies of their old texts, and says where.
     void GiveUpMissing();
 
 private:
     bool IsBusy() const;
     std::u16string Question() const;
     bool IsYes(std::u16string_view question);
-    void TakeBack(const LastRun& run);
+    void Undo(const LastRun& run);
     void ForgetRuns();
     void RemoveKeptFiles();
 
