@@ -121,7 +121,7 @@ void FileAdding::LoadListFile(const std::u16string& path) {
     FileList::Batch batch(list_);
     for (std::u16string& line : lines) {
         desktop_.eventLoop.Yield({u"Line", ++done, lines.size()});
-        if (line.find_first_not_of(u' ') != std::u16string::npos) {
+        if (!IsBlank(line)) {
             batch.Add(std::move(line));
         }
     }

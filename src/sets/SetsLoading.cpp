@@ -85,7 +85,7 @@ bool SetsLoading::Load(const std::u16string& file, std::u16string_view separator
                 [&] { desktop_.prompts.ShowMessage(u"You must enter separating character(s)."); });
         return false;
     }
-    if (file.find_first_not_of(u' ') == std::u16string::npos) {
+    if (IsBlank(file)) {
         return false;
     }
     if (!IsNormalFile(textio_.Calls(), file)) {
