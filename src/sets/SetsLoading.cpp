@@ -20,24 +20,14 @@ namespace vexmarrow {
 namespace {
 
 constexpr std::u16string_view kFormatHelp =
-    u"If the text file you are loading looks like this:\r\n"
-    u"\r\n"
-    u"hi::hello\r\n"
-    u"peter::pete\r\n"
-    u"\r\n"
-    u"then use :: as a Separator\r\n"
-    u"\r\n"
-    u"If the text file you are loading looks like this:\r\n"
-    u"\r\n"
-    u"hi,hello\r\n"
-    u"peter,pete\r\n"
-    u"\r\n"
-    u"then use , as a Separator\r\n"
-    u"\r\n"
-    u"NOTE: The 'Save Sets' feature in this software always saves in this format:\r\n"
-    u"\r\n"
-    u"hi::hello\r\n"
-    u"peter::pete";
+    u"If the text file you are loading looks like this:\r\n\r\n"
+    u"hi::hello\r\npeter::pete\r\n\r\n"
+    u"then use :: as a Separator\r\n\r\n"
+    u"If the text file you are loading looks like this:\r\n\r\n"
+    u"hi,hello\r\npeter,pete\r\n\r\n"
+    u"then use , as a Separator\r\n\r\n"
+    u"NOTE: The 'Save Sets' feature in this software always saves in this format:\r\n\r\n"
+    u"hi::hello\r\npeter::pete";
 
 /// Whether a file exists. Hidden and system files do not count.
 bool IsNormalFile(SystemCalls& calls, const std::u16string& path) {
