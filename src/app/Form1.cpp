@@ -25,6 +25,7 @@
 #include "shell/Prompts.h"
 #include "shell/Trap.h"
 #include "textio/CodePage.h"
+#include "textio/Paths.h"
 #include "textio/RFTSFSO.h"
 
 #include <QAction>
@@ -51,7 +52,7 @@ Form1::Form1(const Services& services)
       samples_(services.textio.Calls(), fileList_, desktop_, services.programFolder),
       setOperations_(sets_, desktop_, services.setsWriter, services.textio),
       setsLoading_(sets_, desktop_, services.textio),
-      outputFolder_(desktop_),
+      outputFolder_(desktop_, choices::kLastOutputFolder),
       run_(services.textio.Calls(), *this, fileList_, sets_, engine_, desktop_),
       undo_(services.textio.Calls(), services.logFolders, services.recovery, desktop_),
       utf8Hint_(services.textio.Calls(), fileList_, services.ansi),
@@ -184,8 +185,11 @@ void Form1::PushButton10_Click() {
 }
 
 void Form1::PushButton14_Click() {
-    outputFolder_.Browse(
-        [this](const std::u16string& folder) { save_->Text3->setText(ToQString(folder)); });
+    Trap trap(services_.prompts, u"Form1.PushButton14_Click");
+    const std::u16string folder = outputFolder_.Ask(trap);
+    if (!folder.empty()) {
+        trap.Do(4, [&] { save_->Text3->setText(ToQString(WithSeparator(folder))); });
+    }
 }
 
 void Form1::UndoLastRun_Click() {

@@ -9,7 +9,6 @@
 #include "filelist/FileList.h"
 #include "filelist/FileRemoval.h"
 #include "filelist/SampleFiles.h"
-#include "run/OutputFolderChoice.h"
 #include "run/ReplacementRun.h"
 #include "run/ResultConflicts.h"
 #include "run/RunInputs.h"
@@ -20,6 +19,7 @@
 #include "sets/SetsLoading.h"
 #include "shell/Choices.h"
 #include "shell/Desktop.h"
+#include "shell/FolderChoice.h"
 #include "shell/MousePointer.h"
 
 #include <QCursor>
@@ -174,7 +174,7 @@ private:
     SampleFiles samples_;
     SetOperations setOperations_;
     SetsLoading setsLoading_;
-    OutputFolderChoice outputFolder_;
+    FolderChoice outputFolder_;
     ReplacementRun run_;
     UndoOperations undo_;
     ResultConflicts resultConflicts_;

@@ -8,7 +8,6 @@
 #include "filelist/FileList.h"
 #include "filelist/SubFolderSearch.h"
 #include "filelist/ValidateListFiles.h"
-#include "shell/Choices.h"
 #include "shell/EventLoop.h"
 #include "shell/MousePointer.h"
 #include "shell/Pickers.h"
@@ -71,14 +70,8 @@ void FileAdding::AddFiles() {
 
 void FileAdding::AddAllFilesInFolder() {
     Trap trap(desktop_.prompts, u"Form1.PushButton3_Click");
-    trap.Do(1, [&] { lastFolder_ = LoadChoice(desktop_.settings, choices::kLastInputFolder); });
-    std::u16string chosen;
-    trap.Do(2, [&] {
-        chosen = desktop_.pickers.BrowseForFolder(u"Please select folder:", lastFolder_);
-    });
+    const std::u16string chosen = inputFolder_.Ask(trap);
     if (!chosen.empty()) {
-        lastFolder_ = chosen;
-        trap.Do(3, [&] { SaveChoice(desktop_.settings, choices::kLastInputFolder, lastFolder_); });
         trap.Do(4, [&] { desktop_.pointer.SetPointer(MousePointer::Hourglass); });
         std::vector<std::u16string> folders{Concat(chosen, kSeparatorText)};
         trap.Do(5, [&] { SubFolderSearch(desktop_, textio_).GetSubDirectories2016(folders); });

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "shell/Desktop.h"
+#include "shell/FolderChoice.h"
 
 #include <string>
 #include <vector>
@@ -19,7 +20,10 @@ class RFTSFSO;
 class FileAdding {
 public:
     FileAdding(FileList& list, const Desktop& desktop, RFTSFSO& textio)
-        : list_(list), desktop_(desktop), textio_(textio) {}
+        : list_(list),
+          desktop_(desktop),
+          textio_(textio),
+          inputFolder_(desktop, choices::kLastInputFolder) {}
 
     /// "Add VCF File(s)": adds the files that the user chooses in a dialog.
     void AddFiles();
@@ -48,7 +52,7 @@ private:
     FileList& list_;
     Desktop desktop_;
     RFTSFSO& textio_;
-    std::u16string lastFolder_; // remembered as choices::kLastInputFolder
+    FolderChoice inputFolder_;
 };
 
 } // namespace vexmarrow
