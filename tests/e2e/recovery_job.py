@@ -67,7 +67,7 @@ class RecoveryTest(WindowTest):
                 self.assertFalse(program.can_undo())
             self.assertIn(path, said[0])
             self.assertRegex(said[0], r"began: \d{4}-\d\d-\d\d \d\d:\d\d:\d\d")
-            self.assertRegex(said[0], r"last changed: \d{4}-\d\d-\d\d \d\d:\d\d:\d\d")
+            self.assertRegex(said[0], r"Last change of the file: \d{4}-\d\d-\d\d \d\d:\d\d:\d\d")
             self.assertEqual(read(path), content)
             self.assertIn(copy, self.kept())
             self.assertEqual(self.runs(), [])
