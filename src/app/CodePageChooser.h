@@ -9,23 +9,22 @@
 
 namespace vexmarrow {
 
-/// The list from which the user chooses the code page of text without a mark.
+/// The drop-down list of code pages, for files without a byte-order mark.
 class CodePageChooser final : public QComboBox {
     Q_OBJECT
 
 public:
     explicit CodePageChooser(QWidget* parent);
 
-    /// Shows the page in force; one that is not offered joins the list under its own name. This is
-    /// no choice.
+    /// Shows that the page `name` is used. A page that the list lacks is added under its own name.
+    /// Emits nothing.
     void ShowPage(std::u16string_view name);
 
-    /// In a narrow window the name of the page is shown in part.
     QSize minimumSizeHint() const override;
 
 Q_SIGNALS:
-    /// The user has chosen a page; it may be the one that was shown before. Comes twice when it is
-    /// not.
+    /// The user has chosen a page, perhaps the one that is shown already. For any other page, the
+    /// signal is emitted twice.
     void Chosen(const QString& name);
 
 protected:

@@ -9,8 +9,7 @@
 
 namespace vexmarrow {
 
-/// Shows a FileList in a view: one column "File(s)", one row per path, which
-/// is also the row's tool tip.
+/// The toolkit's model of a FileList: one column "File(s)", one row per path.
 class FileListModel final : public QAbstractListModel, private FileListObserver {
     Q_OBJECT
 

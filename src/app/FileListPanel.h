@@ -15,8 +15,7 @@ class FileList;
 class FileListView;
 class Form1;
 
-/// The list of input files and its buttons. Makes and lays out the controls; what they do is wired
-/// by the main window.
+/// The list of input files and its buttons.
 class FileListPanel final : public QWidget {
     Q_OBJECT
 
@@ -25,7 +24,7 @@ public:
 
     FileListView* ListView1; // one column "File(s)"
     QLabel* Hint;            // above the list
-    QWidget* Buttons;        // beside the list
+    QWidget* Buttons;        // the column beside the list
 };
 
 } // namespace vexmarrow

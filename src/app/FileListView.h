@@ -14,30 +14,30 @@ namespace vexmarrow {
 
 class FileList;
 
-/// The view of the list of files: takes dropped files, and lets the user move a row by dragging it
-/// with the mouse, one row at a time with the pointer. Paths that are too long for the column show
-/// both their ends. A line shows where the column ends, and an empty list says how to fill it.
+/// The view of the list of files. It takes dropped files and lets the user drag a row with the
+/// mouse, which swaps the row with each row that the pointer reaches. A path that is too long for
+/// the column shows both its ends. A line marks the end of the column, and an empty list says how
+/// to fill it.
 class FileListView final : public QTreeView {
     Q_OBJECT
 
 public:
     using Paths = std::vector<std::u16string>;
 
-    /// The list outlives the view.
+    /// The list must outlive the view.
     FileListView(FileList& list, QWidget* parent);
 
-    /// The pointer while an entry is held.
+    /// Sets the pointer that is shown while a row is dragged.
     void SetDragCursor(const QCursor& cursor) { dragCursor_ = cursor; }
 
 Q_SIGNALS:
-    /// Files were dropped. Emitted once the drop itself is over, so that the program they come from
-    /// need not wait for what follows.
+    /// Files were dropped. Emitted after the drop is over, so that the program from which they come
+    /// does not have to wait.
     void PathsDropped(const Paths& paths);
 
-    /// The mouse has moved over the list.
     void MouseMoved();
 
-    /// The Delete key was pressed, and this row, numbered from 0, is the selected one.
+    /// The user has pressed Delete while `row`, numbered from 0, was selected.
     void DeletePressed(int row);
 
 protected:
@@ -55,13 +55,13 @@ protected:
 private:
     void TakeFiles(QDropEvent& event) const;
     void EndDragging();
-    QModelIndex ShownAt(const QPoint& place) const; // in the viewport; none outside of it
+    QModelIndex ShownAt(const QPoint& place) const;
     void MoveDraggedTo(const QModelIndex& under, const QMouseEvent& event);
 
     FileList& list_;
     QCursor dragCursor_;
-    bool bringsFiles_ = false; // the drag over the list
-    bool dragging_ = false;    // a mouse button is held down on the list
+    bool bringsFiles_ = false; // whether the drag over the list does
+    bool dragging_ = false;    // whether a mouse button is held down on the list
     QPersistentModelIndex dragged_;
 };
 

@@ -14,16 +14,15 @@ namespace vexmarrow {
 
 class SystemCalls;
 
-/// The settings in the user's INI file (the user's configuration folder, "Quillmoor.ini", group
-/// "Vexmarrow Software"), shared with other running copies of the program: every read sees what
-/// they have written. While something other than a regular file has that name, reads give their
-/// fallbacks and writes do nothing: opening a pipe would wait for its other end.
+/// The settings in the user's INI file: "Quillmoor.ini" in the user's configuration folder, group
+/// "Vexmarrow Software". Other running copies of the program share it, and every read sees what
+/// they have written. If anything but a regular file has that name, a read returns its fallback and
+/// a write does nothing, because opening a pipe would wait for its other end.
 class IniSettingsStore final : public SettingsStore {
 public:
     explicit IniSettingsStore(SystemCalls& calls);
 
-    /// Throws Failure, with the path and the reason, when something has the file's name that is no
-    /// regular file.
+    /// Throws Failure, with the path and the reason, if anything but a regular file has the name.
     void Check() const;
 
     std::u16string GetSetting(std::u16string_view key, std::u16string_view fallback) const override;
@@ -31,11 +30,11 @@ public:
 
 private:
     bool CanBeUsed() const;
-    QSettings* Opened() const; // null while it cannot
+    QSettings* Opened() const; // null if the file cannot be used
 
     SystemCalls& calls_;
     std::u16string path_;
-    mutable std::optional<QSettings> settings_; // a read may load the file anew
+    mutable std::optional<QSettings> settings_; // a read may reload the file
 };
 
 } // namespace vexmarrow

@@ -9,7 +9,7 @@ class QLineEdit;
 
 namespace vexmarrow {
 
-/// Asks for one line of text of any length.
+/// A box that asks for one line of text of any length.
 class InputBox final : public QDialog {
     Q_OBJECT
 
@@ -17,7 +17,7 @@ public:
     InputBox(QWidget* owner, const QString& title, const QString& prompt,
              const QString& suggestion);
 
-    /// Shows the box and waits: the answer, the empty text on cancel.
+    /// Shows the box, waits, and returns the answer; the empty text if the user cancels.
     QString Ask();
 
 private:

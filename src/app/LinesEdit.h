@@ -10,8 +10,8 @@
 
 namespace vexmarrow {
 
-/// A text box of several lines that gives back what was typed or pasted: Enter makes a line, Tab
-/// leaves the box.
+/// A text box of several lines that returns exactly what was typed or pasted. Enter begins a line,
+/// Tab leaves the box.
 class LinesEdit final : public QPlainTextEdit {
     Q_OBJECT
 
@@ -23,7 +23,7 @@ public:
 
     void SetText(std::u16string_view text);
 
-    /// A few lines high, so that the room of a large window goes to others.
+    /// A few lines high, so that a large window gives its room to other controls.
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 

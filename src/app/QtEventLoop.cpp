@@ -8,7 +8,7 @@
 namespace vexmarrow {
 
 void QtEventLoop::Yield(const Progress& progress) {
-    // Painting the line for every item would cost more than the work itself.
+    // Painting the status line for every item would take longer than the work itself.
     constexpr qint64 kMillisecondsBetween = 100;
     const bool last = progress.done == progress.total;
     if (show_ &&

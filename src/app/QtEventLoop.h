@@ -15,8 +15,7 @@ namespace vexmarrow {
 /// Yields to Qt's event loop, and knows whether the program is ending.
 class QtEventLoop final : public EventLoop {
 public:
-    /// `show` is called with the progress from a yield: some ten times a second, and for the
-    /// last item.
+    /// Makes Yield call `show` with the progress, about ten times a second and for the last item.
     void SetProgressDisplay(std::function<void(const Progress&)> show) { show_ = std::move(show); }
 
     void Yield(const Progress& progress) override;
@@ -24,7 +23,7 @@ public:
     /// From now on every yield and every box throws ProgramEnded.
     void End() { ended_ = true; }
 
-    /// Throws ProgramEnded when the program is ending.
+    /// Throws ProgramEnded if the program is ending.
     void ThrowIfEnded() const {
         if (ended_) {
             throw ProgramEnded();
@@ -37,13 +36,12 @@ private:
     bool ended_ = false;
 };
 
-/// The outermost frame of every handler: the end of the program unwinds up to here.
+/// Runs the operation of a handler. If the program ends meanwhile, this catches ProgramEnded.
 template <typename Operation>
 void RunHandler(Operation&& operation) {
     try {
         std::forward<Operation>(operation)();
     } catch (const ProgramEnded&) {
-        // Nothing is left to do: the event loop ends as well.
         return;
     }
 }

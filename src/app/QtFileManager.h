@@ -11,7 +11,7 @@
 
 namespace vexmarrow {
 
-/// The file manager that the user's desktop has for folders.
+/// The file manager of the user's desktop.
 class QtFileManager final : public FileManager {
 public:
     void OpenFolder(std::u16string_view folder) override {

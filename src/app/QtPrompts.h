@@ -12,12 +12,11 @@ namespace vexmarrow {
 
 class QtEventLoop;
 
-/// Message and input boxes over the program's windows.
 class QtPrompts final : public Prompts {
 public:
     explicit QtPrompts(const QtEventLoop& eventLoop) : eventLoop_(eventLoop) {}
 
-    /// The window over which boxes appear, unless a dialog of the program is open.
+    /// Sets the window over which boxes appear unless another box is open.
     void SetOwner(QWidget* owner) { owner_ = owner; }
 
     Answer ShowMessage(std::u16string_view text, BoxStyle style,

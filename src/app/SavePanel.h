@@ -15,23 +15,22 @@ namespace vexmarrow {
 
 class Note;
 
-/// Where results go, and the button that starts it all. Makes and lays out the controls; what they
-/// do is wired by the main window.
+/// The choice where results are saved, and the start button.
 class SavePanel final : public QWidget {
     Q_OBJECT
 
 public:
     explicit SavePanel(QWidget* parent);
 
-    /// Makes room in pixels of the present letters and style. To be called once the frame has its
-    /// title; the panel itself follows later changes of letters and style.
+    /// Sets the sizes that depend on font and style. Call this once the frame has its title; the
+    /// panel itself calls it again when the font or the style changes.
     void Measure();
 
     QGroupBox* Frame2;         // "Save Option"
     QRadioButton* Option5;     // "Save results in folder of original file"
     QRadioButton* Option4;     // "Save results to this folder:"
     QWidget* Frame4;           // holds the folder and its button
-    QLineEdit* Text3;          // output folder
+    QLineEdit* Text3;          // the output folder
     QPushButton* PushButton14; // "..."
     Note* ResultsNote;
     QPushButton* PushButton1; // "Start Replacing"

@@ -9,31 +9,30 @@ namespace vexmarrow {
 
 class SetList;
 
-/// The table of all replacement sets: their numbers, what they find and what they put in its place.
-/// One of them can be chosen, which is the selected row. Where a row has the keyboard's focus only,
-/// nobody has chosen it.
+/// The table of all replacement sets: their numbers, find texts and replace texts. The selected row
+/// is the chosen set. A row that merely has the focus is not chosen.
 class SetsTable final : public QTableView {
     Q_OBJECT
 
 public:
     explicit SetsTable(QWidget* parent);
 
-    /// The sets that it shows, which outlive it. To be called once.
+    /// Sets the list that the table shows; call this once. The list must outlive the table.
     void SetSets(const SetList& sets);
 
-    /// To be called before and after each change of the sets; `chosen` as for ShowChosen. The row
-    /// with the focus stays in its place, and a set that was added comes in sight.
+    /// Call these before and after each change of the sets; `chosen` is as for ShowChosen. The
+    /// focus stays in its row, and the table scrolls to a set that was added.
     void SetsAboutToChange();
     void SetsChanged(int chosen);
 
-    /// Shows that a set is chosen, numbered from 0, or none for -1. Emits nothing.
+    /// Shows that a set, numbered from 0, is chosen; none if -1. Emits nothing.
     void ShowChosen(int set);
 
     QSize sizeHint() const override;        // five rows
     QSize minimumSizeHint() const override; // two rows
 
 Q_SIGNALS:
-    /// The user has chosen a set, numbered from 0, or has let go the one that was chosen: -1.
+    /// The user has chosen a set, numbered from 0, or has cancelled the choice (-1).
     void Chosen(int set);
 
 protected:
@@ -48,7 +47,7 @@ private:
     QSize SizeOf(int rows) const;
 
     Model* model_ = nullptr;
-    int countBefore_ = 0; // of the sets, before the change that goes on
+    int countBefore_ = 0; // the number of sets before the current change
     int focusBefore_ = -1;
     bool isChangedByProgram_ = false;
 };

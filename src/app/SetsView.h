@@ -15,15 +15,15 @@ namespace vexmarrow {
 
 class SetsTable;
 
-/// Shows a SetList in two drop-down lists and a table, and keeps their selections in step: choosing
-/// an entry of one of them selects the entry of the same number in the others. Changes of the list
-/// choose nothing; a selection ends when its own list loses an entry, and the table's with both.
-/// Where nothing is chosen, the drop-down lists show how many sets there are.
+/// Shows a SetList in two drop-down lists and a table. Choosing an entry in one of the three
+/// selects the entry of the same number in the others. A change of the sets selects nothing. A
+/// drop-down list whose texts become fewer loses its selection; the table loses it when both lists
+/// do. A drop-down list without a selection shows the number of sets.
 class SetsView final : public QObject, private SetListObserver {
     Q_OBJECT
 
 public:
-    /// The sets and the controls outlive the view.
+    /// The sets and the controls must outlive the view.
     SetsView(SetList& sets, QComboBox* combo1, QComboBox* combo2, SetsTable* table,
              QObject* parent);
     ~SetsView() override;
@@ -31,7 +31,7 @@ public:
     SetsView& operator=(const SetsView&) = delete;
 
 Q_SIGNALS:
-    /// The sets have changed, and what shows them is up to date.
+    /// The sets have changed, and the controls show them.
     void Changed();
 
 private:

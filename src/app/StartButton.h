@@ -7,9 +7,9 @@
 
 namespace vexmarrow {
 
-/// The button that the whole window leads to: bold letters on the colour of selections, dark or
-/// light enough to read them, and inside it a ring in the colour of its letters while the keyboard
-/// goes to it. A skin that has rules for buttons draws it in its own way.
+/// The most important button of the window. Its caption is bold, on the colour of selections, made
+/// dark or light enough to read it. A ring inside the button shows that it has the focus. If a skin
+/// has rules for buttons, the skin draws it instead.
 class StartButton final : public QPushButton {
     Q_OBJECT
 

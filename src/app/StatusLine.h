@@ -16,44 +16,44 @@ namespace vexmarrow {
 
 class CodePageChooser;
 
-/// What can be done about earlier runs at this moment.
+/// What the user can do about earlier runs at the moment.
 struct UndoOffer {
-    bool undo = false;        ///< the last run can be undone
-    bool forget = false;      ///< there is something to forget
-    bool keepMissing = false; ///< old texts of files that are not there can be kept aside
-    QString hint;             ///< which run the last one is, or why it cannot be undone
-    QString missing;          ///< what is said of files that are not there
+    bool undo = false;        ///< whether the last run can be undone
+    bool forget = false;      ///< whether there is anything to forget
+    bool keepMissing = false; ///< whether old texts of missing files can be kept
+    QString hint;             ///< describes the last run, or why it cannot be undone
+    QString missing;          ///< the notice about missing files; empty if there are none
 };
 
-/// The line at the foot of the main window: how many files and sets there are, or else that the
-/// files look like UTF-8, or how far long work is; the way back; and the code page. Says nothing
-/// about results.
+/// The line at the bottom of the main window. It shows either the numbers of files and sets, or the
+/// hint that the files look like UTF-8, or the progress of long work; then the controls to undo a
+/// run, and the code page. It says nothing about results.
 class StatusLine final : public QStatusBar {
     Q_OBJECT
 
 public:
     explicit StatusLine(QWidget* parent);
 
-    /// The numbers of files and of sets, which are shown when no work is.
+    /// Sets the numbers of files and sets, which are shown while there is no progress to show.
     void ShowCounts(std::size_t files, std::size_t sets);
 
-    /// Whether to say, in the place of the counts, that the files look like UTF-8.
+    /// Sets whether the hint that the files look like UTF-8 replaces the counts.
     void ShowUtf8Hint(bool shown);
 
     void ShowProgress(const Progress& progress);
 
-    /// The work is over, or its display is.
+    /// Shows the counts or the hint again.
     void ClearProgress();
 
     void ShowUndo(const UndoOffer& offer);
 
-    /// Without what tells of files and progress, which takes what room there is.
+    /// Leaves out counts, hint and progress, which take only the room that is left.
     QSize minimumSizeHint() const override;
 
     QPushButton* UseUtf8;
-    QWidget* UndoFrame; // the ground of the next two
+    QWidget* UndoFrame; // contains UndoLastRun and UndoMenu
     QPushButton* UndoLastRun;
-    QPushButton* UndoMenu; // with the next two in it
+    QPushButton* UndoMenu; // contains Forget and KeepMissing
     QAction* Forget;
     QAction* KeepMissing;
     CodePageChooser* CodePage; // "Code page of unmarked files:"
@@ -68,15 +68,15 @@ private:
     void Fit();
     void Arrange();
 
-    QWidget* room_; // no layout of its own, so that a change of texts lays nothing out anew
-    QLabel* count_; // or the hint
+    QWidget* room_; // has no layout, so that a change of texts does not lay out the window again
+    QLabel* count_; // shows the counts or the hint
     QLabel* progress_;
     QLabel* missing_;
     QProgressBar* bar_;
     std::size_t files_ = 0;
     std::size_t sets_ = 0;
     bool hintsAtUtf8_ = false;
-    int wanted_ = 0; // width of what is shown in the room, if that can be had
+    int wanted_ = 0; // width in pixels of the contents of room_
     bool showsProgress_ = false;
 };
 

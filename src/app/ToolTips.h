@@ -11,13 +11,13 @@ class QWidget;
 
 namespace vexmarrow {
 
-/// Shows the tool tips of all controls of a window in lines that are short enough to read.
-/// Otherwise the toolkit shows each in one line.
+/// Makes the tool tips of all controls of a window appear in lines that are short enough to read.
+/// The toolkit would show each tip in one line.
 void ShowTipsInLines(QWidget& window);
 
-/// A text such as a path as the tool tip of the row that shows it: whole, but cut in its middle
-/// where it would not fit on a small screen, in one or more lines. It is markup, in which every
-/// mark of the text stands for itself.
+/// Converts the text of a row, such as a path, to its tool tip of one or more lines. If the text
+/// would not fit on a small screen, it is cut in its middle. The result is markup that shows the
+/// text literally.
 QString TipOf(std::u16string_view text);
 
 } // namespace vexmarrow
