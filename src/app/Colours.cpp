@@ -11,7 +11,8 @@
 namespace vexmarrow {
 namespace {
 
-constexpr double kAimOfOutlines = 4; // more than the least: a thin curve is mixed with its ground
+// More than the minimum, because a thin curve is drawn mixed with its background.
+constexpr double kOutlineContrast = 4;
 
 double Luminance(const QColor& colour) {
     const auto light = [](double part) {
@@ -29,20 +30,19 @@ QColor Mixed(const QColor& from, const QColor& to, double share) {
                             part(from.blueF(), to.blueF()));
 }
 
-/// Whether it is a palette for people who need the most contrast that there is.
-bool IsOfHighestContrast(const QPalette& palette) {
+bool HasHighestContrast(const QPalette& palette) {
     constexpr double kHighest = 20;
     return Contrast(palette.color(QPalette::Window), palette.color(QPalette::WindowText)) >=
            kHighest;
 }
 
-/// Seen on windows, lists and buttons, which are drawn lighter than their colour.
-QColor SeenEverywhere(const QColor& wanted, const QPalette& palette, double least) {
-    constexpr int kAsDrawn = 150; // per cent
-    return Visible(wanted, palette.color(QPalette::WindowText),
-                   {palette.color(QPalette::Window), palette.color(QPalette::Base),
-                    palette.color(QPalette::Button).lighter(kAsDrawn)},
-                   least);
+/// Makes a colour visible on windows, lists and buttons.
+QColor VisibleEverywhere(const QColor& wanted, const QPalette& palette, double least) {
+    constexpr int kDrawnButton = 150; // per cent: buttons are drawn lighter than their colour
+    return VisibleColour(wanted, palette.color(QPalette::WindowText),
+                         {palette.color(QPalette::Window), palette.color(QPalette::Base),
+                          palette.color(QPalette::Button).lighter(kDrawnButton)},
+                         least);
 }
 
 } // namespace
@@ -52,39 +52,41 @@ double Contrast(const QColor& one, const QColor& other) {
     return (lighter + 0.05) / (darker + 0.05);
 }
 
-QColor Visible(const QColor& wanted, const QColor& letters, std::initializer_list<QColor> grounds,
-               double least) {
+QColor VisibleColour(const QColor& wanted, const QColor& text,
+                     std::initializer_list<QColor> backgrounds, double least) {
     constexpr int kSteps = 20;
     for (int step = 0; step < kSteps; ++step) {
-        const QColor colour = Mixed(wanted, letters, static_cast<double>(step) / kSteps);
-        if (std::all_of(grounds.begin(), grounds.end(),
-                        [&](const QColor& ground) { return Contrast(colour, ground) >= least; })) {
+        const QColor colour = Mixed(wanted, text, static_cast<double>(step) / kSteps);
+        if (std::all_of(backgrounds.begin(), backgrounds.end(),
+                        [&](const QColor& each) { return Contrast(colour, each) >= least; })) {
             return colour;
         }
     }
-    return letters;
+    return text;
 }
 
-QColor LettersOn(const QColor& ground) {
-    return Contrast(Qt::white, ground) >= Contrast(Qt::black, ground) ? Qt::white : Qt::black;
+QColor TextColourOn(const QColor& background) {
+    const bool white = Contrast(Qt::white, background) >= Contrast(Qt::black, background);
+    return white ? Qt::white : Qt::black;
 }
 
 QColor OutlineColour(const QPalette& palette) {
-    const QColor ground = palette.color(QPalette::Window);
-    const QColor letters = palette.color(QPalette::WindowText);
-    return IsOfHighestContrast(palette)
-               ? letters
-               : Visible(ground, letters, {ground, palette.color(QPalette::Base)}, kAimOfOutlines);
+    const QColor window = palette.color(QPalette::Window);
+    const QColor text = palette.color(QPalette::WindowText);
+    return HasHighestContrast(palette)
+               ? text
+               : VisibleColour(window, text, {window, palette.color(QPalette::Base)},
+                               kOutlineContrast);
 }
 
 QColor FocusColour(const QPalette& palette) {
-    return SeenEverywhere(palette.color(QPalette::Highlight), palette, kAimOfOutlines);
+    return VisibleEverywhere(palette.color(QPalette::Highlight), palette, kOutlineContrast);
 }
 
 QColor QuietColour(const QPalette& palette) {
-    constexpr double kAim = 5; // more than the least: groups are drawn darker than the window
-    return SeenEverywhere(palette.color(QPalette::Window), palette,
-                          IsOfHighestContrast(palette) ? 2 * kAim : kAim);
+    constexpr double kAim = 5; // more than the minimum: groups are drawn darker than the window
+    return VisibleEverywhere(palette.color(QPalette::Window), palette,
+                             HasHighestContrast(palette) ? 2 * kAim : kAim);
 }
 
 } // namespace vexmarrow

@@ -12,30 +12,30 @@ class QPalette;
 namespace vexmarrow {
 
 // Colours that can be seen and read in every palette. A contrast is the ratio of two luminances as
-// web accessibility guidelines define it: from 1, the same, to 21, black on white.
+// web accessibility guidelines define it: from 1 (the same) to 21 (black on white).
 
-constexpr double kLeastOfLetters = 4.5;  ///< contrast of letters with their ground
-constexpr double kLeastOfOutlines = 3.0; ///< contrast of what is no letter, such as a frame
+constexpr double kMinTextContrast = 4.5;    ///< between text and its background
+constexpr double kMinOutlineContrast = 3.0; ///< between a frame or line and its background
 
 double Contrast(const QColor& one, const QColor& other);
 
-/// `wanted` if its contrast with all of `grounds` is at least `least`, else the first colour on the
-/// way from it to `letters` that has it; `letters` where none has.
-QColor Visible(const QColor& wanted, const QColor& letters, std::initializer_list<QColor> grounds,
-               double least);
+/// Mixes `wanted` with as little of `text` as it takes to reach the contrast `least` with all
+/// `backgrounds`. Returns `text` if no mixture reaches it.
+QColor VisibleColour(const QColor& wanted, const QColor& text,
+                     std::initializer_list<QColor> backgrounds, double least);
 
-/// Black or white, whichever is better to read on `ground`.
-QColor LettersOn(const QColor& ground);
+/// Black or white, whichever is easier to read on `background`.
+QColor TextColourOn(const QColor& background);
 
-/// Of frames, unset options and lines, seen against windows and lists. Where a palette has the
-/// highest contrast, so has this.
+/// For frames, unset options and lines, on windows and lists. In a palette of the highest contrast,
+/// this is the colour of text.
 QColor OutlineColour(const QPalette& palette);
 
-/// Of what shows where the keyboard goes, on buttons, too: that of selections, as far as it can be
-/// seen.
+/// For the outline of the control that has the keyboard's focus: the colour of selections, made
+/// visible on windows, lists and buttons.
 QColor FocusColour(const QPalette& palette);
 
-/// Of letters that are not to catch the eye, on windows, lists and buttons.
+/// For text that should not catch the eye, on windows, lists and buttons.
 QColor QuietColour(const QPalette& palette);
 
 } // namespace vexmarrow

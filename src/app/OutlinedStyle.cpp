@@ -16,16 +16,16 @@ namespace vexmarrow {
 namespace {
 
 // In pixels.
-constexpr double kRound = 2; // of corners
+constexpr double kCornerRadius = 2;
 constexpr int kFocusWidth = 2;
 
-/// A pen whose lines cover whole pixels of the screen, also where these are smaller than ours.
+/// A pen whose lines cover whole pixels of the screen, even if a pixel of ours covers several.
 QPen PenOf(const QColor& colour, double width, const QPainter& painter) {
     const double ratio = painter.device()->devicePixelRatioF();
     return {colour, std::ceil(width * ratio) / ratio};
 }
 
-/// The shape within `place` whose outline lies wholly inside.
+/// The place of an outline of this width that lies wholly inside `place`.
 QRectF Inside(const QRectF& place, double width) {
     return place.adjusted(width / 2, width / 2, -width / 2, -width / 2);
 }
@@ -42,7 +42,7 @@ void DrawWith(const QPen& pen, QPainter& painter, Draw draw) {
 
 enum class Shape { Box, Circle };
 
-/// Draws an outline upon what the style has drawn. Where the keyboard goes, it is thicker.
+/// Draws the outline of a control over the drawing of the style, thicker if it has the focus.
 void Outline(const QStyleOption& option, QPainter& painter, const QRectF& place,
              Shape shape = Shape::Box) {
     const bool focus = option.state.testFlag(QStyle::State_HasFocus) &&
@@ -54,19 +54,19 @@ void Outline(const QStyleOption& option, QPainter& painter, const QRectF& place,
         if (shape == Shape::Circle) {
             painter.drawEllipse(inside);
         } else {
-            painter.drawRoundedRect(inside, kRound, kRound);
+            painter.drawRoundedRect(inside, kCornerRadius, kCornerRadius);
         }
     });
 }
 
-/// Where the keyboard goes, in something that is larger.
+/// Draws the outline of the focus inside a larger control.
 void OutlineFocus(const QStyleOption& option, QPainter& painter, const QRectF& place) {
     const QPen pen = PenOf(FocusColour(option.palette), 1, painter);
-    DrawWith(pen, painter,
-             [&] { painter.drawRoundedRect(Inside(place, pen.widthF()), kRound, kRound); });
+    DrawWith(pen, painter, [&] {
+        painter.drawRoundedRect(Inside(place, pen.widthF()), kCornerRadius, kCornerRadius);
+    });
 }
 
-/// The grip of a splitter, in its middle.
 void DrawGrip(const QStyleOption& option, QPainter& painter) {
     constexpr int kLength = 48;
     constexpr int kWidth = 3;
@@ -76,13 +76,13 @@ void DrawGrip(const QStyleOption& option, QPainter& painter) {
     painter.fillRect(grip, OutlineColour(option.palette));
 }
 
-/// A tab, open to its page when that is in front.
+/// Draws the outline of a tab, which is open towards its page.
 void OutlineTab(const QStyleOptionTab& option, QPainter& painter) {
     const bool selected = option.state.testFlag(QStyle::State_Selected);
     const QPen pen = PenOf(OutlineColour(option.palette), 1, painter);
     QRectF place = Inside(option.rect, pen.widthF());
     if (!selected) {
-        constexpr int kLower = 2; // than the selected one
+        constexpr int kLower = 2; // than the selected tab
         place.setTop(place.top() + kLower);
     }
     DrawWith(pen, painter, [&] {
@@ -103,7 +103,7 @@ bool OutlinedStyle::IsNeededFor(const QStyle& style) {
     if (qobject_cast<const OutlinedStyle*>(&style) != nullptr) {
         return false;
     }
-    const QStyle* base = &style; // desktops have it wrapped in a style of theirs
+    const QStyle* base = &style; // some desktops wrap it in a style of their own
     while (const auto* const proxy = qobject_cast<const QProxyStyle*>(base)) {
         base = proxy->baseStyle();
     }
@@ -113,10 +113,10 @@ bool OutlinedStyle::IsNeededFor(const QStyle& style) {
 void OutlinedStyle::polish(QPalette& colours) {
     QProxyStyle::polish(colours);
     for (const auto group : {QPalette::Active, QPalette::Inactive}) {
-        const QColor letters = colours.color(group, QPalette::HighlightedText);
+        const QColor text = colours.color(group, QPalette::HighlightedText);
         const QColor selection = colours.color(group, QPalette::Highlight);
         colours.setColor(group, QPalette::Highlight,
-                         Visible(selection, LettersOn(letters), {letters}, kLeastOfLetters));
+                         VisibleColour(selection, TextColourOn(text), {text}, kMinTextContrast));
         colours.setColor(group, QPalette::PlaceholderText, QuietColour(colours));
     }
 }
@@ -150,10 +150,9 @@ void OutlinedStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* 
         Outline(*option, *painter, option->rect, Shape::Circle);
         break;
     case PE_Frame:
-        // An empty frame style is drawn as well.
         if (const auto* const frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
             frame == nullptr || frame->lineWidth == 0) {
-            break;
+            break; // the toolkit also draws frames without a line
         }
         [[fallthrough]];
     case PE_FrameLineEdit:
@@ -162,7 +161,7 @@ void OutlinedStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* 
         Outline(*option, *painter, option->rect);
         break;
     case PE_FrameTabWidget: {
-        QStyleOption page = *option; // its tabs may have the focus; it never has
+        QStyleOption page = *option; // its tabs may have the focus, the page never has
         page.state.setFlag(State_HasFocus, false);
         Outline(page, *painter, page.rect);
         break;
@@ -196,9 +195,15 @@ void OutlinedStyle::drawComplexControl(ComplexControl control, const QStyleOptio
         Outline(*option, *painter, subControlRect(control, option, SC_ScrollBarSlider, widget));
     } else if (control == CC_GroupBox) {
         QRectF place = subControlRect(control, option, SC_GroupBoxFrame, widget);
-        place.setTop(subControlRect(control, option, SC_GroupBoxLabel, widget).bottom() + 1);
-        Outline(*option, *painter, place); // the title stands above
+        place.setTop(TopOfGroupFrame(*this, *option, widget));
+        Outline(*option, *painter, place);
     }
+}
+
+int TopOfGroupFrame(const QStyle& style, const QStyleOptionComplex& group, const QWidget* widget) {
+    const QRect title =
+        style.subControlRect(QStyle::CC_GroupBox, &group, QStyle::SC_GroupBoxLabel, widget);
+    return title.bottom() + 1;
 }
 
 } // namespace vexmarrow

@@ -7,28 +7,27 @@
 
 namespace vexmarrow {
 
-/// The toolkit's own style with outlines that can be seen in every palette: it draws them somewhat
-/// darker than the ground, which leaves little of frames and unset options on a dark one. What has
-/// the keyboard's focus gets a thicker outline of a colour of its own.
+/// The toolkit's own style, but with outlines that can be seen in every palette. The toolkit draws
+/// them a little darker than the background, so frames and unset options almost disappear in a dark
+/// palette. The control that has the focus gets a thicker outline in another colour.
 class OutlinedStyle final : public QProxyStyle {
     Q_OBJECT
 
 public:
     OutlinedStyle();
 
-    /// Whether `style` is one that this one can take the place of.
+    /// Whether `style` is the toolkit's own style without these outlines.
     static bool IsNeededFor(const QStyle& style);
 
-    /// Selections are dark or light enough to read their letters on them, and quiet letters are not
-    /// too quiet, whatever the desktop's palette.
+    /// Changes the desktop's palette so that selected text and grey text can be read.
     void polish(QPalette& colours) override;
     using QProxyStyle::polish;
 
-    /// Frames of lists and text boxes have room for the outline of the focus.
+    /// Makes room for the outline of the focus in the frames of lists and text boxes.
     int pixelMetric(PixelMetric metric, const QStyleOption* option = nullptr,
                     const QWidget* widget = nullptr) const override;
 
-    /// Captions and lines of text have room around them.
+    /// Makes room around captions and lines of text.
     QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
                            const QWidget* widget) const override;
 
@@ -39,5 +38,8 @@ public:
     void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
                             QPainter* painter, const QWidget* widget = nullptr) const override;
 };
+
+/// The y coordinate at which the frame of a group begins, below its title.
+int TopOfGroupFrame(const QStyle& style, const QStyleOptionComplex& group, const QWidget* widget);
 
 } // namespace vexmarrow

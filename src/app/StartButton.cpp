@@ -24,13 +24,14 @@ void StartButton::paintEvent(QPaintEvent* event) {
     }
     constexpr int kHoverPercent = 108;
     constexpr int kDownPercent = 115;
-    constexpr double kRound = 3; // of corners, in pixels
+    constexpr double kCornerRadius = 3; // pixels
     QStyleOptionButton option;
     initStyleOption(&option);
-    const QColor letters = option.palette.color(QPalette::HighlightedText);
-    const QColor away = LettersOn(letters);
-    QColor face = Visible(option.palette.color(QPalette::Highlight), away, {letters},
-                          kLeastOfLetters); // also where the palette is somebody else's
+    const QColor caption = option.palette.color(QPalette::HighlightedText);
+    const QColor away = TextColourOn(caption);
+    // The palette may be one that OutlinedStyle has not polished.
+    QColor face =
+        VisibleColour(option.palette.color(QPalette::Highlight), away, {caption}, kMinTextContrast);
     if (option.state.testFlag(QStyle::State_Sunken)) {
         face = away == Qt::black ? face.darker(kDownPercent) : face.lighter(kDownPercent);
     } else if (option.state.testFlag(QStyle::State_MouseOver)) {
@@ -41,16 +42,17 @@ void StartButton::paintEvent(QPaintEvent* event) {
     const QRectF place = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
     painter.setBrush(face);
     painter.setPen(OutlineColour(option.palette));
-    painter.drawRoundedRect(place, kRound, kRound);
+    painter.drawRoundedRect(place, kCornerRadius, kCornerRadius);
     if (option.state.testFlag(QStyle::State_HasFocus)) {
         constexpr double kInset = 4;
         constexpr double kWidth = 2;
         painter.setBrush(Qt::NoBrush);
-        painter.setPen(QPen(letters, kWidth));
-        painter.drawRoundedRect(place.adjusted(kInset, kInset, -kInset, -kInset), kRound, kRound);
+        painter.setPen(QPen(caption, kWidth));
+        painter.drawRoundedRect(place.adjusted(kInset, kInset, -kInset, -kInset), kCornerRadius,
+                                kCornerRadius);
     }
     QPalette colours = option.palette;
-    colours.setColor(QPalette::ButtonText, letters);
+    colours.setColor(QPalette::ButtonText, caption);
     style()->drawItemText(&painter, rect(), Qt::AlignCenter | Qt::TextShowMnemonic, colours, true,
                           text(), QPalette::ButtonText);
 }

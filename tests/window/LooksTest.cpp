@@ -49,7 +49,7 @@ QImage Picture(QWidget& widget) {
 }
 
 /// The number of pixels by which two pictures of the same place differ with at least `contrast`.
-int Difference(const QImage& one, const QImage& other, double contrast = kLeastOfOutlines) {
+int Difference(const QImage& one, const QImage& other, double contrast = kMinOutlineContrast) {
     int pixels = 0;
     for (int y = 0; y < one.height(); ++y) {
         for (int x = 0; x < one.width(); ++x) {
@@ -76,14 +76,14 @@ int Marks(const QImage& picture, double contrast) {
 /// Whether an edge is seen in a widget within the few pixels from `start` to the right.
 bool HasEdge(QWidget& widget, const QPoint& start) {
     const QRect way(start - QPoint(0, kStretch / 2), QSize(8, kStretch));
-    return Marks(Picture(widget, way), kLeastOfOutlines) >= kStretch / 2;
+    return Marks(Picture(widget, way), kMinOutlineContrast) >= kStretch / 2;
 }
 bool HasEdge(QWidget& widget, const QRect& place) {
     return HasEdge(widget, QPoint(place.left(), place.center().y()));
 }
 
 bool HasReadableLetters(QWidget& widget, const QRect& place) {
-    return Marks(Picture(widget, place), kLeastOfLetters) > 0;
+    return Marks(Picture(widget, place), kMinTextContrast) > 0;
 }
 
 } // namespace
@@ -146,10 +146,10 @@ private Q_SLOTS:
         bar.setPageStep(kStretch * bar.maximum()); // the slider takes nearly all of the bar
         QVERIFY(HasEdge(bar, bar.rect()));
         auto* const grip = window_->form->findChild<QSplitter*>()->handle(1);
-        QVERIFY(Marks(Picture(*grip), kLeastOfOutlines) >= kStretch);
+        QVERIFY(Marks(Picture(*grip), kMinOutlineContrast) >= kStretch);
         const QColor window = QApplication::palette().color(QPalette::Window);
         const bool full = window == Qt::black || window == Qt::white; // all contrast is needed
-        QVERIFY(!full || OutlineColour(QApplication::palette()) == LettersOn(window));
+        QVERIFY(!full || OutlineColour(QApplication::palette()) == TextColourOn(window));
     }
 
     void SetOptions() {
@@ -217,7 +217,7 @@ private Q_SLOTS:
                  {std::pair{QPalette::PlaceholderText, QPalette::Window},
                   {QPalette::HighlightedText, QPalette::Highlight}}) {
                 QVERIFY(Contrast(used.color(group, letters), used.color(group, ground)) >=
-                        kLeastOfLetters);
+                        kMinTextContrast);
             }
         }
     }
