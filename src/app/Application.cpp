@@ -16,14 +16,14 @@
 namespace vexmarrow {
 namespace {
 
-/// For which a desktop may have letters of their own; nothing stands for all others.
+/// The classes of controls for which a desktop may set a font; null is the font of all others.
 constexpr std::array<const char*, 15> kKinds{
     nullptr,       "QLabel",      "QPushButton", "QCheckBox",      "QRadioButton",
     "QListView",   "QHeaderView", "QStatusBar",  "QComboMenuItem", "QAbstractItemView",
     "QMessageBox", "QMenu",       "QTipLabel",   "QComboLineEdit", "QToolButton"};
 
-/// Whether a key that is held there counts once: where it goes on to a button (in boxes of several
-/// lines it makes lines), and where it takes a file out of the list.
+/// Whether a key that is held down over `receiver` counts as a single press: a key that may press a
+/// button, or that removes a file from the list. In a text box of several lines, Enter repeats.
 bool CountsOnce(int key, const QObject& receiver) {
     if (key == Qt::Key_Delete) {
         return qobject_cast<const FileListView*>(&receiver) != nullptr;
@@ -38,8 +38,10 @@ bool CountsOnce(int key, const QObject& receiver) {
 } // namespace
 
 Application::Application(int& argc, char** argv) : QApplication(argc, argv) {
-    KeepFamily();
-    KeepOutlines();
+    if (OutlinedStyle::IsNeededFor(*style())) {
+        setStyle(new OutlinedStyle);
+    }
+    SetFontFamily(); // after the style, which brings the desktop's fonts with it
 }
 
 bool Application::notify(QObject* receiver, QEvent* event) {
@@ -58,8 +60,8 @@ bool Application::notify(QObject* receiver, QEvent* event) {
     return QApplication::notify(receiver, event);
 }
 
-/// A held key comes as many presses and releases. The toolkit recognises most of the presses; the
-/// others come at the very moment of a release.
+/// A held key arrives as many presses and releases. The toolkit marks most of these presses as
+/// repeated. Each of the others has the same time as the release before it.
 bool Application::IsHeld(const QKeyEvent& event) const {
     const bool sameMoment = event.timestamp() != 0 && event.timestamp() == releasedAt_;
     return event.isAutoRepeat() || (sameMoment && event.key() == released_);
@@ -67,28 +69,21 @@ bool Application::IsHeld(const QKeyEvent& event) const {
 
 bool Application::event(QEvent* event) {
     const bool handled = QApplication::event(event);
-    // Afterwards: the change is still on its way through the windows.
+    // Not at once, because the windows do not have the new font yet.
     if (event->type() == QEvent::ApplicationFontChange) {
-        QMetaObject::invokeMethod(this, &Application::KeepFamily, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, &Application::SetFontFamily, Qt::QueuedConnection);
     }
     return handled;
 }
 
-void Application::KeepFamily() {
+void Application::SetFontFamily() {
     const QStringList family{QStringLiteral("Arial")};
     for (const char* const kind : kKinds) {
-        QFont letters = font(kind);
-        if (letters.families() != family) {
-            letters.setFamilies(family);
-            setFont(letters, kind);
+        QFont font = QApplication::font(kind);
+        if (font.families() != family) {
+            font.setFamilies(family);
+            setFont(font, kind);
         }
-    }
-}
-
-void Application::KeepOutlines() {
-    if (OutlinedStyle::IsNeededFor(*style())) {
-        setStyle(new OutlinedStyle);
-        KeepFamily(); // a new style takes the desktop's letters again
     }
 }
 

@@ -9,13 +9,11 @@ class QKeyEvent;
 
 namespace vexmarrow {
 
-/// The toolkit's application with what every window of the program has in common: letters of the
-/// family Arial in the desktop's size and weight, and outlines, quiet letters and selected ones
-/// that can be seen. All are kept when the desktop changes its looks, which some do only once the
-/// program has started.
-///
-/// A key that is held down presses a button once and not again and again: "Start Replacing" and the
-/// "OK" of its last message would take turns, and each run changes the results of the one before.
+/// The toolkit's application object, with the behaviour that all windows of the program share.
+/// The font family is Arial, in the size and weight of the desktop, also after the desktop has
+/// changed its fonts. Outlines, grey text and selected text can be seen in every palette.
+/// A key that is held down presses a button only once. Otherwise "Start Replacing" and the "OK" of
+/// its last message would alternate, and each run would change the results of the run before it.
 class Application final : public QApplication {
     Q_OBJECT
 
@@ -28,8 +26,7 @@ protected:
     bool event(QEvent* event) override;
 
 private:
-    static void KeepFamily();
-    static void KeepOutlines();
+    static void SetFontFamily();
     bool IsHeld(const QKeyEvent& event) const;
 
     int released_ = 0; // the key that was released last

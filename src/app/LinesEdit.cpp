@@ -17,41 +17,29 @@
 namespace vexmarrow {
 namespace {
 
-/// Characters that a text document would take for the end of a line when they are inserted, and
-/// the one that introduces their substitutes: a pair of noncharacters stands for each of them
-/// inside the document.
-constexpr std::array kSheltered{QChar(0x2029), QChar(0xFDD0), QChar(0xFDD1), QChar(0xFDD2)};
-constexpr QChar kLead(0xFDD2);
-constexpr char16_t kFirstSubstitute = 0xFDD3;
+/// The characters that the toolkit's document would turn into line ends when they are inserted, and
+/// the first half of their substitutes. The document contains two noncharacters for each of them.
+constexpr QChar kFirstHalf(0xFDD2);
+constexpr std::array kSheltered{QChar(0x2029), QChar(0xFDD0), QChar(0xFDD1), kFirstHalf};
 
-QString Sheltered(const QString& text) {
-    QString sheltered;
-    sheltered.reserve(text.size());
-    for (const QChar character : text) {
-        const auto* const found = std::find(kSheltered.begin(), kSheltered.end(), character);
-        if (found == kSheltered.end()) {
-            sheltered += character;
-        } else {
-            sheltered += kLead;
-            sheltered +=
-                QChar(static_cast<char16_t>(kFirstSubstitute + (found - kSheltered.begin())));
-        }
-    }
-    return sheltered;
+QString SubstituteOf(QChar character) {
+    constexpr char16_t kSecondHalves = 0xFDD3;
+    const auto which = std::find(kSheltered.begin(), kSheltered.end(), character);
+    const auto second = static_cast<char16_t>(kSecondHalves + (which - kSheltered.begin()));
+    return QString(kFirstHalf) + QChar(second);
+}
+
+QString Sheltered(QString text) {
+    // The first half must be replaced first, because all substitutes contain it.
+    std::for_each(kSheltered.rbegin(), kSheltered.rend(),
+                  [&](QChar each) { text.replace(each, SubstituteOf(each)); });
+    return text;
 }
 
 QString Unsheltered(QString text) {
-    qsizetype end = 0;
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        QChar character = text[i];
-        const int which = i + 1 < text.size() ? text[i + 1].unicode() - kFirstSubstitute : -1;
-        if (character == kLead && which >= 0 && which < static_cast<int>(kSheltered.size())) {
-            character = kSheltered[static_cast<std::size_t>(which)];
-            ++i;
-        }
-        text[end++] = character;
+    for (const QChar each : kSheltered) {
+        text.replace(SubstituteOf(each), QString(each));
     }
-    text.truncate(end);
     return text;
 }
 
@@ -63,7 +51,7 @@ LinesEdit::LinesEdit(QWidget* parent) : QPlainTextEdit(parent) {
 }
 
 std::u16string LinesEdit::Text() const {
-    // The raw text: the plain one turns no-break spaces into blanks. Its lines end in U+2029.
+    // toPlainText() would turn no-break spaces into blanks. In the raw text, lines end in U+2029.
     QString text = document()->toRawText();
     text.replace(QChar(QChar::ParagraphSeparator), ToQString(kCrLf));
     return ToText(Unsheltered(std::move(text)));
@@ -84,7 +72,7 @@ QSize LinesEdit::minimumSizeHint() const {
 }
 
 void LinesEdit::keyPressEvent(QKeyEvent* event) {
-    // Shift+Enter would insert U+2028, which looks like a new line and is none.
+    // Shift+Enter would insert U+2028, which looks like the end of a line but is not one.
     if (event->matches(QKeySequence::InsertLineSeparator)) {
         textCursor().insertBlock();
         ensureCursorVisible();
