@@ -30,9 +30,9 @@
 #include "WindowTiming.h"
 #include "app/Application.h"
 #include "app/Assembly.h"
-#include "app/Boxes.h"
 #include "app/FileListView.h"
 #include "app/LinesEdit.h"
+#include "app/WaitingBoxes.h"
 #include "support/Doubles.h"
 
 #include <QAbstractButton>

@@ -20,27 +20,16 @@
 
 namespace vexmarrow {
 
-/// Has the user database name the home folder where the environment does not, for all that look
-/// there: settings, logs, the desktop. A user whom the database does not know has none, and "/"
-/// serves. To be called before anything else, the application object included.
-void SettleHomeFolder();
-
-/// The user's desktop folder, with exactly one separator at its end.
-std::u16string DesktopFolder();
-
-/// The folder of the program file, without a separator at its end.
-std::u16string ProgramFolder();
-
-/// The parts of the program, put together as on a user's desktop; the application object is there
-/// already.
+/// The parts of the program, put together as on a user's desktop. The application object must
+/// exist before.
 class Assembly {
 public:
     Assembly();
 
-    /// Reports settings that cannot be used, restores the user's choices, puts back what an earlier
-    /// run was interrupted in, if the user agrees, and shows the main window. Returns whether that
-    /// shows: the program may have been ended by then. `paths` come into the list after that, as if
-    /// they had been dropped on it.
+    /// Starts the program: reports a settings file that cannot be used, restores the user's
+    /// choices, offers to restore files whose run was interrupted, and shows the main window.
+    /// Afterwards, `paths` are added to the list as if they had been dropped on it. Returns whether
+    /// the window is visible; it is not if the user has ended the program meanwhile.
     bool Start(const std::vector<std::u16string>& paths = {});
 
     Form1& MainWindow() { return form1_; }

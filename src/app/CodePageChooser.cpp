@@ -3,7 +3,7 @@
 
 #include "app/CodePageChooser.h"
 
-#include "app/ControlHabits.h"
+#include "app/ControlBehaviour.h"
 #include "app/Strings.h"
 #include "textio/CodePage.h"
 
@@ -27,7 +27,7 @@ CodePageChooser::CodePageChooser(QWidget* parent) : QComboBox(parent) {
     KeepWheelOut(this);
     const auto tell = [this](int index) { Q_EMIT Chosen(itemData(index).toString()); };
     connect(this, &QComboBox::currentIndexChanged, this, tell);
-    connect(this, &QComboBox::activated, this, tell); // also the page that is shown already
+    connect(this, &QComboBox::activated, this, tell); // also for the page that is shown already
 }
 
 void CodePageChooser::ShowPage(std::u16string_view name) {

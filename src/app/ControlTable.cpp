@@ -3,21 +3,21 @@
 
 #include "app/ControlTable.h"
 
-#include "app/Boxes.h"
 #include "app/MakeControls.h"
 #include "app/QtEventLoop.h"
 #include "app/Strings.h"
+#include "app/WaitingBoxes.h"
 
 #include <QAbstractButton>
 
 namespace vexmarrow {
 
-QWidget* WireControl(QWidget& window, const ControlTexts& texts, std::function<void()> onClick,
+QWidget* WireControl(QWidget& window, const ControlRow& row, std::function<void()> onClick,
                      QWidget* before) {
-    auto* const control = window.findChild<QWidget*>(ToQString(texts.name));
-    SetCaption(control, texts.caption, texts.spoken);
-    if (!texts.tip.empty()) {
-        control->setToolTip(ToQString(texts.tip));
+    auto* const control = window.findChild<QWidget*>(ToQString(row.name));
+    SetCaption(control, row.caption, row.spoken);
+    if (!row.tip.empty()) {
+        control->setToolTip(ToQString(row.tip));
     }
     if (onClick) {
         QObject::connect(qobject_cast<QAbstractButton*>(control), &QAbstractButton::clicked,

@@ -3,18 +3,12 @@
 
 #include "app/FileListModel.h"
 
-#include "app/Strings.h"
+#include "app/ShownText.h"
 #include "app/ToolTips.h"
 
 #include <climits>
 
 namespace vexmarrow {
-namespace {
-
-/// The longest path that the system takes is shown whole.
-constexpr std::size_t kShownCharacters = PATH_MAX;
-
-} // namespace
 
 FileListModel::FileListModel(FileList& list, QObject* parent)
     : QAbstractListModel(parent), list_(list) {
@@ -34,7 +28,7 @@ QVariant FileListModel::data(const QModelIndex& index, int role) const {
         return {};
     }
     const std::u16string& path = list_.Row(static_cast<std::size_t>(index.row()) + 1);
-    return role == Qt::DisplayRole ? ShownInOneLine(path, kShownCharacters) : TipOf(path);
+    return role == Qt::DisplayRole ? ShownInOneLine(path, PATH_MAX) : TipOf(path);
 }
 
 QVariant FileListModel::headerData(int section, Qt::Orientation orientation, int role) const {

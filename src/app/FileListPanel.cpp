@@ -3,10 +3,9 @@
 
 #include "app/FileListPanel.h"
 
-#include "app/ControlTable.h"
 #include "app/FileListView.h"
 #include "app/MakeControls.h"
-#include "app/Note.h"
+#include "app/WrappedControls.h"
 
 #include <QGridLayout>
 #include <QPushButton>
@@ -20,10 +19,9 @@ FileListPanel::FileListPanel(FileList& list, ControlTable<Form1> controls, QWidg
     SetName(ListView1, u"ListView1");
     Hint->setBuddy(ListView1);
 
-    // Both in pixels, and less where the window is low.
+    // The gaps are in pixels, and smaller if the window is low.
     constexpr int kBetweenGroups = 10;
     constexpr int kBetweenButtons = 3;
-    // What adds files, what takes them out again, something to try; and help, at the foot.
     auto* const column = new QVBoxLayout(Buttons);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(1);
@@ -32,14 +30,14 @@ FileListPanel::FileListPanel(FileList& list, ControlTable<Form1> controls, QWidg
     };
     for (const ControlGroup group :
          {ControlGroup::AddFiles, ControlGroup::RemoveFiles, ControlGroup::Samples}) {
-        for (const ControlTexts& button : TextsOf(controls, group)) {
+        for (const ControlRow& button : RowsOf(controls, group)) {
             column->addWidget(MakeLowButton(Buttons, button.name));
             addGap(kBetweenButtons);
         }
         addGap(kBetweenGroups);
     }
     column->addStretch();
-    for (const ControlTexts& button : TextsOf(controls, ControlGroup::Help)) {
+    for (const ControlRow& button : RowsOf(controls, ControlGroup::Help)) {
         column->addWidget(MakeLowButton(Buttons, button.name));
     }
 

@@ -5,7 +5,8 @@
 
 #include "app/Colours.h"
 #include "app/FileListModel.h"
-#include "app/Rows.h"
+#include "app/MakeControls.h"
+#include "app/RowViews.h"
 #include "filelist/FileList.h"
 #include "filelist/ReceivedPaths.h"
 
@@ -23,35 +24,28 @@
 namespace vexmarrow {
 namespace {
 
-QString UriList() {
-    return QStringLiteral("text/uri-list");
-}
-
-FileListView::Paths PathsOf(const QByteArray& uris) {
+FileListView::Paths PathsOf(const QDropEvent& event) {
+    // The toolkit's own URLs would lose names that are not UTF-8.
+    const QByteArray uris = event.mimeData()->data(QStringLiteral("text/uri-list"));
     return PathsInUriList({uris.constData(), static_cast<std::size_t>(uris.size())},
                           QSysInfo::machineHostName().toStdString());
 }
 
-/// The column's width: 7000 twentieths of a point.
-int ColumnWidth(const QWidget& view) {
-    constexpr int kTwips = 7000;
-    constexpr int kTwipsPerInch = 1440;
-    return (kTwips * view.logicalDpiX() + kTwipsPerInch / 2) / kTwipsPerInch;
-}
+constexpr int kColumnWidth = 7000; // twips
 
-/// Height of the pointer on the screen in its own pixels; where the desktop does not tell that,
-/// within the list.
+/// The pointer's y coordinate on the screen, in the screen's own pixels. Wayland does not tell it,
+/// so there it is the coordinate within the list.
 int HeightOf(const QMouseEvent& event, const QWidget& view) {
     if (QGuiApplication::platformName().startsWith(QStringLiteral("wayland"))) {
         return qRound(event.position().y());
     }
-    // A screen's place among others is in its own pixels already; what lies within is not.
+    // The origin of a screen is in the screen's own pixels already, a distance on it is not.
     const int origin = view.screen()->geometry().y();
     return qRound(origin + (event.globalPosition().y() - origin) * view.devicePixelRatioF());
 }
 
-/// Draws the line where the column ends, over the whole height of the list or its header. Not every
-/// style has one.
+/// Draws the line at the end of the column, over the whole height of the list or its header. Not
+/// every style does.
 void DrawEdge(QPainter& painter, const QHeaderView& header, int height) {
     const int within = header.isRightToLeft() ? 0 : header.sectionSize(0) - 1;
     painter.fillRect(header.sectionViewportPosition(0) + within, 0, 1, height,
@@ -62,8 +56,6 @@ class Header final : public QHeaderView {
 public:
     explicit Header(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
         setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-        setStretchLastSection(false);
-        setSectionsMovable(false);
     }
 
 protected:
@@ -92,23 +84,21 @@ FileListView::FileListView(FileList& list, QWidget* parent) : QTreeView(parent),
     setTextElideMode(Qt::ElideMiddle);
     setRootIsDecorated(false);
     setItemsExpandable(false);
-    setExpandsOnDoubleClick(false);
-    setUniformRowHeights(true); // or every row would be measured
+    setUniformRowHeights(true); // saves measuring every row
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setSelectionMode(QAbstractItemView::SingleSelection);
     setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     setAcceptDrops(true);
     setMouseTracking(true);
-    header()->resizeSection(0, ColumnWidth(*this));
+    header()->resizeSection(0, PixelsFromTwips(*this, kColumnWidth));
 }
 
 void FileListView::dragEnterEvent(QDragEnterEvent* event) {
-    const QByteArray uris = event->mimeData()->data(UriList());
-    bringsFiles_ = !PathsOf(uris).empty();
+    bringsFiles_ = !PathsOf(*event).empty();
     TakeFiles(*event);
 }
 
-/// Takes a drag with files for copying: after a move the files would be deleted where they were.
+/// Accepts a drag of files only as a copy. After a move, its source would delete the files.
 void FileListView::TakeFiles(QDropEvent& event) const {
     if (bringsFiles_ && event.possibleActions().testFlag(Qt::CopyAction)) {
         event.setDropAction(Qt::CopyAction);
@@ -125,8 +115,7 @@ void FileListView::dragMoveEvent(QDragMoveEvent* event) {
 void FileListView::dropEvent(QDropEvent* event) {
     TakeFiles(*event);
     if (event->isAccepted()) {
-        // The bytes as they came: as addresses, the toolkit would spoil some of them.
-        const Paths paths = PathsOf(event->mimeData()->data(UriList()));
+        const Paths paths = PathsOf(*event);
         QMetaObject::invokeMethod(
             this, [this, paths] { Q_EMIT PathsDropped(paths); }, Qt::QueuedConnection);
     }
@@ -150,7 +139,7 @@ void FileListView::paintEvent(QPaintEvent* event) {
 
 void FileListView::scrollContentsBy(int dx, int dy) {
     QTreeView::scrollContentsBy(dx, dy);
-    if (!currentIndex().isValid()) { // what is painted then stays in its place
+    if (!currentIndex().isValid()) { // what paintEvent() adds then must not scroll
         viewport()->update();
     }
 }
@@ -167,7 +156,7 @@ void FileListView::keyPressEvent(QKeyEvent* event) {
 }
 
 QModelIndex FileListView::ShownAt(const QPoint& place) const {
-    // The toolkit finds rows beyond the edges as well, such as one below the header.
+    // Outside the viewport, the toolkit finds rows that are hidden, for example below the header.
     return viewport()->rect().contains(place) ? indexAt(place) : QModelIndex();
 }
 
@@ -184,19 +173,19 @@ void FileListView::mouseDoubleClickEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton) {
         QTreeView::mouseDoubleClickEvent(event);
     } else {
-        mousePressEvent(event); // of the other buttons, every press is one by itself
+        mousePressEvent(event); // the other buttons know no double click
     }
 }
 
 void FileListView::mouseMoveEvent(QMouseEvent* event) {
     Q_EMIT MouseMoved();
     if (event->buttons() == Qt::NoButton) {
-        EndDragging(); // the release went to a box that opened meanwhile
+        if (dragging_) {
+            EndDragging(); // the release went to a box that has opened meanwhile
+        }
+        QTreeView::mouseMoveEvent(event);
     }
     if (!dragging_) {
-        if (event->buttons() == Qt::NoButton) { // or the view would select along the way
-            QTreeView::mouseMoveEvent(event);
-        }
         return;
     }
     const QModelIndex under = ShownAt(event->position().toPoint());
@@ -213,13 +202,13 @@ void FileListView::MoveDraggedTo(const QModelIndex& under, const QMouseEvent& ev
         return;
     }
     list_.Swap(number(under.row()), number(dragged_.row()));
-    setAutoScroll(false); // selecting must not scroll; only the edges below do
+    setAutoScroll(false); // selecting must not scroll the list, only the edges do
     setCurrentIndex(under);
     setAutoScroll(true);
     dragged_ = under;
     const int height = HeightOf(event, *this);
     if (height < kUpperEdge) {
-        scrollTo(under.siblingAtRow(under.row() - 1)); // nothing where there is no such row
+        scrollTo(under.siblingAtRow(under.row() - 1)); // does nothing above the first row
     } else if (height >= kLowerEdge) {
         scrollTo(under.siblingAtRow(under.row() + 1));
     }
@@ -227,15 +216,12 @@ void FileListView::MoveDraggedTo(const QModelIndex& under, const QMouseEvent& ev
 
 void FileListView::mouseReleaseEvent(QMouseEvent* event) {
     QTreeView::mouseReleaseEvent(event);
-    dragging_ = true;
     EndDragging();
 }
 
 void FileListView::EndDragging() {
-    if (dragging_) {
-        dragging_ = false;
-        viewport()->setCursor(Qt::ArrowCursor);
-    }
+    dragging_ = false;
+    viewport()->setCursor(Qt::ArrowCursor);
 }
 
 } // namespace vexmarrow

@@ -7,12 +7,9 @@
 
 #include <QWidget>
 
-#include <vector>
-
 class QCheckBox;
 class QComboBox;
 class QGroupBox;
-class QRadioButton;
 class QTabWidget;
 
 namespace vexmarrow {
@@ -22,8 +19,7 @@ class LinesEdit;
 class Note;
 class SetsTable;
 
-/// What to find and what to put in its place, and in which part of the lines. Makes and lays out
-/// the controls; what they do is wired by the main window.
+/// The texts to find and their replacements, and the find options.
 class FindPanel final : public QWidget {
     Q_OBJECT
 
@@ -35,9 +31,8 @@ public:
     LinesEdit* Text2 = nullptr;  // " Replace with:"
     QComboBox* Combo1 = nullptr; // " Find what (exact case):"
     QComboBox* Combo2 = nullptr; // " Replace with:"
-    SetsTable* Sets = nullptr;   // all sets
-    QGroupBox* Frame1;           // "Find Options"
-    std::vector<QRadioButton*> Options;
+    SetsTable* Sets = nullptr;
+    QGroupBox* Frame1;       // "Find Options"
     QCheckBox* ReadAsVCards; // for both tabs
     Note* TextsNote = nullptr;
     Note* SetsNote = nullptr;

@@ -3,7 +3,6 @@
 
 #include "app/Form1.h"
 
-#include "app/Boxes.h"
 #include "app/CodePageChooser.h"
 #include "app/FileListPanel.h"
 #include "app/FileListView.h"
@@ -18,6 +17,7 @@
 #include "app/SetsView.h"
 #include "app/StatusLine.h"
 #include "app/Strings.h"
+#include "app/WaitingBoxes.h"
 #include "base/Text.h"
 #include "run/InputNotes.h"
 #include "shell/Choices.h"
@@ -32,9 +32,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QCloseEvent>
-#include <QComboBox>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QRadioButton>
 #include <QTabWidget>
 
@@ -71,23 +69,23 @@ Form1::Form1(const Services& services)
 Form1::~Form1() {
     services_.eventLoop.SetProgressDisplay(nullptr);
     SetPointer(Default);
-    // The views look at the lists, which are members and go before the children would.
+    // The views use the lists, which are members and would be destroyed before the views.
     delete centralWidget();
 }
 
-/// Assistive programs, too, get their answer before the handler shows a box.
-void Form1::OnTrigger(QAction* action, void (Form1::*handler)()) {
-    const auto handle = [this, handler] {
+/// Queues the operation, so that an assistive program gets its answer before a box is shown.
+void Form1::OnTrigger(QAction* action, void (UndoOperations::*operation)()) {
+    const auto handle = [this, operation] {
         if (!IsBehindBox(*this)) {
-            RunHandler([&] { (this->*handler)(); });
+            RunHandler([&] { CallUndo(operation); });
         }
     };
     connect(action, &QAction::triggered, this, handle, Qt::QueuedConnection);
 }
 
 void Form1::WireHandlers() {
-    OnTrigger(status_->Forget, &Form1::Forget_Click);
-    OnTrigger(status_->KeepMissing, &Form1::KeepMissing_Click);
+    OnTrigger(status_->Forget, &UndoOperations::Forget);
+    OnTrigger(status_->KeepMissing, &UndoOperations::GiveUpMissing);
     const QAbstractItemModel* const rows = files_->ListView1->model();
     connect(rows, &QAbstractItemModel::rowsInserted, this, &Form1::FilesChanged);
     connect(rows, &QAbstractItemModel::rowsRemoved, this, &Form1::FilesChanged);
@@ -95,9 +93,10 @@ void Form1::WireHandlers() {
     WireNotes();
     connect(status_->CodePage, &CodePageChooser::Chosen, this,
             [this](const QString& page) { RunHandler([&] { CodePage_Click(page); }); });
-    connect(files_->ListView1, &QTreeView::doubleClicked, this, &Form1::ListView1_DblClick);
+    connect(files_->ListView1, &QTreeView::doubleClicked, this,
+            [this] { ListView1_Delete(files_->ListView1->currentIndex().row()); });
     connect(files_->ListView1, &FileListView::DeletePressed, this, &Form1::ListView1_Delete);
-    connect(files_->ListView1, &FileListView::MouseMoved, this, &Form1::ListView1_MouseMove);
+    connect(files_->ListView1, &FileListView::MouseMoved, this, [this] { PointTo(Default); });
     connect(
         files_->ListView1, &FileListView::PathsDropped, this,
         [this](const FileListView::Paths& paths) { RunHandler([&] { ListView1_Drop(paths); }); });
@@ -108,22 +107,20 @@ void Form1::Open(const std::vector<std::u16string>& paths) {
         this, [this, paths] { RunHandler([&] { ListView1_Drop(paths); }); }, Qt::QueuedConnection);
 }
 
-/// What the notes are about, besides the list of files.
+/// Shows the notes again when something changes that they depend on, besides the list of files.
 void Form1::WireNotes() {
     connect(setsView_, &SetsView::Changed, this, [this] {
         ShowCounts();
-        SomethingChanged();
+        ShowNotesSoon();
     });
-    connect(find_->Text1, &QPlainTextEdit::textChanged, this, &Form1::SomethingChanged);
-    connect(find_->Text2, &QPlainTextEdit::textChanged, this, &Form1::SomethingChanged);
-    connect(find_->TabControl1, &QTabWidget::currentChanged, this, &Form1::SomethingChanged);
-    connect(save_->Text3, &QLineEdit::textChanged, this, &Form1::SomethingChanged);
-    for (const KeptOptions& options : {findOptions_, saveOptions_}) {
-        for (const KeptOption& option : options) {
-            connect(option.button, &QRadioButton::toggled, this, &Form1::SomethingChanged);
-        }
+    connect(find_->Text1, &QPlainTextEdit::textChanged, this, &Form1::ShowNotesSoon);
+    connect(find_->Text2, &QPlainTextEdit::textChanged, this, &Form1::ShowNotesSoon);
+    connect(find_->TabControl1, &QTabWidget::currentChanged, this, &Form1::ShowNotesSoon);
+    connect(save_->Text3, &QLineEdit::textChanged, this, &Form1::ShowNotesSoon);
+    for (const QRadioButton* const option : findChildren<QRadioButton*>()) {
+        connect(option, &QRadioButton::toggled, this, &Form1::ShowNotesSoon);
     }
-    connect(find_->ReadAsVCards, &QCheckBox::toggled, this, &Form1::SomethingChanged);
+    connect(find_->ReadAsVCards, &QCheckBox::toggled, this, &Form1::ShowNotesSoon);
 }
 
 void Form1::showEvent(QShowEvent* event) {
@@ -151,12 +148,12 @@ void Form1::PushButton1_Click() {
     if (undo_.IsInProgress()) {
         return;
     }
-    fileList_.Announce(); // in the middle of a drop: a run changes no file that is not in sight
+    fileList_.Announce(); // during a drop: the user must see all files that the run changes
     run_.Start();
-    if (!run_.IsInProgress()) { // or this was another press during a run
+    if (!run_.IsInProgress()) { // which it still is if this press came during a run
         undo_.Refresh();
         ShowUndo();
-        SomethingChanged(); // a scan within the run may have taken the hourglass away
+        ShowNotesSoon(); // a scan during the run may have removed the hourglass already
     }
 }
 
@@ -176,7 +173,7 @@ void Form1::PushButton8_Click() {
 void Form1::PushButton10_Click() {
     Trap trap(services_.prompts, u"Form1.PushButton10_Click");
     trap.Do(1, [&] {
-        const NormalPointer pointer;
+        const auto pointer = ShowNormalPointer();
         Form2 form2(setsLoading_, services_.prompts, hand_, this);
         form2.Form_Load();
         WaitFor(form2);
@@ -192,28 +189,16 @@ void Form1::PushButton14_Click() {
     }
 }
 
-void Form1::UndoLastRun_Click() {
-    if (!run_.IsInProgress()) { // whose scan may have changed the pointer
-        undo_.Start();
-        ShowUndo();
-    }
-}
-
-void Form1::Forget_Click() {
+/// Calls an operation of undo_ and shows what is possible then; does nothing during a run. The
+/// operation itself does nothing under the hourglass, but a scan during the run may remove that.
+void Form1::CallUndo(void (UndoOperations::*operation)()) {
     if (!run_.IsInProgress()) {
-        undo_.Forget();
+        (undo_.*operation)();
         ShowUndo();
     }
 }
 
-void Form1::KeepMissing_Click() {
-    if (!run_.IsInProgress()) {
-        undo_.GiveUpMissing();
-        ShowUndo();
-    }
-}
-
-/// Offers in the status line what can be undone, unless work is going on.
+/// Offers in the status line what can be undone; during work, nothing.
 void Form1::ShowUndo() {
     const bool isIdle = !IsBusy() && !run_.IsInProgress() && !undo_.IsInProgress();
     status_->ShowUndo({isIdle && undo_.IsPossible(), isIdle && undo_.CanForget(),
@@ -233,18 +218,18 @@ void Form1::ShowCounts() {
 void Form1::FilesChanged() {
     ShowCounts();
     filesHaveChanged_ = true;
-    SomethingChanged();
+    ShowNotesSoon();
 }
 
-/// Makes the notes anew, once for all that changes before the next event.
-void Form1::SomethingChanged() {
+/// Shows the notes again, once for all changes before the next event.
+void Form1::ShowNotesSoon() {
     if (!std::exchange(notesAreDue_, true)) {
         QMetaObject::invokeMethod(this, &Form1::ShowNotes, Qt::QueuedConnection);
     }
 }
 
-/// Says in quiet lines what a run would do that the user might not expect, and what the boxes are
-/// for. Work that is going on is not disturbed; its end comes back to this.
+/// Says in notes what a run would do that the user might not expect, and in the text boxes what
+/// they are for. Does nothing during work, which calls this when it ends.
 void Form1::ShowNotes() {
     notesAreDue_ = false;
     if (IsBusy() || run_.IsInProgress()) {
@@ -256,19 +241,15 @@ void Form1::ShowNotes() {
     }
     const RunInputs& inputs = *this;
     for (LinesEdit* const box : {find_->Text1, find_->Text2}) {
-        box->setPlaceholderText(LinesAreTexts(inputs) ? QStringLiteral("one text a line")
+        box->setPlaceholderText(LinesAreTexts(inputs) ? QStringLiteral("one text per line")
                                                       : QStringLiteral("one text"));
-        box->viewport()->update(); // which the toolkit forgets
+        box->viewport()->update(); // the toolkit does not repaint the placeholder
     }
     find_->TextsNote->Say(NoteOnTexts(inputs));
     find_->SetsNote->Say(NoteOnSets(inputs, sets_));
     find_->OptionsNote->Say(NoteOnOptions(inputs));
     save_->ResultsNote->Say(resultConflicts_.Note(inputs));
     status_->ShowUtf8Hint(utf8Hint_.Applies(inputs, sets_));
-}
-
-void Form1::ListView1_DblClick() {
-    ListView1_Delete(files_->ListView1->currentIndex().row()); // which does the same
 }
 
 void Form1::ListView1_Delete(int row) {
@@ -282,28 +263,12 @@ void Form1::ListView1_Drop(const std::vector<std::u16string>& paths) {
     }
 }
 
-void Form1::ListView1_MouseMove() {
-    PointTo(Default);
-}
-
-void Form1::ReadAsVCards_Click() {
-    SaveChoice(services_.settings, choices::kReadAsVCards, ReadAsVCards());
-}
-
-void Form1::FollowOption4() {
+void Form1::EnableOutputFolder() {
     save_->Frame4->setEnabled(SavesToOutputFolder());
 }
 
-void Form1::TabControl1_SelectedChanged(int tab) {
-    SaveChoice(services_.settings, choices::kSelectedTab, tab);
-}
-
-void Form1::Text3_Change() {
-    SaveChoice(services_.settings, choices::kOutputFolder, OutputFolder());
-}
-
 void Form1::CodePage_Click(const QString& page) {
-    // Support knows reports of this handler by the name that the control had at first.
+    // Error reports name this handler after the control's first name, which support knows.
     Trap trap(services_.prompts, u"Form1.Combo3_Click");
     const std::u16string name = ToText(page);
     if (name == services_.ansi.Page().Name() &&
@@ -314,7 +279,7 @@ void Form1::CodePage_Click(const QString& page) {
         trap.Do(2, [&] { SaveChoice(services_.settings, choices::kCodePage, name); });
     }
     status_->CodePage->ShowPage(services_.ansi.Page().Name());
-    SomethingChanged();
+    ShowNotesSoon();
 }
 
 std::u16string Form1::FindText() const {
@@ -343,41 +308,6 @@ Tab Form1::SelectedTab() const {
 
 bool Form1::ReadAsVCards() const {
     return find_->ReadAsVCards->isChecked();
-}
-
-void Form1::SetPointer(Shape shape) {
-    if (shape != Hourglass) {
-        status_->ClearProgress(); // also at the end of a run that had a scan inside
-    }
-    ShowPointer(shape);
-}
-
-void Form1::PointTo(Shape shape) {
-    if (!IsBusy() && pointer_ != shape) {
-        ShowPointer(shape);
-    }
-}
-
-void Form1::ShowPointer(Shape shape) {
-    const bool wasBusy = std::exchange(pointer_, shape) == Hourglass;
-    const bool busy = shape == Hourglass;
-    if (busy && !wasBusy) {
-        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-    } else if (wasBusy && !busy) {
-        QGuiApplication::restoreOverrideCursor();
-    }
-    if (busy != wasBusy) {
-        ShowUndo();
-        utf8Hint_.Forget(); // the files may hold other texts by now
-        SomethingChanged();
-    }
-    if (shape == Custom) {
-        setCursor(hand_);
-    } else if (shape == Arrow) {
-        setCursor(Qt::ArrowCursor);
-    } else {
-        unsetCursor();
-    }
 }
 
 } // namespace vexmarrow

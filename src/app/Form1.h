@@ -4,6 +4,7 @@
 #pragma once
 
 #include "app/ControlTable.h"
+#include "app/Services.h"
 #include "engine/ReplaceText.h"
 #include "filelist/FileAdding.h"
 #include "filelist/FileList.h"
@@ -34,42 +35,16 @@ class QSplitter;
 
 namespace vexmarrow {
 
-class AnsiCodePage;
 class FileListPanel;
-class FileManager;
-class FileWriter;
 class FindPanel;
-class Pickers;
-class Prompts;
-class QtEventLoop;
-class RFTSFSO;
-class Recovery;
 class SavePanel;
 class SetsView;
-class SettingsStore;
 class StatusLine;
 class Trap;
 
-/// What the main window works with; all of it outlives the window.
-struct Services {
-    RFTSFSO& textio;
-    FileWriter& writer;     ///< of results
-    FileWriter& setsWriter; ///< of sets, which has no way back
-    AnsiCodePage& ansi;
-    Prompts& prompts;
-    Pickers& pickers;
-    SettingsStore& settings;
-    FileManager& fileManager;
-    QtEventLoop& eventLoop;
-    Recovery& recovery;
-    std::vector<std::string> logFolders; ///< of runs, to undo them
-    std::u16string programFolder;        ///< of the program file, without a separator at its end
-    std::u16string desktopFolder;        ///< default of the output folder
-};
-
-/// The main window: composes the panels, owns the list of files and the list of sets, and wires
-/// the controls to the operations. Closing it ends the program at once, in the middle of whatever
-/// is under way.
+/// The main window. Its panels make and lay out their controls; the window puts the panels
+/// together, owns the list of files and the list of sets, and connects the controls to the
+/// operations. Closing it ends the program at once, even during work.
 class Form1 final : public QMainWindow, private RunInputs, private MousePointer {
     Q_OBJECT
 
@@ -79,12 +54,12 @@ public:
     Form1(const Form1&) = delete;
     Form1& operator=(const Form1&) = delete;
 
-    /// Start-up, to be called once before the window is shown: its looks, the record of sample
-    /// files, titles, and the user's last choices from the settings. What fails is reported and
-    /// keeps its state.
+    /// Prepares the window; call this once before it is shown. Loads skin and pointers, records the
+    /// sample files, sets the title and restores the user's choices from the settings. A step that
+    /// fails is reported and changes nothing.
     void Form_Load();
 
-    /// Adds paths to the list as a drop does, once the event loop runs.
+    /// Adds paths to the list as a drop does, as soon as the event loop runs.
     void Open(const std::vector<std::u16string>& paths);
 
 protected:
@@ -94,34 +69,26 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    /// An option button whose state is kept.
+    /// An option button whose state is kept in the settings.
     struct KeptOption {
         QRadioButton* button;
         Choice<bool> choice;
-        ReplacementMode mode = ReplacementMode::None; ///< of a find option
+        ReplacementMode mode = ReplacementMode::None; // of a find option
     };
     using KeptOptions = std::vector<KeptOption>;
 
     struct Table;
     static ControlTable<Form1> Controls();
 
-    // Handlers that do more than call one operation, by control and event.
+    // Handlers that do more than call one operation, named by control and event.
     void PushButton1_Click();  // "Start Replacing"
     void PushButton5_Click();  // "Help"
     void PushButton8_Click();  // "Load Sample/Example Files"
     void PushButton10_Click(); // "Load Sets"
     void PushButton14_Click(); // "..." of the output folder
-    void UndoLastRun_Click();
-    void Forget_Click();
-    void KeepMissing_Click();
     void UseUtf8_Click();
-    void ListView1_DblClick();
     void ListView1_Delete(int row);
     void ListView1_Drop(const std::vector<std::u16string>& paths);
-    void ListView1_MouseMove();
-    void ReadAsVCards_Click();
-    void TabControl1_SelectedChanged(int tab);
-    void Text3_Change();
     void CodePage_Click(const QString& page);
 
     void LayOut();
@@ -130,24 +97,26 @@ private:
     QSize FirstSize() const;
     void WireHandlers();
     void WireNotes();
-    void OnTrigger(QAction* action, void (Form1::*handler)());
+    void OnTrigger(QAction* action, void (UndoOperations::*operation)());
+    void CallUndo(void (UndoOperations::*operation)());
     void WatchPointer();
+    QString FileBesideProgram(std::u16string_view name) const;
     void LoadSkin();
-    void LoadHandCursor();
+    QCursor PointerBesideProgram(std::u16string_view name) const;
     void LoadDragPointer();
-    void ChooseCodePage();
+    void RestoreCodePage();
     void ApplyTable();
     void CollectOptions();
-    int RestoreOptions(Trap& trap, int line, const KeptOptions& options); // returns the next line
+    int RestoreOptions(Trap& trap, int line, const KeptOptions& options);
     void SaveWhenPressed(const KeptOptions& options);
     void RestoreTab(int tab);
-    void FollowOption4();
+    void EnableOutputFolder();
     void ShowUndo();
     void ShowCounts();
     void FilesChanged();
-    void SomethingChanged();
+    void ShowNotesSoon();
     void ShowNotes();
-    void PointTo(Shape shape); // as the mouse moves: never replaces the hourglass
+    void PointTo(Shape shape);
     void ShowPointer(Shape shape);
 
     // RunInputs
@@ -186,13 +155,13 @@ private:
     SetsView* setsView_;
     KeptOptions findOptions_;
     KeptOptions saveOptions_;
-    QSplitter* parts_ = nullptr; // the list above, the rest below
+    QSplitter* parts_ = nullptr; // between the list of files and the rest
     StatusLine* status_ = nullptr;
-    bool isDivided_ = false; // by the user, who has moved the splitter
+    bool isDivided_ = false; // whether the user has moved the splitter
     bool notesAreDue_ = false;
-    bool filesHaveChanged_ = true; // since the notes were made
+    bool filesHaveChanged_ = true; // since the notes were shown
     Shape pointer_ = Default;
-    QCursor hand_; // the custom pointer
+    QCursor hand_; // the pointer over buttons
 };
 
 } // namespace vexmarrow

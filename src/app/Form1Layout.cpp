@@ -1,21 +1,19 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-// How the main window is laid out.
+// The layout of the main window.
 
-#include "app/ControlHabits.h"
+#include "app/ControlBehaviour.h"
 #include "app/FileListPanel.h"
 #include "app/FileListView.h"
 #include "app/FindPanel.h"
 #include "app/Form1.h"
 #include "app/LinesEdit.h"
-#include "app/Look.h"
 #include "app/SavePanel.h"
 #include "app/SetsTable.h"
 #include "app/StatusLine.h"
 
 #include <QApplication>
-#include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
 #include <QLineEdit>
@@ -29,17 +27,20 @@
 
 #include <algorithm>
 #include <array>
+#include <initializer_list>
 
 namespace vexmarrow {
 namespace {
 
 constexpr double kShareOfScreen = 0.9;
-constexpr int kHandle = 9;              // pixels, of the splitter
+constexpr int kHandle = 9;              // pixels: width of the splitter's handle
 constexpr int kBetweenParts = 4;        // pixels
 constexpr QMargins kAround(9, 6, 9, 4); // pixels
-constexpr QSize kFrame(12, 40); // of the window, about: it is not there before the window shows
+// Size of the desktop's frame around a window, about. The real one is not known before the window
+// is shown.
+constexpr QSize kFrame(12, 40);
 
-/// On a small screen with large letters, not all of the window is in sight at once.
+/// Makes the contents scroll, because a small screen with a large font cannot show all of them.
 QScrollArea* MakeScrollable(QWidget* content, QWidget* parent) {
     auto* const area = new QScrollArea(parent);
     area->setWidget(content);
@@ -59,7 +60,7 @@ QScrollArea* MakeScrollable(QWidget* content, QWidget* parent) {
 void Form1::LayOut() {
     status_ = new StatusLine(this);
     setStatusBar(status_);
-    ApplyTable(); // before anything asks for sizes: the captions decide them
+    ApplyTable(); // first, because sizes depend on the captions
     auto* const below = new QWidget(this);
     auto* const rest = new QVBoxLayout(below);
     rest->setContentsMargins(0, 0, 0, 0);
@@ -71,7 +72,7 @@ void Form1::LayOut() {
     parts_->setHandleWidth(kHandle);
     parts_->addWidget(files_);
     parts_->addWidget(below);
-    below->raise(); // assistive programs read in the order of the children
+    below->raise(); // assistive programs read children in their order
     parts_->setStretchFactor(0, 1);
     connect(parts_, &QSplitter::splitterMoved, this, [this] { isDivided_ = true; });
     auto* const centre = new QWidget(this);
@@ -79,20 +80,19 @@ void Form1::LayOut() {
     column->setContentsMargins(kAround);
     column->addWidget(parts_);
     setCentralWidget(MakeScrollable(centre, this));
-    status_->raise(); // it is read last
+    status_->raise(); // assistive programs read it last
 
     const QMargins margins = column->contentsMargins();
     status_->setContentsMargins(margins.left(), 0, margins.right(), 0);
-    for (QWidget* const control :
-         {static_cast<QWidget*>(find_->Combo1), static_cast<QWidget*>(find_->Combo2),
-          static_cast<QWidget*>(find_->TabControl1->tabBar())}) {
+    for (QWidget* const control : std::initializer_list<QWidget*>{find_->Combo1, find_->Combo2,
+                                                                  find_->TabControl1->tabBar()}) {
         KeepWheelOut(control);
     }
     AlignColumns();
     resize(FirstSize());
 }
 
-/// The list's buttons, the find options and the start button stand in one column.
+/// Makes the list's buttons, the find options and the start button a column of one width.
 void Form1::AlignColumns() {
     const std::array<QWidget*, 3> narrow{files_->Buttons, find_->Frame1, save_->PushButton1};
     int width = save_->PushButton1->sizeHint().width();
@@ -104,8 +104,8 @@ void Form1::AlignColumns() {
     }
 }
 
-/// The list gets the room that the rest does not want; in a low window the rest is as low as it
-/// can.
+/// Gives the list the height that the rest does not need. In a low window the rest gets only its
+/// minimum. Once the user has moved the splitter, this does nothing.
 void Form1::DivideRoom() {
     constexpr int kLow = 700; // pixels
     if (isDivided_) {
@@ -142,26 +142,6 @@ QSize Form1::FirstSize() const {
                      needed.width() > available.width() ? bar : 0);
     return roomy.boundedTo(screen()->availableSize() * kShareOfScreen)
         .expandedTo((needed + bars).boundedTo(available));
-}
-
-void Form1::WatchPointer() {
-    auto* const watch =
-        new PointerWatch([this] { PointTo(Custom); }, [this] { PointTo(Default); }, this);
-    for (QPushButton* const button : findChildren<QPushButton*>()) {
-        watch->Watch(button);
-    }
-    for (QWidget* const ground :
-         {parts_->parentWidget(), static_cast<QWidget*>(parts_),
-          static_cast<QWidget*>(parts_->handle(1)), parts_->widget(1),
-          static_cast<QWidget*>(files_), files_->Buttons, static_cast<QWidget*>(find_),
-          static_cast<QWidget*>(save_), static_cast<QWidget*>(find_->Frame1),
-          static_cast<QWidget*>(save_->Frame2), save_->Frame4, static_cast<QWidget*>(save_->Text3),
-          static_cast<QWidget*>(find_->TabControl1),
-          static_cast<QWidget*>(find_->TabControl1->tabBar()), find_->TabControl1->widget(0),
-          find_->TabControl1->widget(1), find_->Sets->viewport(), static_cast<QWidget*>(status_),
-          status_->UndoFrame}) {
-        watch->Watch(ground);
-    }
 }
 
 } // namespace vexmarrow

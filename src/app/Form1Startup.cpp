@@ -1,14 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-// How the main window starts: its looks, and the user's last choices.
+// What the main window does before it is shown.
 
 #include "app/CodePageChooser.h"
 #include "app/FileListPanel.h"
 #include "app/FileListView.h"
 #include "app/FindPanel.h"
 #include "app/Form1.h"
-#include "app/Look.h"
+#include "app/LookFiles.h"
 #include "app/SavePanel.h"
 #include "app/StatusLine.h"
 #include "app/Strings.h"
@@ -30,22 +30,23 @@ void Form1::Form_Load() {
     Trap trap(services_.prompts, u"Form1.Form_Load");
     SettingsStore& settings = services_.settings;
     trap.Do(1, [&] { LoadSkin(); });
-    trap.Do(2, [&] { LoadHandCursor(); });
+    trap.Do(2, [&] { hand_ = PointerBesideProgram(u"/HAND-M.CUR"); });
     trap.Do(3, [&] { samples_.RecordOnce(); });
     trap.Do(4, [&] { setWindowTitle(ToQString(kProductName)); });
-    trap.Do(5, [&] { ChooseCodePage(); });
+    trap.Do(5, [&] { RestoreCodePage(); });
     status_->CodePage->ShowPage(services_.ansi.Page().Name());
     trap.Do(6, [&] { LoadDragPointer(); });
     const int line = RestoreOptions(trap, RestoreOptions(trap, 7, findOptions_), saveOptions_);
-    trap.Do(line, [&] { FollowOption4(); });
+    trap.Do(line, [&] { EnableOutputFolder(); });
 
-    // Setting the options was no click of the user's. The tab and the output folder, on the other
-    // hand, are saved whenever they change, now included.
+    // From here on, the user's presses save the options; restoring them above saved nothing. The
+    // tab and the output folder are saved at every change, also when they are restored below.
     SaveWhenPressed(findOptions_);
     SaveWhenPressed(saveOptions_);
     connect(find_->TabControl1, &QTabWidget::currentChanged, this,
-            &Form1::TabControl1_SelectedChanged);
-    connect(save_->Text3, &QLineEdit::textChanged, this, &Form1::Text3_Change);
+            [&settings](int tab) { SaveChoice(settings, choices::kSelectedTab, tab); });
+    connect(save_->Text3, &QLineEdit::textChanged, this,
+            [this, &settings] { SaveChoice(settings, choices::kOutputFolder, OutputFolder()); });
 
     trap.Do(line + 1, [&] { RestoreTab(LoadChoice(settings, choices::kSelectedTab)); });
     trap.Do(line + 2, [&] {
@@ -55,40 +56,43 @@ void Form1::Form_Load() {
     });
     trap.Do(line + 3,
             [&] { find_->ReadAsVCards->setChecked(LoadChoice(settings, choices::kReadAsVCards)); });
-    connect(find_->ReadAsVCards, &QCheckBox::toggled, this, &Form1::ReadAsVCards_Click);
+    connect(find_->ReadAsVCards, &QCheckBox::toggled, this,
+            [&settings](bool set) { SaveChoice(settings, choices::kReadAsVCards, set); });
+}
+
+/// The full path of a file in the program's folder; empty if there is no such file.
+QString Form1::FileBesideProgram(std::u16string_view name) const {
+    const std::u16string path = Concat(services_.programFolder, name);
+    return IsExistingFile(services_.textio.Calls(), path) ? ToQString(path) : QString();
 }
 
 void Form1::LoadSkin() {
-    const std::u16string path = services_.programFolder + u"/x/o.cjs";
-    if (!IsExistingFile(services_.textio.Calls(), path)) {
+    const QString path = FileBesideProgram(u"/x/o.cjs");
+    if (path.isEmpty()) {
         return;
     }
-    // The ground of the window, and of all that stands on it, gets the colour of buttons first.
+    // The skin applies to a window whose background has the colour of buttons.
     QPalette colours = palette();
     colours.setColor(QPalette::Window, colours.color(QPalette::Button));
     setPalette(colours);
-    ApplySkin(ToQString(path));
+    ApplySkin(path);
 }
 
-void Form1::LoadHandCursor() {
-    const std::u16string path = services_.programFolder + u"/HAND-M.CUR";
-    if (IsExistingFile(services_.textio.Calls(), path)) {
-        hand_ = LoadPointer(ToQString(path), devicePixelRatioF());
-    }
+/// The pointer in a file in the program's folder; the default pointer if there is no such file.
+QCursor Form1::PointerBesideProgram(std::u16string_view name) const {
+    const QString path = FileBesideProgram(name);
+    return path.isEmpty() ? QCursor() : LoadPointer(path, devicePixelRatioF());
 }
 
 void Form1::LoadDragPointer() {
-    const std::u16string path = services_.programFolder + u"/drag.ico";
     try {
-        if (IsExistingFile(services_.textio.Calls(), path)) {
-            files_->ListView1->SetDragCursor(LoadPointer(ToQString(path), devicePixelRatioF()));
-        }
+        files_->ListView1->SetDragCursor(PointerBesideProgram(u"/drag.ico"));
     } catch (const Failure&) {
-        return; // a row can be dragged with the normal pointer as well
+        return; // rows can be dragged with the normal pointer, too
     }
 }
 
-void Form1::ChooseCodePage() {
+void Form1::RestoreCodePage() {
     const std::u16string page = LoadChoice(services_.settings, choices::kCodePage);
     if (!page.empty()) {
         services_.ansi.Choose(page);

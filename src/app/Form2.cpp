@@ -16,28 +16,24 @@
 #include <QPushButton>
 
 #include <array>
-#include <limits>
 
 namespace vexmarrow {
 
 struct Form2::Table {
-    static constexpr auto kNoGroup = ControlGroup::None;
+    using enum ControlGroup;
+
     static constexpr auto kRows = std::to_array<Control<Form2>>({
-        {{u"Text1", u"&File To Load:", u"The text file to load, with one set per line."}},
-        {{u"PushButton16", u"...", u"Choose the text file.", u"Browse"},
-         kNoGroup,
+        {{u"Text1", None, u"&File To Load:", u"The text file to load, with one set per line."}},
+        {{u"PushButton16", None, u"...", u"Choose the text file.", u"Browse"},
          [](Form2& form) { form.PushButton16_Click(); }},
-        {{u"Text2", u"&Separator:",
+        {{u"Text2", None, u"&Separator:",
           u"The characters between the find text and the replace text of each line."}},
-        {{u"PushButton1", u"&Load", u"Add the sets in this file to the list of sets."},
-         kNoGroup,
+        {{u"PushButton1", None, u"&Load", u"Add the sets in this file to the list of sets."},
          [](Form2& form) { form.PushButton1_Click(); }},
-        {{u"PushButton2", u"&Cancel", u"Close this window without loading any sets."},
-         kNoGroup,
+        {{u"PushButton2", None, u"&Cancel", u"Close this window without loading any sets."},
          [](Form2& form) { form.PushButton2_Click(); }},
-        {{u"PushButton3", u"?", u"Show examples of such files and their separators.",
+        {{u"PushButton3", None, u"?", u"Show examples of such files and their separators.",
           u"Format help"},
-         kNoGroup,
          [](Form2& form) { form.loading_.ShowHelp(); }},
     });
     static_assert(AllDiffer(ControlTable<Form2>(kRows)), "two controls share a name or a letter");
@@ -47,9 +43,9 @@ Form2::Form2(SetsLoading& loading, Prompts& prompts, const QCursor& overButtons,
     : QDialog(owner),
       loading_(loading),
       prompts_(prompts),
-      Text1(new QLineEdit(this)),
+      Text1(MakeLineEdit(this, u"Text1")),
       PushButton16(MakeSmallButton(this, u"PushButton16")),
-      Text2(new QLineEdit(this)),
+      Text2(MakeLineEdit(this, u"Text2")),
       PushButton1(MakeButton(this, u"PushButton1")),
       PushButton2(MakeButton(this, u"PushButton2")),
       PushButton3(MakeSmallButton(this, u"PushButton3")) {
@@ -60,24 +56,20 @@ Form2::Form2(SetsLoading& loading, Prompts& prompts, const QCursor& overButtons,
     WireControls(*this, ControlTable<Form2>(Table::kRows));
     MakeEquallyWide({PushButton1, PushButton2});
     ShowTipsInLines(*this);
-    setPalette(owner->palette()); // which a skin may have changed
+    setPalette(owner->palette()); // a skin may have changed it
     for (QPushButton* const button : findChildren<QPushButton*>()) {
         button->setCursor(overButtons);
     }
 
-    connect(Text2, &QLineEdit::textChanged, this, &Form2::Text2_Change);
+    connect(Text2, &QLineEdit::textChanged, this,
+            [this](const QString& separator) { loading_.SaveSeparator(ToText(separator)); });
 }
 
 void Form2::LayOut() {
     constexpr int kCharacters = 45;
     QLabel* const file = MakeLabel(this, u"Label1", Text1);
     QLabel* const separator = MakeLabel(this, u"Label2", Text2);
-    for (QLineEdit* const box : {Text1, Text2}) {
-        box->setMaxLength(std::numeric_limits<int>::max());
-    }
-    SetName(Text1, u"Text1");
     Text1->setMinimumWidth(Text1->fontMetrics().averageCharWidth() * kCharacters);
-    SetName(Text2, u"Text2");
     PushButton1->setDefault(true);
 
     auto* const buttons = new QHBoxLayout;
@@ -115,10 +107,6 @@ void Form2::PushButton2_Click() {
 
 void Form2::PushButton16_Click() {
     loading_.Browse([this](const std::u16string& file) { Text1->setText(ToQString(file)); });
-}
-
-void Form2::Text2_Change() {
-    loading_.SaveSeparator(ToText(Text2->text()));
 }
 
 } // namespace vexmarrow

@@ -18,11 +18,11 @@ class Form2 final : public QDialog {
     Q_OBJECT
 
 public:
-    /// Everything handed over outlives the dialog; it looks like its owner. `overButtons` is the
-    /// pointer over its push buttons.
+    /// All arguments must outlive the dialog, which gets the colours of its owner. `overButtons` is
+    /// the pointer over its push buttons.
     Form2(SetsLoading& loading, Prompts& prompts, const QCursor& overButtons, QWidget* owner);
 
-    /// Start-up, to be called once before the dialog is shown. Traps its own failures.
+    /// Prepares the dialog; call this once before it is shown. Traps its own failures.
     void Form_Load();
 
 private:
@@ -30,8 +30,7 @@ private:
 
     void PushButton1_Click();  // "Load"
     void PushButton2_Click();  // "Cancel"
-    void PushButton16_Click(); // "..." of the file
-    void Text2_Change();
+    void PushButton16_Click(); // "..." beside the file
     void LayOut();
 
     SetsLoading& loading_;

@@ -12,7 +12,6 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QStandardPaths>
-#include <QStringList>
 
 namespace vexmarrow {
 
@@ -61,7 +60,7 @@ void IniSettingsStore::SaveSetting(std::u16string_view key, std::u16string_view 
     if (QSettings* const settings = Opened()) {
         settings->setValue(ToQString(key), ToQString(EncodeSetting(value)));
         settings->sync();
-        // It would open the file once more, whatever that is by then.
+        // The toolkit's own update would open the file once more, even if it is a pipe by then.
         QCoreApplication::removePostedEvents(settings, QEvent::UpdateRequest);
     }
 }

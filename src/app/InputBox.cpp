@@ -3,10 +3,10 @@
 
 #include "app/InputBox.h"
 
-#include "app/Boxes.h"
 #include "app/MakeControls.h"
 #include "app/Strings.h"
 #include "app/ToolTips.h"
+#include "app/WaitingBoxes.h"
 
 #include <QDialogButtonBox>
 #include <QLabel>
@@ -14,29 +14,25 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include <limits>
-
 namespace vexmarrow {
 
 InputBox::InputBox(QWidget* owner, const QString& title, const QString& prompt,
                    const QString& suggestion)
-    : QDialog(owner), answer_(new QLineEdit(this)) {
-    constexpr int kCharacters = 60; // a path is to fit
+    : QDialog(owner), answer_(MakeLineEdit(this, u"Answer")) {
+    constexpr int kCharacters = 60; // for a path
     setWindowTitle(title);
     setAccessibleName(title);
     setObjectName(QStringLiteral("InputBox"));
 
     QLabel* const label = MakeLabel(this, u"Prompt", answer_);
     label->setTextFormat(Qt::PlainText);
-    SetName(answer_, u"Answer");
     SetCaption(answer_, ToText(u'&' + prompt));
     answer_->setToolTip(QStringLiteral("Type the text here."));
-    answer_->setMaxLength(std::numeric_limits<int>::max());
     answer_->setText(suggestion);
     answer_->selectAll();
     answer_->setMinimumWidth(answer_->fontMetrics().averageCharWidth() * kCharacters);
 
-    auto* const buttons = new QDialogButtonBox(this); // which has them in the order of the desktop
+    auto* const buttons = new QDialogButtonBox(this); // in the order of the desktop
     QPushButton* const ok = MakeButton(buttons, u"OK", u"&OK");
     QPushButton* const cancel = MakeButton(buttons, u"Cancel", u"&Cancel");
     buttons->addButton(ok, QDialogButtonBox::AcceptRole);

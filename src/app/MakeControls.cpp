@@ -7,16 +7,19 @@
 
 #include <QGroupBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
-#include <QRadioButton>
+#include <QStyleOptionButton>
+#include <QStylePainter>
 
 #include <algorithm>
+#include <limits>
 
 namespace vexmarrow {
 namespace {
 
-/// The caption without blanks around it and without the mark of its letter, which follows in
-/// brackets where no letter of the caption itself is free.
+/// A caption as it is spoken. If no letter of a caption is free, another one follows it in
+/// brackets, as in "Undo Last Run (&Z)", which is not spoken.
 QString TextOfCaption(std::u16string_view caption) {
     const QString text = ToQString(caption);
     return text.left(text.indexOf(QStringLiteral(" (&"))).remove(u'&').trimmed();
@@ -35,16 +38,43 @@ class LowButton final : public QPushButton {
 public:
     using QPushButton::QPushButton;
     QSize minimumSizeHint() const override {
-        constexpr int kAround = 4; // pixels above and below the letters, together
+        constexpr int kAround = 4; // pixels above and below the text, together
         return {QPushButton::minimumSizeHint().width(), fontMetrics().height() + kAround};
     }
 };
 
+class ShrinkingButton final : public QPushButton {
+public:
+    using QPushButton::QPushButton;
+
+    QSize sizeHint() const override {
+        constexpr int kCharactersAround = 2;
+        return QPushButton::sizeHint() +
+               QSize(fontMetrics().averageCharWidth() * kCharactersAround, 0);
+    }
+    QSize minimumSizeHint() const override {
+        return QPushButton::sizeHint() - QSize(CaptionWidth() * 2 / 3, 0);
+    }
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        QStylePainter painter(this);
+        QStyleOptionButton option;
+        initStyleOption(&option);
+        const int room = width() - (QPushButton::sizeHint().width() - CaptionWidth());
+        option.text =
+            fontMetrics().elidedText(option.text, Qt::ElideRight, room, Qt::TextShowMnemonic);
+        painter.drawControl(QStyle::CE_PushButton, option);
+    }
+
+private:
+    int CaptionWidth() const { return fontMetrics().size(Qt::TextShowMnemonic, text()).width(); }
+};
+
 template <typename Button>
 QPushButton* MakeButtonOf(QWidget* parent, std::u16string_view name) {
-    auto* const button = new Button(parent);
-    button->setAutoDefault(true); // Enter presses it, also where there is no dialog
-    SetName(button, name);
+    auto* const button = MakeNamed<Button>(parent, name);
+    button->setAutoDefault(true); // Enter presses it, even outside a dialog
     return button;
 }
 
@@ -64,12 +94,6 @@ QPushButton* MakeButton(QWidget* parent, std::u16string_view name, std::u16strin
     return button;
 }
 
-QRadioButton* MakeOption(QWidget* parent, std::u16string_view name) {
-    auto* const option = new QRadioButton(parent);
-    SetName(option, name);
-    return option;
-}
-
 QPushButton* MakeLowButton(QWidget* parent, std::u16string_view name) {
     QPushButton* const button = MakeButtonOf<LowButton>(parent, name);
     button->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Maximum);
@@ -82,9 +106,20 @@ QPushButton* MakeSmallButton(QWidget* parent, std::u16string_view name) {
     return button;
 }
 
+QPushButton* MakeShrinkingButton(QWidget* parent, std::u16string_view name) {
+    QPushButton* const button = MakeButtonOf<ShrinkingButton>(parent, name);
+    button->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    return button;
+}
+
+QLineEdit* MakeLineEdit(QWidget* parent, std::u16string_view name) {
+    auto* const edit = MakeNamed<QLineEdit>(parent, name);
+    edit->setMaxLength(std::numeric_limits<int>::max());
+    return edit;
+}
+
 QLabel* MakeLabel(QWidget* parent, std::u16string_view name, QWidget* control) {
-    auto* const label = new QLabel(parent);
-    SetName(label, name);
+    auto* const label = MakeNamed<QLabel>(parent, name);
     label->setBuddy(control);
     return label;
 }
@@ -113,6 +148,11 @@ void SetCaption(QWidget* control, std::u16string_view caption, std::u16string_vi
         SetCaptionOnLabel(control, text);
     }
     control->setAccessibleName(TextOfCaption(spoken.empty() ? caption : spoken));
+}
+
+int PixelsFromTwips(const QWidget& widget, int twips) {
+    constexpr int kTwipsPerInch = 1440;
+    return (twips * widget.logicalDpiX() + kTwipsPerInch / 2) / kTwipsPerInch;
 }
 
 } // namespace vexmarrow

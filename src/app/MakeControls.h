@@ -8,37 +8,52 @@
 #include <string_view>
 
 class QLabel;
+class QLineEdit;
 class QPushButton;
-class QRadioButton;
 class QWidget;
 
 namespace vexmarrow {
 
-// How the windows make their controls. `name` is the object name. Where a window has a table of
-// controls (see ControlTable.h), that gives the caption.
+// Functions that make the windows' controls. `name` is the object name. The caption comes from the
+// window's table of controls (see ControlTable.h) if it has one.
+
+void SetName(QWidget* control, std::u16string_view name);
+
+template <typename Control>
+Control* MakeNamed(QWidget* parent, std::u16string_view name) {
+    auto* const control = new Control(parent);
+    SetName(control, name);
+    return control;
+}
 
 QPushButton* MakeButton(QWidget* parent, std::u16string_view name,
                         std::u16string_view caption = {});
-QRadioButton* MakeOption(QWidget* parent, std::u16string_view name);
 
-/// A button for a column that is squeezed where there is little room.
+/// A button that can be squeezed in a column with little room.
 QPushButton* MakeLowButton(QWidget* parent, std::u16string_view name);
 
-/// A narrow button, for a caption of a few characters.
+/// A narrow button for a caption of a few characters.
 QPushButton* MakeSmallButton(QWidget* parent, std::u16string_view name);
+
+/// A button that shows only the beginning of its caption if there is little room.
+QPushButton* MakeShrinkingButton(QWidget* parent, std::u16string_view name);
+
+/// A box for one line of text of any length.
+QLineEdit* MakeLineEdit(QWidget* parent, std::u16string_view name);
 
 /// A caption above or beside `control`.
 QLabel* MakeLabel(QWidget* parent, std::u16string_view name, QWidget* control);
 
-/// Makes all buttons of a row as wide as the widest of them.
+/// Makes all buttons of a row as wide as the widest one.
 void MakeEquallyWide(const QList<QPushButton*>& row);
 
-void SetName(QWidget* control, std::u16string_view name);
-
 /// Sets the text of a button, the title of a frame or, for any other control, the text of its
-/// label. In it, "&" precedes the letter that, with Alt, leads to the control. Assistive programs
-/// read the same text, without that mark and without surrounding blanks, unless `spoken` gives them
-/// another.
+/// label. In the caption, "&" precedes the letter that leads to the control together with Alt.
+/// Assistive programs read `spoken` or, if that is empty, the caption, without "&" and surrounding
+/// blanks.
 void SetCaption(QWidget* control, std::u16string_view caption, std::u16string_view spoken = {});
+
+/// Converts twips, of which 1440 make an inch, to pixels of a widget's screen.
+int PixelsFromTwips(const QWidget& widget, int twips);
 
 } // namespace vexmarrow

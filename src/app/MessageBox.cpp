@@ -3,8 +3,8 @@
 
 #include "app/MessageBox.h"
 
-#include "app/Boxes.h"
 #include "app/MakeControls.h"
+#include "app/WaitingBoxes.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>
@@ -23,14 +23,14 @@
 namespace vexmarrow {
 namespace {
 
-/// A longer text is shown by a widget that lays out only the lines in sight; a label of thousands
-/// of lines takes seconds to paint.
+// A text with more lines or characters is not shown in a label, which takes seconds to paint a text
+// of thousands of lines, but in a widget that lays out only the visible lines.
 constexpr qsizetype kLinesOfLabel = 60;
 constexpr qsizetype kCharactersOfLabel = 10'000;
 constexpr int kWidestLineInCharacters = 90;
 constexpr int kLinesInSight = 30;
 constexpr int kFewestLinesInSight = 4;
-constexpr int kNarrowestInCharacters = 40; // the title is to be read, too
+constexpr int kNarrowestInCharacters = 40; // enough to read the title
 constexpr double kShareOfScreen = 0.75;
 
 QAccessibleInterface* MakeAlert(const QString& className, QObject* object) {
@@ -40,17 +40,9 @@ QAccessibleInterface* MakeAlert(const QString& className, QObject* object) {
     return nullptr;
 }
 
-/// What closing the box by other means than its buttons is.
 Answer AnswerOfClosing(BoxStyle style) {
-    switch (style) {
-    case BoxStyle::OrLater:
-        return Answer::Later;
-    case BoxStyle::YesNo:
-    case BoxStyle::Question:
-        return Answer::No;
-    default:
-        return Answer::Ok;
-    }
+    const bool asks = style == BoxStyle::YesNo || style == BoxStyle::Question;
+    return style == BoxStyle::OrLater ? Answer::Later : asks ? Answer::No : Answer::Ok;
 }
 
 QIcon IconOf(BoxStyle style, const QStyle& look) {
@@ -62,18 +54,16 @@ QIcon IconOf(BoxStyle style, const QStyle& look) {
         return look.standardIcon(QStyle::SP_MessageBoxQuestion);
     case BoxStyle::Exclamation:
         return look.standardIcon(QStyle::SP_MessageBoxWarning);
-    case BoxStyle::Information:
-    case BoxStyle::YesNo:
-        break;
+    default:
+        return {};
     }
-    return {};
 }
 
 bool IsForLabel(const QString& text) {
     return text.count(u'\n') < kLinesOfLabel && text.size() < kCharactersOfLabel;
 }
 
-/// A text cut at blank lines: its longest paragraph, and what stands before and after that.
+/// A text cut at blank lines: its longest paragraph, and the text before and after it.
 struct Paragraphs {
     QString before;
     QString longest;
@@ -93,18 +83,18 @@ Paragraphs CutAtLongest(const QString& text) {
         }
         at = next + gap.size();
     }
-    // Blank lines around all of it are no paragraphs.
+    // Blank lines at the beginning and the end of the text are no paragraphs.
     begin = QStringView(text).left(begin).trimmed().isEmpty() ? 0 : begin;
     end = QStringView(text).mid(end).trimmed().isEmpty() ? text.size() : end;
     return {text.left(begin).chopped(begin > 0 ? gap.size() : 0), text.mid(begin, end - begin),
             text.mid(end + gap.size())};
 }
 
-/// A label of the size that shows all of a text, in lines of about the width `widest`. Long paths
-/// have no place to wrap at: those make it wider.
+/// A label that is large enough for a whole text, in lines of about the width `widest`. It is wider
+/// if a long path cannot be wrapped.
 QLabel* MakeWholeLabel(const QString& text, int widest, QWidget* parent) {
     auto* const label = new QLabel(parent);
-    label->setTextFormat(Qt::PlainText); // a path with "<" is no markup
+    label->setTextFormat(Qt::PlainText); // a path with "<" is not markup
     label->setText(text);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     label->setAlignment(Qt::AlignTop | Qt::AlignLeft);
@@ -142,9 +132,10 @@ MessageBox::MessageBox(QWidget* owner, const QString& title, const QString& text
     grid->setColumnStretch(1, 1);
     grid->setRowStretch(0, 1);
     grid->setColumnMinimumWidth(
-        1, std::min(fontMetrics().averageCharWidth() * kNarrowestInCharacters, Most().width()));
+        1,
+        std::min(fontMetrics().averageCharWidth() * kNarrowestInCharacters, LargestText().width()));
 
-    auto* const buttons = new QDialogButtonBox(this); // which has them in the order of the desktop
+    auto* const buttons = new QDialogButtonBox(this); // in the order of the desktop
     const auto add = [&](QDialogButtonBox::ButtonRole role, std::u16string_view caption,
                          Answer answer) {
         QPushButton* const button = MakeButton(buttons, caption.substr(1), caption);
@@ -170,15 +161,15 @@ MessageBox::MessageBox(QWidget* owner, const QString& title, const QString& text
     MakeEquallyWide(buttons->findChildren<QPushButton*>());
     grid->addWidget(buttons, 1, 0, 1, 2);
     grid->setVerticalSpacing(grid->verticalSpacing() * 2);
-    resize(sizeHint()); // or the toolkit would make a short one higher
+    resize(sizeHint()); // the toolkit would make a short box higher
 }
 
-QSize MessageBox::Most() const {
+QSize MessageBox::LargestText() const {
     return screen()->availableSize() * kShareOfScreen;
 }
 
 QLayout* MessageBox::MakeText(const QString& text) {
-    const QSize most = Most();
+    const QSize most = LargestText();
     const QFontMetrics metrics = fontMetrics();
     const int widest = std::min(most.width(), metrics.averageCharWidth() * kWidestLineInCharacters);
     auto* const column = new QVBoxLayout;
@@ -192,7 +183,7 @@ QLayout* MessageBox::MakeText(const QString& text) {
         delete label;
     }
 
-    // What the longest paragraph is about, and the question after it, stay in sight.
+    // The text before the longest paragraph and the question after it must stay visible.
     const Paragraphs whole{{}, text, {}};
     Paragraphs parts = CutAtLongest(text);
     parts = IsForLabel(parts.before) && IsForLabel(parts.after) ? parts : whole;
@@ -228,7 +219,7 @@ QLayout* MessageBox::MakeText(const QString& text) {
 QPlainTextEdit* MessageBox::MakeScrollingText() {
     auto* const edit = new QPlainTextEdit(this);
     edit->setReadOnly(true);
-    // With a cursor that tells whether the keys go there.
+    // The cursor shows that the box has the focus.
     edit->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     edit->setTabChangesFocus(true);
     edit->setLineWrapMode(QPlainTextEdit::NoWrap);

@@ -4,28 +4,22 @@
 #pragma once
 
 #include <QGuiApplication>
+#include <QScopeGuard>
 
 namespace vexmarrow {
 
-/// The hourglass belongs to the main window; while a box or dialog waits for the user, for the life
-/// of this object, the pointer is the normal one.
-class NormalPointer {
-public:
-    NormalPointer() : set_(QGuiApplication::overrideCursor() != nullptr) {
-        if (set_) {
-            QGuiApplication::setOverrideCursor(Qt::ArrowCursor);
-        }
+/// Replaces the hourglass of the main window by the normal pointer while a box waits for the user:
+/// until the returned guard is destroyed.
+[[nodiscard]] inline auto ShowNormalPointer() {
+    const bool isBusy = QGuiApplication::overrideCursor() != nullptr;
+    if (isBusy) {
+        QGuiApplication::setOverrideCursor(Qt::ArrowCursor);
     }
-    ~NormalPointer() {
-        if (set_) {
+    return qScopeGuard([isBusy] {
+        if (isBusy) {
             QGuiApplication::restoreOverrideCursor();
         }
-    }
-    NormalPointer(const NormalPointer&) = delete;
-    NormalPointer& operator=(const NormalPointer&) = delete;
-
-private:
-    bool set_;
-};
+    });
+}
 
 } // namespace vexmarrow

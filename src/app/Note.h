@@ -3,36 +3,20 @@
 
 #pragma once
 
-#include <QLabel>
-
-#include <string_view>
+#include "app/WrappedControls.h"
 
 namespace vexmarrow {
 
-/// Plain text of as many lines as its width asks for; it always has room for all of them.
-class WrappedLabel : public QLabel {
-    Q_OBJECT
-
-public:
-    WrappedLabel(QWidget* parent, std::u16string_view name);
-
-    /// As high as all its lines in its present width.
-    QSize minimumSizeHint() const override;
-
-protected:
-    void resizeEvent(QResizeEvent* event) override;
-};
-
-/// A quiet line under a control that says what the user ought to know before a run. It takes no
-/// room while there is nothing to say.
+/// A grey line below a control that says what the user should know before a run. It takes no room
+/// while it is empty.
 class Note final : public WrappedLabel {
     Q_OBJECT
 
 public:
-    /// Assistive programs read the line as the description of `control`.
+    /// Assistive programs read the note as the description of `control`.
     Note(QWidget* parent, std::u16string_view name, QWidget* control);
 
-    /// An empty text hides the line.
+    /// Sets the text; an empty one hides the note.
     void Say(std::u16string_view text);
 
 private:

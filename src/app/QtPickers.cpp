@@ -3,10 +3,10 @@
 
 #include "app/QtPickers.h"
 
-#include "app/Boxes.h"
 #include "app/NormalPointer.h"
 #include "app/QtEventLoop.h"
 #include "app/Strings.h"
+#include "app/WaitingBoxes.h"
 #include "base/Text.h"
 
 #include <QDir>
@@ -17,8 +17,8 @@
 namespace vexmarrow {
 namespace {
 
-/// The folder or, when it is gone, that of the folders around it which is still there; the home
-/// folder when it is no full path.
+/// `folder` or, if it does not exist, the nearest folder around it that does. Returns the home
+/// folder if `folder` is not a full path.
 QString NearestFolder(QString folder) {
     if (!folder.startsWith(u'/')) {
         folder = QDir::homePath();
@@ -32,7 +32,7 @@ QString NearestFolder(QString folder) {
 } // namespace
 
 std::vector<std::u16string> PartsOfChoice(const QStringList& chosen) {
-    // A dialog of the desktop may offer places that are no files of this machine.
+    // A dialog of the desktop may offer places that are not files on this machine.
     const QStringList files = chosen.filter(QRegularExpression(QStringLiteral("^/")));
     std::vector<std::u16string> parts;
     if (files.size() > 1) {
@@ -56,8 +56,8 @@ QStringList NameFilters(std::u16string_view filter) {
     const std::vector<std::u16string_view> parts = Split(filter, u"|");
     QStringList filters;
     for (std::size_t i = 0; i + 1 < parts.size(); i += 2) {
-        // Qt takes the pattern from the last brackets and does not show them; "*.*" would hide
-        // names without a dot.
+        // Qt takes the pattern from the last brackets and does not show them. With "*.*", it would
+        // hide names without a dot.
         const std::u16string_view pattern = parts[i + 1] == u"*.*" ? u"*" : parts[i + 1];
         filters << ToQString(Concat(parts[i], u" (", pattern, u")"));
     }
@@ -75,7 +75,7 @@ std::u16string QtPickers::SaveFile(const FileDialogRequest& request) {
     QFileDialog dialog(OwnerOfBoxes(owner_));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
-    dialog.setOption(QFileDialog::DontConfirmOverwrite); // the program asks by itself
+    dialog.setOption(QFileDialog::DontConfirmOverwrite); // the program itself asks
     return ToText(Choose(dialog, request).value(0));
 }
 
@@ -85,9 +85,7 @@ std::u16string QtPickers::BrowseForFolder(std::u16string_view title,
                        NearestFolder(ToQString(startFolder)));
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);
-    Run(dialog);
-    return dialog.result() == QDialog::Accepted ? ToText(dialog.selectedFiles().value(0))
-                                                : std::u16string();
+    return Run(dialog) ? ToText(dialog.selectedFiles().value(0)) : std::u16string();
 }
 
 QStringList QtPickers::Choose(QFileDialog& dialog, const FileDialogRequest& request) {
@@ -95,24 +93,25 @@ QStringList QtPickers::Choose(QFileDialog& dialog, const FileDialogRequest& requ
     dialog.setOption(QFileDialog::HideNameFilterDetails);
     dialog.setNameFilters(NameFilters(request.filter));
     dialog.setDirectory(NearestFolder(folder_));
-    Run(dialog);
-    if (dialog.result() != QDialog::Accepted) {
+    if (!Run(dialog)) {
         return {};
     }
     folder_ = dialog.directory().absolutePath();
     return dialog.selectedFiles();
 }
 
-void QtPickers::Run(QFileDialog& dialog) const {
+/// Shows the dialog and waits. Returns whether the user has chosen anything.
+bool QtPickers::Run(QFileDialog& dialog) const {
     eventLoop_.ThrowIfEnded();
-    const NormalPointer pointer;
-    // One of the desktop's own is not made of our controls, and knows by itself what to do.
+    const auto pointer = ShowNormalPointer();
+    // Without a layout, the dialog is shown by the desktop, and WaitFor cannot handle it.
     if (dialog.layout() == nullptr) {
         dialog.exec();
     } else {
         WaitFor(dialog);
     }
     eventLoop_.ThrowIfEnded();
+    return dialog.result() == QDialog::Accepted;
 }
 
 } // namespace vexmarrow

@@ -15,14 +15,14 @@ namespace vexmarrow {
 
 class QtEventLoop;
 
-/// The desktop's own file dialogs. The open and save dialogs share one folder, the last one used in
-/// this sitting, and begin in the home folder. Where a folder is gone, they open at the nearest
-/// around it that is still there.
+/// The desktop's own file dialogs. The dialogs for opening and saving begin in the folder that the
+/// user has last chosen in one of them since the program started, at first in the home folder. If
+/// a folder no longer exists, a dialog begins in the nearest folder around it that does.
 class QtPickers final : public Pickers {
 public:
     explicit QtPickers(const QtEventLoop& eventLoop) : eventLoop_(eventLoop) {}
 
-    /// The window over which dialogs appear.
+    /// Sets the window over which dialogs appear.
     void SetOwner(QWidget* owner) { owner_ = owner; }
 
     std::vector<std::u16string> OpenFiles(const FileDialogRequest& request) override;
@@ -32,18 +32,18 @@ public:
 
 private:
     QStringList Choose(QFileDialog& dialog, const FileDialogRequest& request);
-    void Run(QFileDialog& dialog) const;
+    bool Run(QFileDialog& dialog) const;
 
     const QtEventLoop& eventLoop_;
     QPointer<QWidget> owner_;
-    QString folder_; // of the last file chosen; empty before
+    QString folder_; // of the last file that was chosen; empty at first
 };
 
-/// The chosen files as Pickers::OpenFiles hands them over. Dialogs that can choose from several
-/// folders at once give names relative to the folder that all files share.
+/// The chosen files as Pickers::OpenFiles returns them. If a dialog has chosen files from several
+/// folders, the names are relative to the folder that all files share.
 std::vector<std::u16string> PartsOfChoice(const QStringList& chosen);
 
-/// Qt's name filters for a filter text: the captions stay as they are.
+/// Converts a filter of a FileDialogRequest to Qt's name filters. The captions stay the same.
 QStringList NameFilters(std::u16string_view filter);
 
 } // namespace vexmarrow

@@ -3,12 +3,13 @@
 
 #include "app/QtPrompts.h"
 
-#include "app/Boxes.h"
 #include "app/InputBox.h"
 #include "app/MessageBox.h"
 #include "app/NormalPointer.h"
 #include "app/QtEventLoop.h"
+#include "app/ShownText.h"
 #include "app/Strings.h"
+#include "app/WaitingBoxes.h"
 #include "shell/ProductTexts.h"
 
 #include <algorithm>
@@ -16,9 +17,9 @@
 namespace vexmarrow {
 namespace {
 
-/// The text with every line Shortened that would take long to draw.
+/// Shortens every line that would take long to draw.
 std::u16string WithShortLines(std::u16string_view text) {
-    constexpr std::size_t kMostOfLine = 20'000; // paths and prose are whole
+    constexpr std::size_t kMostOfLine = 20'000; // no path or sentence is longer
     std::u16string lines;
     while (!text.empty()) {
         const std::size_t length = std::min(text.find_first_of(u"\r\n"), text.size());
@@ -33,10 +34,9 @@ std::u16string WithShortLines(std::u16string_view text) {
 
 Answer QtPrompts::ShowMessage(std::u16string_view text, BoxStyle style, std::u16string_view title) {
     eventLoop_.ThrowIfEnded();
-    const NormalPointer pointer;
-    const std::u16string standard = ApplicationTitle(kProductName);
+    const auto pointer = ShowNormalPointer();
     MessageBox box(OwnerOfBoxes(owner_),
-                   ToQString(title.empty() ? std::u16string_view(standard) : title),
+                   title.empty() ? ToQString(ApplicationTitle(kProductName)) : ToQString(title),
                    ShownAsText(WithShortLines(text)), style);
     const Answer answer = box.Ask();
     eventLoop_.ThrowIfEnded();
@@ -45,7 +45,7 @@ Answer QtPrompts::ShowMessage(std::u16string_view text, BoxStyle style, std::u16
 
 std::u16string QtPrompts::AskForText(std::u16string_view prompt, std::u16string_view suggestion) {
     eventLoop_.ThrowIfEnded();
-    const NormalPointer pointer;
+    const auto pointer = ShowNormalPointer();
     InputBox box(OwnerOfBoxes(owner_), ToQString(ApplicationTitle(kProductName)), ToQString(prompt),
                  ToQString(suggestion));
     const QString answer = box.Ask();

@@ -3,9 +3,10 @@
 
 #include "app/SavePanel.h"
 
-#include "app/ControlHabits.h"
+#include "app/ControlBehaviour.h"
 #include "app/MakeControls.h"
 #include "app/Note.h"
+#include "app/OutlinedStyle.h"
 #include "app/StartButton.h"
 
 #include <QEvent>
@@ -16,46 +17,36 @@
 #include <QRadioButton>
 #include <QStyleOptionGroupBox>
 
-#include <limits>
-
 namespace vexmarrow {
 namespace {
 
 constexpr QMargins kAround(9, 6, 9, 6); // pixels
 constexpr int kBetweenLines = 4;        // pixels
 
-/// How far below its upper edge a group begins that has a title there, in pixels.
-int HeightOfTitle(const QGroupBox& group) {
+int TopOfFrame(const QGroupBox& group) {
     QStyleOptionGroupBox option;
     option.initFrom(&group);
     option.text = group.title();
     option.subControls = QStyle::SC_GroupBoxFrame | QStyle::SC_GroupBoxLabel;
-    const QRect title = group.style()->subControlRect(QStyle::CC_GroupBox, &option,
-                                                      QStyle::SC_GroupBoxLabel, &group);
-    return title.bottom() + 1;
+    return TopOfGroupFrame(*group.style(), option, &group);
 }
 
 } // namespace
 
 SavePanel::SavePanel(QWidget* parent)
     : QWidget(parent),
-      Frame2(new QGroupBox(this)),
-      Option5(MakeOption(Frame2, u"Option5")),
-      Option4(MakeOption(Frame2, u"Option4")),
-      Frame4(new QWidget(Frame2)),
-      Text3(new QLineEdit(Frame4)),
+      Frame2(MakeNamed<QGroupBox>(this, u"Frame2")),
+      Option5(MakeNamed<QRadioButton>(Frame2, u"Option5")),
+      Option4(MakeNamed<QRadioButton>(Frame2, u"Option4")),
+      Frame4(MakeNamed<QWidget>(Frame2, u"Frame4")),
+      Text3(MakeLineEdit(Frame4, u"Text3")),
       PushButton14(MakeSmallButton(Frame4, u"PushButton14")),
       ResultsNote(new Note(Frame2, u"ResultsNote", Frame2)),
-      PushButton1(new StartButton(this)),
+      PushButton1(MakeNamed<StartButton>(this, u"PushButton1")),
       grid_(new QGridLayout(this)) {
-    SetName(Frame2, u"Frame2");
-    SetName(Frame4, u"Frame4");
     Frame4->setAccessibleName(QStringLiteral("Output folder"));
-    SetName(Text3, u"Text3");
-    SetName(PushButton1, u"PushButton1");
     PushButton1->setAutoDefault(true);
     PushButton1->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Ignored);
-    Text3->setMaxLength(std::numeric_limits<int>::max());
 
     auto* const folder = new QHBoxLayout(Frame4);
     folder->setContentsMargins(0, 0, 0, 0);
@@ -88,11 +79,11 @@ void SavePanel::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
 }
 
-/// The button begins where the frame beside it does.
+/// Among other sizes, makes the start button begin at the height of the frame beside it.
 void SavePanel::Measure() {
     constexpr int kCharacters = 16;
     Text3->setMinimumWidth(fontMetrics().averageCharWidth() * kCharacters);
-    grid_->setRowMinimumHeight(0, HeightOfTitle(*Frame2));
+    grid_->setRowMinimumHeight(0, TopOfFrame(*Frame2));
 }
 
 } // namespace vexmarrow

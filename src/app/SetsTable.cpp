@@ -4,7 +4,8 @@
 #include "app/SetsTable.h"
 
 #include "app/Colours.h"
-#include "app/Rows.h"
+#include "app/RowViews.h"
+#include "app/ShownText.h"
 #include "app/Strings.h"
 #include "app/ToolTips.h"
 #include "sets/SetList.h"
@@ -21,9 +22,6 @@
 namespace vexmarrow {
 namespace {
 
-/// More than fits in any window; laying out a text of millions takes seconds.
-constexpr std::size_t kShownCharacters = 1'000;
-
 enum Column { Number, Find, Replace, Columns };
 
 } // namespace
@@ -33,7 +31,7 @@ public:
     Model(const SetList& sets, const QWidget& table, QObject* parent)
         : QAbstractTableModel(parent), sets_(sets), table_(table) {}
 
-    /// The two lists of texts are as long as each other but for a moment, or after an error.
+    /// The two lists of texts can have different lengths during a change and after an error.
     int rowCount(const QModelIndex& parent = {}) const override {
         const std::size_t rows = std::max(sets_.FindTexts().size(), sets_.ReplaceTexts().size());
         return parent.isValid() ? 0 : static_cast<int>(rows);
@@ -50,14 +48,10 @@ public:
             const auto row = static_cast<std::size_t>(index.row());
             return row < texts.size() ? DataOfText(texts[row], role) : QVariant();
         }
-        switch (role) {
-        case Qt::DisplayRole:
-            return QLocale().toString(index.row() + 1);
-        case Qt::TextAlignmentRole:
+        if (role == Qt::TextAlignmentRole) {
             return (Qt::AlignRight | Qt::AlignVCenter).toInt();
-        default:
-            return {};
         }
+        return role == Qt::DisplayRole ? QLocale().toString(index.row() + 1) : QVariant();
     }
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override {
         constexpr std::array<std::u16string_view, Columns> kNames{u"Number", u"Find what",
@@ -74,8 +68,7 @@ private:
     QVariant DataOfText(const std::u16string& text, int role) const {
         switch (role) {
         case Qt::DisplayRole:
-            return text.empty() ? QStringLiteral("(empty)")
-                                : ShownInOneLine(text, kShownCharacters);
+            return text.empty() ? QStringLiteral("(empty)") : ShownInOneLine(text, kMostInRow);
         case Qt::ToolTipRole:
             return text.empty() ? QVariant() : TipOf(text);
         case Qt::ForegroundRole:
@@ -97,7 +90,7 @@ SetsTable::SetsTable(QWidget* parent) : QTableView(parent) {
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setSelectionMode(QAbstractItemView::SingleSelection);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
-    setTabKeyNavigation(false); // Tab goes on to the next control
+    setTabKeyNavigation(false); // Tab leads to the next control
     setWordWrap(false);
     setShowGrid(false);
     Arrange();
@@ -109,7 +102,7 @@ void SetsTable::SetSets(const SetList& sets) {
     horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     horizontalHeader()->setSectionResizeMode(Number, QHeaderView::Fixed);
     Arrange();
-    // Not the current row: the view makes one current by itself when it gets the focus.
+    // Not the current row: the view itself makes a row current when it gets the focus.
     connect(selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
         if (!isChangedByProgram_) {
             const QModelIndexList rows = selectionModel()->selectedRows();
@@ -153,16 +146,14 @@ QSize SetsTable::SizeOf(int rows) const {
 }
 
 QSize SetsTable::sizeHint() const {
-    constexpr int kRows = 5;
-    return SizeOf(kRows);
+    return SizeOf(5);
 }
 
 QSize SetsTable::minimumSizeHint() const {
-    constexpr int kRows = 2;
-    return SizeOf(kRows);
+    return SizeOf(2);
 }
 
-/// Follows the letters and the number of sets.
+/// Fits the rows and columns to the font and the number of sets.
 void SetsTable::Arrange() {
     verticalHeader()->setDefaultSectionSize(RowHeight(*this));
     if (model_ != nullptr) {

@@ -3,10 +3,10 @@
 
 #include "app/SetsView.h"
 
-#include "app/Boxes.h"
-#include "app/ControlHabits.h"
+#include "app/ControlBehaviour.h"
 #include "app/SetsTable.h"
-#include "app/Strings.h"
+#include "app/ShownText.h"
+#include "app/WaitingBoxes.h"
 
 #include <QAbstractListModel>
 #include <QComboBox>
@@ -16,14 +16,7 @@
 #include <functional>
 
 namespace vexmarrow {
-namespace {
 
-/// More than fits in any window; laying out a text of millions takes seconds.
-constexpr std::size_t kShownCharacters = 1'000;
-
-} // namespace
-
-/// One of the two lists of texts, as it stands.
 class SetsView::TextsModel final : public QAbstractListModel {
 public:
     using Texts = std::function<std::span<const std::u16string>()>;
@@ -38,7 +31,7 @@ public:
         if (role != Qt::DisplayRole || !index.isValid()) {
             return {};
         }
-        return ShownInOneLine(texts_()[static_cast<std::size_t>(index.row())], kShownCharacters);
+        return ShownInOneLine(texts_()[static_cast<std::size_t>(index.row())], kMostInRow);
     }
 
     void AboutToChange() { beginResetModel(); }
@@ -61,7 +54,7 @@ SetsView::SetsView(SetList& sets, QComboBox* combo1, QComboBox* combo2, SetsTabl
     }
     table_->SetSets(sets);
     connect(table_, &SetsTable::Chosen, this, [this](int set) {
-        // What assistive programs do is kept back by no box.
+        // No box keeps assistive programs from the table.
         Choose(IsBehindBox(*table_) ? Chosen() : set);
     });
     ShowCount();
@@ -72,7 +65,7 @@ SetsView::~SetsView() {
     sets_.SetObserver(nullptr);
 }
 
-/// Where one of the lists has no such entry, nothing is chosen in it.
+/// Selects nothing in a list that has no such entry.
 void SetsView::Choose(int set) {
     for (const Side& side : sides_) {
         const QSignalBlocker blocker(side.combo);
@@ -82,13 +75,13 @@ void SetsView::Choose(int set) {
     ShowCount();
 }
 
-/// The entry that is chosen in both lists, or in the one that has it; -1 for none.
+/// The entry that is selected in both lists or in one of them; -1 if there is none.
 int SetsView::Chosen() const {
     return std::max(sides_[0].combo->currentIndex(), sides_[1].combo->currentIndex());
 }
 
-/// How many sets there are is shown in the drop-down lists in which nothing is chosen. Assistive
-/// programs are not told what is written there.
+/// Shows the number of sets in drop-down lists without a selection. Assistive programs do not see a
+/// placeholder, so they get it as a description.
 void SetsView::ShowCount() {
     const QString count = CountOf(sets_.FindTexts().size(), u"set");
     for (const Side& side : sides_) {
@@ -101,7 +94,7 @@ void SetsView::SetsAboutToChange() {
     for (Side& side : sides_) {
         side.countBefore = side.model->rowCount();
         side.selectedBefore = side.combo->currentIndex();
-        // A drop-down list selects its first entry by itself when its texts change.
+        // A drop-down list whose texts change would select its first entry.
         side.combo->blockSignals(true);
         side.model->AboutToChange();
     }

@@ -26,13 +26,7 @@
 namespace vexmarrow {
 namespace {
 
-/// Lengths of the screen are in twips, 1440 to the inch.
-int Pixels(const QWidget& widget, int twips) {
-    constexpr int kTwipsPerInch = 1440;
-    return (twips * widget.logicalDpiX() + kTwipsPerInch / 2) / kTwipsPerInch;
-}
-
-/// The first file that is neither hidden nor of the system; nothing when there is none.
+/// The first file that is neither hidden nor a system file; empty if there is none.
 std::u16string FirstFile(SystemCalls& calls, const std::u16string& folder) {
     if (!IsFolder(calls, folder)) {
         return {};
@@ -53,27 +47,21 @@ Splash::Splash(SystemCalls& calls, SettingsStore& settings, const std::u16string
       calls_(calls),
       settings_(settings),
       folder_(Concat(programFolder, kSeparatorText, u"Splash", kSeparatorText)),
-      Image1(new QLabel(this)),
-      Check1(new QCheckBox(this)),
-      Line1(MakeLine("Line1")),
-      Line2(MakeLine("Line2")),
-      Line3(MakeLine("Line3")),
-      Line4(MakeLine("Line4")) {
+      Image1(MakeNamed<QLabel>(this, u"Image1")),
+      Check1(MakeNamed<QCheckBox>(this, u"Check1")),
+      lines_{MakeLine(u"Line1"), MakeLine(u"Line2"), MakeLine(u"Line3"), MakeLine(u"Line4")} {
     setObjectName(QStringLiteral("Splash"));
-    SetName(Image1, u"Image1");
     Image1->setAccessibleName(QStringLiteral("Tips"));
-    SetName(Check1, u"Check1");
     SetCaption(Check1, u"&Hide this at next startup");
     Check1->setToolTip(QStringLiteral("Do not show these tips at the next start."));
-    connect(Check1, &QCheckBox::toggled, this, &Splash::Check1_Click);
+    connect(Check1, &QCheckBox::toggled, this,
+            [this](bool set) { settings_.SaveSetting(choices::kHideTips.key, set ? u"1" : u"0"); });
     ShowTipsInLines(*this);
 }
 
-QFrame* Splash::MakeLine(const char* name) {
-    auto* const line = new QFrame(this);
-    line->setObjectName(QString::fromLatin1(name));
+QFrame* Splash::MakeLine(std::u16string_view name) {
+    auto* const line = MakeNamed<QFrame>(this, name);
     line->setFrameShape(QFrame::Box);
-    line->setLineWidth(1);
     return line;
 }
 
@@ -91,21 +79,22 @@ void Splash::SplashShow() {
     }
     setWindowTitle(ToQString(kProductName));
     Image1->setPixmap(picture);
-    const int strip = Pixels(*this, 300); // under the picture, for the check box
+    const int strip = PixelsFromTwips(*this, 300); // for the check box
     const QSize size = picture.deviceIndependentSize().toSize() + QSize(0, strip);
     Image1->setGeometry(QRect(QPoint(0, 0), size));
     Image1->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     setFixedSize(size);
     Check1->adjustSize();
-    Check1->move(Pixels(*this, 120), size.height() - Check1->height() - Pixels(*this, 20));
+    Check1->move(PixelsFromTwips(*this, 120),
+                 size.height() - Check1->height() - PixelsFromTwips(*this, 20));
 
-    // The lines run past the window's edges, which clip them.
-    const int edge = qMax(1, Pixels(*this, 10));
-    const int past = Pixels(*this, 10'000);
-    Line1->setGeometry(0, 0, 1, past);
-    Line2->setGeometry(0, 0, past, 1);
-    Line3->setGeometry(size.width() - edge, 0, 1, past);
-    Line4->setGeometry(0, size.height() - edge, past, 1);
+    // The window clips the lines, which are longer than its edges.
+    const int edge = qMax(1, PixelsFromTwips(*this, 10));
+    const int past = PixelsFromTwips(*this, 10'000);
+    lines_[0]->setGeometry(0, 0, 1, past);
+    lines_[1]->setGeometry(0, 0, past, 1);
+    lines_[2]->setGeometry(size.width() - edge, 0, 1, past);
+    lines_[3]->setGeometry(0, size.height() - edge, past, 1);
     show();
 }
 
@@ -117,10 +106,6 @@ void Splash::keyPressEvent(QKeyEvent* event) {
 
 void Splash::mousePressEvent(QMouseEvent* /*event*/) {
     close();
-}
-
-void Splash::Check1_Click() {
-    settings_.SaveSetting(choices::kHideTips.key, Check1->isChecked() ? u"1" : u"0");
 }
 
 } // namespace vexmarrow

@@ -5,7 +5,9 @@
 
 #include <QWidget>
 
+#include <array>
 #include <string>
+#include <string_view>
 
 class QCheckBox;
 class QFrame;
@@ -16,8 +18,8 @@ namespace vexmarrow {
 class SettingsStore;
 class SystemCalls;
 
-/// The tips screen: one picture with a check box under it. Nothing opens it by itself; it is ready
-/// for a caller. It has no frame but its own lines; Escape or a click on the picture closes it.
+/// The tips screen: one picture with a check box below it. The program never opens it; it is ready
+/// for a caller. Its only frame is its own four lines. Escape or a click on the picture closes it.
 class Splash final : public QWidget {
     Q_OBJECT
 
@@ -25,9 +27,9 @@ public:
     /// `programFolder` is the folder of the program file, without a separator at its end.
     Splash(SystemCalls& calls, SettingsStore& settings, const std::u16string& programFolder);
 
-    /// Shows the picture that is the first file of the folder "Splash", unless the setting
-    /// "ShowAgain" says otherwise or there is none, and returns at once. Throws Failure when the
-    /// setting is no number.
+    /// Shows the first file of the folder "Splash" as the picture and returns at once. Does nothing
+    /// if the setting "ShowAgain" is not 0 or there is no picture. Throws Failure if the setting is
+    /// not a number.
     void SplashShow();
 
 protected:
@@ -35,18 +37,14 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
 
 private:
-    void Check1_Click();
-    QFrame* MakeLine(const char* name);
+    QFrame* MakeLine(std::u16string_view name);
 
     SystemCalls& calls_;
     SettingsStore& settings_;
-    std::u16string folder_; // of the picture, with a separator at its end
-    QLabel* Image1;         // the picture
-    QCheckBox* Check1;      // "Hide this at next startup"
-    QFrame* Line1;          // left edge
-    QFrame* Line2;          // top edge
-    QFrame* Line3;          // right edge
-    QFrame* Line4;          // bottom edge
+    std::u16string folder_; // "Splash", with a separator at its end
+    QLabel* Image1;
+    QCheckBox* Check1;             // "Hide this at next startup"
+    std::array<QFrame*, 4> lines_; // at the left, top, right and bottom edge
 };
 
 } // namespace vexmarrow

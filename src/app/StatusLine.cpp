@@ -3,21 +3,19 @@
 
 #include "app/StatusLine.h"
 
-#include "app/Boxes.h"
 #include "app/CodePageChooser.h"
 #include "app/MakeControls.h"
+#include "app/MenuButton.h"
+#include "app/ShownText.h"
 #include "app/Strings.h"
 
-#include <QAccessibleWidget>
 #include <QAction>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLocale>
-#include <QMenu>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QStylePainter>
 
 #include <algorithm>
 #include <limits>
@@ -30,143 +28,32 @@ int BarValue(std::size_t number) {
     return static_cast<int>(std::min<std::size_t>(number, std::numeric_limits<int>::max()));
 }
 
-/// A button that shows the beginning of its caption where there is no room for all of it.
-class ShrinkingButton final : public QPushButton {
-public:
-    using QPushButton::QPushButton;
-
-    QSize sizeHint() const override {
-        constexpr int kCharactersAround = 2;
-        return QPushButton::sizeHint() +
-               QSize(fontMetrics().averageCharWidth() * kCharactersAround, 0);
-    }
-    QSize minimumSizeHint() const override {
-        return QPushButton::sizeHint() - QSize(CaptionWidth() * 2 / 3, 0);
-    }
-
-protected:
-    void paintEvent(QPaintEvent* /*event*/) override {
-        QStylePainter painter(this);
-        QStyleOptionButton option;
-        initStyleOption(&option);
-        const int room = width() - (QPushButton::sizeHint().width() - CaptionWidth());
-        option.text =
-            fontMetrics().elidedText(option.text, Qt::ElideRight, room, Qt::TextShowMnemonic);
-        painter.drawControl(QStyle::CE_PushButton, option);
-    }
-
-private:
-    int CaptionWidth() const { return fontMetrics().size(Qt::TextShowMnemonic, text()).width(); }
-};
-
-/// A button that is hardly wider than the mark of a menu, which opens above it. The toolkit's own
-/// menu buttons keep assistive programs waiting until the menu is closed.
-class MenuButton final : public QPushButton {
-public:
-    explicit MenuButton(QWidget* parent) : QPushButton(parent), menu_(new QMenu(this)) {
-        [[maybe_unused]] static const bool installed =
-            (QAccessible::installFactory(MakeAccessible), true);
-        connect(this, &QPushButton::clicked, menu_, [this] {
-            if (!IsBehindBox(*this)) {
-                menu_->popup(mapToGlobal(QPoint(0, -menu_->sizeHint().height())));
-            }
-        });
-    }
-
-    QMenu* Menu() const { return menu_; }
-
-    QAction* Add(const QString& name, const QString& caption) {
-        QAction* const action = menu_->addAction(caption);
-        action->setObjectName(name);
-        return action;
-    }
-
-    QSize sizeHint() const override {
-        constexpr int kCharacters = 4;
-        return {fontMetrics().averageCharWidth() * kCharacters, QPushButton::sizeHint().height()};
-    }
-
-protected:
-    void paintEvent(QPaintEvent* /*event*/) override {
-        QStylePainter painter(this);
-        QStyleOptionButton option;
-        initStyleOption(&option);
-        option.features |= QStyleOptionButton::HasMenu;
-        painter.drawControl(QStyle::CE_PushButton, option);
-    }
-
-private:
-    static QAccessibleInterface* MakeAccessible(const QString& className, QObject* object);
-
-    QMenu* menu_;
-};
-
-/// What assistive programs see of it: a button with the menu below it.
-class AccessibleMenuButton final : public QAccessibleWidget {
-public:
-    explicit AccessibleMenuButton(MenuButton* button)
-        : QAccessibleWidget(button, QAccessible::Button), button_(button) {}
-
-    int childCount() const override { return 1; }
-    QAccessibleInterface* child(int index) const override {
-        return index == 0 ? QAccessible::queryAccessibleInterface(button_->Menu()) : nullptr;
-    }
-    int indexOfChild(const QAccessibleInterface* child) const override {
-        return child != nullptr && child->object() == button_->Menu() ? 0 : -1;
-    }
-    QStringList actionNames() const override { return {pressAction(), setFocusAction()}; }
-    void doAction(const QString& name) override {
-        if (name == pressAction()) {
-            button_->click();
-        } else {
-            QAccessibleWidget::doAction(name);
-        }
-    }
-
-private:
-    MenuButton* button_;
-};
-
-QAccessibleInterface* MenuButton::MakeAccessible(const QString& /*className*/, QObject* object) {
-    auto* const button = dynamic_cast<MenuButton*>(object);
-    return button != nullptr ? new AccessibleMenuButton(button) : nullptr;
-}
-
 } // namespace
 
 StatusLine::StatusLine(QWidget* parent)
     : QStatusBar(parent),
       UndoFrame(new QWidget(this)),
-      UndoLastRun(new ShrinkingButton(UndoFrame)),
-      CodePage(new CodePageChooser(this)),
+      UndoLastRun(MakeShrinkingButton(UndoFrame, u"UndoLastRun")),
+      CodePage(MakeNamed<CodePageChooser>(this, u"CodePage")),
       room_(new QWidget(this)),
-      count_(new QLabel(room_)),
-      progress_(new QLabel(room_)),
-      missing_(new QLabel(room_)),
-      bar_(new QProgressBar(room_)) {
+      count_(MakeNamed<QLabel>(room_, u"Count")),
+      progress_(MakeNamed<QLabel>(room_, u"Progress")),
+      missing_(MakeNamed<QLabel>(room_, u"Missing")),
+      bar_(MakeNamed<QProgressBar>(room_, u"ProgressBar")) {
     UseUtf8 = MakeButton(room_, u"UseUtf8");
     setSizeGripEnabled(false);
-    count_->setObjectName(QStringLiteral("Count"));
-    progress_->setObjectName(QStringLiteral("Progress"));
     progress_->setTextFormat(Qt::PlainText);
-    missing_->setObjectName(QStringLiteral("Missing"));
-    SetName(bar_, u"ProgressBar");
     bar_->setAccessibleName(QStringLiteral("Progress"));
     bar_->setTextVisible(false);
     room_->installEventFilter(this);
 
-    SetName(UndoLastRun, u"UndoLastRun");
-    UndoLastRun->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-    auto* const menu = new MenuButton(UndoFrame);
+    auto* const menu = MakeNamed<MenuButton>(UndoFrame, u"UndoMenu");
     Forget = menu->Add(QStringLiteral("Forget"), QStringLiteral("&Forget"));
     KeepMissing =
         menu->Add(QStringLiteral("KeepMissing"), QStringLiteral("&Keep Old Text of Missing Files"));
     UndoMenu = menu;
-    SetName(UndoMenu, u"UndoMenu");
     UndoMenu->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    for (QPushButton* const button : {UndoLastRun, UndoMenu}) {
-        button->setAutoDefault(true); // Enter presses it
-    }
+    UndoMenu->setAutoDefault(true); // Enter presses it
     auto* const row = new QHBoxLayout(UndoFrame);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(1);
@@ -177,8 +64,7 @@ StatusLine::StatusLine(QWidget* parent)
     addPermanentWidget(UndoFrame);
     addPermanentWidget(MakeLabel(this, u"Label5", CodePage));
     addPermanentWidget(CodePage);
-    SetName(CodePage, u"CodePage");
-    // Assistive programs read in the order of the children.
+    // Assistive programs read the children in their order.
     UndoFrame->raise();
     CodePage->raise();
     ShowUndo({});
@@ -188,18 +74,20 @@ StatusLine::StatusLine(QWidget* parent)
 void StatusLine::ShowCounts(std::size_t files, std::size_t sets) {
     files_ = files;
     sets_ = sets;
-    if (!showsProgress_) {
-        ShowRest();
-    }
+    ShowRest();
 }
 
 void StatusLine::ShowUtf8Hint(bool shown) {
-    if (std::exchange(hintsAtUtf8_, shown) != shown && !showsProgress_) {
+    if (std::exchange(hintsAtUtf8_, shown) != shown) {
         ShowRest();
     }
 }
 
+/// Shows the counts or the hint, and the notice about missing files, unless the progress is shown.
 void StatusLine::ShowRest() {
+    if (showsProgress_) {
+        return;
+    }
     if (hintsAtUtf8_) {
         count_->setText(QStringLiteral("These files look like UTF-8"));
     } else {
@@ -224,7 +112,7 @@ void StatusLine::ShowProgress(const Progress& progress) {
         return ToQString(progress.item) + u' ' + locale.toString(done) + all;
     };
     progress_->setText(textOf(progress.done));
-    // From 0 to 0 the bar shows that there is work, and not how far it is.
+    // With the range 0 to 0, the bar shows only that there is work.
     bar_->setRange(0, BarValue(progress.total));
     bar_->setValue(BarValue(progress.done));
     if (!showsProgress_) {
@@ -250,11 +138,9 @@ void StatusLine::ShowUndo(const UndoOffer& offer) {
     KeepMissing->setEnabled(offer.keepMissing);
     KeepMissing->setVisible(!offer.missing.isEmpty());
     UndoMenu->setEnabled(offer.forget || offer.keepMissing);
-    missing_->setAccessibleName(offer.missing); // what is shown of it may be less
+    missing_->setAccessibleName(offer.missing); // the visible text may be cut
     missing_->setToolTip(offer.missing);
-    if (!showsProgress_) {
-        ShowRest();
-    }
+    ShowRest();
 }
 
 QSize StatusLine::minimumSizeHint() const {
@@ -263,19 +149,11 @@ QSize StatusLine::minimumSizeHint() const {
 
 bool StatusLine::event(QEvent* event) {
     const bool result = QStatusBar::event(event);
-    switch (event->type()) {
-    case QEvent::FontChange:
-    case QEvent::StyleChange:
-        if (!showsProgress_) {
-            ShowRest();
-        }
-        break;
-    case QEvent::Resize:
-    case QEvent::LayoutRequest: // something in the line takes more room than before, or less
+    const QEvent::Type type = event->type();
+    if (type == QEvent::FontChange || type == QEvent::StyleChange) {
+        ShowRest();
+    } else if (type == QEvent::Resize || type == QEvent::LayoutRequest) { // of a control
         Fit();
-        break;
-    default:
-        break;
     }
     return result;
 }
@@ -287,7 +165,7 @@ bool StatusLine::eventFilter(QObject* watched, QEvent* event) {
     return QStatusBar::eventFilter(watched, event);
 }
 
-/// Gives the room what it wants, as far as the window is wide enough.
+/// Makes the room as wide as its contents, as far as the window allows.
 void StatusLine::Fit() {
     room_->setMinimumWidth(std::clamp(width() - minimumSizeHint().width(), 0, wanted_));
     layout()->activate();
@@ -298,48 +176,35 @@ int StatusLine::Gap() const {
     return fontMetrics().averageCharWidth();
 }
 
-/// What does not fit into the room is left out, but for the text of the progress.
+/// Places the contents of the room. Controls that do not fit are hidden, but the text of the
+/// progress is only cut.
 void StatusLine::Arrange() {
     int left = 0;
-    const auto place = [&](QWidget* control, int width) {
-        const bool fits = left + width <= room_->width();
+    const auto place = [&](QWidget* control, bool isShown, int width) {
+        const bool fits = isShown && left + width <= room_->width();
         if (fits) {
             control->setGeometry(left, 0, width, room_->height());
             left += width + Gap();
         }
         control->setVisible(fits);
     };
-    if (showsProgress_) {
-        count_->hide();
-        UseUtf8->hide();
-        missing_->hide();
-        if (wanted_ <= room_->width()) {
-            place(bar_, bar_->sizeHint().width());
-        } else {
-            bar_->hide();
-        }
-        place(progress_, room_->width() - left);
-    } else {
-        bar_->hide();
-        progress_->hide();
-        const int button = hintsAtUtf8_ ? UseUtf8->sizeHint().width() : 0;
-        const int most = std::max(room_->width() - button - Gap(), 0);
-        place(count_, hintsAtUtf8_ ? std::min(count_->sizeHint().width(), most)
-                                   : count_->sizeHint().width());
-        if (hintsAtUtf8_) {
-            place(UseUtf8, button);
-        } else {
-            UseUtf8->hide();
-        }
-        constexpr int kFewestCharacters = 12; // less could be taken for the number of files
-        left += Gap();
-        const int rest = room_->width() - left;
-        const bool fits = rest >= Gap() * kFewestCharacters;
-        missing_->setText(
-            fontMetrics().elidedText(missing_->accessibleName(), Qt::ElideRight, rest));
-        place(missing_, std::max(rest, 0));
-        missing_->setVisible(fits && !missing_->text().isEmpty());
-    }
+    place(bar_, showsProgress_ && wanted_ <= room_->width(), bar_->sizeHint().width());
+    place(progress_, showsProgress_, room_->width() - left);
+
+    const bool hints = hintsAtUtf8_ && !showsProgress_;
+    const int button = hints ? UseUtf8->sizeHint().width() : 0;
+    const int count = count_->sizeHint().width();
+    place(count_, !showsProgress_,
+          hints ? std::clamp(room_->width() - button - Gap(), 0, count) : count);
+    place(UseUtf8, hints, button);
+
+    constexpr int kFewestCharacters = 12; // fewer could be mistaken for the number of files
+    left += Gap();
+    const int rest = room_->width() - left;
+    const QString& notice = missing_->accessibleName();
+    missing_->setText(fontMetrics().elidedText(notice, Qt::ElideRight, rest));
+    place(missing_, !showsProgress_ && rest >= Gap() * kFewestCharacters && !notice.isEmpty(),
+          rest);
 }
 
 } // namespace vexmarrow

@@ -3,7 +3,7 @@
 
 #include "app/ToolTips.h"
 
-#include "app/Strings.h"
+#include "app/ShownText.h"
 
 #include <QFontMetrics>
 #include <QHelpEvent>
@@ -13,14 +13,12 @@
 namespace vexmarrow {
 namespace {
 
-/// Breaks a text into lines that are not too long to read; the toolkit does that for markup only.
 QString InTipLines(const QString& text) {
     constexpr int kCharacters = 60;
     const QFontMetrics metrics(QToolTip::font());
     return InLines(text, metrics, metrics.averageCharWidth() * kCharacters);
 }
 
-/// Shows the tool tips of the controls that it watches, the list's own hint among them.
 class TipsInLines final : public QObject {
 public:
     using QObject::QObject;
@@ -40,7 +38,7 @@ public:
 } // namespace
 
 QString TipOf(std::u16string_view text) {
-    constexpr std::size_t kCharacters = 2'000; // they fit on a small screen
+    constexpr std::size_t kCharacters = 2'000; // as many as fit on a small screen
     return QStringLiteral("<div style=\"white-space: pre\">") +
            InTipLines(ShownInOneLine(text, kCharacters)).toHtmlEscaped() + QStringLiteral("</div>");
 }

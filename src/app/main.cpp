@@ -3,6 +3,7 @@
 
 #include "app/Application.h"
 #include "app/Assembly.h"
+#include "app/UserFolders.h"
 #include "filelist/ReceivedPaths.h"
 
 #include <QDir>
@@ -16,7 +17,7 @@
 
 namespace {
 
-/// The icon of a program that is not installed, in all its sizes.
+/// The icon in all its sizes, for a program that is not installed.
 QIcon BuiltInIcon() {
     QIcon icon;
     for (const QFileInfo& picture : QDir(QStringLiteral(":/icon")).entryInfoList()) {
@@ -30,12 +31,12 @@ QIcon BuiltInIcon() {
 int main(int argc, char** argv) {
     using namespace vexmarrow;
 
-    // A file that would grow past the user's limit is a failure to report, not the end.
+    // Otherwise a write beyond the user's limit for file sizes would end the program; now it fails.
     std::signal(SIGXFSZ, SIG_IGN); // NOLINT(cert-err33-c)
 
     SettleHomeFolder();
-    // The toolkit takes its own options out of the arguments, and would do so after "--" as well.
-    // What is left are bytes; its list of arguments has lost those that are not UTF-8.
+    // The toolkit would remove its options even after "--", so it does not see the names there. Its
+    // own list of arguments is not used, because it loses names that are not UTF-8.
     char** const onlyNames = std::find(argv, argv + argc, std::string_view("--"));
     const std::vector<std::string> names(onlyNames, argv + argc);
     argc = static_cast<int>(onlyNames - argv);

@@ -1,15 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-#include "app/Boxes.h"
-
 #include "Suites.h"
 #include "Window.h"
 #include "app/InputBox.h"
 #include "app/MessageBox.h"
 #include "app/QtPickers.h"
 #include "app/QtPrompts.h"
+#include "app/ShownText.h"
 #include "app/Splash.h"
+#include "app/WaitingBoxes.h"
 #include "base/Failure.h"
 
 #include <QAccessible>

@@ -4,6 +4,7 @@
 #include "Suites.h"
 #include "Window.h"
 #include "app/Colours.h"
+#include "app/ShownText.h"
 
 #include <QApplication>
 #include <QDragEnterEvent>

@@ -3,8 +3,8 @@
 
 #include "Suites.h"
 #include "Window.h"
-#include "app/Boxes.h"
 #include "app/QtPrompts.h"
+#include "app/WaitingBoxes.h"
 
 #include <QAction>
 #include <QGuiApplication>

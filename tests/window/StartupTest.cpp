@@ -4,8 +4,9 @@
 #include "Suites.h"
 #include "Window.h"
 #include "app/Assembly.h"
-#include "app/Boxes.h"
 #include "app/IniSettingsStore.h"
+#include "app/UserFolders.h"
+#include "app/WaitingBoxes.h"
 
 #include <QAbstractItemView>
 #include <QApplication>

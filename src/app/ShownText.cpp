@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-#include "app/Strings.h"
+#include "app/ShownText.h"
 
+#include "app/Strings.h"
 #include "base/Text.h"
 
 #include <QFontMetrics>
@@ -27,8 +28,8 @@ bool IsWithinPair(std::u16string_view text, std::size_t at) {
     return QChar::isHighSurrogate(text[at - 1]) && QChar::isLowSurrogate(text[at]);
 }
 
-/// The length of the first part of a text after which a line may end: at a blank, after a "/", and
-/// within long words, but not within a character.
+/// The length of the first part of a text after which a line may end: after a blank or "/", or
+/// inside a long word, but not inside a character.
 qsizetype LengthOfPart(QStringView text) {
     constexpr qsizetype kLongWord = 30;
     const auto mayEndAfter = [text](qsizetype i) {

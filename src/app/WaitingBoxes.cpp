@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-#include "app/Boxes.h"
+#include "app/WaitingBoxes.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -11,54 +11,51 @@
 #include <QWindow>
 
 #include <algorithm>
+#include <array>
 
 namespace vexmarrow {
 namespace {
 
-/// The dialogs that wait, in the order in which they were opened.
+/// The boxes that wait, in the order in which they were opened.
 QList<QDialog*>& Waiting() {
     static QList<QDialog*> waiting;
     return waiting;
 }
 
 bool IsInput(QEvent::Type type) {
-    switch (type) {
-    case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonRelease:
-    case QEvent::MouseButtonDblClick:
-    case QEvent::MouseMove:
-    case QEvent::Wheel:
-    case QEvent::Enter:
-    case QEvent::ContextMenu:
-    case QEvent::KeyPress:
-    case QEvent::KeyRelease:
-    case QEvent::ShortcutOverride:
-    case QEvent::Shortcut:
-    case QEvent::InputMethod:
-    case QEvent::DragEnter:
-    case QEvent::DragMove:
-    case QEvent::Drop:
-    case QEvent::TouchBegin:
-    case QEvent::TouchUpdate:
-    case QEvent::TabletPress:
-    case QEvent::TabletMove:
-    case QEvent::NativeGesture:
-        return true;
-    default:
-        return false;
-    }
+    constexpr std::array kInput{QEvent::MouseButtonPress,
+                                QEvent::MouseButtonRelease,
+                                QEvent::MouseButtonDblClick,
+                                QEvent::MouseMove,
+                                QEvent::Wheel,
+                                QEvent::Enter,
+                                QEvent::ContextMenu,
+                                QEvent::KeyPress,
+                                QEvent::KeyRelease,
+                                QEvent::ShortcutOverride,
+                                QEvent::Shortcut,
+                                QEvent::InputMethod,
+                                QEvent::DragEnter,
+                                QEvent::DragMove,
+                                QEvent::Drop,
+                                QEvent::TouchBegin,
+                                QEvent::TouchUpdate,
+                                QEvent::TabletPress,
+                                QEvent::TabletMove,
+                                QEvent::NativeGesture};
+    return std::find(kInput.begin(), kInput.end(), type) != kInput.end();
 }
 
-/// Of the events on their way to a whole window, those that it has to see so that it does not keep
-/// the mouse or a drag; they are kept from its controls. An open menu gets its events through
-/// whatever window the pointer is over.
+/// Whether a whole window still gets an event that is kept from its controls. It must see releases
+/// and drags, or it would hold on to the mouse. An open menu gets its events through the window
+/// under the pointer, whichever that is.
 bool PassesToWindow(QEvent::Type type) {
     return type == QEvent::MouseButtonRelease || type == QEvent::DragEnter ||
            type == QEvent::DragMove || type == QEvent::Drop ||
            QApplication::activePopupWidget() != nullptr;
 }
 
-/// Keeps the user's input from the windows behind a dialog, for as long as that is open.
+/// Keeps the user's input from the windows behind a box while the box is open.
 class Guard final : public QObject {
 public:
     explicit Guard(QDialog& box) : box_(box) {
@@ -66,13 +63,13 @@ public:
             owner = owner->window();
             behind_.append(owner);
         }
-        // What dropped down from one of them would stay open and take the mouse.
+        // An open menu or drop-down list of these windows would stay open and take the mouse.
         while (QWidget* const popup = QApplication::activePopupWidget()) {
             popup->close();
         }
-        // What is being composed goes into its control while that still gets it.
+        // Characters that are being composed must reach their control before the box opens.
         QGuiApplication::inputMethod()->commit();
-        // The pointer may stay over a control that is not to look as if it were ready.
+        // A control under the pointer must not look as if it could be pressed.
         for (const QWidget* const window : behind_) {
             if (window->windowHandle() != nullptr) {
                 QEvent leave(QEvent::Leave);
@@ -90,7 +87,7 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override {
         const QEvent::Type type = event->type();
         if (type == QEvent::WindowActivate && IsBehind(watched)) {
-            // Only then is the other window done with becoming active.
+            // Not at once, because the window behind is still becoming active.
             QMetaObject::invokeMethod(this, &Guard::BringToFront, Qt::QueuedConnection);
         } else if (type == QEvent::Close ? Waits(watched)
                                          : IsInput(type) && IsKeptFrom(watched, type)) {
@@ -117,8 +114,7 @@ private:
         }
     }
 
-    /// Whether it is one of the windows behind: the toolkit's widget, or the desktop's window of
-    /// it.
+    /// `window` is a widget of the toolkit, or the desktop's window that shows it.
     bool IsBehind(const QObject* window) const {
         return std::any_of(behind_.begin(), behind_.end(), [window](const QWidget* each) {
             return each == window || each->windowHandle() == window;
@@ -132,14 +128,14 @@ private:
         return receiver->isWindowType() && !PassesToWindow(type) && IsBehind(receiver);
     }
 
-    /// Whether it is a dialog that waits itself.
+    /// Whether `window` is itself a waiting box.
     bool Waits(const QObject* window) const {
         return IsBehind(window) && window != behind_.constLast() &&
                window != behind_.constLast()->windowHandle();
     }
 
     QDialog& box_;
-    QList<QWidget*> behind_; // the outermost last
+    QList<QWidget*> behind_; // the windows behind the box, the outermost one last
 };
 
 } // namespace

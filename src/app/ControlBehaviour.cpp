@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-#include "app/ControlHabits.h"
+#include "app/ControlBehaviour.h"
 
-#include "app/Boxes.h"
+#include "app/WaitingBoxes.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>
@@ -35,7 +35,7 @@ public:
 } // namespace
 
 void SetOption(QRadioButton* option, bool value) {
-    // An exclusive button that is set refuses to be cleared.
+    // The toolkit refuses to clear the button of an exclusive group that is set.
     option->setAutoExclusive(value);
     option->setChecked(value);
     option->setAutoExclusive(true);
@@ -63,7 +63,7 @@ void OnPress(QRadioButton* option, std::function<void()> operation) {
             operation();
         }
     });
-    // A click on a button that was set already toggles nothing.
+    // A click on a button that is set already emits no toggled().
     QObject::connect(option, &QRadioButton::clicked, option,
                      [handled, operation = std::move(operation)] {
                          if (!std::exchange(*handled, false)) {
@@ -83,9 +83,9 @@ void ObeySelection(QComboBox* combo) {
     const QAbstractItemView* const view = combo->view();
     const auto obey = [combo, view] {
         if (!combo->isEnabled() || IsBehindBox(*combo)) {
-            return; // no hand could choose here now
+            return; // the user could not choose here with the mouse either
         }
-        // A hand selects entries on its way, too, and each is then the current one.
+        // The mouse and the keys select entries on their way, too, but make each of them current.
         const QModelIndexList selected = view->selectionModel()->selectedIndexes();
         if (selected.size() == 1 && selected.front() != view->currentIndex()) {
             combo->hidePopup();

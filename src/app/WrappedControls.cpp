@@ -1,16 +1,42 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-#include "app/WrappedCheckBox.h"
+#include "app/WrappedControls.h"
 
-#include "app/Strings.h"
+#include "app/MakeControls.h"
+#include "app/ShownText.h"
 
 #include <QResizeEvent>
 #include <QStyleOptionButton>
 
 namespace vexmarrow {
+namespace {
 
-WrappedCheckBox::WrappedCheckBox(QWidget* parent) : QCheckBox(parent) {
+void FollowWidth(QWidget& control, const QResizeEvent& event) {
+    if (event.size().width() != event.oldSize().width()) {
+        control.updateGeometry();
+    }
+}
+
+} // namespace
+
+WrappedLabel::WrappedLabel(QWidget* parent, std::u16string_view name) : QLabel(parent) {
+    SetName(this, name);
+    setTextFormat(Qt::PlainText);
+    setWordWrap(true);
+}
+
+QSize WrappedLabel::minimumSizeHint() const {
+    return {QLabel::minimumSizeHint().width(), heightForWidth(width())};
+}
+
+void WrappedLabel::resizeEvent(QResizeEvent* event) {
+    QLabel::resizeEvent(event);
+    FollowWidth(*this, *event);
+}
+
+WrappedCheckBox::WrappedCheckBox(QWidget* parent, std::u16string_view name) : QCheckBox(parent) {
+    SetName(this, name);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }
 
@@ -29,7 +55,7 @@ QSize WrappedCheckBox::minimumSizeHint() const {
 
 void WrappedCheckBox::initStyleOption(QStyleOptionButton* option) const {
     QCheckBox::initStyleOption(option);
-    if (testAttribute(Qt::WA_Resized)) { // else its width says nothing
+    if (testAttribute(Qt::WA_Resized)) { // before, the width means nothing
         const QSize around = style()->sizeFromContents(QStyle::CT_CheckBox, option, {0, 0}, this);
         option->text = InLines(option->text, fontMetrics(), width() - around.width());
     }
@@ -37,9 +63,7 @@ void WrappedCheckBox::initStyleOption(QStyleOptionButton* option) const {
 
 void WrappedCheckBox::resizeEvent(QResizeEvent* event) {
     QCheckBox::resizeEvent(event);
-    if (event->size().width() != event->oldSize().width()) {
-        updateGeometry();
-    }
+    FollowWidth(*this, *event);
 }
 
 } // namespace vexmarrow
