@@ -27,6 +27,15 @@ using Calls = FaultySystemCalls;
 inline const std::string kMark8 = "\xEF\xBB\xBF";
 inline const std::string kMark16 = "\xFF\xFE";
 
+/// Stands for the content of a file that is not there.
+inline const std::string kNoFile = "(no file)";
+
+/// Results take the place of their inputs, or go into a folder.
+inline const OutputLocation kInPlace{OutputLocation::BesideInput, u""};
+inline OutputLocation IntoFolder(const std::u16string& path) {
+    return {OutputLocation::OneFolder, path};
+}
+
 /// The parts that read and write text, put together, on system calls that can be made to fail.
 struct Core : testing::Test, ScriptedDesktop {
     TestFolder folder;
