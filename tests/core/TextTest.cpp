@@ -79,33 +79,55 @@ TEST(CodePage, EveryByteComesOutAsItWentIn) {
     for (int byte = 0; byte < 256; ++byte) {
         all.push_back(static_cast<char>(byte));
     }
-    // Each page with one of its bytes and the character of that byte, in hexadecimal.
-    for (const std::string& row : Rows(R"(
-             windows-1250|8A|160 windows-1251|E0|430 windows-1252|80|20AC windows-1252|81|81
-             windows-1253|E1|3B1 windows-1254|F0|11F windows-1255|E0|5D0 windows-1256|C7|627
-             windows-1257|E8|10D windows-1258|F0|111 windows-874|A1|E01 iso-8859-1|80|80
-             iso-8859-6|A1|F7A1 koi8-r|C1|430 us-ascii|E9|F7E9 us-ascii|9F|9F
-             hp-roman8|A9|F7A9 hp-roman8|BB|F7BB ibm-1133|DF|F7DF)")) {
-        SCOPED_TRACE(row);
-        const std::string name = Fields(row)[0];
-        const int byte = std::stoi(Fields(row)[1], nullptr, 16);
-        const int character = std::stoi(Fields(row)[2], nullptr, 16);
-        const auto page = MakeSingleByteCodePage(TextFromUtf8(name));
+    std::vector<std::u16string_view> names{u"iso-8859-1", u"iso-8859-6", u"koi8-r",
+                                           u"us-ascii",   u"hp-roman8",  u"ibm-1133"};
+    for (const ChoosableCodePage& page : ChoosableCodePages()) {
+        names.push_back(page.name);
+    }
+    for (const std::u16string_view name : names) {
+        SCOPED_TRACE(NativeName(name));
+        const auto page = MakeCodePage(name);
         std::u16string text;
         page->Decode(all, text);
-        EXPECT_EQ(std::set(text.begin(), text.end()).size(), 256U);
-        EXPECT_EQ(NativeName(text.substr(0, 128)), all.substr(0, 128));
+        EXPECT_EQ(std::set(text.begin(), text.end()).size(), all.size());
+        EXPECT_EQ(NativeName(text.substr(0, 128)), all.substr(0, 128)) << "ASCII";
         std::string bytes = "before ";
         page->Encode(text, bytes);
         EXPECT_EQ(bytes, "before " + all);
-        EXPECT_EQ(text[static_cast<std::size_t>(byte)], character);
-        EXPECT_EQ(page->CodeOf(static_cast<char16_t>(character)), byte);
     }
-    std::string bytes, room; // one per unit, nothing similar in its place
+}
+
+TEST(CodePage, EveryByteHasACharacter) {
+    const struct {
+        const char* name;
+        std::u16string page;
+        int byte;
+        char16_t character;
+    } rows[] = {
+        {"character of its own", u"windows-1252", 0x80, u'\u20AC'},
+        {"control character", u"iso-8859-1", 0x80, u'\u0080'},
+        {"no character below A0", u"windows-1252", 0x81, u'\u0081'},
+        {"nor in ASCII", u"us-ascii", 0x9F, u'\u009F'},
+        {"no character above it", u"us-ascii", 0xE9, u'\uF7E9'},
+        {"nor in Arabic", u"iso-8859-6", 0xA1, u'\uF7A1'},
+        {"the character of a lower byte", u"hp-roman8", 0xA9, u'\uF7A9'},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const auto page = MakeSingleByteCodePage(row.page);
+        std::u16string text;
+        page->Decode(std::string(1, static_cast<char>(row.byte)), text);
+        EXPECT_EQ(text, std::u16string(1, row.character));
+        EXPECT_EQ(page->CodeOf(row.character), row.byte);
+    }
+}
+
+TEST(CodePage, WritesAQuestionMarkForEachUnitThatItLacks) {
+    std::string bytes, room;
     const auto page = MakeSingleByteCodePage(u"windows-1252");
     const std::u16string lacking = u"\0a\U0001F600\u0416\u0100\uFF21\u2032\u2212\uFEFFz"s;
     page->Encode(lacking, bytes);
-    EXPECT_EQ(bytes, "\0a????????z"s);
+    EXPECT_EQ(bytes, "\0a????????z"s) << "and nothing similar in its place";
     EXPECT_EQ(page->FromUtf8(NativeName(lacking), room), bytes);
 }
 
@@ -123,17 +145,35 @@ TEST(CodePage, ARefusedPageLeavesTheOneInForce) {
     EXPECT_EQ(ansi.Page().CodeOf(u'\u0430'), 0xC1);
 }
 
-TEST(CodePage, FollowsTheLanguage) {
-    for (const std::string& row : Rows(R"(
-             pl_PL.UTF-8|windows-1250 cs_CZ|windows-1250 hu_HU@euro|windows-1250
-             sr_RS.UTF-8@latin|windows-1250 sr@latin|windows-1250 sr_RS.UTF-8|windows-1251
-             ru_RU.UTF-8|windows-1251 uk_UA|windows-1251 bg|windows-1251 el_GR|windows-1253
-             tr_TR.UTF-8|windows-1254 he|windows-1255 ar_EG|windows-1256 lt_LT|windows-1257
-             vi_VN|windows-1258 th_TH|windows-874 de_DE.UTF-8|windows-1252 C.UTF-8|windows-1252
-             POSIX|windows-1252 r|windows-1252 |windows-1252)")) {
-        const std::string locale = row.substr(0, row.find('|'));
-        EXPECT_EQ(locale + "|" + NativeName(CodePageForLocale(locale)), row);
+TEST(CodePage, HasTheLettersOfTheLanguageThatItIsFor) {
+    const struct {
+        const char* languages;
+        char16_t letter; // which the pages for others lack
+        Strings locales;
+    } rows[] = {
+        {"Central European",
+         u'ř',
+         {"pl_PL.UTF-8", "cs_CZ", "hu_HU@euro", "sr_RS.UTF-8@latin", "sr@latin"}},
+        {"Cyrillic", u'ж', {"sr_RS.UTF-8", "ru_RU.UTF-8", "uk_UA", "bg"}},
+        {"Greek", u'λ', {"el_GR"}},
+        {"Turkish", u'ğ', {"tr_TR.UTF-8"}},
+        {"Hebrew", u'\u05E9', {"he"}},
+        {"Arabic", u'\u0634', {"ar_EG"}},
+        {"Baltic", u'ė', {"lt_LT"}},
+        {"Vietnamese", u'ơ', {"vi_VN"}},
+        {"Thai", u'ก', {"th_TH"}},
+        {"Western", u'ð', {"is_IS.UTF-8", "C.UTF-8", "POSIX", "r", ""}},
+    };
+    for (const auto& row : rows) {
+        for (const std::string& locale : row.locales) {
+            SCOPED_TRACE(row.languages + (": " + locale));
+            const auto page = MakeCodePage(CodePageForLocale(locale));
+            EXPECT_NE(page->CodeOf(row.letter), kSubstitute);
+        }
     }
+}
+
+TEST(CodePage, FollowsTheEnvironment) {
     ::setenv("LC_ALL", "th", 1);
     ::setenv("LC_CTYPE", "el", 1);
     ::setenv("LANG", "ru", 1);
@@ -164,26 +204,51 @@ TEST(Shell, AReportTellsWhatAndWhere) {
     EXPECT_THROW(trap.Do(1, [] { throw Failure(u""); }), ProgramEnded);
 }
 
-TEST(Shell, Values) {
+TEST(Shell, ReadsBooleansAndIntegers) {
     MemorySettings settings;
-    const auto valueOf = [&](const auto& choice) {
+    const auto read = [&](const auto& choice, const char* text) {
+        settings.values[u"key"] = TextFromUtf8(text);
         try {
             return std::to_string(LoadChoice(settings, choice));
         } catch (const Failure&) {
             return std::string();
         }
     };
-    // Text, as a boolean, as an integer; nothing where it is none.
-    for (const std::string& row : Rows(R"(
-             True|1| fALSE|0| _true_|1| 0|0|0 -1|1|-1 0.0|0|0 0.4|1|0 _12_|1|12 2.5|1|2 3.5|1|4
-             +3|1|3 1e2|1|100 -0|0|0 2147483647|1|2147483647 2147483648|1|
-             -2147483648.5|1|-2147483648 -2147483649|1| 4.9e-324|1|0 1e999|| || _|| yes|| inf|| nan|| 1x|| 0x1|| +-3||
-             --3|| 1_2|| .|| e|| Trué||)")) {
-        const std::u16string text = TextFromUtf8(Fields(row)[0]);
-        SaveChoice(settings, Choice<std::u16string>{u"key", u""}, text);
-        EXPECT_EQ(valueOf(Choice<bool>{u"key", u""}), Fields(row)[1]) << row;
-        EXPECT_EQ(valueOf(Choice<int>{u"key", u""}), Fields(row)[2]) << row;
+    const Choice<bool> boolean{u"key", u""};
+    const Choice<int> integer{u"key", u""};
+    const struct {
+        const char* text;
+        std::string boolean, integer; // empty: it is none
+    } rows[] = {
+        {.text = "True", .boolean = "1", .integer = ""},
+        {.text = "fALSE", .boolean = "0", .integer = ""},
+        {.text = " true ", .boolean = "1", .integer = ""},
+        {.text = "0", .boolean = "0", .integer = "0"},
+        {.text = "-1", .boolean = "1", .integer = "-1"},
+        {.text = " 12 ", .boolean = "1", .integer = "12"},
+        {.text = "2.5", .boolean = "1", .integer = "2"}, // halves go to the even number
+        {.text = "3.5", .boolean = "1", .integer = "4"},
+        {.text = "+3", .boolean = "1", .integer = "3"},
+        {.text = "1e2", .boolean = "1", .integer = "100"},
+        {.text = "2147483647", .boolean = "1", .integer = "2147483647"},
+        {.text = "2147483648", .boolean = "1", .integer = ""},
+        {.text = "-2147483648.5", .boolean = "1", .integer = "-2147483648"},
+        {.text = "-2147483649", .boolean = "1", .integer = ""},
+        {.text = "4.9e-324", .boolean = "1", .integer = "0"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.text);
+        EXPECT_EQ(read(boolean, row.text), row.boolean);
+        EXPECT_EQ(read(integer, row.text), row.integer);
     }
+    for (const char* neither : {"", " ", "yes", "inf", "nan", "1e999", "1x", "0x1", "+-3", "--3",
+                                "1 2", ".", "e", "Trué"}) {
+        EXPECT_EQ(read(boolean, neither), "") << neither;
+        EXPECT_EQ(read(integer, neither), "") << neither;
+    }
+}
+
+TEST(Shell, TitlesAreCutAtABlank) {
     EXPECT_EQ(ApplicationTitle(kProductName), u"Vexmarrow");
     EXPECT_EQ(ApplicationTitle(std::u16string(40, u'x') + u" y z"), std::u16string(40, u'x'));
 }
