@@ -13,20 +13,32 @@ namespace vexmarrow::test {
 namespace {
 
 TEST(Paths, InBothStyles) {
-    // Path, its folder, normalised; normalised where "/" stands in place of "\".
-    for (const std::string& row : Rows(R"(
-             ||| b.vcf||b.vcf|b.vcf C:\a\\b.vcf|C:\a\\|C:\a\b.vcf|C:/a/b.vcf C:\|C:\|C:\|C:/
-             a\\\b|a\\\|a\\b|a/b a\\\\b|a\\\\|a\\b|a/b \a|\|\\a|/a \\srv\a|\\srv\|\\srv\a|/srv/a
-             \\srv\\share\a|\\srv\\share\|\\srv\share\a|/srv/share/a \\\srv\a|\\\srv\|\\srv\a|/srv/a
-             \|\|\\|/ \\\|\\\|\\|/)")) {
-        std::string slashed = row;
-        std::replace(slashed.begin(), slashed.end(), '\\', '/');
-        const Strings fields = Fields(row), posix = Fields(slashed);
-        const std::u16string path = TextFromUtf8(fields[0]), posixPath = TextFromUtf8(posix[0]);
-        EXPECT_EQ(NativeName(FolderOfPath(path, PathStyle::Windows)), fields[1]) << row;
-        EXPECT_EQ(NativeName(FolderOfPath(posixPath, PathStyle::Posix)), posix[1]) << row;
-        EXPECT_EQ(NativeName(NormalizePath(path, PathStyle::Windows)), fields[2]) << row;
-        EXPECT_EQ(NativeName(NormalizePath(posixPath, PathStyle::Posix)), fields[3]) << row;
+    const struct {
+        std::u16string path, folder, windows, posix; // normalised; "/" stands for "\" in the last
+    } rows[] = {
+        {u"", u"", u"", u""},
+        {u"b.vcf", u"", u"b.vcf", u"b.vcf"},
+        {uR"(C:\a\\b.vcf)", uR"(C:\a\\)", uR"(C:\a\b.vcf)", u"C:/a/b.vcf"},
+        {uR"(C:\)", uR"(C:\)", uR"(C:\)", u"C:/"},
+        {uR"(a\\\b)", uR"(a\\\)", uR"(a\\b)", u"a/b"},
+        {uR"(a\\\\b)", uR"(a\\\\)", uR"(a\\b)", u"a/b"},
+        {uR"(\a)", uR"(\)", uR"(\\a)", u"/a"},
+        {uR"(\\srv\a)", uR"(\\srv\)", uR"(\\srv\a)", u"/srv/a"},
+        {uR"(\\srv\\share\a)", uR"(\\srv\\share\)", uR"(\\srv\share\a)", u"/srv/share/a"},
+        {uR"(\\\srv\a)", uR"(\\\srv\)", uR"(\\srv\a)", u"/srv/a"},
+        {uR"(\)", uR"(\)", uR"(\\)", u"/"},
+        {uR"(\\\)", uR"(\\\)", uR"(\\)", u"/"},
+    };
+    const auto slashed = [](std::u16string text) {
+        std::replace(text.begin(), text.end(), u'\\', u'/');
+        return text;
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(NativeName(row.path));
+        EXPECT_EQ(FolderOfPath(row.path, PathStyle::Windows), row.folder);
+        EXPECT_EQ(FolderOfPath(slashed(row.path), PathStyle::Posix), slashed(row.folder));
+        EXPECT_EQ(NormalizePath(row.path, PathStyle::Windows), row.windows);
+        EXPECT_EQ(NormalizePath(slashed(row.path), PathStyle::Posix), row.posix);
     }
     EXPECT_EQ(NormalizePath(u"a\\\\b//c", PathStyle::Posix), u"a\\\\b/c");
 }
@@ -40,24 +52,41 @@ TEST_F(Files, TestsOfEveryKind) {
     folder.MakeFolder("folder");
     ::mkfifo(folder.Native("pipe").c_str(), 0666);
     folder.MakeLink("link", "file");
-    folder.MakeLink("folderlink", "folder");
     folder.MakeLink("nowhere", "missing");
-    for (const std::string& size : Rows("0 2147483648 4294967295 4294967296 4294967297")) {
-        folder.Write(size, "");
-        std::filesystem::resize_file(folder.Native(size), std::stoull(size)); // sparse
+    enum Kind { kMissing, kOther, kFolder, kFile };
+    constexpr int kNone = -1;
+    const struct {
+        std::string name;
+        Kind kind;
+        int size;                   // modulo 2^32, and beyond 2^31 negative
+        std::uint64_t realSize = 0; // of a file that is made
+    } rows[] = {
+        {"file", kFile, 5},
+        {"locked", kFile, kNone},
+        {"link", kFile, 5},
+        {"folder", kFolder, kNone},
+        {"folder/", kFolder, kNone},
+        {"pipe", kOther, kNone},
+        {"missing", kMissing, kNone},
+        {"nowhere", kMissing, kNone},
+        {"file/", kMissing, kNone},
+        {"2 GiB", kFile, INT32_MIN, std::uint64_t{1} << 31},
+        {"more than 4 GiB", kFile, 1, (std::uint64_t{1} << 32) + 1},
+    };
+    for (const auto& row : rows) {
+        if (row.realSize > 0) {
+            folder.Write(row.name, "");
+            std::filesystem::resize_file(folder.Native(row.name), row.realSize); // sparse
+        }
     }
     const Unprivileged unprivileged;
-    // Name; whether it is a folder, a file, there at all; size.
-    for (const std::string& row : Rows(R"(
-             file|011|5 locked|011|-1 link|011|5 folder|101|-1 folder/|101|-1 folderlink|101|-1
-             pipe|001|-1 missing|000|-1 nowhere|000|-1 file/|000|-1 0|011|0 4294967295|011|-1
-             2147483648|011|-2147483648 4294967296|011|0 4294967297|011|1)")) {
-        const std::string name = Fields(row)[0];
-        const std::u16string path = folder.Path(name);
-        std::string found = name + (IsFolder(calls, path) ? "|1" : "|0");
-        found += IsExistingFile(calls, path) ? "1" : "0";
-        found += IsExistingPath(calls, path) ? "1|" : "0|";
-        EXPECT_EQ(found + std::to_string(textio.FileSize2(path)), row);
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const std::u16string path = folder.Path(row.name);
+        EXPECT_EQ(IsFolder(calls, path), row.kind == kFolder);
+        EXPECT_EQ(IsExistingFile(calls, path), row.kind == kFile);
+        EXPECT_EQ(IsExistingPath(calls, path), row.kind != kMissing);
+        EXPECT_EQ(textio.FileSize2(path), row.size);
     }
     for (const std::u16string& path : {u""s, folder.Path("file\0x"s), folder.Path("folder\0x"s)}) {
         EXPECT_FALSE(IsFolder(calls, path) || IsExistingPath(calls, path) ||
@@ -70,21 +99,21 @@ TEST_F(Files, WhatWasOpenedForItsSizeIsReadUnderItsOwnPathAlone) {
     folder.Write("g", "other");
     std::filesystem::create_hard_link(folder.Native("f"), folder.Native("same"));
     for (const auto use : {InputFile::Use::Read, InputFile::Use::ReadAndWrite}) {
-        for (const std::string& name : Rows("f g same")) { // the last is locked until it is closed
+        for (const char* name : {"f", "g", "same"}) { // the last is locked until it is closed
             const int opened = calls.calls[Calls::kOpen];
             EXPECT_EQ(textio.FileSize2(folder.Path("f"), use), 5);
             TextPieces pieces = textio.ReadChunksByStream(folder.Path(name), use);
             std::u16string_view piece;
             EXPECT_TRUE(pieces.Next(piece));
             EXPECT_EQ(NativeName(piece), folder.Read(name)) << name;
-            EXPECT_EQ(calls.calls[Calls::kOpen] - opened, name == "f" ? 1 : 2);
+            EXPECT_EQ(calls.calls[Calls::kOpen] - opened, name == "f"s ? 1 : 2);
         }
     }
 }
 
 TEST_F(Files, Listing) {
-    const std::string names = "a.vcf B.VCF .hidden.vcf c.vcf.txt vcf .vcf caf\xE9.vCf a.b.vcf vcff";
-    for (const std::string& name : Rows(names)) {
+    for (const char* name : {"a.vcf", "B.VCF", ".hidden.vcf", "c.vcf.txt", "vcf", ".vcf",
+                             "caf\xE9.vCf", "a.b.vcf", "vcff"}) {
         folder.Write(name, "x");
     }
     folder.MakeFolder("folder.vcf");
@@ -100,15 +129,18 @@ TEST_F(Files, Listing) {
         std::sort(found.begin(), found.end());
         return Strings(found.begin() + 1, found.end());
     };
-    EXPECT_EQ(matches(u"*.vcf"), Rows(".hidden.vcf .vcf B.VCF a.b.vcf a.vcf caf\xE9.vCf link.vcf"));
-    EXPECT_EQ(matches(u"?.VCF"), Rows("B.VCF a.vcf"));
-    EXPECT_EQ(matches(u"a*b*"), Rows("a.b.vcf"));
-    EXPECT_EQ(matches(u"*.*").size(), 10U);
+    EXPECT_EQ(matches(u"*.vcf"), (Strings{".hidden.vcf", ".vcf", "B.VCF", "a.b.vcf", "a.vcf",
+                                          "caf\xE9.vCf", "link.vcf"}));
+    EXPECT_EQ(matches(u"?.VCF"), (Strings{"B.VCF", "a.vcf"}));
+    EXPECT_EQ(matches(u"a*b*"), Strings{"a.b.vcf"});
+    EXPECT_EQ(matches(u"*.*"), matches(u"*")) << "those without a dot, too";
+    EXPECT_THAT(matches(u"*"), testing::IsSupersetOf({"vcf", "vcff"}));
     EXPECT_EQ(matches(u"*.none"), Strings{});
-    for (int i = 0; i < 101; ++i) {
+    constexpr std::size_t kMany = 101;
+    for (std::size_t i = 0; i < kMany; ++i) {
         folder.Write("many/" + std::to_string(i), "");
     }
-    EXPECT_EQ(ListFilesInFolder(calls, folder.Path("many/"), u"*").size(), 102U);
+    EXPECT_EQ(ListFilesInFolder(calls, folder.Path("many/"), u"*").size(), 1 + kMany);
     EXPECT_THROW(ListFilesInFolder(calls, folder.Path("gone"), u"*"), Failure);
 }
 
@@ -136,21 +168,30 @@ TEST_F(Files, Attributes) {
     const auto attributes = [&](std::string_view name) {
         return FileAttributes(calls, folder.Path(name));
     };
-    EXPECT_EQ(attributes(".f"), 34);
-    EXPECT_EQ(attributes(".d/"), 18);
-    EXPECT_EQ(attributes("link"), 32);
+    EXPECT_EQ(attributes(".f"), kHidden | kArchive);
+    EXPECT_EQ(attributes(".d/"), kHidden | kDirectory);
+    EXPECT_EQ(attributes("link"), kArchive);
     EXPECT_EQ(attributes("missing") | attributes("f\0x"s), 0);
     folder.SetMode(".f", 0466); // the owner's bit counts
-    EXPECT_EQ(attributes(".f"), 35);
+    EXPECT_EQ(attributes(".f"), kReadOnly | kHidden | kArchive);
+    constexpr int kLinkedSystemFolder = kReparsePoint | kDirectory | kSystem | kHidden; // 0x416
     const std::string record("\0\0\3\0\3\0\0\0\1\0\0\0\x16\4\0\0", 16);
-    const std::map<std::string, int> values{
-        {"0x416", 1046}, {"0x", 32}, {"", 32}, {record, 1046}, {record.substr(0, 12), 32}};
-    for (const auto& [value, word] : values) {
-        calls.attributes = {{{folder.Native("f"), "user.DOSATTRIB"}, value}};
-        EXPECT_EQ(attributes("f"), word) << testing::PrintToString(value);
+    const struct {
+        const char* name;
+        std::string attribute, value;
+        int attributes;
+    } rows[] = {
+        {"number", "user.DOSATTRIB", "0x416", kLinkedSystemFolder},
+        {"record", "user.DOSATTRIB", record, kLinkedSystemFolder},
+        {"bytes of NTFS", "system.ntfs_attrib_be", "\0\0\4\x16"s, kLinkedSystemFolder},
+        {"no number", "user.DOSATTRIB", "0x", kArchive},
+        {"empty", "user.DOSATTRIB", "", kArchive},
+        {"record that is cut", "user.DOSATTRIB", record.substr(0, 12), kArchive},
+    };
+    for (const auto& row : rows) {
+        calls.attributes = {{{folder.Native("f"), row.attribute}, row.value}};
+        EXPECT_EQ(attributes("f"), row.attributes) << row.name;
     }
-    calls.attributes = {{{folder.Native("f"), "system.ntfs_attrib_be"}, "\0\0\4\x16"s}};
-    EXPECT_EQ(attributes("f"), 1046);
 }
 
 } // namespace

@@ -44,85 +44,123 @@ struct TextFilesTest : Core {
             return NativeName(failure.Description());
         }
     }
-    std::string Content() const { return folder.Exists("f") ? folder.Read("f") : "-"; }
+    std::string Content() const { return folder.Exists("f") ? folder.Read("f") : kNoFile; }
 };
 
-TEST_F(TextFilesTest, MarksInTheOrderOfTheirTests) {
-    // Bytes in hexadecimal, and the flag that they set.
-    for (const std::string& row : Rows(R"(
-             | FF| FFFE|16 FFFE00|16 FFFE0000|16 FEFF|16 FEFF0061|16 FE| 0000FEFF|16 0000FE|
-             0000FFFE| EFBBBF|8 EFBBBFFFFE|8 EFBB| 61EFBBBF| 424547494E|)")) {
-        const std::string hex = Fields(row)[0], flag = Fields(row)[1];
-        std::string bytes;
-        for (std::size_t i = 0; i < hex.size(); i += 2) {
-            bytes.push_back(static_cast<char>(std::stoi(hex.substr(i, 2), nullptr, 16)));
-        }
-        for (const bool before : {false, true}) {
-            calls.mostAtOnce = before ? 1 : 1000; // a short count changes nothing
-            flags = {before, before};
-            folder.Write("f", bytes);
-            EXPECT_EQ(textio.DetectTextEncoding(folder.Path("f")), flag == "16") << row;
-            EXPECT_EQ(flags.IsUtf8, flag == "8") << row;
-            EXPECT_EQ(flags.IsUnicode, before) << "only reading text sets it";
-            for (const bool lines : {false, true}) {
+TEST_F(TextFilesTest, TheFirstBytesTellTheEncoding) {
+    const struct {
+        const char* encoding;
+        bool isUnicode, isUtf8;
+        Strings beginnings;
+    } rows[] = {
+        {"UTF-16", true, false, {kMark16, kMark16 + "\0\0"s, "\xFE\xFF\0a"s, "\0\0\xFE\xFF"s}},
+        {"UTF-8", false, true, {kMark8, kMark8 + kMark16}},
+        {"none", false, false, {"", "\xFF", "\xFE", "\0\0\xFE"s, "\0\0\xFF\xFE"s, "\xEF\xBB"}},
+        {"text", false, false, {"a" + kMark8, "BEGIN"}},
+    };
+    for (const auto& row : rows) {
+        for (const std::string& bytes : row.beginnings) {
+            SCOPED_TRACE(row.encoding + (": " + testing::PrintToString(bytes)));
+            for (const bool before : {false, true}) {
+                calls.mostAtOnce = before ? 1 : 1000; // a short count changes nothing
                 flags = {before, before};
-                lines ? Lines(bytes) : Pieces(bytes);
-                EXPECT_TRUE(flags.IsUtf8 == (flag == "8") && flags.IsUnicode == (flag == "16"))
-                    << row;
+                folder.Write("f", bytes);
+                EXPECT_EQ(textio.DetectTextEncoding(folder.Path("f")), row.isUnicode);
+                EXPECT_EQ(flags.IsUtf8, row.isUtf8);
+                EXPECT_EQ(flags.IsUnicode, before) << "only reading text sets it";
+                for (const bool lines : {false, true}) {
+                    flags = {before, before};
+                    lines ? Lines(bytes) : Pieces(bytes);
+                    EXPECT_EQ(flags.IsUtf8, row.isUtf8);
+                    EXPECT_EQ(flags.IsUnicode, row.isUnicode);
+                }
             }
         }
     }
 }
 
-TEST_F(TextFilesTest, Lines) {
-    // A text and its lines, in a stream of either width and then in UTF-8.
-    for (const std::string& row : Rows("| a|a a~b^c<d|a|b|c|d a~b~|a|b a^|a <| ~| a^~<|a|| "
-                                       "<~^b^||||b a<<~b|a|||b :_:~_x|:_:|_x")) {
-        const Texts texts = TextsOf(Fields(row)), expected(texts.begin() + 1, texts.end());
-        EXPECT_EQ(Lines(NativeName(texts[0])), expected) << row;
-        EXPECT_EQ(Lines(Utf16(texts[0])), expected) << row;
+TEST_F(TextFilesTest, LineEnds) {
+    using LinesOfTexts = std::map<std::u16string, Texts>;
+    const LinesOfTexts bytesOrUtf16{
+        {u"", {u""}},
+        {u"a\r\nb\nc\rd", {u"a", u"b", u"c", u"d"}},
+        {u"a\r\nb\r\n", {u"a", u"b"}},
+        {u"\r\n", {u""}},
+        {u"a\n\r\n\r", {u"a", u"", u""}},
+        {u"\r\r\n\nb", {u"", u"", u"", u"b"}},
+        {u"a\r\r\r\nb", {u"a", u"", u"", u"b"}},
+        {u": :\r\n x", {u": :", u" x"}},
+    };
+    for (const auto& [text, lines] : bytesOrUtf16) {
+        SCOPED_TRACE(testing::PrintToString(NativeName(text)));
+        EXPECT_EQ(Lines(NativeName(text)), lines);
+        EXPECT_EQ(Lines(Utf16(text)), lines);
     }
-    for (const std::string& row : Rows("| a~b~|a|b| ~|| a^b<c^|a^b<c^ a~^b|a|^b <~|<| a|a")) {
-        const Texts texts = TextsOf(Fields(row)), expected(texts.begin() + 1, texts.end());
-        EXPECT_EQ(Lines(kMark8 + NativeName(texts[0])), expected) << row;
+    // In UTF-8 only CR LF ends a line, and another one follows it.
+    const LinesOfTexts utf8{
+        {u"", {u""}},
+        {u"a\r\nb\r\n", {u"a", u"b", u""}},
+        {u"\r\n", {u"", u""}},
+        {u"a\nb\rc\n", {u"a\nb\rc\n"}},
+        {u"a\r\n\nb", {u"a", u"\nb"}},
+        {u"\r\r\n", {u"\r", u""}},
+    };
+    for (const auto& [text, lines] : utf8) {
+        EXPECT_EQ(Lines(kMark8 + NativeName(text)), lines)
+            << testing::PrintToString(NativeName(text));
     }
+}
+
+TEST_F(TextFilesTest, CharactersOfEachEncoding) {
     for (const std::string& mark : {""s, kMark8}) { // a read that ends between CR and LF
         calls.mostAtOnce = mark.size() + 5001;
         EXPECT_EQ(Lines(mark + std::string(5000, 'x') + "\r\nb"),
                   (Texts{std::u16string(5000, u'x'), u"b"}));
     }
     calls.mostAtOnce = 1000;
-    const std::map<std::string, std::u16string> units{
-        {"\xE9\x81\0:"s, u"\u00E9\u0081\0:"s},
-        {kMark8 + kMark8 + "\xC3\xA9\xE2\x82\xFF", u"\uFEFF\u00E9\uFFFD\uFFFD"},
-        {Utf16(u"\uFEFF\u0D0A"), u"\uFEFF\u0D0A"}, // one mark is skipped
-        {Utf16(u"a") + "\xE9", u"a\u00E9"},        // a lone last byte
-        {kMark16 + "\0\xD8"s + "a\0\0\xDC"s, {0xD800, u'a', 0xDC00}},
-        {"\xFE\xFF\0a"s, u"\uFFFE\u6100"}, // the other byte order
-        {Utf16(u"\0a\0"s), u"\0a\0"s},     // 32 bits, in both orders
-        {"\0\0\xFE\xFF\0\0\0a"s, u"\0\uFFFE\0\u6100"s}};
-    for (const auto& [bytes, text] : units) {
-        EXPECT_EQ(Lines(bytes), Texts{text});
-        EXPECT_EQ(Pieces(bytes), Texts{text});
+    const struct {
+        const char* name;
+        std::string bytes;
+        std::u16string text;
+    } rows[] = {
+        {"bytes", "\xE9\x81\0:"s, u"\u00E9\u0081\0:"s},
+        {"UTF-8", kMark8 + kMark8 + "é\xE2\x82\xFF", u"\uFEFF\u00E9\uFFFD\uFFFD"},
+        {"one mark is skipped", Utf16(u"\uFEFF\u0D0A"), u"\uFEFF\u0D0A"},
+        {"lone last byte", Utf16(u"a") + "\xE9", u"a\u00E9"},
+        {"halves", kMark16 + "\0\xD8"s + "a\0\0\xDC"s, {0xD800, u'a', 0xDC00}},
+        {"the other byte order", "\xFE\xFF\0a"s, u"\uFFFE\u6100"},
+        {"32 bits", Utf16(u"\0a\0"s), u"\0a\0"s},
+        {"32 bits in the other order", "\0\0\xFE\xFF\0\0\0a"s, u"\0\uFFFE\0\u6100"s},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(Lines(row.bytes), Texts{row.text});
+        EXPECT_EQ(Pieces(row.bytes), Texts{row.text});
     }
 }
 
 TEST_F(TextFilesTest, TheFlagsTellHowFarAFailedReadCame) {
     const struct {
+        const char* name;
         Calls::Kind kind;
         int call;
-        bool detected;
-    } rows[] = {{Calls::kOpen, 1, false}, {Calls::kStatus, 1, false}, {Calls::kRead, 1, false},
-                {Calls::kRead, 4, false}, {Calls::kRead, 5, true},    {Calls::kRead, 7, true}};
+        bool isDetected; // by then
+    } rows[] = {{"opening", Calls::kOpen, 1, false},
+                {"looking at the file", Calls::kStatus, 1, false},
+                {"first byte of a mark", Calls::kRead, 1, false},
+                {"last byte of a mark", Calls::kRead, 4, false},
+                {"first byte again", Calls::kRead, 5, true},
+                {"further byte", Calls::kRead, 7, true}};
     for (const auto& row : rows) {
         for (const bool unicode : {false, true}) {
+            SCOPED_TRACE(row.name);
             calls = FaultySystemCalls();
             calls.mostAtOnce = 1;
             calls.FailAt(row.kind, row.call, EIO);
             flags = {true, !unicode}; // the opposite of what will be found
             EXPECT_THROW(Lines(unicode ? Utf16(u"abc") : "abcdefgh"), Failure);
             EXPECT_FALSE(flags.IsUtf8);
-            EXPECT_EQ(flags.IsUnicode, row.detected == unicode) << row.kind << " " << row.call;
+            EXPECT_EQ(flags.IsUnicode, row.isDetected == unicode);
             EXPECT_EQ(calls.openFiles, 0);
         }
     }
@@ -183,26 +221,36 @@ TEST_F(TextFilesTest, OnlyRegularFilesThatMayBeUsedAndTheReasonIsTold) {
 }
 
 TEST_F(TextFilesTest, WriteModesAndMarks) {
-    // What the file holds before ("-": there is none); A or U for the flag; modes with their texts;
-    // what it holds then: M stands for the mark, 0 for a zero byte.
-    for (const std::string& row : Rows(R"(
-             -|A|1ab|ab -|U|1ab|Ma0b0 -|A||- old|U||old old|A|1| old|U|1|M old|A|0n|n
-             old|U|0n|Mn0 old|A|2n|oldn old|U|3n|oldn0 |U|2n|n0 -|A|2n|n -|U|2n|Mn0
-             older|A|1a,2~,3b|a~b o|U|1a,2,3b|Ma0b0 old|U|1a,2b,1c|Mc0)")) {
-        const Strings fields = Fields(row);
-        flags.IsUnicode = fields[1] == "U";
-        fields[0] == "-" ? folder.Remove("f") : folder.Write("f", fields[0]);
+    enum Form { kBytes, kUtf16 };
+    enum Mode { kNew = 1, kEnd = 2 };
+    const struct {
+        const char* name;
+        std::string before;
+        Form form;
         Writes writes;
-        std::istringstream stream(fields[2]);
-        for (std::string write; std::getline(stream, write, ',');) {
-            writes.emplace_back(write[0] - '0', TextFromUtf8(write.substr(1)));
-        }
+        std::string after;
+    } rows[] = {
+        {"new", kNoFile, kBytes, {{kNew, u"ab"}}, "ab"},
+        {"new in UTF-16", kNoFile, kUtf16, {{kNew, u"ab"}}, Utf16(u"ab")},
+        {"nothing is written", kNoFile, kBytes, {}, kNoFile},
+        {"no text in UTF-16", "old", kUtf16, {{kNew, u""}}, kMark16},
+        {"lower mode", "old", kBytes, {{kNew - 1, u"n"}}, "n"},
+        {"after the old text", "old", kBytes, {{kEnd, u"n"}}, "oldn"},
+        {"higher mode in UTF-16: no mark", "old", kUtf16, {{kEnd + 1, u"n"}}, "oldn\0"s},
+        {"after no text: no mark", "", kUtf16, {{kEnd, u"n"}}, "n\0"s},
+        {"after no file: a mark", kNoFile, kUtf16, {{kEnd, u"n"}}, Utf16(u"n")},
+        {"several", "old", kBytes, {{kNew, u"a"}, {kEnd, u"\r\n"}, {kEnd, u"b"}}, "a\r\nb"},
+        {"an empty one", "old", kUtf16, {{kNew, u"a"}, {kEnd, u""}, {kEnd, u"b"}}, Utf16(u"ab")},
+        {"a new one again", "old", kUtf16, {{kNew, u"a"}, {kEnd, u"b"}, {kNew, u"c"}}, Utf16(u"c")},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        flags.IsUnicode = row.form == kUtf16;
+        row.before == kNoFile ? folder.Remove("f") : folder.Write("f", row.before);
         TextResult(textio, writer).WriteTextFile(u"dropped before the commit", folder.Path("f"), 1);
-        EXPECT_EQ(Content(), fields[0]) << row;
-        EXPECT_EQ(Write("f", writes), "");
-        std::string holds = Content();
-        std::replace(holds.begin(), holds.end(), '\0', '0');
-        EXPECT_EQ((holds.starts_with(kMark16) ? "M" + holds.substr(2) : holds), fields[3]) << row;
+        EXPECT_EQ(Content(), row.before);
+        EXPECT_EQ(Write("f", row.writes), "");
+        EXPECT_EQ(Content(), row.after);
     }
     Write("f", {{1, {0xD800, u'a'}}});
     EXPECT_EQ(Content(), kMark16 + "\0\xD8"s + "a\0"s);
