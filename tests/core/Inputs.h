@@ -8,26 +8,32 @@
 
 namespace vexmarrow::test {
 
-/// What a user has entered, set by hand.
-struct Inputs final : RunInputs {
-    Texts texts{u"a", u"b", u""};
-    std::string options = "35"; // the numbers of those that are set, and "c" for the vCards
+/// What a user has entered.
+struct Entries {
     Tab tab = Tab::SinglePair;
+    std::u16string find = u"a";
+    std::u16string replace = u"b";
+    ReplacementMode mode = ReplacementMode::WholeText;
+    bool asVCards = false;
+    std::u16string folder = u"";
+    bool savesToFolder = false;
+    bool savesBesideInput = true;
+};
 
-    bool Option(char number) const { return options.find(number) != std::string::npos; }
-    Tab SelectedTab() const override { return tab; }
-    std::u16string FindText() const override { return texts[0]; }
-    std::u16string ReplacementText() const override { return texts[1]; }
-    ReplacementMode Mode() const override {
-        return Option('1')   ? ReplacementMode::FieldsOnly
-               : Option('2') ? ReplacementMode::ValuesOnly
-               : Option('3') ? ReplacementMode::WholeText
-                             : ReplacementMode::None;
+/// The inputs of a run, set by hand.
+struct Inputs final : RunInputs, Entries {
+    Inputs& operator=(const Entries& entries) {
+        Entries::operator=(entries);
+        return *this;
     }
-    bool ReadAsVCards() const override { return Option('c'); }
-    std::u16string OutputFolder() const override { return texts[2]; }
-    bool SavesToOutputFolder() const override { return Option('4'); }
-    bool SavesBesideInput() const override { return Option('5'); }
+    Tab SelectedTab() const override { return tab; }
+    std::u16string FindText() const override { return find; }
+    std::u16string ReplacementText() const override { return replace; }
+    ReplacementMode Mode() const override { return mode; }
+    bool ReadAsVCards() const override { return asVCards; }
+    std::u16string OutputFolder() const override { return folder; }
+    bool SavesToOutputFolder() const override { return savesToFolder; }
+    bool SavesBesideInput() const override { return savesBesideInput; }
 };
 
 } // namespace vexmarrow::test

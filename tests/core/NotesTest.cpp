@@ -9,7 +9,6 @@
 #include "run/Utf8Hint.h"
 #include "sets/SetList.h"
 
-#include <array>
 #include <sys/stat.h>
 
 namespace vexmarrow::test {
@@ -21,97 +20,141 @@ struct InputNotesTest : Core {
 };
 
 TEST_F(InputNotesTest, TellOfTheTextsThatTheEngineWouldMiss) {
-    // Find what, replace with, the note, how many texts the engine reports.
-    for (const std::string& row :
-         Rows("a|b||0 a~b|||0 a~b|1~2||0 a~b|1~2~3||0 a^b|1||0 a<b|1||0 |1||0 "
-              "a~b|1|2_texts_to_find,_1_to_put_in|1 a~b~c|1~2|3_texts_to_find,_2_to_put_in|1 "
-              "a~b~|1~2|3_texts_to_find,_2_to_put_in|1 ~~|1|3_texts_to_find,_1_to_put_in|2 "
-              "a~b~c|~|3_texts_to_find,_2_to_put_in|1 a~b|1^2|2_texts_to_find,_1_to_put_in|1")) {
-        SCOPED_TRACE(row);
-        const Strings fields = Fields(row);
-        inputs.texts = {TextFromUtf8(fields[0]), TextFromUtf8(fields[1]), u""};
-        EXPECT_EQ(NativeName(NoteOnTexts(inputs)), fields[2]);
+    const struct {
+        const char* name;
+        std::u16string find, replace;
+        std::string note = "";
+        std::size_t reports = 0; // of the engine
+    } rows[] = {
+        {"a pair", u"a", u"b"},
+        {"nothing to put in deletes", u"a\r\nb", u""},
+        {"as many", u"a\r\nb", u"1\r\n2"},
+        {"more", u"a\r\nb", u"1\r\n2\r\n3"},
+        {"nor does CR", u"a\rb", u"1"},
+        {"nothing to find", u"", u"1"},
+        {"one is missing", u"a\r\nb", u"1", "2 texts to find, 1 to put in", 1},
+        {"an empty line to find", u"a\r\nb\r\n", u"1\r\n2", "3 texts to find, 2 to put in", 1},
+        {"empty lines alone", u"\r\n\r\n", u"1", "3 texts to find, 1 to put in", 2},
+        {"empty lines to put in", u"a\r\nb\r\nc", u"\r\n", "3 texts to find, 2 to put in", 1},
+        {"LF to put in", u"a\r\nb", u"1\n2", "2 texts to find, 1 to put in", 1},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        inputs = {.find = row.find, .replace = row.replace};
+        EXPECT_EQ(NativeName(NoteOnTexts(inputs)), row.note);
         folder.Write("f", "text");
-        engine.ReplaceTextInFile(folder.Path("f"), inputs.FindText(), inputs.ReplacementText(),
-                                 LocationOf(inputs), 1);
-        EXPECT_EQ(std::to_string(prompts.TakeSummaries().size()), fields[3]);
+        engine.ReplaceTextInFile(folder.Path("f"), row.find, row.replace, kInPlace, 1);
+        EXPECT_EQ(prompts.TakeSummaries().size(), row.reports);
     }
 }
 
 TEST_F(InputNotesTest, AreThereWhileTheyAreTrue) {
+    using enum ReplacementMode;
     sets.Add(u"a,", u"");
-    const auto letters = [](const std::u16string& note) {
-        std::string firsts = note.empty() ? "-" : NativeName(note.substr(0, 1));
-        const std::size_t second = note.find(u'\n');
-        return second == std::u16string::npos ? firsts
-                                              : firsts + NativeName(note.substr(second + 1, 1));
+    const std::u16string twoTexts = u"a\r\nb,";
+    const std::string counts = "2 texts to find, 1 to put in";
+    const std::string commas = "In contact cards a comma is often written \\,";
+    const struct {
+        const char* name;
+        Entries entries;
+        std::string onTexts = "";
+        std::string onSets = "";
+        std::string onOptions = ""; // the beginning
+    } rows[] = {
+        {"whole text", {.find = twoTexts}, counts},
+        {"no text", {.find = u""}},
+        {"no mode", {.find = twoTexts, .mode = None}},
+        {"fields", {.find = twoTexts, .mode = FieldsOnly}, "", "", "The second colon"},
+        {"values", {.find = twoTexts, .mode = ValuesOnly}, "", "", "The second colon"},
+        {"sets", {.tab = Tab::Sets, .mode = FieldsOnly}, "", "", "\"Find Options\" do not"},
+        {"sets without a text",
+         {.tab = Tab::Sets, .find = u"", .mode = None},
+         "",
+         "\"Find what\" on the other tab must not be empty: type any text there.",
+         "\"Find Options\" do not"},
+        {"cards", {.find = twoTexts, .asVCards = true}, counts + "\n" + commas},
+        {"a comma in cards", {.find = u"a,", .asVCards = true}, commas},
+        {"values of cards",
+         {.find = twoTexts, .mode = ValuesOnly, .asVCards = true},
+         counts + "\n" + commas},
+        {"fields of cards", {.find = twoTexts, .mode = FieldsOnly, .asVCards = true}, counts},
+        {"sets in cards",
+         {.tab = Tab::Sets, .mode = None, .asVCards = true},
+         "",
+         commas,
+         "\"Find Options\" do not"},
     };
-    // Tab, options, find what; first letters of the lines on the texts, the sets and the options.
-    for (const std::string& row :
-         Rows(R"(0|3|a~b,|2-- 0|13|a~b,|--T 0|23|a~b,|--T 0|123|a~b,|--T 0||a~b,|--- 0|3||---
-                 0|1||--T 1|3|a|--" 1|3||-"" 1|1|a|--" 1|||-"" 0|3c|a~b,|2I-- 0|2c|a~b,|2I--
-                 0|1c|a~b,|2-- 0|13c|a,|--- 0|3c|a,|I-- 0|c|a~b,|--- 0|1c||--- 0|2c||---
-                 1|3c|a|-I" 1|1c|a|-I" 1|c|a|-I" 1|3c||-"")")) {
-        const Strings fields = Fields(row);
-        inputs.tab = static_cast<Tab>(std::stoi(fields[0]));
-        inputs.options = fields[1];
-        inputs.texts = {TextFromUtf8(fields[2]), u"c", u""};
-        EXPECT_EQ(letters(NoteOnTexts(inputs)) + letters(NoteOnSets(inputs, sets)) +
-                      letters(NoteOnOptions(inputs)),
-                  fields[3])
-            << row;
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        inputs = row.entries;
+        EXPECT_EQ(NativeName(NoteOnTexts(inputs)), row.onTexts);
+        EXPECT_EQ(NativeName(NoteOnSets(inputs, sets)), row.onSets);
+        const std::string onOptions = NativeName(NoteOnOptions(inputs));
+        EXPECT_EQ(onOptions.substr(0, row.onOptions.size()), row.onOptions);
+        EXPECT_EQ(onOptions.empty(), row.onOptions.empty());
     }
 }
 
 TEST_F(InputNotesTest, TellOfCommasThatCardsWriteInAnotherWay) {
-    inputs.options = "3c";
-    for (const std::string& row : Rows(R"(,|1 a,b|1 a\,b|0 \,|0 \,,|1 ;|0 a|0 a~b\,~c,|1)")) {
-        const std::u16string find = TextFromUtf8(Fields(row)[0]);
-        inputs.texts = {find, u"", u""};
+    const struct {
+        std::u16string find;
+        bool hasNote;
+    } rows[] = {{u",", true},      {u"a,b", true}, {uR"(a\,b)", false}, {uR"(\,)", false},
+                {uR"(\,,)", true}, {u";", false},  {u"a", false},       {u"a\r\nb\\,\r\n,c", true}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(NativeName(row.find));
         sets.ClearFindTexts();
         sets.ClearReplaceTexts();
-        sets.Add({{u"a", u","}, {find, u""}});
-        inputs.tab = Tab::SinglePair;
-        EXPECT_EQ(!NoteOnTexts(inputs).empty(), Fields(row)[1] == "1") << row;
+        sets.Add({{u"a", u","}, {row.find, u""}});
+        inputs = {.find = row.find, .replace = u"", .asVCards = true};
+        EXPECT_EQ(!NoteOnTexts(inputs).empty(), row.hasNote);
         inputs.tab = Tab::Sets;
-        EXPECT_EQ(!NoteOnSets(inputs, sets).empty(), Fields(row)[1] == "1") << row;
+        EXPECT_EQ(!NoteOnSets(inputs, sets).empty(), row.hasNote);
     }
 }
 
-std::string ResultNote(const Strings& paths, const std::string& options, std::string_view folder) {
-    FileList list;
-    ResultConflicts conflicts;
-    list.Add({u"/a/f", u"/b/f", u"/a/f"}); // of which nothing is left after the second look
-    conflicts.Find(list);
-    list.Clear();
-    list.Add(TextsOf(paths));
-    conflicts.Find(list);
-    Inputs inputs;
-    inputs.options = options;
-    inputs.texts[2] = TextFromUtf8(folder);
-    return NativeName(conflicts.Note(inputs));
-}
-
 TEST(ResultConflictsTest, AreSentences) {
-    // Rows, options, output folder, the note.
-    for (const auto& [rows, options, folder, note] : std::vector<std::array<std::string, 4>>{
-             {"/a/x /b/x", "4", "/c", "2 files have the name of another: the last one wins"},
-             {"/a/x /b/x x /a/y /b/y /a/X /a/z", "45", "/c",
-              "5 files have the name of another: the last one wins"},
-             {"/a/x /a/x", "5", "", "1 file is listed twice and is changed twice"},
-             {"/a/x /a/../a/./x", "4", "/b/../a", "1 file is listed twice and is changed twice"},
-             {"/a/x /b/x /a/x", "4", "/a",
-              "2 files have the name of another and are written over one of them\n"
-              "1 file is listed twice and is changed twice"},
-             {"/a/x /a/y /a/x /a/y", "5", "", "2 files are listed twice and are changed twice"},
-             {"/x /x /x", "5", "", "1 file is listed more than once and is changed as often"},
-             {"/a/y /a/x /a/x /a/y /a/x", "4", "//a///",
-              "2 files are listed more than once and are changed as often"},
-             {"/a/y /a/y /b/x /b/x /b/x", "4", "/a", "1 file is listed twice and is changed twice"},
-             {"/a/x /a/x", "4", "/b", ""},     // the second result is the first one again
-             {"/a/x /b/x /a/x", "", "/a", ""}, // no result is saved
-             {"/a/x /b/x /a/x", "45", "", ""}}) {
-        EXPECT_EQ(ResultNote(Rows(rows), options, folder), note);
+    const Entries beside;
+    const auto into = [](const char16_t* path) {
+        return Entries{.folder = path, .savesToFolder = true};
+    };
+    const std::string lastWins = " files have the name of another: the last one wins";
+    const std::string oneTwice = "1 file is listed twice and is changed twice";
+    const struct {
+        Texts paths;
+        Entries entries;
+        std::string note;
+    } rows[] = {
+        {{u"/a/x", u"/b/x"}, into(u"/c"), "2" + lastWins},
+        {{u"/a/x", u"/b/x", u"x", u"/a/y", u"/b/y", u"/a/X", u"/a/z"}, into(u"/c"), "5" + lastWins},
+        {{u"/a/x", u"/a/x"}, beside, oneTwice},
+        {{u"/a/x", u"/a/../a/./x"}, into(u"/b/../a"), oneTwice},
+        {{u"/a/x", u"/b/x", u"/a/x"},
+         into(u"/a"),
+         "2 files have the name of another and are written over one of them\n" + oneTwice},
+        {{u"/a/x", u"/a/y", u"/a/x", u"/a/y"},
+         beside,
+         "2 files are listed twice and are changed twice"},
+        {{u"/x", u"/x", u"/x"}, beside, "1 file is listed more than once and is changed as often"},
+        {{u"/a/y", u"/a/x", u"/a/x", u"/a/y", u"/a/x"},
+         into(u"//a///"),
+         "2 files are listed more than once and are changed as often"},
+        {{u"/a/y", u"/a/y", u"/b/x", u"/b/x", u"/b/x"}, into(u"/a"), oneTwice},
+        {{u"/a/x", u"/a/x"}, into(u"/b"), ""}, // the second result is the first one again
+        {{u"/a/x", u"/b/x", u"/a/x"}, {.folder = u"/a", .savesBesideInput = false}, ""}, // none
+        {{u"/a/x", u"/b/x", u"/a/x"}, into(u""), ""},
+    };
+    for (const auto& row : rows) {
+        FileList list;
+        ResultConflicts notes;
+        list.Add({u"/a/f", u"/b/f", u"/a/f"}); // of which nothing is left after the second look
+        notes.Find(list);
+        list.Clear();
+        list.Add(row.paths);
+        notes.Find(list);
+        Inputs inputs;
+        inputs = row.entries;
+        EXPECT_EQ(NativeName(notes.Note(inputs)), row.note) << testing::PrintToString(row.paths);
     }
 }
 
@@ -120,32 +163,21 @@ struct Utf8HintTest : Core {
     SetList sets;
     Inputs inputs;
     Utf8Hint hint{calls, list, ansi};
-    const std::string full = "\xC3\xA4" + std::string(16'384 - 3, 'a'); // a byte less than a look
-    /// Contents by letters; "-" is a file that is not there, "=" the first one again.
-    const std::string letterOf = "eaulbswxyzmcdf";
-    const Strings contents{"",
-                           "a",
-                           "a\xC3\xA4",
-                           "\xE4 ",
-                           "\xC3\xA4\xE4",
-                           "\xC3\xA4\xED\xA0\x80",
-                           kMark16 + "a",
-                           "\xFE\xFF",
-                           "\0\0\xFE\xFF"s,
-                           "\xFF\xFE\0\0"s,
-                           kMark8,
-                           full + "\xC3\xA4",
-                           full + "a\xFF",
-                           full + "\xFF"};
 
-    void List(const std::string& letters) {
+    static constexpr std::size_t kLook = 16'384; // bytes of a file
+    const std::string first = "(the first file again)";
+    const std::string ascii = "a", utf8 = "ä", latin = "\xE4 ";
+    const std::string wide = kMark16 + "a";
+
+    /// Lists files of these contents.
+    void List(const Strings& contents) {
         list.Clear();
-        for (std::size_t i = 0; i < letters.size(); ++i) {
-            const std::string name = std::to_string(letters[i] == '=' ? 0 : i);
-            if (letters[i] == '-') {
+        for (std::size_t i = 0; i < contents.size(); ++i) {
+            const std::string name = contents[i] == first ? "0" : std::to_string(i);
+            if (contents[i] == kNoFile) {
                 folder.Remove(name);
-            } else if (letters[i] != '=') {
-                folder.Write(name, contents.at(letterOf.find(letters[i])));
+            } else if (contents[i] != first) {
+                folder.Write(name, contents[i]);
             }
             list.Add({folder.Path(name)});
         }
@@ -159,57 +191,95 @@ struct Utf8HintTest : Core {
 };
 
 TEST_F(Utf8HintTest, LooksAtTheBeginningsOfTheFirstFiles) {
-    Strings rows =
-        Rows("|0 u|1 aeu|1 ua|1 a|0 l|0 b|0 s|0 ul|0 lu|0 wxyz|0 wxyzu|1 w-ux|1 m|2 lm|0 ml|0 um|2 "
-             "uuuuuuul|0 uuuuuuuulm|1 aaaaaaaau|0 u=======l|0 wwwwwwwwwu|1 c|1 d|1 f|0");
-    rows.push_back(std::string(63, '-') + "m|2");
-    rows.push_back(std::string(64, '-') + "m|0");
-    rows.push_back(std::string(64, 'w') + "u|0");
-    for (const std::string& row : rows) { // 1: seen with letters in the texts; 2: without, too
-        List(Fields(row)[0]);
-        inputs.texts[0] = u"a";
-        EXPECT_EQ(Applies(), Fields(row)[1] == "2") << row;
-        inputs.texts[0] = u"\u00E4";
-        EXPECT_EQ(Applies(), Fields(row)[1] != "0") << row;
+    constexpr std::size_t kFiles = 8, kPaths = 64; // to be looked at
+    const auto then = [](Strings contents, const Strings& more) {
+        contents.insert(contents.end(), more.begin(), more.end());
+        return contents;
+    };
+    const std::string full = "ä" + std::string(kLook - 3, 'a'); // a byte less than a look
+    enum Seen { kNever, kForLetters, kAlways };
+    const struct {
+        const char* name;
+        Strings files;
+        Seen isSeen;
+    } rows[] = {
+        {"no files", {}, kNever},
+        {"UTF-8", {utf8}, kForLetters},
+        {"UTF-8 beside ASCII", {ascii, "", utf8, ascii}, kForLetters},
+        {"ASCII", {ascii}, kNever},
+        {"the page", {latin}, kNever},
+        {"both in one file", {"ä\xE4"}, kNever},
+        {"the page behind UTF-8", {utf8, latin}, kNever},
+        {"wide files", {wide, "\xFE\xFF", "\0\0\xFE\xFF"s, kMark16 + "\0\0"s}, kNever},
+        {"UTF-8 behind wide files", {wide, "\0\0\xFE\xFF"s, kNoFile, utf8, wide}, kForLetters},
+        {"mark", {kMark8}, kAlways},
+        {"the page behind a mark", {kMark8, latin}, kNever},
+        {"the page in the last one", then(Strings(kFiles - 1, utf8), {latin}), kNever},
+        {"the page further on", then(Strings(kFiles, utf8), {latin, kMark8}), kForLetters},
+        {"UTF-8 further on", then(Strings(kFiles, ascii), {utf8}), kNever},
+        {"a file again and again", then(then({utf8}, Strings(kFiles - 1, first)), {latin}), kNever},
+        {"wide files do not count", then(Strings(kFiles + 1, wide), {utf8}), kForLetters},
+        {"letter across the end of the look", {full + "ä"}, kForLetters},
+        {"other bytes behind it", {full + "a\xFF"}, kForLetters},
+        {"other bytes at its end", {full + "\xFF"}, kNever},
+        {"the last path", then(Strings(kPaths - 1, kNoFile), {kMark8}), kAlways},
+        {"wide files count as paths", then(Strings(kPaths, wide), {utf8}), kNever},
+        {"a path further on", then(Strings(kPaths, kNoFile), {kMark8}), kNever},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        List(row.files);
+        inputs.find = u"a";
+        EXPECT_EQ(Applies(), row.isSeen == kAlways);
+        inputs.find = u"ä";
+        EXPECT_EQ(Applies(), row.isSeen != kNever);
     }
 }
 
 TEST_F(Utf8HintTest, AsksForTheTextsInUseAndRemembersTheFiles) {
-    List("u");
-    // Find what, replace with, both of a set; whether it is seen on tab 0 and on tab 1.
-    for (const std::string& row :
-         Rows("a|b|c|d|00 ä|b|c|d|10 a|ß|c|d|10 a|b|€|d|01 a|b|c|\x7F|00 a|b|c|\xC2\x80|01 "
-              "a|\xF0\x9F\x98\x80|c|é|11")) {
-        const Strings fields = Fields(row);
-        const Texts texts = TextsOf(fields);
-        inputs.texts = {texts[0], texts[1], u"ä"};
+    List({utf8});
+    const struct {
+        const char* name;
+        TextPair pair, set;
+        bool isSeenForPair, isSeenForSets;
+    } rows[] = {
+        {"ASCII", {u"a", u"b"}, {u"c", u"d"}, false, false},
+        {"find text", {u"ä", u"b"}, {u"c", u"d"}, true, false},
+        {"text to put in", {u"a", u"ß"}, {u"c", u"d"}, true, false},
+        {"find text of a set", {u"a", u"b"}, {u"€", u"d"}, false, true},
+        {"the last of ASCII", {u"a", u"b"}, {u"c", u"\u007F"}, false, false},
+        {"the first beyond it", {u"a", u"b"}, {u"c", u"\u0080"}, false, true},
+        {"both", {u"a", u"😀"}, {u"c", u"é"}, true, true},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        inputs = {.find = row.pair.first, .replace = row.pair.second, .folder = u"ä"};
         sets.ClearFindTexts();
         sets.ClearReplaceTexts();
-        sets.Add({{u"a", u"b"}, {texts[2], texts[3]}});
-        for (const Tab tab : {Tab::SinglePair, Tab::Sets}) {
-            inputs.tab = tab;
-            EXPECT_EQ(Applies(), fields[4][static_cast<std::size_t>(tab)] == '1') << row;
-        }
+        sets.Add(u"a", u"b");
+        sets.Add(row.set.first, row.set.second);
+        EXPECT_EQ(Applies(), row.isSeenForPair);
+        inputs.tab = Tab::Sets;
+        EXPECT_EQ(Applies(), row.isSeenForSets);
     }
     EXPECT_EQ(calls.calls[Calls::kOpen], 1);
     const int before = calls.allCalls;
-    inputs.tab = Tab::Sets;
     ansi.Choose(u"UTF-8");
     hint.Forget();
     EXPECT_FALSE(Applies());
     EXPECT_EQ(calls.allCalls, before); // there is nothing to know
     ansi.Choose(u"windows-1251");
-    inputs.options = "3c";
+    inputs.asVCards = true;
     EXPECT_FALSE(Applies());
     EXPECT_EQ(calls.allCalls, before);
-    inputs.options = "3";
+    inputs.asVCards = false;
     EXPECT_TRUE(Applies());
-    List("l");
+    List({latin});
     EXPECT_FALSE(Applies());
 }
 
 TEST_F(Utf8HintTest, PassesOverWhatItCannotRead) {
-    inputs.texts[0] = u"\u00E4";
+    inputs.find = u"ä";
     const auto makePipe = [&] {
         folder.Remove("1");
         ::mkfifo(folder.Native("1").c_str(), 0666);
@@ -242,7 +312,7 @@ TEST_F(Utf8HintTest, PassesOverWhatItCannotRead) {
         calls.calls.clear();
         calls.openErrors.clear();
         calls.beforeCall = nullptr;
-        List("ul");
+        List({utf8, latin});
         row.prepare();
         EXPECT_EQ(Applies(), row.passedOver);
         EXPECT_EQ(calls.calls[Calls::kOpen], row.opened);

@@ -47,36 +47,63 @@ TEST_F(RunTest, NothingIsOpenWhileTheEndIsTold) {
         EXPECT_EQ(::flock(log, LOCK_EX | LOCK_NB), 0);
         ::close(log);
     };
-    inputs.texts[0] = u"a";
-    for (const std::string& options : {"35"s, "5"s}) { // the second one reads no file at all
-        inputs.options = options;
+    for (const auto mode : {ReplacementMode::WholeText, ReplacementMode::None}) { // reads nothing
+        inputs.mode = mode;
         EXPECT_EQ(Run(), done);
     }
     EXPECT_EQ(told, 2);
 }
 
-TEST_F(RunTest, ChecksAndRoutes) {
+TEST_F(RunTest, ChecksItsInputsAndCallsTheRoutineForThem) {
+    using enum ReplacementMode;
+    const std::string noText = "You forgot to input find what.";
+    const std::string noFolder = "Folder does not exist. Please select another folder.";
+    const std::string text = "a:a:a";
     AddFiles({"f"}, "");
+    folder.MakeFolder("out");
     sets.Add(u"a", u"s");
-    // Tab, Text1, Text3, options; first letter of the message; what becomes of the file.
-    for (const std::string& row : Rows(R"(
-             0||.|45|Y|a:a:a 1|||5|Y|a:a:a 2||gone|4|Y|a:a:a 0|a||4|F|a:a:a 1|a|f|4|F|a:a:a
-             2|a|gone|4|F|a:a:a 0|a|gone|3|F|a:a:a 2|a|.|4|-|a:a:a 0|a|gone|5|D|a:a:a 0|a||1235|D|b:a~
-             0|a||235|D|a:b~ 0|a||35|D|b:b:b 1|a|gone|15|D|s:s:s 1|a|.|4|D|s:s:s
-             0|||35c|Y|a:a:a 0|a||5c|D|a:a:a 0|a||135c|D|b:a:a 0|a||25c|D|a:b:b 0|a||35c|D|b:b:b
-             1|a||15c|D|s:s:s 2|a||5c|-|a:a:a)")) {
-        const Strings fields = Fields(row);
-        folder.Write("f", "a:a:a");
-        inputs.tab = static_cast<Tab>(std::stoi(fields[0]));
-        inputs.texts = {TextFromUtf8(fields[1]), u"b",
-                        fields[2] == "" ? u"" : folder.Path(fields[2])};
-        inputs.options = fields[3];
+    const std::u16string out = folder.Path("out"), file = folder.Path("f");
+    const struct {
+        const char* name;
+        Entries entries;
+        std::string message = "Done.";
+        std::string result = "a:a:a";
+        std::string resultIsIn = "f";
+    } rows[] = {
+        {"no text", {.find = u"", .folder = out, .savesToFolder = true}, noText},
+        {"no text for sets", {.tab = Tab::Sets, .find = u""}, noText},
+        {"no text for cards", {.find = u"", .asVCards = true}, noText},
+        {"no folder", {.savesToFolder = true, .savesBesideInput = false}, noFolder},
+        {"a file for a folder",
+         {.tab = Tab::Sets, .folder = file, .savesToFolder = true, .savesBesideInput = false},
+         noFolder},
+        {"no folder, and nothing to save", {.savesBesideInput = false}, noFolder},
+        {"no mode", {.mode = None, .folder = u"gone"}},
+        {"fields", {.mode = FieldsOnly}, "Done.", "b:a\r\n"},
+        {"values", {.mode = ValuesOnly}, "Done.", "a:b\r\n"},
+        {"whole text", {}, "Done.", "b:b:b"},
+        {"into a folder", {.folder = out, .savesToFolder = true}, "Done.", "b:b:b", "out/f"},
+        {"sets", {.tab = Tab::Sets, .mode = FieldsOnly}, "Done.", "s:s:s"},
+        {"sets into a folder",
+         {.tab = Tab::Sets, .folder = out, .savesToFolder = true, .savesBesideInput = false},
+         "Done.",
+         "s:s:s",
+         "out/f"},
+        {"cards without a mode", {.mode = None, .asVCards = true}},
+        {"fields of cards", {.mode = FieldsOnly, .asVCards = true}, "Done.", "b:a:a"},
+        {"values of cards", {.mode = ValuesOnly, .asVCards = true}, "Done.", "a:b:b"},
+        {"whole lines of cards", {.asVCards = true}, "Done.", "b:b:b"},
+        {"sets in cards", {.tab = Tab::Sets, .asVCards = true}, "Done.", "s:s:s"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        folder.Write("f", text);
+        inputs = row.entries;
         pointer.shapes.clear();
-        const Strings messages = Run();
-        EXPECT_EQ(messages.empty() ? "-" : messages[0].substr(0, 1), fields[4]) << row;
-        EXPECT_EQ(folder.Read("f"), fields[5]) << row;
+        EXPECT_EQ(Run(), Strings{row.message});
+        EXPECT_EQ(folder.Read(row.resultIsIn), row.result);
         const std::vector shown{MousePointer::Hourglass, MousePointer::Default};
-        EXPECT_EQ(pointer.shapes, fields[4] == "D" ? shown : decltype(shown){}) << row;
+        EXPECT_EQ(pointer.shapes, row.message == "Done." ? shown : decltype(shown){});
     }
 }
 
@@ -85,14 +112,17 @@ TEST_F(RunTest, YieldsBeforeEachFileAndFixesOnlyTheTabAndTheNumberOfRows) {
     folder.MakeFolder("out");
     loop.whenTold[2] = [&] {
         EXPECT_EQ(folder.Read("1") + folder.Read("2"), "b:ba:a");
-        inputs.texts = {u"a", u"2", folder.Path("out")};
-        inputs.options = "24";
-        inputs.tab = Tab::Sets;
+        inputs = {.tab = Tab::Sets,
+                  .replace = u"2",
+                  .mode = ReplacementMode::ValuesOnly,
+                  .folder = folder.Path("out"),
+                  .savesToFolder = true};
         list.Add({folder.Path("added")});
     };
     loop.whenTold[3] = [&] {
-        inputs.texts = {u"b", u"3", folder.Path("out")};
-        inputs.options = "24c";
+        inputs.find = u"b";
+        inputs.replace = u"3";
+        inputs.asVCards = true;
     };
     EXPECT_EQ(Run(), done);
     EXPECT_EQ(loop.told, (Strings{"File 1/3", "File 2/3", "File 3/3"}));
@@ -100,7 +130,7 @@ TEST_F(RunTest, YieldsBeforeEachFileAndFixesOnlyTheTabAndTheNumberOfRows) {
 }
 
 TEST_F(RunTest, RowsRemovedMeanwhileHandOverThePreviousFileAgain) {
-    inputs.texts[1] = u"aa";
+    inputs.replace = u"aa";
     AddFiles({"1", "2", "3"}, "a");
     loop.whenTold = {{2, [&] { list.Remove({2, 3}); }}, {4, [&] { list.Remove({1}); }}};
     EXPECT_EQ(Run(), (Strings{noRow, noRow, "Done."}));
@@ -118,43 +148,46 @@ TEST_F(RunTest, AFileThatAnotherProgramHasLockedCannotBeOpened) {
         lines += "a:a\r\n";
     }
     AddFiles({"f"}, lines);
-    inputs.texts[2] = folder.Path("out");
+    inputs.folder = folder.Path("out");
     folder.MakeFolder("out");
     sets.Add(u"a", u"b");
     SystemCalls others;
     const Descriptor other(others, ::open(folder.Native("f").c_str(), O_RDONLY | O_CLOEXEC));
-    const auto runUnder = [&](int lock, Tab tab, const std::string& options) {
+    const auto runUnder = [&](int lock, Tab tab, ReplacementMode mode, bool savesToFolder = false) {
         EXPECT_EQ(::flock(other.Number(), lock), 0);
         inputs.tab = tab;
-        inputs.options = options;
+        inputs.mode = mode;
+        inputs.savesToFolder = savesToFolder;
         return Run();
     };
+    using enum ReplacementMode;
     for (const int lock : {LOCK_EX, LOCK_SH}) { // which keeps nobody from reading alone
-        for (const std::string& options : Rows("15 25 35")) {
-            EXPECT_EQ(runUnder(lock, Tab::SinglePair, options), done) << options;
+        for (const ReplacementMode mode : {FieldsOnly, ValuesOnly, WholeText}) {
+            EXPECT_EQ(runUnder(lock, Tab::SinglePair, mode), done) << static_cast<int>(mode);
         }
-        EXPECT_EQ(runUnder(lock, Tab::Sets, "5"), (Strings{noFile, "Done."}));
+        EXPECT_EQ(runUnder(lock, Tab::Sets, None), (Strings{noFile, "Done."}));
         EXPECT_THAT(NativeName(prompts.boxes.end()[-2].text),
                     testing::HasSubstr("/f\": It is locked by another program."));
-        EXPECT_EQ(runUnder(lock, Tab::SinglePair, "14"), done);
+        EXPECT_EQ(runUnder(lock, Tab::SinglePair, FieldsOnly, true), done);
         EXPECT_EQ(folder.Names("out"), lock == LOCK_SH ? Strings{"f"} : Strings{});
     }
     EXPECT_TRUE(folder.Read("f") == lines);
-    EXPECT_EQ(runUnder(LOCK_UN, Tab::SinglePair, "25"), done);
+    EXPECT_EQ(runUnder(LOCK_UN, Tab::SinglePair, ValuesOnly), done);
     EXPECT_TRUE(folder.Read("f").starts_with("a:b\r\na:b\r\n"));
 }
 
 TEST_F(RunTest, OneAtATimeAndTheProgramsEndStopsEverything) {
     AddFiles({"1", "2", "3"}, "a");
     const auto startWithoutText = [&] {
-        inputs.texts[0].swap(inputs.texts[2]);
+        inputs.find.swap(inputs.folder);
         run.Start(); // would show a message
-        inputs.texts[0].swap(inputs.texts[2]);
+        inputs.find.swap(inputs.folder);
     };
     loop.whenTold = {{1, startWithoutText}, {5, [] { throw ProgramEnded(); }}};
     prompts.whenShown = [&](const Box&) { startWithoutText(); };
     EXPECT_EQ(Run(), done);
-    inputs.texts = {u"b", u"c", u""};
+    inputs.find = u"b";
+    inputs.replace = u"c";
     EXPECT_THROW(Run(), ProgramEnded);
     EXPECT_EQ(folder.Read("1") + folder.Read("2") + folder.Read("3"), "cbb");
     folder.Remove("2");
