@@ -10,38 +10,66 @@
 namespace vexmarrow::test {
 namespace {
 
+Strings Native(const Texts& paths) {
+    Strings names;
+    for (const std::u16string& path : paths) {
+        names.push_back(NativeName(path));
+    }
+    return names;
+}
+
 TEST(PathsInUriList, EveryKindOfAddress) {
-    // An address list, then the paths in it.
-    for (const std::string& row :
-         Rows("file:///a_b|/a_b file:///a%20b%23c#d?e%25|/a_b#c#d?e% file:///a%2g%4%|/a%2g%4% "
-              "file:///%e9%C3%A9|/\xE9\xC3\xA9 file:///\xE9|/\xE9 file:///a%2Fb%0A%0d|/a/b^< "
-              "file://host/a~file://HOST/b|/a|/b file://localhost/a|/a file://other/a file:/a|/a "
-              "file://hos/a file:///|/ FILE:///A|/A file:a^file:///b^|/b file:///a<file:///b|/a|/b "
-              "#_c~#file:///x~~http:///a~/a~file:///y~file:///x~|/y|/x file://host file: fil <^~ "
-              "file:///a/../b//c/|/a/../b//c/")) {
-        Strings paths{Fields(row)[0]};
-        for (const std::u16string& path : PathsInUriList(paths[0], "Host")) {
-            paths.push_back(NativeName(path));
-        }
-        EXPECT_EQ(paths, Fields(row));
+    const struct {
+        const char* name;
+        std::string list;
+        Strings paths;
+    } rows[] = {
+        {"blank", "file:///a b", {"/a b"}},
+        {"codes", "file:///a%20b%23c#d?e%25", {"/a b#c#d?e%"}},
+        {"what is no code", "file:///a%2g%4%", {"/a%2g%4%"}},
+        {"codes of bytes", "file:///%e9%C3%A9", {"/\xE9\xC3\xA9"}},
+        {"byte", "file:///\xE9", {"/\xE9"}},
+        {"codes of signs", "file:///a%2Fb%0A%0d", {"/a/b\n\r"}},
+        {"this host", "file://host/a\r\nfile://HOST/b", {"/a", "/b"}},
+        {"localhost", "file://localhost/a", {"/a"}},
+        {"another host", "file://other/a\r\nfile://hos/a", {}},
+        {"one slash", "file:/a", {"/a"}},
+        {"root", "file:///", {"/"}},
+        {"upper case", "FILE:///A", {"/A"}},
+        {"no full path", "file:a\nfile:///b\n", {"/b"}},
+        {"CR", "file:///a\rfile:///b", {"/a", "/b"}},
+        {"comments and other lines",
+         "# c\r\n#file:///x\r\n\r\nhttp:///a\r\n/a\r\nfile:///y\r\nfile:///x\r\n",
+         {"/y", "/x"}},
+        {"no path", "file://host\r\nfile:\r\nfil\r\n\r\n", {}},
+        {"dots and slashes", "file:///a/../b//c/", {"/a/../b//c/"}},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(Native(PathsInUriList(row.list, "Host")), row.paths) << row.name;
     }
 }
 
 TEST(PathsOfArguments, EveryKindOfArgument) {
-    // The working folder and the arguments, then the paths.
-    for (const std::string& row :
-         Rows("/w|/a|b_c|../d/=/w|/a|/w/b_c|/w/../d/ /w/|b|./c|.|.d=/w/|/w/b|/w/c|/w/|/w/.d /w=/w "
-              "/|b|.=/|/b|/ "
-              "/w\xFE|\xFF|\xC3\xA9|-\xFF|/\xE9^=/w\xFE|/w\xFE/\xFF|/w\xFE/\xC3\xA9|/\xE9^ "
-              "/w|-a|--b|-||a|--|-c||--|d=/w|/w/a|/w/-c|/w/--|/w/d /w|--=/w |b|./c|/d=|b|./c|/d")) {
-        SCOPED_TRACE(row);
-        Strings arguments = Fields(row.substr(0, row.find('=')));
-        Strings paths{arguments[0]};
-        arguments.erase(arguments.begin());
-        for (const std::u16string& path : PathsOfArguments(arguments, paths[0])) {
-            paths.push_back(NativeName(path));
-        }
-        EXPECT_EQ(paths, Fields(row.substr(row.find('=') + 1)));
+    const struct {
+        const char* name;
+        std::string workingFolder;
+        Strings arguments, paths;
+    } rows[] = {
+        {"full and relative", "/w", {"/a", "b c", "../d/"}, {"/a", "/w/b c", "/w/../d/"}},
+        {"dots", "/w/", {"b", "./c", ".", ".d"}, {"/w/b", "/w/c", "/w/", "/w/.d"}},
+        {"none", "/w", {}, {}},
+        {"root", "/", {"b", "."}, {"/b", "/"}},
+        {"bytes",
+         "/w\xFE",
+         {"\xFF", "é", "-\xFF", "/\xE9\n"},
+         {"/w\xFE/\xFF", "/w\xFE/é", "/\xE9\n"}},
+        {"options", "/w", {"-a", "--b", "-", "", "a"}, {"/w/a"}},
+        {"after the last option", "/w", {"--", "-c", "", "--", "d"}, {"/w/-c", "/w/--", "/w/d"}},
+        {"no folder", "", {"b", "./c", "/d"}, {"b", "./c", "/d"}},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(Native(PathsOfArguments(row.arguments, row.workingFolder)), row.paths)
+            << row.name;
     }
 }
 
@@ -49,19 +77,19 @@ struct ListSourcesTest : Lists {
     FileRemoval removal{list, desktop};
     SetsLoading loading{sets, desktop, textio};
 
-    /// Drops on an empty list; the rows as names in the test folder, each after a blank.
-    std::string Drop(const std::string& names) {
+    /// Drops on an empty list; the rows then, as names in the test folder.
+    Strings Drop(const Strings& names) {
         Texts paths;
-        for (const std::string& name : Rows(names)) {
+        for (const std::string& name : names) {
             paths.push_back(folder.Path(name));
         }
         list = FileList();
         Follower shown(list);
         adding.AddDropped(paths);
         EXPECT_LE(shown.additions, 1U) << "a view lays itself out after each";
-        std::string rows;
-        for (const std::u16string& row : RowsOf(list)) {
-            rows += " " + NativeName(row).substr(folder.Native().size() + 1);
+        Strings rows = Native(RowsOf(list));
+        for (std::string& row : rows) {
+            row.erase(0, folder.Native().size() + 1);
         }
         return rows;
     }
@@ -82,8 +110,7 @@ TEST_F(ListSourcesTest, ListFiles) {
     const std::string wide("a\0b\0", 4);
     const auto replaced = [&] { // as the single pair does it, without a look at the mark
         folder.Write("f", wide);
-        engine.ReplaceTextInFile(folder.Path("f"), u"ab", u"cd", {OutputLocation::BesideInput, u""},
-                                 1);
+        engine.ReplaceTextInFile(folder.Path("f"), u"ab", u"cd", kInPlace, 1);
         return folder.Read("f");
     };
     // The folder itself is one of the files; nothing asks about the extensions.
@@ -112,53 +139,65 @@ TEST_F(ListSourcesTest, ListFiles) {
 }
 
 TEST_F(ListSourcesTest, Drops) {
-    for (const std::string& name : Rows("a/x.vcf a/1/x.vcf a/1/2/x a/~t.vcf a/1/.dot.vcf "
-                                        "b/3/x.txt b/.ro locked/x.vcf ~t.txt .dot")) {
+    for (const char* name : {"a/x.vcf", "a/1/x.vcf", "a/1/2/x", "a/~t.vcf", "a/1/.dot.vcf",
+                             "b/3/x.txt", "b/.ro", "locked/x.vcf", "~t.txt", ".dot"}) {
         folder.Write(name, "x");
     }
     folder.SetMode("b/.ro", 0444); // hidden and archive, but read-only besides
     folder.SetMode("locked", 0);
     folder.MakeLink("b/3/up", "..");
     const Unprivileged unprivileged;
-    EXPECT_EQ(Drop(".dot ~t.txt gone .dot"), " .dot ~t.txt gone .dot");
-    EXPECT_EQ(Drop("b/"), " b/.ro b/3/x.txt");
-    EXPECT_EQ(Drop("locked") + Drop(""), "");
+    const Strings files{".dot", "~t.txt", "gone", ".dot"};
+    EXPECT_EQ(Drop(files), files);
+    EXPECT_EQ(Drop({"b/"}), (Strings{"b/.ro", "b/3/x.txt"}));
+    EXPECT_EQ(Drop({"locked"}), Strings{});
+    EXPECT_EQ(Drop({}), Strings{});
     EXPECT_EQ(prompts.TakeSummaries().size(), 2U) << "asked about the extensions, at the end";
-    EXPECT_EQ(Drop("locked b/3 locked"), " b/3/x.txt b/3/x.txt");
+    EXPECT_EQ(Drop({"locked", "b/3", "locked"}), (Strings{"b/3/x.txt", "b/3/x.txt"}));
     // The second folder has all that was gathered walked again: the folders as they were dropped or
     // found, then all below each, level by level.
-    EXPECT_EQ(Drop(".dot a gone b/3 ~t.txt"),
-              " .dot a/x.vcf a/1/x.vcf a/1/2/x gone"
-              " a/x.vcf a/1/x.vcf a/1/2/x b/3/x.txt a/1/x.vcf a/1/2/x a/1/2/x ~t.txt");
+    EXPECT_EQ(Drop({".dot", "a", "gone", "b/3", "~t.txt"}),
+              (Strings{".dot", "a/x.vcf", "a/1/x.vcf", "a/1/2/x", "gone", "a/x.vcf", "a/1/x.vcf",
+                       "a/1/2/x", "b/3/x.txt", "a/1/x.vcf", "a/1/2/x", "a/1/2/x", "~t.txt"}));
     prompts.answers = {Answer::Yes};
-    EXPECT_EQ(Drop("~t.txt a .dot"), " a/x.vcf a/1/x.vcf");
+    EXPECT_EQ(Drop({"~t.txt", "a", ".dot"}), (Strings{"a/x.vcf", "a/1/x.vcf"}));
     const std::size_t begun = loop.told.size();
-    EXPECT_EQ(Drop("a"), " a/x.vcf a/1/x.vcf a/1/2/x");
+    EXPECT_EQ(Drop({"a"}), (Strings{"a/x.vcf", "a/1/x.vcf", "a/1/2/x"}));
     const std::size_t last = loop.told.size() - begun; // before the files of the last folder
     loop.whenTold[loop.told.size() + last] = [&] {
         EXPECT_EQ(list.Count(), 2U) << "what others look at in the middle";
         removal.ClearList();
     };
-    EXPECT_EQ(Drop("a"), " a/1/2/x");
+    EXPECT_EQ(Drop({"a"}), Strings{"a/1/2/x"});
     loop.whenTold[loop.told.size() + last] = [] { throw ProgramEnded(); };
-    EXPECT_THROW(Drop("a b"), ProgramEnded);
+    EXPECT_THROW(Drop({"a", "b"}), ProgramEnded);
     EXPECT_EQ(list.Count(), 2U);
 }
 
 TEST_F(ListSourcesTest, Filters) {
-    // The text asked for, then rows that contain it and, after "!", rows that do not.
-    for (const std::string& row :
-         Rows("OLD|/Old/a.vcf|/b.fOLd|!/new/b .vcf|/x.vcf/b|/A.VCF|!/vcf *|/a*|!/a [a]|/[A]|!/a "
-              "_|/a_b|!/ab äÖü|/ÄöÜ|!/aou αΒ|/Αβ|!/ab Жя|/жЯ|/ЖЯ|!/a İ|/İİİ|!/I "
-              "ΟΣ|/ΟΣ|/ΟΣ.vcf|/ΟΣΣ|!/x")) { // sigma has another small form at a word's end
-        const Texts fields = TextsOf(Fields(row));
-        for (std::size_t i = 1; i < fields.size(); ++i) {
-            const std::size_t isNot = fields[i][0] == u'!' ? 1 : 0;
-            const Texts rows{u"-", fields[i].substr(isNot)};
-            const std::pair left{Left(&FileRemoval::RemoveFilenamesContaining, fields[0], rows),
-                                 Left(&FileRemoval::RemoveFilenamesNotContaining, fields[0], rows)};
-            EXPECT_EQ(left, std::pair(1 + isNot, 1 - isNot)) << row << ", row " << i;
-        }
+    const struct {
+        std::u16string text;
+        Texts rowsWithIt, rowsWithout;
+    } rows[] = {
+        {u"OLD", {u"/Old/a.vcf", u"/b.fOLd"}, {u"/new/b"}},
+        {u".vcf", {u"/x.vcf/b", u"/A.VCF"}, {u"/vcf"}},
+        {u"*", {u"/a*"}, {u"/a"}},
+        {u"[a]", {u"/[A]"}, {u"/a"}},
+        {u" ", {u"/a b"}, {u"/ab"}},
+        {u"äÖü", {u"/ÄöÜ"}, {u"/aou"}},
+        {u"αΒ", {u"/Αβ"}, {u"/ab"}},
+        {u"Жя", {u"/жЯ", u"/ЖЯ"}, {}},
+        {u"İ", {u"/İİİ"}, {u"/I"}},
+        {u"ΟΣ", {u"/ΟΣ", u"/ΟΣ.vcf", u"/ΟΣΣ"}, {u"/x"}}, // another small sigma ends a word
+    };
+    const auto without = &FileRemoval::RemoveFilenamesContaining;
+    const auto with = &FileRemoval::RemoveFilenamesNotContaining;
+    for (const auto& row : rows) {
+        SCOPED_TRACE(NativeName(row.text));
+        EXPECT_EQ(Left(without, row.text, row.rowsWithIt), 0U);
+        EXPECT_EQ(Left(with, row.text, row.rowsWithIt), row.rowsWithIt.size());
+        EXPECT_EQ(Left(without, row.text, row.rowsWithout), row.rowsWithout.size());
+        EXPECT_EQ(Left(with, row.text, row.rowsWithout), 0U);
     }
     const std::size_t shapes = pointer.shapes.size();
     EXPECT_EQ(Left(&FileRemoval::RemoveFilenamesContaining, u"", {u"/a"}), 1U); // cancelled
@@ -198,8 +237,8 @@ TEST_F(ListSourcesTest, Samples) {
     samples.RecordOnce(); // there is no folder yet: it is tried again
     samples.Load();
     folder.MakeFolder("Samples/folder.vcf");
-    for (const std::string& name : Rows("b.vcf a.vcf .dot")) {
-        folder.Write("Samples/" + name, "x");
+    for (const char* name : {"b.vcf", "a.vcf", ".dot"}) {
+        folder.Write("Samples/"s + name, "x");
     }
     samples.RecordOnce();
     folder.Write("Samples/later.vcf", "x");
@@ -226,25 +265,43 @@ TEST_F(ListSourcesTest, SetsLoaded) {
         EXPECT_TRUE(loading.Load(folder.Path("sets"), separator));
         return Sets();
     };
-    for (const std::string& row : // the lines, the separator, the sets
-         Rows("hi::hello~~no_separator_here^peter::pete|::|(hi)(peter)=(hello)(pete)= a:b|,|== "
-              "a::b::c|::|(a)=(b)= ::x<x::|::|()(x)=(x)()= a=>b=>=>|=>|(a)=(b)= aXb~axb|X|(a)=(b)= "
-              "_a_::_b_|::|(_a_)=(_b_)= __~a|_|()=()= a:::b|::|(a)=(:b)= a:b|::|== |x|== "
-              "::~::|::|()()=()()= a\xE9z|\xC3\xA9|(a)=(z)=")) {
-        const Strings fields = Fields(row);
-        EXPECT_EQ(load(fields[0], TextFromUtf8(fields[1])), fields[2]) << row;
+    using Pairs = std::vector<TextPair>;
+    const struct {
+        const char* name;
+        std::string lines;
+        std::u16string separator;
+        Pairs sets;
+    } rows[] = {
+        {"lines of all kinds",
+         "hi::hello\r\n\r\nno separator here\npeter::pete",
+         u"::",
+         {{u"hi", u"hello"}, {u"peter", u"pete"}}},
+        {"another separator", "a:b", u",", {}},
+        {"a third text", "a::b::c", u"::", {{u"a", u"b"}}},
+        {"empty texts", "::x\rx::\r\n::", u"::", {{u"", u"x"}, {u"x", u""}, {u"", u""}}},
+        {"separators in a row", "a=>b=>=>", u"=>", {{u"a", u"b"}}},
+        {"case counts", "aXb\r\naxb", u"X", {{u"a", u"b"}}},
+        {"blanks are text", " a :: b ", u"::", {{u" a ", u" b "}}},
+        {"a blank separates", "  \r\na", u" ", {{u"", u""}}},
+        {"more than a separator", "a:::b", u"::", {{u"a", u":b"}}},
+        {"less than one", "a:b", u"::", {}},
+        {"no lines", "", u"x", {}},
+        {"of the code page", "a\xE9z", u"\u00E9", {{u"a", u"z"}}},
+        {"UTF-8", kMark8 + "Ж::b\r\nc::\nd\r\n", u"::", {{u"Ж", u"b"}, {u"c", u"\nd"}}},
+        {"UTF-16", Utf16(u"Ж::b\nc::d\n"), u"::", {{u"Ж", u"b"}, {u"c", u"d"}}},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(load(row.lines, row.separator), row.sets) << row.name;
     }
-    EXPECT_EQ(load(kMark8 + "\xD0\x96::b\r\nc::\nd\r\n", u"::"), "(\xD0\x96)(c)=(b)(\nd)=");
-    EXPECT_EQ(load(Utf16(u"\u0416::b\nc::d\n"), u"::"), "(\xD0\x96)(c)=(b)(d)=");
     ansi.Choose(u"UTF-8");
-    EXPECT_EQ(load("\xD0\x96::\xC3\xA9\nc::d", u"::"), "(\xD0\x96)(c)=(\xC3\xA9)(d)=");
+    EXPECT_EQ(load("Ж::é\nc::d", u"::"), (Pairs{{u"Ж", u"é"}, {u"c", u"d"}}));
     sets = SetList();
     for (std::size_t i = 0; i < 10'000; ++i) {
         sets.Add(std::u16string(i % 7, u'\u00E9') + u":f", std::u16string(i % 5, u' '));
     }
     pickers.saves = {folder.Path("saved")};
     operations.SaveSets();
-    const std::string before = Sets();
+    const Pairs before = Sets();
     EXPECT_TRUE(load(folder.Read("saved"), u"::") == before && prompts.boxes.empty());
 }
 
@@ -254,7 +311,7 @@ TEST_F(ListSourcesTest, SetsNotLoaded) {
     EXPECT_FALSE(loading.Load(folder.Path("gone"), u""));
     EXPECT_FALSE(loading.Load(u"", u"::") || loading.Load(u"   ", u"::"));
     EXPECT_EQ(prompts.TakeSummaries(), Strings{"You must enter separating character(s)."});
-    for (const std::string& name : Rows("gone .hidden secre* /")) {
+    for (const char* name : {"gone", ".hidden", "secre*", "/"}) {
         EXPECT_FALSE(loading.Load(folder.Path(name), u"::"));
         EXPECT_EQ(prompts.TakeSummaries(), Strings{folder.Native(name) + " not found."});
         EXPECT_TRUE(prompts.boxes.back().style == BoxStyle::Critical);

@@ -70,14 +70,11 @@ struct Lists : Core {
     FileAdding adding{list, desktop, textio};
     SetOperations operations{sets, desktop, writer, textio};
 
-    /// All sets: find texts, "=", replace texts, each in brackets.
-    std::string Sets() const {
-        std::string all;
-        for (const auto texts : {sets.FindTexts(), sets.ReplaceTexts()}) {
-            for (const std::u16string& text : texts) {
-                all.append("(").append(NativeName(text)).append(")");
-            }
-            all += "=";
+    std::vector<TextPair> Sets() const {
+        std::vector<TextPair> all;
+        EXPECT_EQ(sets.FindTexts().size(), sets.ReplaceTexts().size());
+        for (std::size_t i = 0; i < sets.FindTexts().size(); ++i) {
+            all.emplace_back(sets.FindTexts()[i], sets.ReplaceTexts()[i]);
         }
         return all;
     }

@@ -82,15 +82,15 @@ struct ListsTest : Lists {
 
 TEST_F(ListsTest, Validation) {
     ValidateListFiles(list, prompts);
-    list.Add(TextsOf(Rows("/a/b.vcf b.VCF b.vC b.cf b.f b. vcf c a.b/.V")));
+    list.Add({u"/a/b.vcf", u"b.VCF", u"b.vC", u"b.cf", u"b.f", u"b.", u"vcf", u"c", u"a.b/.V"});
     ValidateListFiles(list, prompts);
     Texts left = RowsOf(list);
     std::string question = "These files: \r\n\r\n";
-    for (const std::string& unfit :
-         Rows("b.vcf2 b.vcard b.txt a.b/vcf /a/b b.vf b.fc v.v\xD1\x81")) {
+    for (const char* unfit :
+         {"b.vcf2", "b.vcard", "b.txt", "a.b/vcf", "/a/b", "b.vf", "b.fc", "v.vс"}) { // Cyrillic
         list.Add({TextFromUtf8(unfit), u"between.vcf"});
         left.push_back(u"between.vcf");
-        question += unfit + "\r\n";
+        question += unfit + "\r\n"s;
     }
     question += "\r\ndo not appear to be in the expected file format because of their file "
                 "extension.\r\n\r\nWould you like to remove them from list?";
@@ -128,7 +128,8 @@ TEST_F(ListsTest, FilesFromTheDialog) {
     while (!pickers.files.empty()) {
         adding.AddFiles();
     }
-    EXPECT_EQ(RowsOf(list), TextsOf(Rows("//one//a.vcf /x/b.vcf /x/~c.vcf /d.vcf /d.vcf")));
+    EXPECT_EQ(RowsOf(list),
+              (Texts{u"//one//a.vcf", u"/x/b.vcf", u"/x/~c.vcf", u"/d.vcf", u"/d.vcf"}));
     EXPECT_TRUE(prompts.boxes.empty());
     list.Add({u"a.txt"});
     adding.AddFiles();            // cancelled,
@@ -137,13 +138,21 @@ TEST_F(ListsTest, FilesFromTheDialog) {
 }
 
 TEST_F(ListsTest, AFolderWithAllBelowIt) {
-    for (const std::string& name :
-         Rows("t/a.vcf t/B.VCF t/~c.vcf t/c.txt t/.dot.vcf t/.ro.vcf t/caf\xE9.vcf t/1/a.vcf "
-              "t/1/1/a.vcf t/2/1/2/a.vcf t/.3/a.vcf t/caf\xC3\xA9/a.vcf t/what?/a.vcf t/\x7F/a.vcf "
-              "t/\xE2\x82\xAC/a.vcf t/stray\xE9/a.vcf t/system/a.vcf t/system/1/a.vcf "
-              "t/linkedsystem/a.vcf t/almost/a.vcf away/a.vcf")) {
-        folder.Write(name, "x");
+    const Strings listed{
+        "a.vcf", "B.VCF", ".ro.vcf", "caf\xE9.vcf", "1/a.vcf", "1/1/a.vcf", "2/1/2/a.vcf",
+        ".3/a.vcf",
+        // The name has letters of the page, and the folder is not all that a system folder is.
+        "café/a.vcf", "almost/a.vcf"};
+    const Strings leftOut{"~c.vcf", "c.txt", ".dot.vcf",
+                          // By the names and the attributes of their folders.
+                          "what?/a.vcf", "\x7F/a.vcf", "€/a.vcf", "stray\xE9/a.vcf", "system/a.vcf",
+                          "system/1/a.vcf", "linkedsystem/a.vcf"};
+    for (const Strings& names : {listed, leftOut}) {
+        for (const std::string& name : names) {
+            folder.Write("t/" + name, "x");
+        }
     }
+    folder.Write("away/a.vcf", "x");
     folder.SetMode("t/.ro.vcf", 0444); // hidden and archive, but read-only besides
     folder.MakeFolder("t/folder.vcf");
     folder.MakeLink("t/linked", "../away");
@@ -154,8 +163,9 @@ TEST_F(ListsTest, AFolderWithAllBelowIt) {
                         {{folder.Native("t/linkedsystem"), "user.DOSATTRIB"}, "0x416"},
                         {{folder.Native("t/almost"), "user.DOSATTRIB"}, "0x17"}};
     settings.values[u"LastFolder"] = u"/before";
-    EXPECT_EQ(Scan("t"), Rows(".3/a.vcf .ro.vcf 1/1/a.vcf 1/a.vcf 2/1/2/a.vcf B.VCF a.vcf "
-                              "almost/a.vcf caf\xC3\xA9/a.vcf caf\xE9.vcf linked/a.vcf"));
+    Strings expected = listed;
+    expected.emplace_back("linked/a.vcf");
+    EXPECT_THAT(Scan("t"), testing::UnorderedElementsAreArray(expected));
     EXPECT_TRUE(prompts.boxes.empty());
     EXPECT_EQ(pickers.asked[0], TextPair(u"Please select folder:", u"/before"));
     EXPECT_EQ(settings.writes, (std::vector<TextPair>{{u"LastFolder", folder.Path("t")}}));
@@ -163,13 +173,14 @@ TEST_F(ListsTest, AFolderWithAllBelowIt) {
 }
 
 TEST_F(ListsTest, AScanMeetsFailures) {
-    for (const std::string& name :
-         Rows("t/1/a/x.vcf t/2/a/x.vcf t/3/a/x.vcf t/locked/a.vcf t/closed/a.vcf")) {
-        folder.Write(name, "x");
+    const Strings rows{"1/a/x.vcf", "2/a/x.vcf", "3/a/x.vcf"};
+    for (const std::string& name : rows) {
+        folder.Write("t/" + name, "x");
     }
+    folder.Write("t/locked/a.vcf", "x");
+    folder.Write("t/closed/a.vcf", "x");
     folder.SetMode("t/locked", 0);
     folder.SetMode("t/closed", 0);
-    const Strings rows = Rows("1/a/x.vcf 2/a/x.vcf 3/a/x.vcf");
     const Unprivileged unprivileged;
     EXPECT_EQ(Scan("t"), rows);
     EXPECT_EQ(Scan("t/locked"), Strings{});
@@ -189,15 +200,30 @@ TEST_F(ListsTest, AScanMeetsFailures) {
 
 TEST_F(ListsTest, SetsAddedAndRemoved) {
     const Strings refusal{"You must use :: to separate the find text from the replace text"};
-    for (const std::string& row :
-         Rows("findwhat::replacewith|(findwhat)=(replacewith)= a::b::c|(a)=(b)= ::b|()=(b)= "
-              "_a_::|(_a_)=()= ::|()=()= a:::b|(a)=(:b)= ::::|()=()= |== x|==! a:_:b:|==!")) {
+    using Pairs = std::vector<TextPair>;
+    const struct {
+        std::u16string entered;
+        Pairs sets;
+    } rows[] = {
+        {u"findwhat::replacewith", {{u"findwhat", u"replacewith"}}},
+        {u"a::b::c", {{u"a", u"b"}}},
+        {u"::b", {{u"", u"b"}}},
+        {u" a ::", {{u" a ", u""}}},
+        {u"::", {{u"", u""}}},
+        {u"a:::b", {{u"a", u":b"}}},
+        {u"::::", {{u"", u""}}},
+        {u"x", {}},
+        {u"a: :b:", {}},
+        {u"", {}}, // cancelled
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(NativeName(row.entered));
         sets = SetList();
-        prompts.texts = {TextFromUtf8(Fields(row)[0])};
+        prompts.texts = {row.entered};
         operations.AddSet();
-        const bool refused = row.back() == '!';
-        EXPECT_EQ(Sets() + (refused ? "!" : ""), Fields(row)[1]) << row;
-        EXPECT_EQ(prompts.TakeSummaries(), refused ? refusal : Strings{});
+        EXPECT_EQ(Sets(), row.sets);
+        const bool isRefused = row.sets.empty() && !row.entered.empty();
+        EXPECT_EQ(prompts.TakeSummaries(), isRefused ? refusal : Strings{});
     }
     sets = SetList();
     sets.Add(u"1", u"1");
@@ -205,11 +231,11 @@ TEST_F(ListsTest, SetsAddedAndRemoved) {
     operations.RemoveSelectedSet(-1, -1);
     operations.RemoveSelectedSet(0, 1);
     operations.RemoveSelectedSet(7, -1);
-    EXPECT_EQ(Sets(), "(2)=(1)=");
+    EXPECT_EQ(Sets(), (Pairs{{u"2", u"1"}}));
     EXPECT_EQ(prompts.TakeSummaries(),
               Strings{"in Zentavor2021/08/31.Form1.PushButton6_Click at line 1"});
     operations.ClearSets();
-    EXPECT_EQ(Sets(), "==");
+    EXPECT_EQ(Sets(), Pairs{});
 }
 
 TEST_F(ListsTest, SetsSaved) {
