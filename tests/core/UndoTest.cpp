@@ -22,16 +22,18 @@ const std::string kForget = "Delete the old texts that are kept for undoing the 
 const std::string kStillKept = "Some old texts are still kept, because another program is using "
                                "them or an interrupted file may still need them.";
 
+/// Names and texts, in the order in which they are written.
+using Files = std::vector<std::pair<std::string, std::string>>;
+
 struct UndoTest : Core {
     const Strings logs{state.Native("first"), state.Native("second")};
     Recovery recovery{calls, logs, prompts};
     UndoOperations undo{calls, logs, recovery, desktop};
 
-    /// Files are told by a letter and their text: "a=1 b=2".
-    void Run(const std::string& files) {
-        for (const std::string& file : Rows(files)) {
-            const auto pending = writer.Begin(folder.Path(file.substr(0, 1)), nullptr);
-            pending->Append(file.substr(2));
+    void Run(const Files& results) {
+        for (const auto& [name, text] : results) {
+            const auto pending = writer.Begin(folder.Path(name), nullptr);
+            pending->Append(text);
             pending->Seal();
             pending->Commit();
         }
@@ -61,63 +63,91 @@ struct UndoTest : Core {
         return boxes;
     }
 
-    std::string Tree() const {
-        std::string tree;
+    /// All files, by name.
+    Files Tree() const {
+        Files files;
         for (const std::string& name : folder.Names()) {
-            tree += (tree.empty() ? "" : " ") + name + "=" + folder.Read(name);
+            files.emplace_back(name, folder.Read(name));
         }
-        return tree;
+        return files;
     }
 };
 
 TEST_F(UndoTest, AsksAndTellsWhatWasLeftAlone) {
-    // Files before the run and its results; what happens to them since ("-": it goes, "/": a folder
-    // takes its place); what is asked; what is told; the files then.
-    for (const std::string& row :
-         Rows("a=1|a=2||1_file_will_get_its_old_text_and_date_back||a=1 "
-              "|a=2||1_new_file_will_be_removed|| "
-              "a=1_b=1_s=1|a=2_b=2_s=1_c=2_d=2||2_files_will_get_their_old_text_and_date_back,_"
-              "2_new_files_will_be_removed||a=1_b=1_s=1 "
-              "a=1_b=1|a=2_b=2_a=3_n=2_n=3|a=4|2_files_will_get_their_old_text_and_date_back,_"
-              "1_new_file_will_be_removed|~~a~It_was_changed_after_the_run.|a=4_b=1 "
-              "a=1_b=1|a=2_b=2_c=2|a=-_c=/_b=x|2_files_will_get_their_old_text_and_date_back,_"
-              "1_new_file_will_be_removed|~~c~It_is_no_longer_a_regular_file.~~b~It_was_changed_"
-              "after_"
-              "the_run."
-              "~~a~It_is_missing.|b=x")) {
-        SCOPED_TRACE(row);
-        const Strings fields = Fields(row);
-        for (const std::string& file : Rows(fields[0])) {
-            folder.Write(file.substr(0, 1), file.substr(2));
+    const std::string gone = "(gone)", aFolder = "(a folder)";
+    const struct {
+        const char* name;
+        Files before, results, changes; // the last after the run
+        std::string asked, told;
+        Files after;
+        bool waits = false; // for a file to come back
+    } rows[] = {
+        {"a file",
+         {{"a", "1"}},
+         {{"a", "2"}},
+         {},
+         "1 file will get its old text and date back",
+         "",
+         {{"a", "1"}}},
+        {"a new file", {}, {{"a", "2"}}, {}, "1 new file will be removed", "", {}},
+        {"several of both",
+         {{"a", "1"}, {"b", "1"}, {"same", "1"}},
+         {{"a", "2"}, {"b", "2"}, {"same", "1"}, {"c", "2"}, {"d", "2"}},
+         {},
+         "2 files will get their old text and date back, 2 new files will be removed",
+         "",
+         {{"a", "1"}, {"b", "1"}, {"same", "1"}}},
+        {"written twice, one edited",
+         {{"a", "1"}, {"b", "1"}},
+         {{"a", "2"}, {"b", "2"}, {"a", "3"}, {"n", "2"}, {"n", "3"}},
+         {{"a", "4"}},
+         "2 files will get their old text and date back, 1 new file will be removed",
+         "\r\n\r\na\r\nIt was changed after the run.",
+         {{"a", "4"}, {"b", "1"}}},
+        {"gone, edited, replaced",
+         {{"a", "1"}, {"b", "1"}},
+         {{"a", "2"}, {"b", "2"}, {"c", "2"}},
+         {{"a", gone}, {"b", "x"}, {"c", aFolder}},
+         "2 files will get their old text and date back, 1 new file will be removed",
+         "\r\n\r\nc\r\nIt is no longer a regular file.\r\n\r\nb\r\nIt was changed after the run."
+         "\r\n\r\na\r\n"
+         "It is missing.",
+         {{"b", "x"}},
+         true},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        for (const auto& [name, text] : row.before) {
+            folder.Write(name, text);
         }
-        Run(fields[1]);
+        Run(row.results);
         EXPECT_TRUE(undo.IsPossible());
-        for (const std::string& change : Rows(fields[2])) {
-            const std::string name = change.substr(0, 1), text = change.substr(2);
+        for (const auto& [name, text] : row.changes) {
             folder.Remove(name);
-            text == "/" ? folder.MakeFolder(name) : text == "-" ? void() : folder.Write(name, text);
+            text == aFolder ? folder.MakeFolder(name)
+            : text == gone  ? void()
+                            : folder.Write(name, text);
         }
         prompts.answers = {Answer::Yes};
         undo.Start();
-        const bool whole = fields[4].empty();
-        EXPECT_EQ(Boxes(), (Strings{"Undo the run of T? " + fields[3] + "." + kAsTheyAre,
+        const bool whole = row.told.empty();
+        EXPECT_EQ(Boxes(), (Strings{"Undo the run of T? " + row.asked + "." + kAsTheyAre,
                                     "The run of T has been undone" +
-                                        (whole ? "." : ", except for these files:" + fields[4])}));
+                                        (whole ? "." : ", except for these files:" + row.told)}));
         EXPECT_EQ(prompts.boxes.back().style,
                   whole ? BoxStyle::Information : BoxStyle::Exclamation);
         std::filesystem::remove(folder.Native("c/")); // a folder alone
-        EXPECT_EQ(Tree(), fields[5]);
-        const bool waits = fields[4].ends_with("missing."); // for the file to come back
-        EXPECT_EQ(undo.IsPossible(), waits);
+        EXPECT_EQ(Tree(), row.after);
+        EXPECT_EQ(undo.IsPossible(), row.waits);
         EXPECT_EQ(Plain(undo.Hint()),
-                  waits ? "Undo the run of T: 1 file." : "There is no run to undo.");
+                  row.waits ? "Undo the run of T: 1 file." : "There is no run to undo.");
         RunUndo(calls, logs).RemoveAllLogs();
         folder.Clear();
     }
     calls.room = 8000;
     folder.Write("a", std::string(3000, '1'));
     folder.Write("b", std::string(3000, '1'));
-    Run("a=2 b=2");
+    Run({{"a", "2"}, {"b", "2"}});
     prompts.answers = {Answer::Yes};
     undo.Start();
     EXPECT_EQ(Boxes()[0], "Undo the run of T? 1 file will get its old text and date back." +
@@ -134,7 +164,7 @@ TEST_F(UndoTest, NothingIsDoneWithoutARunOrAYesOrDuringWork) {
     undo.Start();
     EXPECT_EQ(Boxes(), Strings{"There is no run to undo."});
     folder.Write("a", "1");
-    Run("a=2 b=2");
+    Run({{"a", "2"}, {"b", "2"}});
     EXPECT_EQ(Plain(undo.Hint()), "Undo the run of T: 2 files.");
     undo.Start(); // No
     EXPECT_EQ(Boxes().size(), 1U);
@@ -143,7 +173,7 @@ TEST_F(UndoTest, NothingIsDoneWithoutARunOrAYesOrDuringWork) {
     undo.Forget();
     undo.GiveUpMissing();
     EXPECT_EQ(Boxes(), Strings{});
-    EXPECT_EQ(Tree(), "a=2 b=2");
+    EXPECT_EQ(Tree(), (Files{{"a", "2"}, {"b", "2"}}));
 
     pointer.shapes.clear();
     loop.whenTold[1] = [&] { // what could be pressed meanwhile
@@ -156,16 +186,16 @@ TEST_F(UndoTest, NothingIsDoneWithoutARunOrAYesOrDuringWork) {
     EXPECT_EQ(loop.told, (Strings{"File 1/2", "File 2/2"}));
     EXPECT_EQ(pointer.shapes, (std::vector{MousePointer::Hourglass, MousePointer::Default}));
     EXPECT_EQ(Boxes().size(), 2U);
-    EXPECT_EQ(Tree(), "a=1");
+    EXPECT_EQ(Tree(), (Files{{"a", "1"}}));
 }
 
 TEST_F(UndoTest, EndsInTheMiddleAndIsGoneOnWith) {
     folder.Write("a", "1");
-    Run("a=2 b=2");
+    Run({{"a", "2"}, {"b", "2"}});
     prompts.answers = {Answer::Yes, Answer::Yes, Answer::Yes};
     loop.whenTold[2] = [] { throw ProgramEnded(); };
     EXPECT_THROW(undo.Start(), ProgramEnded);
-    EXPECT_EQ(Tree(), "a=2");
+    EXPECT_EQ(Tree(), (Files{{"a", "2"}}));
     EXPECT_EQ(Boxes().size(), 1U);
     EXPECT_FALSE(undo.IsInProgress());
     pointer.shapes.clear(); // the next start
@@ -186,42 +216,46 @@ TEST_F(UndoTest, EndsInTheMiddleAndIsGoneOnWith) {
     ::close(log);
     undo.Start();
     EXPECT_EQ(Boxes().back(), "The run of T has been undone.");
-    EXPECT_EQ(Tree(), "a=1");
+    EXPECT_EQ(Tree(), (Files{{"a", "1"}}));
 }
 
 TEST_F(UndoTest, ForgetsRunsAndKeptCopies) {
     EXPECT_FALSE(undo.CanForget());
     const std::string keptIn = " kept here:\r\n\r\n" + KeptFolder(logs[0]) + "\r\n";
-    // Runs and copies that there are (copies in one or two folders), answers, boxes, what is left.
-    for (const std::string& row : Rows(R"(1|0|n|F|1:0 1|0|y|F|0:0 2|1|yn|F1|0:1 0|1|y|1|0:0
-                                          1|3|yy|F3|0:0 1|2|ny|F|1:2 0|0|y||0:0)")) {
-        SCOPED_TRACE(row);
-        const Strings fields = Fields(row);
-        for (int run = 0; run < std::stoi(fields[0]); ++run) {
-            Run("a=" + row + std::to_string(run)); // other than before
+    const std::string oneCopy = "1 copy of an interrupted file is" + keptIn + "\r\nDelete it?";
+    const std::string threeCopies =
+        "3 copies of interrupted files are" + keptIn + KeptFolder(logs[1]) + "\r\n\r\nDelete them?";
+    const struct {
+        const char* name;
+        std::size_t runs, copies; // the third copy is in the second folder
+        std::deque<Answer> answers;
+        Strings boxes;
+        std::size_t runsLeft, copiesLeft;
+    } rows[] = {
+        {"No", 1, 0, {Answer::No}, {kForget}, 1, 0},
+        {"Yes", 1, 0, {Answer::Yes}, {kForget}, 0, 0},
+        {"runs alone", 2, 1, {Answer::Yes, Answer::No}, {kForget, oneCopy}, 0, 1},
+        {"a copy alone", 0, 1, {Answer::Yes}, {oneCopy}, 0, 0},
+        {"all", 1, 3, {Answer::Yes, Answer::Yes}, {kForget, threeCopies}, 0, 0},
+        {"copies are kept with their runs", 1, 2, {Answer::No, Answer::Yes}, {kForget}, 1, 2},
+        {"nothing", 0, 0, {Answer::Yes}, {}, 0, 0},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        for (std::size_t run = 0; run < row.runs; ++run) {
+            Run({{"a", row.name + std::to_string(run)}}); // other than before
         }
-        for (int copy = 0; copy < std::stoi(fields[1]); ++copy) {
+        for (std::size_t copy = 0; copy < row.copies; ++copy) {
             state.Write((copy < 2 ? "first/kept/" : "second/kept/") + std::to_string(copy), "x");
         }
         undo.Refresh();
-        EXPECT_EQ(undo.CanForget(), fields[0] + fields[1] != "00");
-        for (const char answer : fields[2]) {
-            prompts.answers.push_back(answer == 'y' ? Answer::Yes : Answer::No);
-        }
+        EXPECT_EQ(undo.CanForget(), row.runs + row.copies > 0);
+        prompts.answers = row.answers;
         undo.Forget();
-        Strings expected;
-        for (const char box : fields[3]) {
-            expected.push_back(box == 'F' ? kForget
-                               : box == '1'
-                                   ? "1 copy of an interrupted file is" + keptIn + "\r\nDelete it?"
-                                   : "3 copies of interrupted files are" + keptIn +
-                                         KeptFolder(logs[1]) + "\r\n\r\nDelete them?");
-        }
-        EXPECT_EQ(Boxes(), expected);
-        EXPECT_EQ(std::to_string(LogsIn(calls, logs).size()) + ":" +
-                      std::to_string(KeptFiles(calls, logs).size()),
-                  fields[4]);
-        EXPECT_EQ(undo.CanForget(), fields[4] != "0:0");
+        EXPECT_EQ(Boxes(), row.boxes);
+        EXPECT_EQ(LogsIn(calls, logs).size(), row.runsLeft);
+        EXPECT_EQ(KeptFiles(calls, logs).size(), row.copiesLeft);
+        EXPECT_EQ(undo.CanForget(), row.runsLeft + row.copiesLeft > 0);
         prompts.answers.assign(2, Answer::Yes);
         undo.Forget();
         prompts.answers.clear();
@@ -233,7 +267,7 @@ TEST_F(UndoTest, MissingFiles) {
     folder.Write("f", "0123456789");
     EXPECT_FALSE(InChildProcess([&] {
         calls.KillAt(Calls::kWriteAt, calls.calls[Calls::kWriteAt] + 3);
-        Run("f=newnewnewnewnew");
+        Run({{"f", "newnewnewnewnew"}});
     }));
     folder.Remove("f");
     recovery.Run();
