@@ -6,10 +6,8 @@
 namespace vexmarrow::test {
 namespace {
 
-const OutputLocation kInPlace{OutputLocation::BesideInput, u""};
-
 struct InputsTest : Writing {
-    const OutputLocation out{OutputLocation::OneFolder, folder.Path("out")};
+    const OutputLocation out = IntoFolder(folder.Path("out"));
 
     /// What another program may do to a file.
     const std::map<std::string, std::function<void(const std::string& name)>> changes{

@@ -35,7 +35,7 @@ TEST_F(LogsTest, WhereTheLogGoes) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
-        Prepare({"old", "new"});
+        Prepare("old");
         row.happens();
         EXPECT_EQ(Put("f"), "");
         EXPECT_EQ(Kept("a").size(), row.inFirst ? 1U : 0U);
@@ -46,7 +46,7 @@ TEST_F(LogsTest, WhereTheLogGoes) {
         EXPECT_EQ(TakeBack(), Strings{});
         EXPECT_EQ(Content(), "old");
     }
-    Prepare({"old", "new"});
+    Prepare("old");
     state.Write("a", "");
     state.Write("b", "");
     const std::string failure = Put("f");
@@ -74,6 +74,7 @@ TEST_F(LogsTest, RoomForLogs) {
         WriteOld(name, old);
     }
     WriteOld("large", std::string(20000, 'o'));
+    WriteOld("little", "old");
     share = 13900; // three such texts
     for (const char* name : {"1", "2", "3"}) {
         EXPECT_EQ(Put(name), "");
@@ -83,6 +84,10 @@ TEST_F(LogsTest, RoomForLogs) {
     EXPECT_THAT(Put("large"), testing::HasSubstr("No space left on device"));
     writer.Settle();
     EXPECT_EQ(Kept("a").size(), 3U) << "given up for what could never fit";
+    calls.FailAt(Calls::kWriteAt, calls.calls[Calls::kWriteAt] + 2, EFBIG);
+    EXPECT_THAT(Put("little"), testing::HasSubstr("File too large"));
+    writer.Settle();
+    EXPECT_EQ(Kept("a").size(), 3U) << "given up, although there was room";
     EXPECT_EQ(DateOf("large"), kOldDate);
 
     EXPECT_EQ(Put("4"), "");
@@ -155,10 +160,11 @@ TEST_F(LogsTest, WithoutAWayBack) {
     EXPECT_EQ(Safety::Put(calls, sets, "created", "new"), "");
     sets.Settle();
     EXPECT_EQ(Kept("a"), Strings{});
-    for (const Write& write : {Write{"old text", "new"}, Write{"-", "new"}}) {
+    for (const Write& write :
+         {Write{"a file", "old text", "new"}, Write{"a new file", kNoFile, "new"}}) {
         for (int n = 1, finished = 0; finished == 0; ++n) {
-            SCOPED_TRACE(n);
-            Prepare(write);
+            SCOPED_TRACE(write.name + (", killed at call " + std::to_string(n)));
+            Prepare(write.old);
             finished = DoKilledAt(write, n, Event::KillHalf, UndoSupport::None) ? 1 : 0;
             Recover(Answer::Yes);
             EXPECT_TRUE(Content() == write.old || Content() == write.text);

@@ -18,18 +18,21 @@ using namespace std::chrono_literals;
 struct RecoveryTest : Safety {
     void SetUp() override { LeaveRecord(); }
     void LeaveRecord() const {
-        Prepare({kOld, kWhole});
+        Prepare(kOld);
         LeaveMixture({"f"});
     }
-    /// What was shown: Q for the question, T for a message.
-    std::string Boxes() const {
-        std::string boxes;
+    enum Shown { kQuestion, kMessage };
+    std::vector<Shown> Boxes() const {
+        std::vector<Shown> shown;
         for (const Box& box : prompts.boxes) {
-            boxes += box.style == BoxStyle::OrLater ? "Q" : "T";
+            shown.push_back(box.style == BoxStyle::OrLater ? kQuestion : kMessage);
         }
-        return boxes;
+        return shown;
     }
 };
+
+const std::string kNothing = kNoFile; ///< was kept
+const std::string kNotAFile = "(no regular file)";
 
 TEST_F(RecoveryTest, WhatHasBecomeOfTheFileSince) {
     const std::string path = folder.Native("f");
@@ -37,30 +40,37 @@ TEST_F(RecoveryTest, WhatHasBecomeOfTheFileSince) {
         ::rename(folder.Native(from).c_str(), folder.Native(to).c_str());
     };
     const auto whole = [&](const std::string& text) { folder.Write("f", text); };
-    // After a Yes: what was shown, what the file holds, what was kept of what was found; whether
-    // the file counts as missing. `renumbered`: the numbers of files are others by now.
+    const auto replace = [&](const std::string& text) {
+        folder.Write("g", text), rename("g", "f");
+    };
+    const auto makePipe = [&] { folder.Remove("f"), ::mkfifo(path.c_str(), 0666); };
+    const auto makeFolder = [&] { folder.Remove("f"), folder.MakeFolder("f"); };
+    const auto makeLink = [&] { rename("f", "g"), folder.MakeLink("f", "g"); };
+    enum Missing { kThere, kMissing };
+    enum Numbers { kSame, kOthers }; // of files and file systems, as after a restart
     const struct {
         const char* what;
         std::function<void()> happens;
-        std::string boxes, content, found;
-        bool isMissing = false, renumbered = false;
+        std::vector<Shown> boxes;   // the question is answered with Yes
+        std::string content, found; // of the file then; of the copy of what was found
+        Missing missing = kThere;
+        Numbers numbers = kSame;
     } rows[] = {
-        {"nothing", [] {}, "Q", kOld, kMixture},
-        {"edited", [&] { whole("edited"); }, "Q", kOld, "edited"},
-        {"emptied", [&] { whole(""); }, "Q", kOld, "-"},
-        {"completed by hand", [&] { whole(kWhole); }, "", kWhole, "-"},
-        {"put back by hand", [&] { whole(kOld); }, "", kOld, "-"},
-        {"renamed", [&] { rename("f", "g"); }, "", "-", "-", true},
-        {"removed", [&] { folder.Remove("f"); }, "", "-", "-", true},
-        {"replaced", [&] { folder.Write("g", "other"), rename("g", "f"); }, "Q", kOld, "other"},
-        {"replaced by its old text", [&] { folder.Write("g", kOld), rename("g", "f"); }, "", kOld,
-         "-", true},
-        {"a pipe", [&] { folder.Remove("f"), ::mkfifo(path.c_str(), 0666); }, "", "?", "-", true},
-        {"a folder", [&] { folder.Remove("f"), folder.MakeFolder("f"); }, "", "?", "-", true},
-        {"a link to it", [&] { rename("f", "g"), folder.MakeLink("f", "g"); }, "Q", kOld, kMixture},
-        {"nothing", [] {}, "Q", kOld, kMixture, false, true},
-        {"completed", [&] { whole(kWhole); }, "", kWhole, "-", true, true},
-        {"put back", [&] { whole(kOld); }, "", kOld, "-", true, true},
+        {"nothing", [] {}, {kQuestion}, kOld, kMixture},
+        {"edited", [&] { whole("edited"); }, {kQuestion}, kOld, "edited"},
+        {"emptied", [&] { whole(""); }, {kQuestion}, kOld, kNothing},
+        {"completed by hand", [&] { whole(kWhole); }, {}, kWhole, kNothing},
+        {"put back by hand", [&] { whole(kOld); }, {}, kOld, kNothing},
+        {"renamed", [&] { rename("f", "g"); }, {}, kNoFile, kNothing, kMissing},
+        {"removed", [&] { folder.Remove("f"); }, {}, kNoFile, kNothing, kMissing},
+        {"replaced", [&] { replace("other"); }, {kQuestion}, kOld, "other"},
+        {"replaced by its old text", [&] { replace(kOld); }, {}, kOld, kNothing, kMissing},
+        {"a pipe", makePipe, {}, kNotAFile, kNothing, kMissing},
+        {"a folder", makeFolder, {}, kNotAFile, kNothing, kMissing},
+        {"a link to it", makeLink, {kQuestion}, kOld, kMixture},
+        {"restarted", [] {}, {kQuestion}, kOld, kMixture, kThere, kOthers},
+        {"restarted, completed", [&] { whole(kWhole); }, {}, kWhole, kNothing, kMissing, kOthers},
+        {"restarted, put back", [&] { whole(kOld); }, {}, kOld, kNothing, kMissing, kOthers},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
@@ -69,36 +79,36 @@ TEST_F(RecoveryTest, WhatHasBecomeOfTheFileSince) {
         prompts.answers.assign(9, Answer::Yes);
         prompts.boxes.clear();
         FaultySystemCalls calls;
-        calls.renumbered = row.renumbered ? 1000 : 0;
+        calls.renumbered = row.numbers == kOthers ? 1000 : 0;
         Recovery recovery(calls, Logs(), prompts);
         recovery.Run();
         EXPECT_EQ(Boxes(), row.boxes);
-        EXPECT_EQ(recovery.Missing(), row.isMissing ? 1U : 0U);
-        if (row.content != "?") {
+        EXPECT_EQ(recovery.Missing(), row.missing == kMissing ? 1U : 0U);
+        if (row.content != kNotAFile) {
             EXPECT_EQ(Content(), row.content);
-            EXPECT_EQ(row.content == kOld && !row.isMissing, DateOf("f") == kOldDate);
+            EXPECT_EQ(row.content == kOld && row.missing == kThere, DateOf("f") == kOldDate);
         }
         const auto kept = [&](const std::string& kind) {
             const Strings names = Kept("a/kept", kind);
-            return names.empty() ? "-" : state.Read(names[0]);
+            return names.empty() ? kNothing : state.Read(names[0]);
         };
         EXPECT_EQ(kept("-found-"), row.found);
-        if (row.isMissing) { // the record stays, until it is given up
+        if (row.missing == kMissing) { // the record stays, until it is given up
             EXPECT_EQ(StatesIn(Kept("a").at(0)), "O");
             recovery.Run();
             EXPECT_EQ(recovery.Missing(), 1U);
             recovery.GiveUpMissing();
             EXPECT_EQ(recovery.Missing(), 0U);
             EXPECT_EQ(kept("-old-"), kOld);
-            EXPECT_EQ(Boxes(), "T");
-            if (row.content != "?") {
+            EXPECT_EQ(Boxes(), std::vector{kMessage});
+            if (row.content != kNotAFile) {
                 EXPECT_EQ(Content(), row.content);
             }
         }
         EXPECT_EQ(Recover(calls, Answer::Yes), 0U) << "told twice";
         EXPECT_EQ(TakeBack(), Strings{});
         EXPECT_EQ(Kept("a"), Strings{});
-        EXPECT_EQ(folder.Names().empty(), row.content == "-" && !folder.Exists("g"));
+        EXPECT_EQ(folder.Names().empty(), row.content == kNoFile && !folder.Exists("g"));
     }
 }
 
@@ -124,7 +134,7 @@ TEST_F(RecoveryTest, ManyMoreThanAProcessMayHaveOpen) {
 // at each: no file may get anything but a text that it had, and what is asked for is kept.
 TEST_F(RecoveryTest, ADamagedLogChangesNothingThatItShouldNot) {
     const auto leave = [&] {
-        Prepare({kOld, kWhole});
+        Prepare(kOld);
         WriteOld("g", "old");
         LeaveMixture({"g", "f"});
         return Kept("a").at(0);
@@ -142,9 +152,9 @@ TEST_F(RecoveryTest, ADamagedLogChangesNothingThatItShouldNot) {
             state.Write(name, bytes);
             Recover(Answer::Yes);
             ASSERT_LE(prompts.boxes.size(), 2U);
-            asked += Boxes().starts_with("Q") ? 1 : 0;
+            asked += testing::Matches(testing::Contains(kQuestion))(Boxes()) ? 1 : 0;
             EXPECT_TRUE(Content() == kMixture || Content() == kOld) << Content();
-            if (Boxes() == "QT") {
+            if (Boxes() == std::vector{kQuestion, kMessage}) {
                 EXPECT_EQ(Content(), kMixture) << "its old text is damaged";
                 EXPECT_EQ(Kept("a/kept", "-part-").size(), 1U);
             }
@@ -206,7 +216,7 @@ TEST_F(RecoveryTest, WhatCannotBeDoneNowIsToldAndWaits) {
     const std::string path = folder.Native("f");
     const auto waits = [&](FaultySystemCalls& calls, const char* reason) {
         EXPECT_EQ(Recover(calls, Answer::Yes), 2U);
-        EXPECT_EQ(Boxes(), "QT");
+        EXPECT_EQ(Boxes(), (std::vector{kQuestion, kMessage}));
         EXPECT_THAT(NativeName(prompts.boxes.back().text), testing::HasSubstr(reason));
         EXPECT_EQ(Content(), kMixture);
         EXPECT_EQ(StatesIn(Kept("a").at(0)), "O");

@@ -15,11 +15,12 @@ namespace vexmarrow::test {
 
 /// One way of writing the file "f".
 struct Write {
-    std::string old; ///< "-": there is none
+    const char* name;
+    std::string old; ///< or kNoFile
     std::string text;
-    bool itself = false;     ///< the text is made from the file's own
-    std::string first = "-"; ///< what is written before, for a file that is listed twice
-    bool nameless = true;    ///< the file system has files without a name
+    bool readsItself = false;     ///< the text is made from the file's own
+    std::string first = kNoFile;  ///< what is written before, for a file that is listed twice
+    bool hasNamelessFiles = true; ///< the file system has files without a name
 };
 
 /// Files in a folder, written by programs that end in every way, and a state folder of their own.
@@ -51,14 +52,14 @@ struct Safety : testing::Test {
         return status.modified;
     }
     /// The folder as the write finds it, with nothing left of the one before.
-    void Prepare(const Write& write) const {
+    void Prepare(const std::string& old) const {
         folder.Clear();
         state.Clear();
-        if (write.old != "-") {
-            WriteOld("f", write.old);
+        if (old != kNoFile) {
+            WriteOld("f", old);
         }
     }
-    std::string Content() const { return folder.Exists("f") ? folder.Read("f") : "-"; }
+    std::string Content() const { return folder.Exists("f") ? folder.Read("f") : kNoFile; }
 
     /// Writes a file as a program does, made from its own text if that is wanted; the reason of
     /// the failure, if there was one.
@@ -98,10 +99,10 @@ struct Safety : testing::Test {
         }
     }
     std::string Do(const Write& write, FaultySystemCalls& calls, FileWriter& writer) const {
-        calls.lacksNamelessFiles = !write.nameless;
+        calls.lacksNamelessFiles = !write.hasNamelessFiles;
         const std::string failure =
-            write.first == "-" ? "" : Put(calls, writer, "f", write.first, write.itself);
-        return failure + Put(calls, writer, "f", write.text, write.itself);
+            write.first == kNoFile ? "" : Put(calls, writer, "f", write.first, write.readsItself);
+        return failure + Put(calls, writer, "f", write.text, write.readsItself);
     }
     std::string Do(const Write& write, FaultySystemCalls& calls) const {
         SafeWriter writer(calls, Logs());

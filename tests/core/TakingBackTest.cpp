@@ -163,7 +163,7 @@ TEST_F(TakingBackTest, RunsOneAfterTheOtherAndNoneBeneathAnother) {
 
 TEST_F(TakingBackTest, WhatWaitsForAnAnswerGoesOnWaiting) {
     for (const bool isFolder : {false, true}) {
-        Prepare({kOld, kWhole});
+        Prepare(kOld);
         WriteOld("g", kOld);
         LeaveMixture({"g", "f"});
         if (isFolder) {

@@ -3,11 +3,11 @@
 
 #include "core/Writing.h"
 
+#include <array>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/xattr.h>
 #include <unistd.h>
 
 namespace vexmarrow::test {
@@ -21,47 +21,11 @@ struct WriterTest : Writing {
     std::optional<OtherProgram> other_;
 };
 
-/// All that is to stay as it was.
-struct Identity {
+/// The numbers of a file that are to stay.
+std::array<std::uint64_t, 5> IdentityOf(const std::string& path) {
     struct stat status {};
-    std::map<std::string, std::string> attributes;
-
-    explicit Identity(const std::string& path) {
-        EXPECT_EQ(::stat(path.c_str(), &status), 0);
-        std::string names(1000, '\0');
-        names.resize(static_cast<std::size_t>(
-            std::max<ssize_t>(0, ::listxattr(path.c_str(), names.data(), names.size()))));
-        std::istringstream stream(names);
-        for (std::string name; std::getline(stream, name, '\0');) {
-            std::string value(1000, '\0');
-            const ssize_t size =
-                ::lgetxattr(path.c_str(), name.c_str(), value.data(), value.size());
-            attributes[name] = value.substr(0, static_cast<std::size_t>(size));
-        }
-    }
-    bool operator==(const Identity& other) const {
-        return status.st_ino == other.status.st_ino && status.st_mode == other.status.st_mode &&
-               status.st_uid == other.status.st_uid && status.st_gid == other.status.st_gid &&
-               status.st_nlink == other.status.st_nlink && attributes == other.attributes;
-    }
-};
-
-/// An access list that gives one more user the right to write.
-std::string AccessList() {
-    std::string bytes{2, 0, 0, 0};
-    const auto entry = [&](char tag, char rights, std::uint32_t id) {
-        bytes += {tag, 0, rights, 0};
-        for (int shift = 0; shift < 32; shift += 8) {
-            bytes += static_cast<char>(id >> shift);
-        }
-    };
-    const auto none = static_cast<std::uint32_t>(-1);
-    entry(0x01, 6, none);
-    entry(0x02, 6, 1234);
-    entry(0x04, 4, none);
-    entry(0x10, 6, none);
-    entry(0x20, 0, none);
-    return bytes;
+    EXPECT_EQ(::stat(path.c_str(), &status), 0);
+    return {status.st_ino, status.st_mode, status.st_uid, status.st_gid, status.st_nlink};
 }
 
 TEST_F(WriterTest, AFileStaysTheFileThatItWas) {
@@ -78,16 +42,9 @@ TEST_F(WriterTest, AFileStaysTheFileThatItWas) {
                     ASSERT_EQ(::chown(folder.Native("f").c_str(), kNobody, kForeignGroup), 0);
                 }
                 ASSERT_EQ(::chmod(folder.Native("f").c_str(), mode), 0);
-                ASSERT_EQ(::lsetxattr(folder.Native("f").c_str(), "user.note", "n", 1, 0), 0);
-                if (mode == 0640U) {
-                    const std::string list = AccessList();
-                    ASSERT_EQ(::lsetxattr(folder.Native("f").c_str(), "system.posix_acl_access",
-                                          list.data(), list.size(), 0),
-                              0);
-                }
                 folder.MakeLink("link", "f");
                 std::filesystem::create_hard_link(folder.Native("f"), folder.Native("hard"));
-                const Identity before(folder.Native("f"));
+                const auto before = IdentityOf(folder.Native("f"));
                 {
                     std::optional<Unprivileged> user;
                     if (unprivileged) {
@@ -96,7 +53,7 @@ TEST_F(WriterTest, AFileStaysTheFileThatItWas) {
                     EXPECT_EQ(Put("link", text), "");
                     writer.Settle();
                 }
-                EXPECT_TRUE(Identity(folder.Native("f")) == before);
+                EXPECT_EQ(IdentityOf(folder.Native("f")), before);
                 EXPECT_EQ(folder.Read("hard"), text);
                 EXPECT_TRUE(std::filesystem::is_symlink(folder.Native("link")));
                 EXPECT_EQ(folder.Names(), (Strings{"f", "hard", "link"}));
@@ -186,12 +143,14 @@ TEST_F(WriterTest, WhatIsRefused) {
 
 TEST_F(WriterTest, RightsOfANewFile) {
     const mode_t before = ::umask(022);
+    enum Group { kOwn, kForeign };
     const struct {
         unsigned old;
-        bool foreignGroup;
+        Group group;
         unsigned made;
-    } rows[] = {{0600, false, 0600}, {0644, false, 0644}, {0640, false, 0640}, {0640, true, 0600},
-                {0664, true, 0644},  {0444, false, 0644}, {0777, false, 0644}};
+    } rows[] = {{0600, kOwn, 0600},     {0644, kOwn, 0644},     {0640, kOwn, 0640},
+                {0640, kForeign, 0600}, {0664, kForeign, 0644}, {0444, kOwn, 0644},
+                {0777, kOwn, 0644}};
     folder.MakeFolder("out");
     for (const auto& row : rows) {
         for (const bool nameless : {true, false}) {
@@ -199,13 +158,13 @@ TEST_F(WriterTest, RightsOfANewFile) {
             folder.Write("f", "a");
             folder.Remove("out/f");
             folder.SetMode("f", row.old);
-            if (row.foreignGroup &&
+            if (row.group == kForeign &&
                 ::chown(folder.Native("f").c_str(), static_cast<uid_t>(-1), kForeignGroup) != 0) {
                 continue; // a user has no such group to give it to
             }
             calls.lacksNamelessFiles = !nameless;
-            engine.ReplaceTextInFile(folder.Path("f"), u"a", u"b",
-                                     {OutputLocation::OneFolder, folder.Path("out")}, 1);
+            engine.ReplaceTextInFile(folder.Path("f"), u"a", u"b", IntoFolder(folder.Path("out")),
+                                     1);
             EXPECT_EQ(folder.ModeOf("out/f"), row.made);
             EXPECT_EQ(Reports(), Strings{});
             folder.Remove("f");
@@ -285,8 +244,7 @@ TEST_F(WriterTest, TwoProgramsAtOnce) {
         Recovery(calls, Logs(), more).Run();
         EXPECT_TRUE(more.boxes.empty());
         EXPECT_THAT(Put("f"), testing::HasSubstr("It is only partly written"));
-        engine.ReplaceTextInFile(folder.Path("f"), u"n", u"m",
-                                 {OutputLocation::OneFolder, folder.Path("out")}, 1);
+        engine.ReplaceTextInFile(folder.Path("f"), u"n", u"m", IntoFolder(folder.Path("out")), 1);
     };
     folder.MakeFolder("out");
     EXPECT_EQ(Recover(Answer::Later), 2U); // the other box is that of the engine
@@ -350,7 +308,7 @@ TEST_F(WriterTest, TheSameFileByDifferentWays) {
     const std::u16string path = folder.Path("in/f.vcf");
     for (const std::u16string& out : {folder.Path("in"), folder.Path("again")}) {
         for (int row = 0; row < 2; ++row) {
-            engine.ReplaceTextInFile(path, u"a", u"aa", {OutputLocation::OneFolder, out}, row);
+            engine.ReplaceTextInFile(path, u"a", u"aa", IntoFolder(out), row);
         }
     }
     EXPECT_EQ(folder.Read("in/f.vcf"), std::string(16, 'a'));
@@ -359,8 +317,7 @@ TEST_F(WriterTest, TheSameFileByDifferentWays) {
     folder.Write(longest, "a");
     calls.lacksNamelessFiles = true;
     folder.MakeFolder("out");
-    engine.ReplaceTextInFile(folder.Path(longest), u"a", u"b",
-                             {OutputLocation::OneFolder, folder.Path("out")}, 1);
+    engine.ReplaceTextInFile(folder.Path(longest), u"a", u"b", IntoFolder(folder.Path("out")), 1);
     EXPECT_EQ(folder.Read("out" + longest.substr(2)), "b");
     EXPECT_EQ(Reports(), Strings{});
 }
@@ -389,27 +346,26 @@ TEST_F(WriterTest, MemoryHasALimitAndItsEndIsReported) {
     folder.Write("8", kMark8 + "a");
     std::filesystem::resize_file(folder.Native("8"), 100 * kMegabyte);
     folder.Write("g", "a");
-    const OutputLocation inPlace{OutputLocation::BesideInput, u""},
-        out{OutputLocation::OneFolder, folder.Path("out")};
+    const OutputLocation out = IntoFolder(folder.Path("out"));
     const Texts find{u"a"}, replace{u"bc"};
     for (const bool unicode : {false, true}) {
         EXPECT_TRUE(limited([&] {
             flags.IsUnicode = unicode;
-            engine.ReplaceTextInFile(folder.Path("f"), u"a", u"bc", inPlace, 1);
+            engine.ReplaceTextInFile(folder.Path("f"), u"a", u"bc", kInPlace, 1);
             engine.ReplaceTextInFile(folder.Path("f"), u"a", u"bc", out, 1);
             return prompts.boxes.empty() &&
                    std::filesystem::file_size(folder.Native("out/f")) > 100 * kMegabyte;
         }));
     }
     EXPECT_TRUE(limited([&] {
-        engine.ReplaceTextInFileCombo(folder.Path("8"), {find, replace}, inPlace, 1);
+        engine.ReplaceTextInFileCombo(folder.Path("8"), {find, replace}, kInPlace, 1);
         return prompts.boxes.empty();
     }));
     EXPECT_EQ(std::filesystem::file_size(folder.Native("8")), 100 * kMegabyte - 2); // and no mark
     const rlim_t size = std::filesystem::file_size(folder.Native("f"));
     EXPECT_TRUE(limited([&] {
-        engine.ReplaceTextInFileFieldOnly(folder.Path("f"), u"a", u"bc", inPlace, 1);
-        engine.ReplaceTextInFileCombo(folder.Path("g"), {find, replace}, inPlace, 2);
+        engine.ReplaceTextInFileFieldOnly(folder.Path("f"), u"a", u"bc", kInPlace, 1);
+        engine.ReplaceTextInFileCombo(folder.Path("g"), {find, replace}, kInPlace, 2);
         return Reports() == Strings{"Out of memory."} && folder.Read("g") == "bc";
     }));
     EXPECT_EQ(std::filesystem::file_size(folder.Native("f")), size);
