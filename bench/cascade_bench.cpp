@@ -4,8 +4,8 @@
 // Measures the cascade and compares it with copying the same memory. The column ofMemcpy is its
 // throughput as a share of that of memcpy in the same run.
 
+#include "Cards.h"
 #include "engine/Cascade.h"
-#include "support/Cards.h"
 
 #include <benchmark/benchmark.h>
 #include <cstring>
