@@ -15,8 +15,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <sstream>
-
 namespace vexmarrow::test {
 
 using namespace std::string_literals;
@@ -47,35 +45,6 @@ struct Core : testing::Test, ScriptedDesktop {
     SafeWriter writer{calls, {state.Native("first"), state.Native("second")}};
     ReplaceText engine{textio, writer, prompts};
 };
-
-/// The rows of a table: what stands between blanks and line ends.
-inline Strings Rows(const std::string& table) {
-    std::istringstream stream(table);
-    return {std::istream_iterator<std::string>(stream), {}};
-}
-
-/// The fields of a row, separated by "|"; in them "_" is a blank, "~" CR LF, "^" LF and "<" CR.
-inline Strings Fields(const std::string& row) {
-    const std::map<char, std::string> signs{{'_', " "}, {'~', "\r\n"}, {'^', "\n"}, {'<', "\r"}};
-    Strings fields{""};
-    for (const char letter : row) {
-        const auto sign = signs.find(letter);
-        if (letter == '|') {
-            fields.emplace_back();
-        } else {
-            fields.back() += sign == signs.end() ? std::string(1, letter) : sign->second;
-        }
-    }
-    return fields;
-}
-
-inline Texts TextsOf(const Strings& strings) {
-    Texts texts;
-    for (const std::string& string : strings) {
-        texts.push_back(TextFromUtf8(string));
-    }
-    return texts;
-}
 
 /// The bytes of a text in UTF-16, low byte first, after its mark.
 inline std::string Utf16(std::u16string_view text) {
