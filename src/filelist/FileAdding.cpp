@@ -74,7 +74,8 @@ void FileAdding::AddAllFilesInFolder() {
     if (!chosen.empty()) {
         trap.Do(4, [&] { desktop_.pointer.SetPointer(MousePointer::Hourglass); });
         std::vector<std::u16string> folders{Concat(chosen, kSeparatorText)};
-        trap.Do(5, [&] { SubFolderSearch(desktop_, textio_).GetSubDirectories2016(folders); });
+        trap.Do(5,
+                [&] { SubFolderSearch(desktop_, textio_).GetSubDirectories2016(folders, true); });
         const std::u16string pattern = Concat(u"*.", kExpectedExtension);
         std::vector<std::u16string> names;
         for (std::u16string& folder : folders) {
@@ -135,7 +136,7 @@ void FileAdding::AddFilesOf(const std::vector<std::u16string>& paths) {
             continue;
         }
         folders.push_back(path + kSeparator);
-        SubFolderSearch(desktop_, textio_).GetSubDirectories2016(folders);
+        SubFolderSearch(desktop_, textio_).GetSubDirectories2016(folders, true);
         for (const std::u16string& entry : folders) {
             const std::u16string folder = entry.substr(0, entry.size() - 1);
             desktop_.eventLoop.Yield({u"Folder", ++listed, 0});

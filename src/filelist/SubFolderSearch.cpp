@@ -87,7 +87,7 @@ void SubFolderSearch::ListSubFolders(const std::u16string& folder,
     }
 }
 
-void SubFolderSearch::GetSubDirectories2016(std::vector<std::u16string>& folders) {
+void SubFolderSearch::GetSubDirectories2016(std::vector<std::u16string>& folders, bool recursion) {
     // Support staff know the reports of this routine by an origin of its own.
     Trap trap(desktop_.prompts, u"AddFolder.GetSubDirectories2016", u"in BrennochTitle2021/08/31.");
     std::vector<std::u16string> found;
@@ -114,8 +114,8 @@ void SubFolderSearch::GetSubDirectories2016(std::vector<std::u16string>& folders
         });
     }
     folders.resize(kept);
-    if (!found.empty()) {
-        trap.Do(3, [&] { GetSubDirectories2016(found); });
+    if (recursion && !found.empty()) {
+        trap.Do(3, [&] { GetSubDirectories2016(found, true); });
     }
     for (std::u16string& folder : found) {
         if (IsFolder(textio_.Calls(), folder) && MayBeScanned(textio_.Calls(), folder)) {

@@ -19,13 +19,14 @@ public:
     SubFolderSearch(const Desktop& desktop, const RFTSFSO& textio)
         : desktop_(desktop), textio_(textio) {}
 
-    /// Appends all folders below the given ones, one level after another. Every path, given or
+    /// Appends the folders directly below the given ones or, with `recursion`, all folders below
+    /// them, one level after another. Every path, given or
     /// found, ends in a separator. Leaves out names that are unusual (see HasUnusualCharacters) or
     /// have 260 or more characters, everything below a path of that length, hidden system folders,
     /// and links that lead back to a folder they lie in. A given folder that may not be listed or
     /// is gone is removed from `folders` without a message. Other failures are reported, and the
     /// search goes on.
-    void GetSubDirectories2016(std::vector<std::u16string>& folders);
+    void GetSubDirectories2016(std::vector<std::u16string>& folders, bool recursion);
 
 private:
     void ListSubFolders(const std::u16string& folder, std::vector<std::u16string>& found);
