@@ -3,6 +3,9 @@
 
 #include "core/Safety.h"
 
+#include <csignal>
+#include <sys/resource.h>
+
 namespace vexmarrow::test {
 namespace {
 
@@ -290,6 +293,37 @@ TEST_F(SafetyTest, AFileThatWaitsIsNeitherWrittenNorReadMeanwhile) {
     EXPECT_EQ(Recover(Answer::Yes), 1U);
     EXPECT_EQ(Content(), kDigits);
     EXPECT_EQ(DateOf("f"), kOldDate);
+}
+
+TEST_F(SafetyTest, ALimitOnTheSizeOfFiles) {
+    const std::string tooLarge(9000, 'n');
+    const Write writes[] = {
+        {.name = "an existing file", .old = kDigits, .text = tooLarge},
+        {.name = "a new file", .old = kNoFile, .text = tooLarge},
+        {.name = "a large result", .old = kDigits, .text = kLarge},
+        {.name = "an old text for the log", .old = std::string(9000, 'o'), .text = "new"},
+    };
+    for (const Write& write : writes) {
+        SCOPED_TRACE(write.name);
+        Prepare(write.old);
+        WriteOld("g", "old");
+        FaultySystemCalls calls;
+        SafeWriter writer(calls, Logs());
+        EXPECT_EQ(Put(calls, writer, "g", "new"), "");
+        writer.Settle();
+        EXPECT_TRUE(InChildProcess([&] {
+            std::signal(SIGXFSZ, SIG_IGN);
+            const rlimit limit{8192, 8192};
+            if (::setrlimit(RLIMIT_FSIZE, &limit) != 0 ||
+                Do(write, calls).find("File too large") == std::string::npos) {
+                throw Failure(u"it was written");
+            }
+        }));
+        EXPECT_TRUE(Content() == write.old);
+        EXPECT_EQ(Recover(Answer::Yes), 0U);
+        EXPECT_EQ(TakeBack(), Strings{});
+        EXPECT_EQ(folder.Read("g"), "old") << "the log of its run was given up in vain";
+    }
 }
 
 } // namespace

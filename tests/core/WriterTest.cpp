@@ -3,11 +3,11 @@
 
 #include "core/Writing.h"
 
-#include <array>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 namespace vexmarrow::test {
@@ -21,11 +21,47 @@ struct WriterTest : Writing {
     std::optional<OtherProgram> other_;
 };
 
-/// The numbers of a file that are to stay.
-std::array<std::uint64_t, 5> IdentityOf(const std::string& path) {
+/// What must stay the same when a file is written.
+struct Identity {
     struct stat status {};
-    EXPECT_EQ(::stat(path.c_str(), &status), 0);
-    return {status.st_ino, status.st_mode, status.st_uid, status.st_gid, status.st_nlink};
+    std::map<std::string, std::string> attributes;
+
+    explicit Identity(const std::string& path) {
+        EXPECT_EQ(::stat(path.c_str(), &status), 0);
+        std::string names(1000, '\0');
+        names.resize(static_cast<std::size_t>(
+            std::max<ssize_t>(0, ::listxattr(path.c_str(), names.data(), names.size()))));
+        std::istringstream stream(names);
+        for (std::string name; std::getline(stream, name, '\0');) {
+            std::string value(1000, '\0');
+            const ssize_t size =
+                ::lgetxattr(path.c_str(), name.c_str(), value.data(), value.size());
+            attributes[name] = value.substr(0, static_cast<std::size_t>(size));
+        }
+    }
+    bool operator==(const Identity& other) const {
+        return status.st_ino == other.status.st_ino && status.st_mode == other.status.st_mode &&
+               status.st_uid == other.status.st_uid && status.st_gid == other.status.st_gid &&
+               status.st_nlink == other.status.st_nlink && attributes == other.attributes;
+    }
+};
+
+/// An access list that gives one more user the right to write.
+std::string AccessList() {
+    std::string bytes{2, 0, 0, 0};
+    const auto entry = [&](char tag, char rights, std::uint32_t id) {
+        bytes += {tag, 0, rights, 0};
+        for (int shift = 0; shift < 32; shift += 8) {
+            bytes += static_cast<char>(id >> shift);
+        }
+    };
+    const auto none = static_cast<std::uint32_t>(-1);
+    entry(0x01, 6, none);
+    entry(0x02, 6, 1234);
+    entry(0x04, 4, none);
+    entry(0x10, 6, none);
+    entry(0x20, 0, none);
+    return bytes;
 }
 
 TEST_F(WriterTest, AFileStaysTheFileThatItWas) {
@@ -42,9 +78,16 @@ TEST_F(WriterTest, AFileStaysTheFileThatItWas) {
                     ASSERT_EQ(::chown(folder.Native("f").c_str(), kNobody, kForeignGroup), 0);
                 }
                 ASSERT_EQ(::chmod(folder.Native("f").c_str(), mode), 0);
+                ASSERT_EQ(::lsetxattr(folder.Native("f").c_str(), "user.note", "n", 1, 0), 0);
+                if (mode == 0640U) {
+                    const std::string list = AccessList();
+                    ASSERT_EQ(::lsetxattr(folder.Native("f").c_str(), "system.posix_acl_access",
+                                          list.data(), list.size(), 0),
+                              0);
+                }
                 folder.MakeLink("link", "f");
                 std::filesystem::create_hard_link(folder.Native("f"), folder.Native("hard"));
-                const auto before = IdentityOf(folder.Native("f"));
+                const Identity before(folder.Native("f"));
                 {
                     std::optional<Unprivileged> user;
                     if (unprivileged) {
@@ -53,7 +96,7 @@ TEST_F(WriterTest, AFileStaysTheFileThatItWas) {
                     EXPECT_EQ(Put("link", text), "");
                     writer.Settle();
                 }
-                EXPECT_EQ(IdentityOf(folder.Native("f")), before);
+                EXPECT_TRUE(Identity(folder.Native("f")) == before);
                 EXPECT_EQ(folder.Read("hard"), text);
                 EXPECT_TRUE(std::filesystem::is_symlink(folder.Native("link")));
                 EXPECT_EQ(folder.Names(), (Strings{"f", "hard", "link"}));
