@@ -241,7 +241,7 @@ void Form1::ShowNotes() {
     }
     const RunInputs& inputs = *this;
     for (LinesEdit* const box : {find_->Text1, find_->Text2}) {
-        box->setPlaceholderText(LinesAreTexts(inputs) ? QStringLiteral("one text per line")
+        box->setPlaceholderText(LinesAreTexts(inputs) ? QStringLiteral("one text a line")
                                                       : QStringLiteral("one text"));
         box->viewport()->update(); // the toolkit does not repaint the placeholder
     }

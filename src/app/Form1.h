@@ -71,7 +71,7 @@ protected:
 private:
     /// An option button whose state is kept in the settings.
     struct KeptOption {
-        QRadioButton* button;
+        QRadioButton* button = nullptr;
         Choice<bool> choice;
         ReplacementMode mode = ReplacementMode::None; // of a find option
     };
@@ -107,7 +107,7 @@ private:
     void RestoreCodePage();
     void ApplyTable();
     void CollectOptions();
-    int RestoreOptions(Trap& trap, int line, const KeptOptions& options);
+    int RestoreOptions(Trap& trap, int line, const KeptOptions& options) const;
     void SaveWhenPressed(const KeptOptions& options);
     void RestoreTab(int tab);
     void EnableOutputFolder();

@@ -174,7 +174,7 @@ ReplacementMode Form1::Mode() const {
 }
 
 /// Restores the options of a group, beginning with statement `line`; returns the next number.
-int Form1::RestoreOptions(Trap& trap, int line, const KeptOptions& options) {
+int Form1::RestoreOptions(Trap& trap, int line, const KeptOptions& options) const {
     for (const KeptOption& option : options) {
         trap.Do(line++,
                 [&] { SetOption(option.button, LoadChoice(services_.settings, option.choice)); });

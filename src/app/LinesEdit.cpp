@@ -24,7 +24,7 @@ constexpr std::array kSheltered{QChar(0x2029), QChar(0xFDD0), QChar(0xFDD1), kFi
 
 QString SubstituteOf(QChar character) {
     constexpr char16_t kSecondHalves = 0xFDD3;
-    const auto which = std::find(kSheltered.begin(), kSheltered.end(), character);
+    const auto* const which = std::find(kSheltered.begin(), kSheltered.end(), character);
     const auto second = static_cast<char16_t>(kSecondHalves + (which - kSheltered.begin()));
     return QString(kFirstHalf) + QChar(second);
 }

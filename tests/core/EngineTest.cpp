@@ -366,22 +366,24 @@ TEST_F(EngineTest, AFailedWriteIsReportedForEveryPieceOrLineInTheOrderOfTheState
 }
 
 TEST(OutputPath, IsTheNameOfTheInputInTheFolder) {
+    using enum OutputLocation::Kind;
     const struct {
         const char* name;
-        std::u16string input;
-        OutputLocation location;
-        std::u16string output;
+        std::u16string_view input;
+        OutputLocation::Kind kind;
+        std::u16string_view folder, output;
     } rows[] = {
-        {"beside the input", u"//in//x///a.vcf", kInPlace, u"/in/x/a.vcf"},
-        {"in the root", u"/a.vcf", kInPlace, u"/a.vcf"},
-        {"below the working folder", u"in/a.vcf", kInPlace, u"in/a.vcf"},
-        {"a backslash is no separator", uR"(/in/a\b.vcf)", IntoFolder(u"/out"), uR"(/out/a\b.vcf)"},
-        {"runs of slashes", u"b.vcf", IntoFolder(u"//out//"), u"/out/b.vcf"},
-        {"into the root", u"/in/b.vcf", IntoFolder(u"/"), u"/b.vcf"},
-        {"nowhere", u"/in/a.vcf", {OutputLocation::Nowhere, u"/out"}, u""},
+        {"beside the input", u"//in//x///a.vcf", BesideInput, u"/out", u"/in/x/a.vcf"},
+        {"in the root", u"/a.vcf", BesideInput, u"", u"/a.vcf"},
+        {"below the working folder", u"in/a.vcf", BesideInput, u"", u"in/a.vcf"},
+        {"a backslash is no separator", uR"(/in/a\b.vcf)", OneFolder, u"/out", uR"(/out/a\b.vcf)"},
+        {"runs of slashes", u"b.vcf", OneFolder, u"//out//", u"/out/b.vcf"},
+        {"into the root", u"/in/b.vcf", OneFolder, u"/", u"/b.vcf"},
+        {"nowhere", u"/in/a.vcf", Nowhere, u"/out", u""},
     };
     for (const auto& row : rows) {
-        EXPECT_EQ(OutputPath(row.input, row.location), row.output) << row.name;
+        const OutputLocation location{row.kind, std::u16string(row.folder)};
+        EXPECT_EQ(OutputPath(row.input, location), row.output) << row.name;
     }
     EXPECT_THROW(OutputPath(u"b.vcf", kInPlace), Failure) << "no folder, and not the root either";
 }

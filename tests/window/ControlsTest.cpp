@@ -233,7 +233,7 @@ private Q_SLOTS:
             std::function<void()> change;
             const char* notes = "";
             const char* count = "No files";
-            const char* hint = "one text per line"; // in the box of the replace texts
+            const char* hint = "one text a line"; // in the box of the replace texts
         };
         for (const Step& step : std::vector<Step>{
                  {"start", [] {}},
