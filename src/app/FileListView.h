@@ -60,7 +60,7 @@ private:
 
     FileList& list_;
     QCursor dragCursor_;
-    bool bringsFiles_ = false; // whether the drag over the list does
+    bool bringsFiles_ = false; // whether the drag over the list carries files
     bool dragging_ = false;    // whether a mouse button is held down on the list
     QPersistentModelIndex dragged_;
 };

@@ -44,7 +44,7 @@ class Trap;
 
 /// The main window. Its panels make and lay out their controls; the window puts the panels
 /// together, owns the list of files and the list of sets, and connects the controls to the
-/// operations. Closing it ends the program at once, even during work.
+/// operations. Closing it ends the program, during work at the next yield or box.
 class Form1 final : public QMainWindow, private RunInputs, private MousePointer {
     Q_OBJECT
 

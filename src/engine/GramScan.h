@@ -36,8 +36,9 @@ public:
     std::size_t Longest() const { return longest_; }
 
     /// Calls `visit(number, place)` for each occurrence of each find text, even where they overlap,
-    /// until it returns false. If no occurrence extends over a place, those before it come first;
-    /// otherwise the order is undefined. Returns false if `visit` or the budget ended the search.
+    /// until it returns false. If no occurrence spans a place, all occurrences before it are
+    /// reported before those after it. No other order is guaranteed. Returns false if `visit` or
+    /// the budget ended the search.
     template <typename Visit>
     bool ForEach(View text, Budget& budget, Visit visit) const;
 

@@ -42,9 +42,9 @@ public:
         Number number = 0;
     };
 
-    /// Sets `hits` to occurrences in the order of their places. For each part of the text over
-    /// whose ends no occurrence extends, there is a hit for each find text that occurs in it. Hits
-    /// may be missing if `budget` is spent.
+    /// Sets `hits` to occurrences in the order of their places. If no occurrence crosses either end
+    /// of a part, every find text that occurs in the part has at least one hit there. Hits may be
+    /// missing if `budget` is spent.
     void Collect(View text, Budget& budget, std::vector<Hit>& hits) const;
 
     /// Calls `visit(number)` at least once for each find text with an occurrence that touches a

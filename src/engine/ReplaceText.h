@@ -41,8 +41,8 @@ std::vector<std::u16string_view> TextsOfLines(std::u16string_view box);
 /// Each reads the whole file, applies its pairs and writes the result to OutputPath, even when
 /// nothing matched. Failures are shown as error reports, never thrown. A file that cannot be read
 /// is reported once and left alone. The result is written as a whole, but a failed write is
-/// reported for every piece or line, in the order in which separate writes would have failed.
-/// `index` is the file's 1-based row, which no routine uses.
+/// reported once for each piece or line, as if each had been written separately. `index` is the
+/// file's 1-based row, which no routine uses.
 class ReplaceText {
 public:
     ReplaceText(RFTSFSO& textio, FileWriter& writer, Prompts& prompts);

@@ -40,9 +40,9 @@ public:
 
     /// Adds dropped files and folders in the order given. A folder adds the files in it and in all
     /// folders below it, with any extension; it leaves out the same files as AddAllFilesInFolder.
-    /// For each further folder, all folders found before are searched and listed again, so that
-    /// their files are added once more. Does not trap failures, but a folder that cannot be listed
-    /// just adds nothing.
+    /// With several dropped folders, each new one causes all earlier ones to be listed again, so
+    /// their files are added more than once. This is intended. Does not trap failures, but a folder
+    /// that cannot be listed just adds nothing.
     void AddDropped(const std::vector<std::u16string>& paths);
 
 private:

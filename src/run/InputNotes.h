@@ -13,8 +13,8 @@ class SetList;
 // Notes that tell the user before a run what may be surprising about the inputs. Each note is shown
 // beside the controls that it is about. It is empty if there is nothing to say.
 
-/// Says that there are fewer texts to put in than to find, if each line is a text of its own. A
-/// second line says how cards write commas, if a comma is to be found in their values.
+/// If each line counts as a separate text, says that there are fewer texts to put in than to find.
+/// A second line says how cards write commas, if a comma is to be found in their values.
 std::u16string NoteOnTexts(const RunInputs& inputs);
 
 /// Says that a run with sets also needs a text to find on the other tab. If there is one, says how

@@ -28,7 +28,8 @@ public:
           runUndo_(calls, logFolders),
           desktop_(desktop) {}
 
-    /// Looks at the disk, at the start and after every run, for the functions below.
+    /// Reads from the disk what the functions below report. To be called at the start and after
+    /// every run.
     void Refresh();
 
     /// Whether there is a run that can be undone.

@@ -30,7 +30,7 @@ enum class RecordState : char {
 struct RecordHead {
     RecordKind kind = RecordKind::Overwrite;
     std::string path;           ///< the absolute path of the file, in the system's bytes
-    std::string temporaryName;  ///< under which a new file is written, where files must have a name
+    std::string temporaryName;  ///< of a new file, on file systems without O_TMPFILE; else empty
     FileStatus old;             ///< the file before the write; without inode for a new file
     std::int64_t begun = 0;     ///< when the record was added, in nanoseconds since 1970
     std::uint64_t keptFrom = 0; ///< the log has the old bytes from this offset to the end

@@ -65,8 +65,8 @@ public:
     /// The place in the file up to which it was read into the buffer.
     std::uint64_t Position() const { return position_; }
 
-    /// Reads the rest from a copy, up to the size that the file had. Byte 0 of the file would be at
-    /// `shift` in the copy.
+    /// Reads the rest from a copy, up to the size that the file had. Offset n of the file is at
+    /// offset n + `shift` of the copy; `shift` may be negative.
     void ContinueInCopy(int copy, std::int64_t shift) {
         number_ = copy;
         shift_ = shift;

@@ -88,7 +88,8 @@ public:
     /// a byte, or does not keep ASCII: values in such a charset are not searched.
     const Charset* Named(std::string_view name);
 
-    /// The charsets of a file, as if it were UTF-8 if it has no mark. `page` must outlive this.
+    /// The charsets of a file; a file without a mark is assumed to be UTF-8. `page` must outlive
+    /// this object.
     FileCharsets OfFile(EncodingMark mark, const CodePage& page);
 
 private:

@@ -36,8 +36,8 @@ public:
     void Locate(const RawLine& line, LineText& text);
 
 private:
-    /// Characters in the middle of a coded value of a file with a mark that are not coded: they are
-    /// in the file's encoding and decoded apart.
+    /// In a file with a mark, a run of uncoded characters inside a coded value. It is in the file's
+    /// encoding and is decoded separately.
     struct RawRun {
         std::size_t at = 0;    // how many coded bytes precede it
         std::size_t begin = 0; // in the joined line

@@ -36,8 +36,8 @@ public:
           hasMark_(hasMark),
           line_(line) {}
 
-    /// Joins the physical lines from `first` on. Where the value is not searched, the line ends
-    /// for now with the separating colon. False if the window ends before the line can be told.
+    /// Joins the physical lines from `first` on. If the value is not searched, the line ends for
+    /// now with the separating colon. Returns false if the window is too short to decide.
     bool Join(const PhysicalLine& first);
 
 private:

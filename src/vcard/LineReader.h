@@ -39,8 +39,9 @@ public:
     void ContinueAfter(const RawLine& part);
 
     /// Reads `raw` as if it stood in the place of `before`, the line that Next returned, without
-    /// its line end. `line` gets the result. False if `raw` would not be one line that is read
-    /// like `before`, or if a line beside it would be read otherwise.
+    /// its line end. `line` gets the result. Returns false if `raw` would not be read as exactly
+    /// one line of the same kind as `before`, or if it would change how a neighbouring line is
+    /// read.
     bool ReadAgain(std::string_view raw, const RawLine& before, RawLine& line) const;
 
     CardStack& Cards() { return cards_; }

@@ -19,8 +19,9 @@ namespace vexmarrow::vcard {
 class LineSkimmer {
 public:
     /// `finder` may be null: then nothing is found. `inBytes`: a search of the bytes finds what is
-    /// in the text, because the file is UTF-8 or all find texts are ASCII. Without `hasMark`, that
-    /// is not true of values that name a charset. `cards` and `finder` must outlive the skimmer.
+    /// in the text, because the file is UTF-8 or all find texts are ASCII. In files without a mark,
+    /// this does not hold for values that name a charset. `cards` and `finder` must outlive the
+    /// skimmer.
     LineSkimmer(CardStack& cards, const PairFinder* finder, bool inBytes, bool hasMark)
         : cards_(cards), finder_(finder), inBytes_(inBytes), hasMark_(hasMark) {}
 

@@ -70,7 +70,7 @@ struct RawLine {
         return inRaw;
     }
 
-    /// Leaves of the line what comes before a place of the joined line.
+    /// Cuts the line at a place of the joined line and keeps what comes before it.
     void CutAt(std::size_t place) {
         raw = raw.substr(0, InRaw(place));
         joined = joined.substr(0, place);
