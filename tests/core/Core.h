@@ -34,14 +34,14 @@ inline OutputLocation IntoFolder(const std::u16string& path) {
     return {OutputLocation::OneFolder, path};
 }
 
-/// The parts that read and write text, put together, on system calls that can be made to fail.
+/// The parts that read and write text, on system calls that can be made to fail.
 struct Core : testing::Test, ScriptedDesktop {
     TestFolder folder;
     FaultySystemCalls calls;
     EncodingFlags flags;
     AnsiCodePage ansi{u"windows-1252"};
     RFTSFSO textio{calls, flags, ansi};
-    TestFolder state; ///< of the program: its logs
+    TestFolder state; ///< holds the logs of the program
     SafeWriter writer{calls, {state.Native("first"), state.Native("second")}};
     ReplaceText engine{textio, writer, prompts};
 };

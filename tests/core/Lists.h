@@ -19,7 +19,8 @@ inline Texts RowsOf(const FileList& list) {
     return rows;
 }
 
-/// Follows a list as a view does, by what it is told alone; at the end both have the same rows.
+/// Follows a list like a view, only by what it is told. At its end it checks that it has the same
+/// rows as the list.
 class Follower final : public FileListObserver {
 public:
     explicit Follower(FileList& list) : list_(list) { list.SetObserver(this); }
@@ -31,7 +32,7 @@ public:
     Follower& operator=(const Follower&) = delete;
 
     Texts rows;
-    std::size_t additions = 0; ///< how often it was told of new rows
+    std::size_t additions = 0; ///< the number of calls that announced new rows
 
 private:
     void RowsAboutToBeAdded(std::size_t first, std::size_t count) override {
@@ -63,7 +64,7 @@ private:
     std::size_t coming_ = 0;
 };
 
-/// The two lists and what fills them.
+/// The list of files and the list of sets, with the operations that fill them.
 struct Lists : Core {
     FileList list;
     SetList sets;

@@ -18,12 +18,13 @@ struct Write {
     const char* name;
     std::string old; ///< or kNoFile
     std::string text;
-    bool readsItself = false;     ///< the text is made from the file's own
-    std::string first = kNoFile;  ///< what is written before, for a file that is listed twice
+    bool readsItself = false;     ///< the text is made from the file's old text
+    std::string first = kNoFile;  ///< is written before `text`, for a file that is listed twice
     bool hasNamelessFiles = true; ///< the file system has files without a name
 };
 
-/// Files in a folder, written by programs that end in every way, and a state folder of their own.
+/// A folder with files, which programs write and are interrupted, and a state folder for their
+/// logs.
 struct Safety : testing::Test {
     using Event = FaultySystemCalls::Event;
 
@@ -51,7 +52,7 @@ struct Safety : testing::Test {
         calls.StatusOfTarget(folder.Native(name), status);
         return status.modified;
     }
-    /// The folder as the write finds it, with nothing left of the one before.
+    /// Sets up the folder for a write, and removes everything from an earlier one.
     void Prepare(const std::string& old) const {
         folder.Clear();
         state.Clear();
@@ -61,8 +62,8 @@ struct Safety : testing::Test {
     }
     std::string Content() const { return folder.Exists("f") ? folder.Read("f") : kNoFile; }
 
-    /// Writes a file as a program does, made from its own text if that is wanted; the reason of
-    /// the failure, if there was one.
+    /// Writes a file as the program does, from its own text if that is wanted. Returns the reason
+    /// of a failure, or the empty text.
     std::string Put(SystemCalls& calls, FileWriter& writer, const std::string& name,
                     const std::string& text, bool itself = false) const {
         try {
@@ -108,7 +109,7 @@ struct Safety : testing::Test {
         SafeWriter writer(calls, Logs());
         return Do(write, calls, writer);
     }
-    /// True if the writing has come to its end.
+    /// Returns true if the write was completed.
     bool DoKilledAt(const Write& write, int n, Event event,
                     UndoSupport undo = UndoSupport::Offered) const {
         return InChildProcess([&] {
@@ -119,8 +120,8 @@ struct Safety : testing::Test {
         });
     }
 
-    /// A program writes kWhole into files of kOld, and is killed in the middle of the last one,
-    /// which then holds kMixture.
+    /// A program writes kWhole into files that hold kOld. It is killed while it writes the last
+    /// one, which then holds kMixture.
     static constexpr const char *kOld = "0123456789", *kWhole = "newnewnewnewnew",
                                 *kMixture = "newn456789";
     void LeaveMixture(const Strings& names) const {
@@ -139,7 +140,7 @@ struct Safety : testing::Test {
         }));
     }
 
-    /// The next start of the program; returns how many boxes it showed.
+    /// Starts the program again. Returns the number of boxes that it showed.
     std::size_t Recover(FaultySystemCalls& calls, Answer answer) {
         prompts.boxes.clear();
         prompts.answers.assign(99, answer);
@@ -153,7 +154,7 @@ struct Safety : testing::Test {
         return boxes;
     }
 
-    /// Takes the last run back, if there is one; the names of what was left alone, and why.
+    /// Undoes the last run, if there is one. Returns the files that were left alone, and why.
     Strings TakeBack(FaultySystemCalls& calls) const {
         RunUndo undo(calls, Logs());
         Strings names;
@@ -177,7 +178,7 @@ struct Safety : testing::Test {
         return names;
     }
 
-    /// What is in a folder of the state folder, by a part of the names.
+    /// The names in a folder of the state folder that contain a certain part.
     Strings Kept(const std::string& subfolder, const std::string& part = {}) const {
         Strings names;
         if (std::filesystem::is_directory(state.Native(subfolder))) {

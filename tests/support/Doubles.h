@@ -24,13 +24,13 @@
 #include <utility>
 #include <vector>
 
-// Stand-ins for the desktop: each records what it is asked and answers as told beforehand.
+// Stand-ins for the desktop services. Each records its calls and gives prepared answers.
 
 namespace vexmarrow::test {
 
 using TextPair = std::pair<std::u16string, std::u16string>;
 
-/// Answers prepared beforehand; once they are used up, the same one again and again.
+/// The next prepared answer; `afterwards` once all are used up.
 template <typename Value>
 Value NextOf(std::deque<Value>& answers, Value afterwards = {}) {
     if (!answers.empty()) {
@@ -48,14 +48,14 @@ struct Box {
 
 class ScriptedPrompts final : public Prompts {
 public:
-    std::vector<Box> boxes;                    ///< all that were shown
-    std::deque<Answer> answers;                ///< to questions; then No
+    std::vector<Box> boxes;                    ///< all boxes that were shown
+    std::deque<Answer> answers;                ///< to questions; No once they are used up
     std::vector<TextPair> asked;               ///< prompts and suggestions
-    std::deque<std::u16string> texts;          ///< then cancelled
+    std::deque<std::u16string> texts;          ///< typed texts; cancelled once they are used up
     std::function<void(const Box&)> whenShown; ///< called while a box is open
 
-    /// The boxes since the last call, in UTF-8: of an error report only its second line (where it
-    /// happened), of any other box its text.
+    /// The texts of the boxes since the last call, in UTF-8. An error report is given by its second
+    /// line, which says where the failure happened.
     std::vector<std::string> TakeSummaries() {
         std::vector<std::string> summaries;
         for (; taken_ < boxes.size(); ++taken_) {
@@ -89,10 +89,10 @@ private:
     std::size_t taken_ = 0;
 };
 
-/// Keeps what is written last, whatever the path.
+/// Keeps the bytes of the last written file, whatever its path.
 class KeepingWriter final : public FileWriter {
 public:
-    std::optional<std::string> result; ///< once it is complete
+    std::optional<std::string> result; ///< set when the file is complete
 
     std::unique_ptr<PendingFile> Begin(std::u16string_view, InputFile*) override {
         struct Pending final : PendingFile {
@@ -111,7 +111,7 @@ public:
 class ScriptedPickers final : public Pickers {
 public:
     std::vector<TextPair> asked;                   ///< titles, with filters or start folders
-    std::deque<std::vector<std::u16string>> files; ///< then cancelled, as the others
+    std::deque<std::vector<std::u16string>> files; ///< all answers: cancelled once they are used up
     std::deque<std::u16string> saves;
     std::deque<std::u16string> folders;
 
@@ -154,8 +154,8 @@ public:
 
 class ScriptedEventLoop final : public EventLoop {
 public:
-    std::vector<std::string> told; ///< the progress at each yield: item, done, "/", total
-    std::map<std::size_t, std::function<void()>> whenTold; ///< by number of the yield, from 1
+    std::vector<std::string> told; ///< at each yield: item, done, "/", total
+    std::map<std::size_t, std::function<void()>> whenTold; ///< by the number of the yield, from 1
 
     void Yield(const Progress& progress) override {
         told.push_back(NativeName(progress.item) + " " + std::to_string(progress.done) + "/" +
@@ -168,13 +168,13 @@ public:
 
 class RecordingPointer final : public MousePointer {
 public:
-    std::vector<Shape> shapes; ///< all that were set, in order
+    std::vector<Shape> shapes; ///< that were set, in order
 
     Shape Pointer() const override { return shapes.empty() ? Default : shapes.back(); }
     void SetPointer(Shape shape) override { shapes.push_back(shape); }
 };
 
-/// All of them.
+/// All of these stand-ins, and the Desktop that consists of them.
 struct ScriptedDesktop {
     ScriptedPrompts prompts;
     ScriptedPickers pickers;

@@ -14,61 +14,61 @@
 
 namespace vexmarrow::test {
 
-/// The real system calls, of which chosen ones fail, do half of their work, or are the last ones
-/// that the program makes.
+/// Passes calls on to the system, but makes chosen ones fail, do half of their work, or end the
+/// process.
 class FaultySystemCalls final : public SystemCalls {
 public:
     enum Kind {
-        kOpen, // WatchFolder as well
+        kOpen, // also WatchFolder
         kStatus,
-        kRead, // ReadAt is one of these as well
+        kRead, // also ReadAt
         kWriteAt,
         kTruncate,
-        kSetMode, // SetModified as well
-        kLock,    // AskForLock as well
+        kSetMode, // also SetModified
+        kLock,    // also AskForLock
         kClose,
         kUnlink,
-        kName, // NameFile, RenameToNew
+        kName, // NameFile and RenameToNew
         kMakeFolder,
         kDuplicate,
         kRoom
     };
 
-    /// Makes the n-th call of a kind (from 1, counted from the beginning) fail with an errno.
+    /// Makes the n-th call of a kind fail with an errno. The first call of all is number 1.
     void FailAt(Kind kind, int n, int error) { faults_[{kind, n}] = error; }
 
-    /// Makes it the end of the process, as AtCall does with Event::Kill.
+    /// Kills the process at that call, like AtCall with Event::Kill.
     void KillAt(Kind kind, int n) { faults_[{kind, n}] = kKill; }
 
-    /// What happens at the n-th call of whatever kind (from 1). Killing is the end of the process,
-    /// so it is for one that InChildProcess has begun.
+    /// Chooses what happens at the n-th call of any kind. The first is number 1. To kill makes
+    /// sense only within InChildProcess.
     enum class Event {
-        Kill,     ///< the process is killed before it
-        KillHalf, ///< it is killed when half of the bytes are read or written
-        Fail,     ///< it fails with EIO
-        Full,     ///< it fails for want of room, if it is a call that can
-        Short,    ///< it reads or writes one byte at most
-        Gone,     ///< it fails with EIO, as all that come after it: the disk is gone
+        Kill,     ///< kills the process before the call
+        KillHalf, ///< kills the process when half of the bytes are read or written
+        Fail,     ///< makes the call fail with EIO
+        Full,     ///< makes the call fail with ENOSPC, if it can
+        Short,    ///< reads or writes at most one byte
+        Gone,     ///< makes this call and all later ones fail with EIO
     };
     void AtCall(int n, Event event) {
         eventCall_ = n;
         event_ = event;
     }
 
-    std::size_t mostAtOnce = static_cast<std::size_t>(-1); ///< bytes of one read or write
-    std::map<Kind, int> calls;                             ///< so many were made
+    std::size_t mostAtOnce = static_cast<std::size_t>(-1); ///< bytes that one call reads or writes
+    std::map<Kind, int> calls;                             ///< the number of calls so far
     int allCalls = 0;
-    int openFiles = 0;       ///< opened and not closed again, but watches
-    bool hasWatches = false; ///< real ones take milliseconds to close; without, all is looked at
-    bool lacksNamelessFiles = false;      ///< as old and simple file systems
-    std::function<void(Kind)> beforeCall; ///< what other programs do meanwhile
-    std::uint64_t room = UINT64_MAX;      ///< bytes that a file system tells to have at most
-    std::uint64_t renumbered = 0;         ///< by so much: devices and files, as after a restart
-    /// What opening a file fails with, by how its path begins.
+    int openFiles = 0;                    ///< not closed yet, without watches
+    bool hasWatches = false;              ///< off, because real ones take milliseconds to close
+    bool lacksNamelessFiles = false;      ///< like old and simple file systems
+    std::function<void(Kind)> beforeCall; ///< does what another program does
+    std::uint64_t room = UINT64_MAX;      ///< the most bytes that a file system reports as free
+    std::uint64_t renumbered = 0;         ///< is added to the numbers of devices and files
+    /// The errno with which opening fails, by the beginning of the path.
     std::map<std::string, int> openErrors;
-    /// Extended attributes that files have on top of their real ones, by path (without "/" at its
-    /// end) and name: few file systems keep those by which shares and NTFS volumes tell DOS
-    /// attributes.
+    /// Extended attributes in addition to the real ones, by path (without "/" at its end) and name.
+    /// Network shares and NTFS volumes report DOS attributes in this way; most file systems cannot
+    /// store them.
     std::map<std::pair<std::string, std::string>, std::string> attributes;
 
     int Open(const std::string& path, int flags, mode_t mode) override;
@@ -109,14 +109,14 @@ private:
     bool killAfter_ = false;
 };
 
-/// Runs something in a process of its own; true when it came to its end, false when it was killed
-/// by FaultySystemCalls. Throws when it ended in any other way.
+/// Runs a function in a process of its own. Returns true if it ran to its end, false if
+/// FaultySystemCalls killed it. Throws if the process ended in any other way.
 bool InChildProcess(const std::function<void()>& work);
 
-/// Another program that does something and then waits to be killed.
+/// Another program, which does some work and then waits until it is killed.
 class OtherProgram {
 public:
-    /// Returns once `work` has called what it is given, which does not return.
+    /// Returns when `work` has called the function that it is given. That function never returns.
     explicit OtherProgram(const std::function<void(const std::function<void()>& stop)>& work);
     ~OtherProgram() { Kill(); }
     OtherProgram(const OtherProgram&) = delete;
@@ -127,7 +127,7 @@ private:
     int process_ = 0;
 };
 
-/// While it lives, a process of the superuser, for whom no permission counts, is somebody else.
+/// While it lives, a process of root runs as an ordinary user, so that permissions count.
 class Unprivileged {
 public:
     Unprivileged();

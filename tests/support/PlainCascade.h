@@ -7,7 +7,7 @@
 
 namespace vexmarrow::test {
 
-/// The rule of a cascade, told as plainly as possible: what one pair makes of a text.
+/// The rule of a cascade in its plainest form: what one pair makes of a text.
 template <typename Unit>
 std::basic_string<Unit> PlainStep(const std::basic_string<Unit>& text,
                                   const BasicReplacementPair<Unit>& pair) {

@@ -17,8 +17,9 @@
 
 namespace vexmarrow::test {
 
-/// A new folder that everybody may use, removed with all it holds. Names are raw bytes relative to
-/// it; the empty name is the folder itself. What cannot be done throws.
+/// A new folder that every user may write to. It is removed with its contents at the end. Names are
+/// raw bytes relative to it, and the empty name is the folder itself. All functions throw on
+/// failure.
 class TestFolder {
 public:
     TestFolder() {
@@ -37,7 +38,7 @@ public:
     TestFolder(const TestFolder&) = delete;
     TestFolder& operator=(const TestFolder&) = delete;
 
-    /// The full path, as the system has it and as the program has it.
+    /// The full path, as bytes and as the program's text.
     std::string Native(std::string_view name = {}) const {
         return name.empty() ? path_ : path_ + "/" + std::string(name);
     }
@@ -45,7 +46,7 @@ public:
         return TextFromNativeName(Native(name));
     }
 
-    /// Writes a file, and first makes the folders on the way to it.
+    /// Writes a file, and before it the folders that its path needs.
     void Write(std::string_view name, std::string_view bytes) const {
         std::filesystem::create_directories(std::filesystem::path(Native(name)).parent_path());
         std::ofstream file;
@@ -64,7 +65,7 @@ public:
     void MakeFolder(std::string_view name) const {
         std::filesystem::create_directories(Native(name));
     }
-    /// A symbolic link; a target that is no full path starts at the link's own folder.
+    /// Makes a symbolic link. A relative target starts at the folder of the link.
     void MakeLink(std::string_view name, std::string_view target) const {
         std::filesystem::create_symlink(target, Native(name));
     }
@@ -82,7 +83,7 @@ public:
         }
     }
 
-    /// Whether there is anything of that name, be it a link to nowhere.
+    /// Whether the name exists, even if it is a link to a missing file.
     bool Exists(std::string_view name) const {
         return std::filesystem::exists(std::filesystem::symlink_status(Native(name)));
     }
@@ -98,7 +99,7 @@ public:
 
 private:
     std::string path_ = std::filesystem::temp_directory_path() / "vexmarrow-XXXXXX";
-    std::vector<std::string> locked_; // to be opened again before they are removed
+    std::vector<std::string> locked_; // made accessible again before they are removed
 };
 
 } // namespace vexmarrow::test
