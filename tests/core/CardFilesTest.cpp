@@ -48,7 +48,7 @@ TEST_F(CardFilesTest, KeepsWhatIsNoCharacterInAWideFile) {
 }
 
 TEST_F(CardFilesTest, FindsALetterWhoseUnitsAreReadApart) {
-    constexpr std::size_t kUnits = 32 * 1024; // that are converted at once
+    constexpr std::size_t kUnits = std::size_t{32} * 1024; // that are converted at once
     calls.mostAtOnce = 3;
     for (std::size_t before = kUnits - 2; before <= kUnits + 2; ++before) {
         const std::u16string text(before, u'a');

@@ -98,7 +98,7 @@ TEST_F(CardsTest, FindsTextAcrossFolds) {
 TEST_F(CardsTest, ReadsEachCardByItsOwnVersion) {
     const std::string folded = "A:a\r\n b", joined = "A:x", begin = "BEGIN:VCARD\r\n",
                       end = "\r\nEND:VCARD", version21 = "VERSION:2.1\r\n";
-    constexpr std::size_t kVersionReach = 64 * 1024; // bytes from BEGIN to VERSION
+    constexpr std::size_t kVersionReach = std::size_t{64} * 1024; // bytes from BEGIN to VERSION
     const std::string near = Filled("X:", kVersionReach - 100) + "\r\n",
                       far = Filled("X:", kVersionReach + 100) + "\r\n";
     Try({
