@@ -31,6 +31,7 @@
 #include "app/Application.h"
 #include "app/Assembly.h"
 #include "app/FileListView.h"
+#include "app/Folders.h"
 #include "app/LinesEdit.h"
 #include "app/WaitingBoxes.h"
 #include "support/Doubles.h"

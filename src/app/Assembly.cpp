@@ -3,22 +3,10 @@
 
 #include "app/Assembly.h"
 
-#include "app/UserFolders.h"
-#include "base/Utf8.h"
+#include "app/Folders.h"
 #include "shell/Trap.h"
 
-#include <filesystem>
-
 namespace vexmarrow {
-
-namespace {
-
-std::u16string ProgramFolder() {
-    return TextFromNativeName(
-        std::filesystem::read_symlink("/proc/self/exe").parent_path().native());
-}
-
-} // namespace
 
 Assembly::Assembly()
     : form1_({textio_, writer_, setsWriter_, ansi_, prompts_, pickers_, settings_, fileManager_,

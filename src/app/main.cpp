@@ -3,7 +3,7 @@
 
 #include "app/Application.h"
 #include "app/Assembly.h"
-#include "app/UserFolders.h"
+#include "app/Folders.h"
 #include "filelist/ReceivedPaths.h"
 
 #include <QDir>

@@ -5,7 +5,7 @@
 #include "Window.h"
 #include "app/Assembly.h"
 #include "app/IniSettingsStore.h"
-#include "app/UserFolders.h"
+#include "app/Folders.h"
 #include "app/WaitingBoxes.h"
 
 #include <QAbstractItemView>

@@ -16,4 +16,7 @@ void SettleHomeFolder();
 /// The user's desktop folder, with exactly one separator at its end.
 std::u16string DesktopFolder();
 
+/// The folder of the program file, without a separator at its end.
+std::u16string ProgramFolder();
+
 } // namespace vexmarrow

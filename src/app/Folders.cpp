@@ -1,14 +1,16 @@
 // SPDX-FileCopyrightText: 2026 The Vexmarrow authors
 // SPDX-License-Identifier: MIT
 
-#include "app/UserFolders.h"
+#include "app/Folders.h"
 
 #include "app/Strings.h"
+#include "base/Utf8.h"
 #include "textio/Paths.h"
 
 #include <QStandardPaths>
 
 #include <cstdlib>
+#include <filesystem>
 #include <pwd.h>
 #include <unistd.h>
 
@@ -32,6 +34,11 @@ void SettleHomeFolder() {
 std::u16string DesktopFolder() {
     return WithSeparator(
         NormalizePath(ToText(QStandardPaths::writableLocation(QStandardPaths::DesktopLocation))));
+}
+
+std::u16string ProgramFolder() {
+    return TextFromNativeName(
+        std::filesystem::read_symlink("/proc/self/exe").parent_path().native());
 }
 
 } // namespace vexmarrow
