@@ -55,7 +55,7 @@ SetsView::SetsView(SetList& sets, QComboBox* combo1, QComboBox* combo2, SetsTabl
     table_->SetSets(sets);
     connect(table_, &SetsTable::Chosen, this, [this](int set) {
         // No box keeps assistive programs from the table.
-        Choose(IsBehindBox(*table_) ? Chosen() : set);
+        Choose(IsBehindBox(*table_) ? ChosenSet() : set);
     });
     ShowCount();
     sets_.SetObserver(this);
@@ -76,7 +76,7 @@ void SetsView::Choose(int set) {
 }
 
 /// The entry that is selected in both lists or in one of them; -1 if there is none.
-int SetsView::Chosen() const {
+int SetsView::ChosenSet() const {
     return std::max(sides_[0].combo->currentIndex(), sides_[1].combo->currentIndex());
 }
 
@@ -108,7 +108,7 @@ void SetsView::SetsChanged() {
         side.combo->setCurrentIndex(lost ? -1 : side.selectedBefore);
         side.combo->blockSignals(false);
     }
-    table_->SetsChanged(Chosen());
+    table_->SetsChanged(ChosenSet());
     ShowCount();
     Q_EMIT Changed();
 }

@@ -44,7 +44,7 @@ private:
     };
 
     void Choose(int set);
-    int Chosen() const;
+    int ChosenSet() const;
     void ShowCount();
     void SetsAboutToChange() override;
     void SetsChanged() override;
