@@ -73,6 +73,7 @@ private:
     struct KeptOption {
         QRadioButton* button = nullptr;
         Choice<bool> choice;
+        int statement = 0;                            // of Form_Load that restores it
         ReplacementMode mode = ReplacementMode::None; // of a find option
     };
     using KeptOptions = std::vector<KeptOption>;
@@ -107,7 +108,7 @@ private:
     void RestoreCodePage();
     void ApplyTable();
     void CollectOptions();
-    int RestoreOptions(Trap& trap, int line, const KeptOptions& options) const;
+    void RestoreOptions(Trap& trap, const KeptOptions& options) const;
     void SaveWhenPressed(const KeptOptions& options);
     void RestoreTab(int tab);
     void EnableOutputFolder();

@@ -157,11 +157,11 @@ void Form1::CollectOptions() {
     const auto option = [this](const char* name) {
         return findChild<QRadioButton*>(QString::fromLatin1(name));
     };
-    findOptions_ = {{option("Option1"), choices::kFieldsOnly, ReplacementMode::FieldsOnly},
-                    {option("Option2"), choices::kValuesOnly, ReplacementMode::ValuesOnly},
-                    {option("Option3"), choices::kWholeText, ReplacementMode::WholeText}};
-    saveOptions_ = {{option("Option4"), choices::kSaveToOutputFolder},
-                    {option("Option5"), choices::kSaveBesideInput}};
+    findOptions_ = {{option("Option1"), choices::kFieldsOnly, 7, ReplacementMode::FieldsOnly},
+                    {option("Option2"), choices::kValuesOnly, 8, ReplacementMode::ValuesOnly},
+                    {option("Option3"), choices::kWholeText, 9, ReplacementMode::WholeText}};
+    saveOptions_ = {{option("Option4"), choices::kSaveToOutputFolder, 10},
+                    {option("Option5"), choices::kSaveBesideInput, 11}};
 }
 
 ReplacementMode Form1::Mode() const {
@@ -173,13 +173,11 @@ ReplacementMode Form1::Mode() const {
     return ReplacementMode::None;
 }
 
-/// Restores the options of a group, beginning with statement `line`; returns the next number.
-int Form1::RestoreOptions(Trap& trap, int line, const KeptOptions& options) const {
+void Form1::RestoreOptions(Trap& trap, const KeptOptions& options) const {
     for (const KeptOption& option : options) {
-        trap.Do(line++,
+        trap.Do(option.statement,
                 [&] { SetOption(option.button, LoadChoice(services_.settings, option.choice)); });
     }
-    return line;
 }
 
 /// Makes a press on one option save all options of its group.

@@ -36,8 +36,9 @@ void Form1::Form_Load() {
     trap.Do(5, [&] { RestoreCodePage(); });
     status_->CodePage->ShowPage(services_.ansi.Page().Name());
     trap.Do(6, [&] { LoadDragPointer(); });
-    const int line = RestoreOptions(trap, RestoreOptions(trap, 7, findOptions_), saveOptions_);
-    trap.Do(line, [&] { EnableOutputFolder(); });
+    RestoreOptions(trap, findOptions_);
+    RestoreOptions(trap, saveOptions_);
+    trap.Do(12, [&] { EnableOutputFolder(); });
 
     // From here on, the user's presses save the options; restoring them above saved nothing. The
     // tab and the output folder are saved at every change, also when they are restored below.
@@ -48,13 +49,13 @@ void Form1::Form_Load() {
     connect(save_->Text3, &QLineEdit::textChanged, this,
             [this, &settings] { SaveChoice(settings, choices::kOutputFolder, OutputFolder()); });
 
-    trap.Do(line + 1, [&] { RestoreTab(LoadChoice(settings, choices::kSelectedTab)); });
-    trap.Do(line + 2, [&] {
+    trap.Do(13, [&] { RestoreTab(LoadChoice(settings, choices::kSelectedTab)); });
+    trap.Do(14, [&] {
         save_->Text3->setText(
             ToQString(LoadChoice(settings, Choice<std::u16string>{choices::kOutputFolder.key,
                                                                   services_.desktopFolder})));
     });
-    trap.Do(line + 3,
+    trap.Do(15,
             [&] { find_->ReadAsVCards->setChecked(LoadChoice(settings, choices::kReadAsVCards)); });
     connect(find_->ReadAsVCards, &QCheckBox::toggled, this,
             [&settings](bool set) { SaveChoice(settings, choices::kReadAsVCards, set); });

@@ -17,15 +17,6 @@
 #include <cstdint>
 
 namespace vexmarrow {
-namespace {
-
-vcard::LinePart PartOf(ReplacementMode mode) {
-    return mode == ReplacementMode::FieldsOnly   ? vcard::LinePart::Fields
-           : mode == ReplacementMode::ValuesOnly ? vcard::LinePart::Values
-                                                 : vcard::LinePart::WholeLine;
-}
-
-} // namespace
 
 void ReplacementRun::Start() {
     if (inProgress_) {
@@ -96,22 +87,30 @@ void ReplacementRun::ReplaceSinglePair(const std::u16string& path, std::size_t r
     const std::u16string find = inputs_.FindText();
     const std::u16string replace = inputs_.ReplacementText();
     const OutputLocation location = LocationOf(inputs_);
-    const ReplacementMode mode = inputs_.Mode();
-    if (inputs_.ReadAsVCards() && mode != ReplacementMode::None) {
-        engine_.ReplaceTextInCards(path, PartOf(mode), find, replace, location);
-        return;
-    }
-    switch (mode) {
+    const auto doneInCards = [&](vcard::LinePart part) {
+        const bool asVCards = inputs_.ReadAsVCards();
+        if (asVCards) {
+            engine_.ReplaceTextInCards(path, part, find, replace, location);
+        }
+        return asVCards;
+    };
+    switch (inputs_.Mode()) {
     case ReplacementMode::None:
         break;
     case ReplacementMode::FieldsOnly:
-        engine_.ReplaceTextInFileFieldOnly(path, find, replace, location, index);
+        if (!doneInCards(vcard::LinePart::Fields)) {
+            engine_.ReplaceTextInFileFieldOnly(path, find, replace, location, index);
+        }
         break;
     case ReplacementMode::ValuesOnly:
-        engine_.ReplaceTextInFileDataOnly(path, find, replace, location, index);
+        if (!doneInCards(vcard::LinePart::Values)) {
+            engine_.ReplaceTextInFileDataOnly(path, find, replace, location, index);
+        }
         break;
     case ReplacementMode::WholeText:
-        engine_.ReplaceTextInFile(path, find, replace, location, index);
+        if (!doneInCards(vcard::LinePart::WholeLine)) {
+            engine_.ReplaceTextInFile(path, find, replace, location, index);
+        }
         break;
     }
 }

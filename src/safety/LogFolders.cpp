@@ -39,12 +39,13 @@ bool IsLogPath(const std::string& path) {
 
 std::vector<std::string> LogFoldersOfUser() {
     std::vector<std::string> folders;
-    const std::string state = FolderOfVariable("XDG_STATE_HOME");
     const std::string home = FolderOfVariable("HOME");
+    std::string state = FolderOfVariable("XDG_STATE_HOME");
+    if (state.empty() && !home.empty()) {
+        state = home + "/.local/state";
+    }
     if (!state.empty()) {
         folders.push_back(state + "/vexmarrow");
-    } else if (!home.empty()) {
-        folders.push_back(home + "/.local/state/vexmarrow");
     }
     folders.push_back("/var/tmp/vexmarrow-" + std::to_string(::geteuid()));
     return folders;

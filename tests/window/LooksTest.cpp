@@ -136,7 +136,7 @@ private Q_SLOTS:
         }
         // This button is a coloured face that differs from the window beside it.
         const QPoint right(start->rect().right() - 2, start->rect().center().y());
-        QVERIFY(HasEdge(*window_->form, start->mapTo(window_->form.get(), right)));
+        QVERIFY(HasEdge(*start->parentWidget(), start->mapToParent(right)));
         QProgressBar progress;
         progress.setTextVisible(false);
         progress.resize(progress.sizeHint());
