@@ -87,30 +87,24 @@ void ReplacementRun::ReplaceSinglePair(const std::u16string& path, std::size_t r
     const std::u16string find = inputs_.FindText();
     const std::u16string replace = inputs_.ReplacementText();
     const OutputLocation location = LocationOf(inputs_);
-    const auto doneInCards = [&](vcard::LinePart part) {
-        const bool asVCards = inputs_.ReadAsVCards();
-        if (asVCards) {
+    const auto replaceIn = [&](vcard::LinePart part, auto routine) {
+        if (inputs_.ReadAsVCards()) {
             engine_.ReplaceTextInCards(path, part, find, replace, location);
+        } else {
+            (engine_.*routine)(path, find, replace, location, index);
         }
-        return asVCards;
     };
     switch (inputs_.Mode()) {
     case ReplacementMode::None:
         break;
     case ReplacementMode::FieldsOnly:
-        if (!doneInCards(vcard::LinePart::Fields)) {
-            engine_.ReplaceTextInFileFieldOnly(path, find, replace, location, index);
-        }
+        replaceIn(vcard::LinePart::Fields, &ReplaceText::ReplaceTextInFileFieldOnly);
         break;
     case ReplacementMode::ValuesOnly:
-        if (!doneInCards(vcard::LinePart::Values)) {
-            engine_.ReplaceTextInFileDataOnly(path, find, replace, location, index);
-        }
+        replaceIn(vcard::LinePart::Values, &ReplaceText::ReplaceTextInFileDataOnly);
         break;
     case ReplacementMode::WholeText:
-        if (!doneInCards(vcard::LinePart::WholeLine)) {
-            engine_.ReplaceTextInFile(path, find, replace, location, index);
-        }
+        replaceIn(vcard::LinePart::WholeLine, &ReplaceText::ReplaceTextInFile);
         break;
     }
 }

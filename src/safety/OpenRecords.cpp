@@ -21,6 +21,12 @@ bool TakeEvents(SystemCalls& calls, int watch) {
 
 } // namespace
 
+void OpenRecords::Prepare(const std::string& own) {
+    if (watched_.size() != folders_.size()) {
+        ReadLogs(own);
+    }
+}
+
 void OpenRecords::ReadLogs(const std::string& own) {
     watched_.clear();                          // if this fails, the next call reads the logs again
     const std::vector<bool> watched = Watch(); // first, so that no change is missed

@@ -18,9 +18,12 @@ public:
     OpenRecords(SystemCalls& calls, std::vector<std::string> folders)
         : calls_(calls), folders_(std::move(folders)), watch_(calls) {}
 
-    /// Whether an open file is one of them. The caller must hold its lock. Reads all logs but the
-    /// one with the path `own` the first time, and again when other programs may have changed them.
-    /// Throws Failure when a log cannot be read.
+    /// Reads all logs but the one with the path `own`, unless that was done since CloseLogs. Throws
+    /// Failure when a log cannot be read.
+    void Prepare(const std::string& own = {});
+
+    /// Whether an open file is one of them. The caller must hold its lock. Reads the logs again
+    /// when other programs may have changed them. Throws Failure when a log cannot be read.
     bool Include(const std::string& path, const FileStatus& status, int descriptor,
                  const std::string& own);
 

@@ -166,6 +166,7 @@ std::vector<UndoProblem> RunUndo::Undo(const LastRun& run,
     }
     log->NotifyOtherPrograms();
     OpenRecords others(calls_, folders_);
+    others.Prepare(run.log);
 
     std::vector<LogRecord> records = log->Records();
     std::map<std::string, Fate> fates; // of files not undone: their earlier records share it

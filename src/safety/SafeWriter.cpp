@@ -16,6 +16,7 @@
 namespace vexmarrow {
 
 std::unique_ptr<PendingFile> SafeWriter::Begin(std::u16string_view path, InputFile* source) {
+    openRecords_.Prepare();
     if (source != nullptr) {
         RefuseUnfinished(source->Path(), source->Number(), source->Status());
     }
